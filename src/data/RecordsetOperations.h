@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Dao.h"
+
+namespace clivara {
+
+class Log;
+class Pauses;
+
+// AddNew, Edit and Update with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every step
+// logged. The result is a failure flag: 0 done, -1 failed after the last attempt. No error is raised, and after
+// a failed Update the edit buffer is still there. The calling thread does not respond during the pauses.
+class RecordsetOperations {
+public:
+    RecordsetOperations(Log &log, Pauses &pauses)
+        : m_log(log)
+        , m_pauses(pauses)
+    {
+    }
+
+    qint16 Recordset_AddNew(dao::Recordset &recordset);
+    qint16 Recordset_Edit(dao::Recordset &recordset);
+    qint16 Recordset_Update(dao::Recordset &recordset);
+
+private:
+    template <typename Operation>
+    qint16 attempt(const QString &routine, dao::Recordset &recordset, Operation operation);
+
+    Log &m_log;
+    Pauses &m_pauses;
+};
+
+} // namespace clivara

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+
+namespace dao {
+
+// The field types of the practice's tables. Null is the type of the bare word Null in an expression and
+// Unknown of a value that may be of any type; no field has them.
+enum class FieldType {
+    Boolean, Byte, Integer, Long, AutoNumber, Currency, Single, Double, Date, Text, Memo, Guid, Binary, Null, Unknown
+};
+
+constexpr bool isNumeric(FieldType type)
+{
+    return type >= FieldType::Byte && type <= FieldType::Double;
+}
+constexpr bool isText(FieldType type)
+{
+    return type == FieldType::Text || type == FieldType::Memo || type == FieldType::Guid;
+}
+
+struct ColumnInfo {
+    QString name;
+    FieldType type = FieldType::Text;
+    int size = 0; // characters of a Text field; 0 otherwise
+    bool required = false;
+};
+
+struct IndexInfo {
+    QString name;
+    QStringList fields;
+    bool unique = false;
+    bool primary = false;
+};
+
+// One table as the engine finds it, a linked one included.
+struct TableInfo {
+    QString name; // as stored
+    QString nativeName; // qualified and quoted, ready to stand in native SQL
+    QList<ColumnInfo> columns;
+    QList<IndexInfo> indexes;
+
+    // Position of a column by name without regard to case; -1 when there is none.
+    int columnIndex(QStringView column) const;
+    // The index of that name without regard to case; null when there is none.
+    const IndexInfo *index(QStringView name) const;
+};
+
+// Where the translator looks names up. Names are matched without regard to case.
+class Catalog {
+public:
+    virtual ~Catalog() = default;
+    // Null when there is no such table. Valid until the catalog's database changes its tables.
+    virtual const TableInfo *table(QStringView name) const = 0;
+};
+
+} // namespace dao

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+#include <stdexcept>
+
+namespace dao {
+
+// The engine's error numbers that callers tell apart; any number of the engine may occur.
+enum ErrorNumber {
+    Overflow = 6,
+    TypeMismatch = 13,
+    DuplicateKey = 3022,
+    NoCurrentRecord = 3021,
+    UpdateWithoutEdit = 3020,
+    CannotFindFile = 3024,
+    ReadOnly = 3027,
+    InvalidArgument = 3001,
+    InvalidOperation = 3219,
+    ObjectNotFound = 3078, // a table or query that does not exist
+    TooFewParameters = 3061, // a name in the SQL that is no field
+    SyntaxError = 3075,
+    TableExists = 3010,
+    FieldTooSmall = 3163,
+    RecordDeleted = 3167,
+    RecordChanged = 3197,
+    Locked = 3260,
+    ItemNotFound = 3265,
+    FieldRequired = 3314,
+    NotADatabase = 3343,
+    NotAnIndex = 3015,
+    ConversionError = 3421,
+    TransactionError = 3034,
+    Corrupt = 3049,
+    Failed = 3146, // the native engine failed; the text is its own
+};
+
+// The one error of the data engine: the engine's number, its text, and the SQL it failed on (may be empty).
+class Error : public std::runtime_error {
+public:
+    Error(int number, const QString &text, const QString &sql = {})
+        : std::runtime_error(text.toStdString())
+        , m_number(number)
+        , m_text(text)
+        , m_sql(sql)
+    {
+    }
+
+    int number() const { return m_number; }
+    QString text() const { return m_text; }
+    QString sql() const { return m_sql; }
+
+private:
+    int m_number;
+    QString m_text;
+    QString m_sql;
+};
+
+} // namespace dao

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Catalog.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QSqlDatabase>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <memory>
+
+class QSqlError;
+
+namespace dao {
+
+// What a native database engine does in its own way. Everything else of the data engine is one code path, so that
+// a further engine is a further subclass of this class. Functions that write SQL get operands that are native
+// SQL already, parenthesised where needed.
+class SqlDialect {
+public:
+    virtual ~SqlDialect() = default;
+
+    // --- text of the language -------------------------------------------------------------------
+    virtual QString identifier(const QString &name) const; // "name", inner quotes doubled
+    virtual QString textLiteral(const QString &text) const; // 'text', quotes doubled
+    virtual QString dateLiteral(const QDateTime &date) const = 0; // compares with stored dates by their index
+    virtual QString booleanLiteral(bool value) const = 0; // as a stored value
+    // A Yes/No value as a condition, and a condition (true, false or Null) as a Yes/No value.
+    virtual QString conditionFromBoolean(const QString &value) const = 0;
+    virtual QString booleanFromCondition(const QString &condition) const = 0;
+    // A Yes/No value as a number: -1 or 0.
+    virtual QString numberFromBoolean(const QString &value) const = 0;
+    virtual QString limit(int rows) const; // the clause that follows ORDER BY
+    // "expr ASC/DESC" with Null first ascending and last descending.
+    virtual QString orderTerm(const QString &expression, FieldType type, bool descending) const = 0;
+    // A text comparison without regard to case, with a native operator such as "=" or "<", by index where there is one.
+    virtual QString compareText(const QString &left, const QString &op, const QString &right) const = 0;
+    // GROUP BY and DISTINCT terms of a text.
+    virtual QString groupText(const QString &expression) const = 0;
+    // The text against a constant pattern; by a range of the index where the pattern begins with letters.
+    virtual QString likePattern(const QString &text, const QString &pattern) const = 0;
+    // The text against a pattern that is not constant.
+    virtual QString likeExpression(const QString &text, const QString &pattern) const = 0;
+
+    // A call of a function of the SQL ("mid", "format", ...) with typed operands, arguments checked by the
+    // caller; names are lower-case. Empty when the dialect does not know the function.
+    virtual QString function(const QString &name, const QStringList &arguments, const QList<FieldType> &types) const = 0;
+
+    // --- rows and tables ------------------------------------------------------------------------
+    // The hidden expression that identifies a row of the table spoken of as `alias` (quoted already).
+    virtual QString rowIdentity(const QString &alias) const = 0;
+    // "a and b are the same value, Null equal to Null, letter case told apart".
+    virtual QString identical(const QString &left, const QString &right) const = 0;
+    // A column's declaration in CREATE TABLE, name included, and back: the type a declared type stands for.
+    virtual QString columnDeclaration(const ColumnInfo &column) const = 0;
+    virtual ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType, bool required) const = 0;
+
+    // --- values ---------------------------------------------------------------------------------
+    // A native value as the type's variant: int (Byte, Integer, Long, AutoNumber), double, bool, QDateTime
+    // (UTC, standing for a date without zone), QString, QByteArray; Null is an invalid variant.
+    virtual QVariant fromNative(const QVariant &value, FieldType type) const = 0;
+    virtual QVariant toNative(const QVariant &value, FieldType type) const = 0;
+
+    // --- connection -----------------------------------------------------------------------------
+    virtual QString driverName() const = 0; // of Qt SQL
+    // Prepares a connection just opened: functions, collations, waits.
+    virtual void prepareConnection(QSqlDatabase &connection) const = 0;
+    // Makes the database of that name (file, schema) reachable under the schema name; throws Error (CannotFindFile,
+    // NotADatabase, Corrupt).
+    virtual void attach(QSqlDatabase &connection, const QString &name, const QString &schema, bool readOnly) const = 0;
+    virtual void detach(QSqlDatabase &connection, const QString &schema) const = 0;
+    // Tables of a schema; the definition of one (nativeName set); throws Error when it cannot be read.
+    virtual QStringList tables(QSqlDatabase &connection, const QString &schema) const = 0;
+    virtual TableInfo describe(QSqlDatabase &connection, const QString &schema, const QString &table) const = 0;
+    virtual QString createIndex(const QString &schema, const QString &table, const IndexInfo &index) const = 0;
+    virtual QString dropIndex(const QString &schema, const QString &table, const QString &index) const = 0;
+    virtual QString beginTransaction() const = 0;
+    virtual qint64 lastAutoNumber(QSqlDatabase &connection) const = 0;
+    // The engine's error number for a native error.
+    virtual int errorNumber(const QSqlError &error) const = 0;
+};
+
+std::unique_ptr<SqlDialect> makeSqliteDialect();
+
+} // namespace dao

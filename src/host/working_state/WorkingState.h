@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/HostEnvironment.h"
+#include "data/RecordsetOperations.h"
+#include "support/Clock.h"
+#include "support/Log.h"
+#include "support/PatientHeader.h"
+#include "support/Prompts.h"
+#include "support/Seams.h"
+#include "support/SettingsStore.h"
+
+#include <QVariant>
+
+namespace clivara {
+
+// The services that come from outside, by reference: the real ones in a host, others in a test.
+struct Services {
+    SettingsStore &settings;
+    Clock &clock;
+    Prompts &prompts;
+    Pauses &pauses;
+    GuidSource &guids;
+    Middleware &middleware;
+};
+
+// Group and print settings of the host, reloaded before every action.
+struct GroupSettings {
+    QString heading; // SET_INTESTA
+    QString title; // SET_TITOL
+    QString group; // NGRUPPO
+    QString server; // LSERVER
+    QString stamp1, stamp2; // lines of the doctor's stamp
+    QString address1, address2;
+};
+
+// The current doctor's settings, reloaded before every action.
+struct DoctorSettings {
+    QString code; // setting "medico_corrente", else medicoP
+    QString surname, name;
+    QStringList specials; // special_1 to special_7
+    QString region; // two digits
+    QString regionName;
+};
+
+// What the component holds for as long as the host keeps it loaded, shared by all its forms.
+struct WorkingState {
+    explicit WorkingState(const Services &services)
+        : settings(services.settings)
+        , clock(services.clock)
+        , prompts(services.prompts)
+        , pauses(services.pauses)
+        , guids(services.guids)
+        , middleware(services.middleware)
+        , log(services.clock)
+        , operations(log, services.pauses)
+    {
+    }
+
+    SettingsStore &settings;
+    Clock &clock;
+    Prompts &prompts;
+    Pauses &pauses;
+    GuidSource &guids;
+    Middleware &middleware;
+    Log log;
+    RecordsetOperations operations;
+
+    const QString componentName = QStringLiteral("Clivara");
+    const HostEnvironment *environment = nullptr; // null until InitDbConn
+    dao::DBEngine *engine = nullptr; // set with the environment, kept until unload
+    QString medicoP, medicoT;
+    QString uidMedicoT, uidMedicoP, uidAuthor; // plain form; the last two are both of medicoP
+    qint16 callerMode = 0;
+    qint32 problemSelector = 0;
+    QString visitMode; // "10" new, "11" edit
+    GroupSettings group;
+    DoctorSettings doctor;
+    PatientHeader header;
+    QVariant result; // what the last form hands back to the host; invalid when nothing
+
+    dao::Database &clinical() const { return *environment->clinical; }
+    dao::Database &local() const { return *environment->local; }
+};
+
+} // namespace clivara

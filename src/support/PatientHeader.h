@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QDate>
+#include <QString>
+
+namespace clivara {
+
+// The current patient's heading, reloaded before every action. Texts are fixed-width: filled with blanks to
+// their width and cut at it; use trimmed() to show them. `age` is the difference of the calendar years.
+struct PatientHeader {
+    qint32 patientCode = -1; // -1: no patient
+    QString fiscalCode = blank(16);
+    QString telephone = blank(18);
+    QString birthplace = blank(30);
+    QString birthDate = blank(10);
+    QString age = blank(3);
+    QString address = blank(35);
+    QString city = blank(30);
+    QString province = blank(2);
+    QString sex = blank(1);
+    QString healthCard = blank(16);
+    QString exemptionPathology = blank(1);
+    QString exemptionInvalidity = blank(1);
+    QString surname;
+    QString name;
+    QDate birthDay; // the birth date itself; null when unknown
+
+    static QString blank(int width) { return QString(width, QLatin1Char(' ')); }
+    // The text filled or cut to the width.
+    static QString fixed(const QString &text, int width);
+};
+
+// Completed years of life on a day: the calendar-year difference, less one before this year's birthday.
+// -1 when the birth date is unknown or later than the day.
+int exactAge(QDate birth, QDate today);
+
+} // namespace clivara

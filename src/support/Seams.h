@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+#include <utility>
+
+namespace clivara {
+
+// Suspends the calling thread between the retries of a database operation.
+class Pauses {
+public:
+    virtual ~Pauses() = default;
+    virtual void pause(int milliseconds) = 0;
+    // A draw in [0, 1) from a generator freshly seeded by the clock.
+    virtual double draw() = 0;
+};
+
+class SystemPauses final : public Pauses {
+public:
+    void pause(int milliseconds) override;
+    double draw() override;
+};
+
+// New global identities.
+class GuidSource {
+public:
+    virtual ~GuidSource() = default;
+    // 38 characters in braces, upper-case hexadecimal.
+    virtual QString newGuid() = 0;
+};
+
+class SystemGuids final : public GuidSource {
+public:
+    QString newGuid() override;
+};
+
+// The library of the host that knows the account of the secured databases.
+class Middleware {
+public:
+    virtual ~Middleware() = default;
+    // Selector "U" gives the account name (at most 10 characters), "P" its password (at most 15); trimmed, empty
+    // when there is none. Nothing is kept.
+    virtual QString account(const QString &selector) = 0;
+};
+
+// Looks the library up at run time; without it the environment variables CLIVARA_DB_USER and
+// CLIVARA_DB_PASSWORD are used, and without those there is no account.
+class SystemMiddleware final : public Middleware {
+public:
+    QString account(const QString &selector) override;
+};
+
+} // namespace clivara
