@@ -21,6 +21,7 @@ function(clivara_layer name)
     cmake_parse_arguments(ARG "GUI" "" "DEPENDS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.ui *.qrc)
     add_library(clivara_${name} STATIC ${sources})
+    set_target_properties(clivara_${name} PROPERTIES LINKER_LANGUAGE CXX)
     target_link_libraries(clivara_${name} PUBLIC clivara_options Qt6::Core ${ARG_DEPENDS})
     target_precompile_headers(clivara_${name} PRIVATE <QString> <QVariant> <QDateTime> <QList> <QHash>
         <algorithm> <functional> <memory> <optional> <vector>)
