@@ -16,8 +16,8 @@ public:
 
     // Reads the work folder (setting "ORVALE_WORK"), decides whether logging is on, writes the first line.
     void start(const SettingsStore &settings, const QString &text);
-    // Appends one line "dd/mm/yyyy hh:mm:ss:mmm text". The file is opened and closed for every line; a line that
-    // cannot be written is lost without an error.
+    // Appends one line "dd/mm/yyyy hh:mm:ss:mmm text". The file is opened and closed for every line; a line
+    // that cannot be written is lost without an error.
     void write(const QString &text);
 
     bool isEnabled() const { return m_enabled; }

@@ -25,6 +25,9 @@ struct PatientHeader {
     QString surname;
     QString name;
     QDate birthDay; // the birth date itself; null when unknown
+    // True when the values are those of patientCode. False before the first patient, without one (-1), and when the
+    // patient's row was not found or could not be read: then texts of the patient before may still stand here.
+    bool identified = false;
 
     static QString blank(int width) { return QString(width, QLatin1Char(' ')); }
     // The text filled or cut to the width.

@@ -14,7 +14,7 @@ struct Prompt {
     QString title;
     QString text;
     PromptIcon icon = PromptIcon::None;
-    QList<PromptButton> buttons {PromptButton::Ok};
+    QList<PromptButton> buttons{PromptButton::Ok};
     PromptButton defaultButton = PromptButton::Ok;
 };
 

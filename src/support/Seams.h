@@ -38,16 +38,24 @@ public:
 class Middleware {
 public:
     virtual ~Middleware() = default;
-    // Selector "U" gives the account name (at most 10 characters), "P" its password (at most 15); trimmed, empty
-    // when there is none. Nothing is kept.
+    // Selector "U" gives the account name (at most 10 characters), "P" its password (at most 15); trimmed,
+    // empty when there is none. Nothing is kept.
     virtual QString account(const QString &selector) = 0;
 };
 
-// Looks the library up at run time; without it the environment variables CLIVARA_DB_USER and
-// CLIVARA_DB_PASSWORD are used, and without those there is no account.
+// Looks the library up at run time with the platform's loader ("Koral32.dll", "libKoral32.so") and calls its
+//   void GetUsefullTimer(const char *selector, char *buffer)
+// with a buffer of 10 ("U") or 15 ("P") blanks and a terminating zero. The function overwrites the blanks
+// with single-byte (Latin-1) text, which ends at the buffer's end or at an earlier zero. Without the library
+// the environment variables CLIVARA_DB_USER and CLIVARA_DB_PASSWORD are used, and without those there is no
+// account.
 class SystemMiddleware final : public Middleware {
 public:
+    explicit SystemMiddleware(const QString &library = QStringLiteral("Koral32"));
     QString account(const QString &selector) override;
+
+private:
+    const QString m_library; // a name for the loader, or a path
 };
 
 } // namespace clivara

@@ -8,8 +8,8 @@
 
 namespace clivara {
 
-// The host's per-user settings: application "Orvale", section "Ambiente". Both configuration and mailbox between
-// host and chart. Keys are compared without regard to case; every value is text.
+// The host's per-user settings: application "Orvale", section "Ambiente". Both configuration and mailbox
+// between host and chart. Keys are compared without regard to case; every value is text.
 class SettingsStore {
 public:
     virtual ~SettingsStore() = default;
@@ -18,7 +18,10 @@ public:
     // Stores the value as text. A null variant is not written; a refused write is ignored.
     virtual void write(const QString &key, const QVariant &value) = 0;
 
-    QString text(const QString &key, const QString &fallback = {}) const { return read(key, fallback).toString(); }
+    QString text(const QString &key, const QString &fallback = {}) const
+    {
+        return read(key, fallback).toString();
+    }
 };
 
 // The real store, shared with the host: the platform's per-user application settings.
