@@ -5,8 +5,8 @@
 
 namespace orvale {
 
-// The commands of the program. `arguments` are those after the command's name. The result is the exit status; a
-// UserError thrown by a command becomes one line on standard error and the status 1 (2 for wrong usage).
+// The commands of the program. `arguments` are those after the command's name. The result is the exit status;
+// a UserError thrown by a command becomes one line on standard error and the status 1 (2 for wrong usage).
 int runWindow(const QStringList &arguments); // orvale [--practice P]
 int runDemo(const QStringList &arguments); // orvale demo P [--patients N] [--years Y] [--seed S]
 int runPlay(const QStringList &arguments); // orvale play [--practice P] [--today D] [--shots FOLDER] FILE

@@ -1,27 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "app/Schema.h"
+#include "app/UserError.h"
 #include "data/HostEnvironment.h"
 
 #include <QString>
+#include <functional>
 #include <memory>
-#include <stdexcept>
 
 namespace orvale {
-
-// Something a person asked for cannot be done; the text is one clear Italian line.
-class UserError : public std::runtime_error {
-public:
-    explicit UserError(const QString &text)
-        : std::runtime_error(text.toStdString())
-        , m_text(text)
-    {
-    }
-    QString text() const { return m_text; }
-
-private:
-    QString m_text;
-};
 
 // The first doctor of a practice, by the lowest code.
 struct FirstDoctor {
@@ -29,16 +17,19 @@ struct FirstDoctor {
     QString region; // two digits, kept in the practice's properties
 };
 
-// An open practice: its six databases in one workspace, and what the host knows of it. The folder holds Orvale,
-// Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite.
+// An open practice: its six databases in one workspace, and what the host knows of it. The folder holds
+// Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite.
 class Practice {
 public:
-    // Throws UserError: missing folder or file, not a practice, corrupted, a newer schema version, no permission.
-    // Nothing is changed on disk by a refused practice.
-    static std::unique_ptr<Practice> open(const QString &path);
-    // A new, empty practice with all tables of the current schema version in a folder that does not exist or is
-    // empty; throws UserError and leaves nothing behind.
+    // Throws UserError: missing folder or file, not a practice, corrupted, a newer schema version, no
+    // permission. Nothing is changed on disk by a refused practice. An older schema version is upgraded.
+    static std::unique_ptr<Practice> open(const QString &path, const Schema &schema = Schema::current());
+    // A new, empty practice with all tables of the current schema version in a folder that does not exist or
+    // is empty; throws UserError and leaves nothing behind.
     static std::unique_ptr<Practice> create(const QString &path);
+    // The same, filled by `fill` before it takes its place: built in a folder beside it that is removed when
+    // anything fails. The practice that `fill` gets is closed afterwards.
+    static void build(const QString &path, const std::function<void(Practice &)> &fill);
     ~Practice();
 
     const clivara::HostEnvironment &environment() const { return m_environment; }
@@ -51,7 +42,10 @@ public:
     void setProperty(const QString &name, const QString &value);
 
 private:
-    Practice();
+    explicit Practice(const QString &path);
+    void openDatabases(bool create);
+    QMap<QString, std::shared_ptr<dao::Database>> databases() const;
+
     QString m_path;
     std::unique_ptr<dao::DBEngine> m_engine;
     clivara::HostEnvironment m_environment;

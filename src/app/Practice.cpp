@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/Practice.h"
+
+#include "app/PracticeProbe.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+namespace orvale {
+
+namespace {
+
+QString fullPath(const QString &path)
+{
+    if (path.startsWith(QLatin1String("postgresql://")))
+        throw UserError(
+            QStringLiteral("Gli archivi su PostgreSQL non si aprono ancora: indicare una cartella."));
+    if (path.trimmed().isEmpty())
+        throw UserError(QStringLiteral("Indicare la cartella dell'archivio."));
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
+UserError cannotOpen(const QString &path, const dao::Error &error)
+{
+    if (error.number() == dao::Corrupt || error.number() == dao::NotADatabase)
+        return UserError(QStringLiteral("L'archivio %1 è danneggiato: %2").arg(path, error.text()));
+    return UserError(QStringLiteral("L'archivio %1 non si apre: %2").arg(path, error.text()));
+}
+
+// Reads every page of a database: rows that cannot be read any more are found before a doctor relies on them.
+void checkPages(dao::Database &database)
+{
+    QSqlQuery query(database.nativeConnection());
+    query.setForwardOnly(true);
+    const bool done = query.exec(QStringLiteral("PRAGMA \"%1\".quick_check(1)").arg(database.nativeSchema()))
+                      && query.next();
+    if (!done || query.value(0).toString() != QLatin1String("ok"))
+        throw UserError(QStringLiteral("Il file %1 è danneggiato.").arg(database.Name()));
+}
+
+} // namespace
+
+Practice::Practice(const QString &path)
+    : m_path(path)
+    , m_engine(std::make_unique<dao::DBEngine>())
+{
+    m_environment.programFolder = QCoreApplication::applicationDirPath();
+    m_environment.dataFolder = path;
+}
+
+Practice::~Practice() = default;
+
+void Practice::openDatabases(bool create)
+{
+    dao::Workspace &workspace = m_engine->DefaultWorkspace();
+    m_environment.workspace = &workspace;
+    const auto file = [&](int position) {
+        const QString path = QDir(m_path).filePath(practiceFiles().at(position).fileName);
+        return create ? workspace.CreateDatabase(path) : workspace.OpenDatabase(path);
+    };
+    m_environment.clinical = file(0);
+    m_environment.codes = file(1);
+    m_environment.third = file(2);
+    m_environment.doctors = file(3);
+    m_environment.local = file(4);
+    m_environment.events = file(5);
+}
+
+QMap<QString, std::shared_ptr<dao::Database>> Practice::databases() const
+{
+    return {{QStringLiteral("clinical"), m_environment.clinical},
+            {QStringLiteral("codes"), m_environment.codes},
+            {QStringLiteral("third"), m_environment.third},
+            {QStringLiteral("doctors"), m_environment.doctors},
+            {QStringLiteral("local"), m_environment.local},
+            {QStringLiteral("events"), m_environment.events}};
+}
+
+std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &schema)
+{
+    const QString folder = fullPath(path);
+    probePractice(folder, schema);
+    std::unique_ptr<Practice> practice(new Practice(folder));
+    try {
+        practice->openDatabases(false);
+        const auto databases = practice->databases();
+        for (const auto &database : databases)
+            checkPages(*database);
+        const int version = practice->property(QStringLiteral("schema_version")).toInt();
+        if (version < schema.version())
+            schema.apply(practice->m_engine->DefaultWorkspace(), databases, version);
+    } catch (const dao::Error &error) {
+        throw cannotOpen(folder, error);
+    }
+    return practice;
+}
+
+void Practice::build(const QString &path, const std::function<void(Practice &)> &fill)
+{
+    const QString folder = fullPath(path);
+    const QFileInfo info(folder);
+    if (info.exists() && !info.isDir())
+        throw UserError(QStringLiteral("%1 esiste già e non è una cartella.").arg(folder));
+    if (info.exists() && !QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
+        throw UserError(QStringLiteral("La cartella %1 esiste già e non è vuota.").arg(folder));
+    if (!QDir().mkpath(info.path()))
+        throw UserError(QStringLiteral("La cartella %1 non si può creare.").arg(info.path()));
+    QTemporaryDir part(folder + QStringLiteral(".part-XXXXXX"));
+    if (!part.isValid())
+        throw UserError(QStringLiteral("Manca il permesso di scrittura nella cartella %1.").arg(info.path()));
+    try {
+        Practice practice(part.path());
+        practice.openDatabases(true);
+        Schema::current().apply(practice.m_engine->DefaultWorkspace(), practice.databases(), 0);
+        practice.setProperty(QStringLiteral("created"), QDateTime::currentDateTime().toString(Qt::ISODate));
+        fill(practice);
+    } catch (const dao::Error &error) {
+        throw UserError(QStringLiteral("L'archivio %1 non si può creare: %2").arg(folder, error.text()));
+    }
+    if ((info.exists() && !QDir().rmdir(folder)) || !QDir().rename(part.path(), folder))
+        throw UserError(QStringLiteral("L'archivio %1 non si può creare.").arg(folder));
+    part.setAutoRemove(false);
+}
+
+std::unique_ptr<Practice> Practice::create(const QString &path)
+{
+    build(path, [](Practice &) {});
+    return open(path);
+}
+
+FirstDoctor Practice::firstDoctor() const
+{
+    const auto row = m_environment.doctors->OpenRecordset(
+        QStringLiteral("SELECT TOP 1 cod_smi FROM medici_gruppo ORDER BY cod_smi"),
+        dao::RecordsetType::Snapshot);
+    return {row->Eof() ? QString() : row->Fields(0).text(), property(QStringLiteral("region"))};
+}
+
+QString Practice::property(const QString &name) const
+{
+    return readProperty(*m_environment.clinical, name);
+}
+
+void Practice::setProperty(const QString &name, const QString &value)
+{
+    writeProperty(*m_environment.clinical, name, value);
+}
+
+QString defaultPracticePath()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation))
+        .filePath(QStringLiteral("orvale/practice"));
+}
+
+} // namespace orvale
