@@ -14,8 +14,8 @@ class SettingsStore;
 // The workgroup file's name.
 QString workgroupFileName();
 
-// Sets workgroup file, account and password of the engine. The account exists only at run time and is not kept.
-// An error ends it silently.
+// Sets workgroup file, account and password of the engine. The account exists only at run time and is not
+// kept. An error ends it silently.
 void prepareEngine(dao::DBEngine &engine, const HostEnvironment &environment, Middleware &middleware);
 
 // True when the database has a table of that name, without regard to case.
@@ -26,9 +26,12 @@ bool tableExists(dao::Database &database, const QString &name);
 // tables could not be linked fails on its own query.
 void AttachTables(const HostEnvironment &environment, QStringList &list);
 
-// The per-workstation work database, in the folder of the host setting "Orvale_Work"; throws dao::Error.
-std::shared_ptr<dao::Database> openWorkDatabase(dao::DBEngine &engine, const SettingsStore &settings);
-// The doctors' users database in the host's data folder; throws dao::Error.
+// The databases that the chart opens itself have the extension of the practice's clinical database
+// ("ORV_WORK.sqlite" beside "Orvale.sqlite"). Both throw dao::Error. The per-workstation work database
+// ORV_WORK, in the folder of the host setting "Orvale_Work".
+std::shared_ptr<dao::Database> openWorkDatabase(dao::DBEngine &engine, const HostEnvironment &environment,
+                                                const SettingsStore &settings);
+// The doctors' users database Utenti, in the host's data folder.
 std::shared_ptr<dao::Database> openUsersDatabase(dao::DBEngine &engine, const HostEnvironment &environment);
 
 } // namespace clivara

@@ -8,8 +8,8 @@
 
 namespace clivara {
 
-// What the host hands to the chart: its open databases and its folders. The chart keeps it for its whole life and
-// never closes the databases.
+// What the host hands to the chart: its open databases and its folders. The chart keeps it for its whole life
+// and never closes the databases.
 struct HostEnvironment {
     std::shared_ptr<dao::Database> clinical; // "D" in table linking
     std::shared_ptr<dao::Database> codes; // "S"

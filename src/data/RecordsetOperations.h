@@ -8,9 +8,10 @@ namespace clivara {
 class Log;
 class Pauses;
 
-// AddNew, Edit and Update with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every step
-// logged. The result is a failure flag: 0 done, -1 failed after the last attempt. No error is raised, and after
-// a failed Update the edit buffer is still there. The calling thread does not respond during the pauses.
+// AddNew, Edit and Update with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
+// step logged. The result is a failure flag: 0 done, -1 failed after the last attempt. No error is raised,
+// and after a failed Update the edit buffer is still there. The calling thread does not respond during the
+// pauses.
 class RecordsetOperations {
 public:
     RecordsetOperations(Log &log, Pauses &pauses)

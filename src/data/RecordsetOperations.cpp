@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/RecordsetOperations.h"
+
+#include "support/Log.h"
+#include "support/Seams.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+constexpr int maximumAttempts = 20;
+constexpr int maximumPause = 1000; // ms
+
+// 500 to 1000 ms; the random part keeps two workstations that collided from retrying in step.
+int pauseFor(double draw)
+{
+    return std::min(maximumPause, static_cast<int>(jet::roundHalfToEven(draw * 500 + 500)));
+}
+
+} // namespace
+
+template <typename Operation>
+qint16 RecordsetOperations::attempt(const QString &routine, dao::Recordset &recordset, Operation operation)
+{
+    const QString prefix = routine + QStringLiteral(" - ");
+    m_log.write(prefix + QStringLiteral("begin"));
+    for (int failures = 0;;) {
+        try {
+            (recordset.*operation)();
+            m_log.write(prefix + QStringLiteral("0"));
+            return 0;
+        } catch (const dao::Error &error) {
+            ++failures;
+            m_log.write(
+                QStringLiteral("%1iErr=%2 - Error %3 - ").arg(prefix).arg(failures).arg(error.number())
+                + error.text());
+            m_log.write(prefix + recordset.Name());
+            if (failures == maximumAttempts)
+                break;
+        }
+        m_pauses.pause(pauseFor(m_pauses.draw()));
+        m_log.write(prefix + QStringLiteral("TryAgain"));
+    }
+    m_log.write(prefix + QStringLiteral("Failed"));
+    return -1;
+}
+
+qint16 RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
+{
+    return attempt(QStringLiteral("Recordset_AddNew"), recordset, &dao::Recordset::AddNew);
+}
+
+qint16 RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
+{
+    return attempt(QStringLiteral("Recordset_Edit"), recordset, &dao::Recordset::Edit);
+}
+
+qint16 RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
+{
+    return attempt(QStringLiteral("Recordset_Update"), recordset, &dao::Recordset::Update);
+}
+
+} // namespace clivara
