@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QVariant>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace clivara {
+class Class3;
+struct Services;
+class SettingsStore;
+} // namespace clivara
+
+namespace orvale {
+
+class Practice;
+
+// What a section asks of the host when it has closed.
+struct SectionOutcome {
+    QString view; // the host's view to refresh, by the chart's name for it; empty for none
+    std::optional<qint32> patient; // the patient to load
+    QString diagnosisCode; // the problem that was picked; empty for none
+    QString diagnosis;
+    std::optional<double> evaluation; // the result of a calculator
+};
+
+// A working session of the host on a practice: holds the chart, tells it doctor and patient and reads its
+// mailbox.
+class HostSession {
+public:
+    // Opens a section of the chart and returns when it has closed; `param` as for Class3::Action.
+    using Chart = std::function<void(qint16 action, QVariant &param)>;
+
+    // No patient is current at first. Practice and services must outlive the session; `chart` stands in for
+    // the real one. Throws dao::Error.
+    HostSession(Practice &practice, const clivara::Services &services, Chart chart = {});
+    ~HostSession();
+
+    // False when the practice has no such patient; the current one stays. Throws dao::Error.
+    bool selectPatient(qint32 code);
+    qint32 currentPatient() const { return m_patient; } // -1: none
+
+    // Opens the section for the current patient, waits until it closes and empties the mailbox.
+    SectionOutcome openSection(qint16 action);
+
+private:
+    QString take(const QString &key);
+
+    Practice &m_practice;
+    clivara::SettingsStore &m_settings;
+    std::unique_ptr<clivara::Class3> m_class3;
+    Chart m_chart;
+    qint32 m_patient = -1;
+};
+
+} // namespace orvale
