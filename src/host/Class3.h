@@ -9,8 +9,9 @@ namespace clivara {
 struct HostEnvironment;
 struct Services;
 
-// The component's one public class. A host creates one instance, hands it its environment once and calls Action
-// for each section of the current patient's chart. The public members never raise an error to the host.
+// The component's one public class. A host creates one instance, hands it its environment once and calls
+// Action for each section of the current patient's chart. The public members never raise an error to the
+// host.
 class Class3 {
 public:
     // With the real services of the workstation: user settings, system clock, message boxes.

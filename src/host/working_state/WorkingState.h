@@ -30,8 +30,8 @@ struct GroupSettings {
     QString title; // SET_TITOL
     QString group; // NGRUPPO
     QString server; // LSERVER
-    QString stamp1, stamp2; // lines of the doctor's stamp
-    QString address1, address2;
+    QString stamp1, stamp2; // lines of the doctor's stamp: stamp_1, stamp_2
+    QString address1, address2; // vass_1, vass_2
 };
 
 // The current doctor's settings, reloaded before every action.
@@ -39,8 +39,8 @@ struct DoctorSettings {
     QString code; // setting "medico_corrente", else medicoP
     QString surname, name;
     QStringList specials; // special_1 to special_7
-    QString region; // two digits
-    QString regionName;
+    QString region; // two digits, from "CODICE REGIONE"; empty when unknown
+    QString regionName; // REGIONE
 };
 
 // What the component holds for as long as the host keeps it loaded, shared by all its forms.
@@ -79,8 +79,14 @@ struct WorkingState {
     PatientHeader header;
     QVariant result; // what the last form hands back to the host; invalid when nothing
 
-    dao::Database &clinical() const { return *environment->clinical; }
-    dao::Database &local() const { return *environment->local; }
+    // The host's databases; dao::Error (InvalidOperation) when the host has not handed them over.
+    dao::Database &clinical() const { return database(&HostEnvironment::clinical); }
+    dao::Database &codes() const { return database(&HostEnvironment::codes); }
+    dao::Database &doctors() const { return database(&HostEnvironment::doctors); }
+    dao::Database &local() const { return database(&HostEnvironment::local); }
+
+private:
+    dao::Database &database(std::shared_ptr<dao::Database> HostEnvironment::*member) const;
 };
 
 } // namespace clivara

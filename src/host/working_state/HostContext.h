@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace clivara {
+
+struct WorkingState;
+
+// Reads again what the host may have changed since the last action: the codes and UIDs of the doctors, the
+// group and print settings, the current doctor's settings and the patient header, in this order. Nothing is
+// raised; what cannot be read is empty, the header excepted, which keeps its values (see loadPatientHeader).
+void reloadHostContext(WorkingState &state);
+
+} // namespace clivara

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/working_state/WorkingState.h"
+
+namespace clivara {
+
+dao::Database &WorkingState::database(std::shared_ptr<dao::Database> HostEnvironment::*member) const
+{
+    if (!environment || !(environment->*member))
+        throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio dell'ospite non disponibile"));
+    return *(environment->*member);
+}
+
+} // namespace clivara
