@@ -17,8 +17,8 @@ struct DemoOptions {
 // Called now and then while the practice is written, with 0 to `total`.
 using DemoProgress = std::function<void(int done, int total)>;
 
-// Writes an invented practice of realistic content into a folder that does not exist or is empty. Equal options
-// give equal rows. Throws UserError and leaves nothing behind when it cannot be done.
+// Writes an invented practice of realistic content into a folder that does not exist or is empty. Equal
+// options give equal rows. Throws UserError and leaves nothing behind when it cannot be done.
 void createDemo(const QString &path, const DemoOptions &options, const DemoProgress &progress = {});
 
 } // namespace orvale
