@@ -4,6 +4,7 @@
 #include "support/Prompts.h"
 #include "support/Seams.h"
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <set>
@@ -46,6 +47,14 @@ TEST(SystemClock, IsTheLocalWallClockWithoutAZone)
     EXPECT_EQ(now.timeSpec(), Qt::UTC);
     EXPECT_GE(now, QDateTime(before.date(), before.time(), Qt::UTC));
     EXPECT_LE(now, QDateTime(after.date(), after.time(), Qt::UTC));
+}
+
+TEST(SystemPauses, Waits)
+{
+    QElapsedTimer timer;
+    timer.start();
+    SystemPauses().pause(30);
+    EXPECT_GE(timer.elapsed(), 30);
 }
 
 TEST(SystemPauses, DrawsStayBelowOneAndDiffer)

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/Class3.h"
+
+#include "data/Connection.h"
+#include "host/ActionTable.h"
+#include "host/FormShelf.h"
+#include "host/WaitPointer.h"
+#include "host/working_state/HostContext.h"
+#include "host/working_state/WorkingState.h"
+#include "support/ui/ChartForm.h"
+
+#include <QCoreApplication>
+
+namespace clivara {
+
+namespace {
+
+const auto separator = QStringLiteral("==============================");
+constexpr qint16 unloadForms = 99;
+
+QString entryOf(const char *routine)
+{
+    return QStringLiteral("+--- Class3.") + QLatin1String(routine);
+}
+
+QString exitOf(const char *routine)
+{
+    return entryOf(routine) + QStringLiteral(" end");
+}
+
+} // namespace
+
+struct Class3::Private {
+    explicit Private(const Services &services)
+        : state(services)
+    {
+    }
+
+    void initialize();
+    void act(qint16 code, const QVariant &param);
+    void open(const ActionRow &action, const QVariant &param);
+    void unloadAll();
+    ChartForm *form(const QString &name);
+
+    WorkingState state;
+    std::unique_ptr<dao::DBEngine> engine; // from the first InitDbConn on
+    WaitPointer pointer;
+    FormShelf shelf{state};
+};
+
+void Class3::Private::initialize()
+{
+    state.log.start(state.settings, separator);
+    state.log.write(entryOf("Class_Initialize"));
+    state.log.write(exitOf("Class_Initialize"));
+}
+
+ChartForm *Class3::Private::form(const QString &name)
+{
+    // The doctor works in a visible form with the normal pointer.
+    return shelf.form(name, [this](ChartForm &created) {
+        QObject::connect(&created, &ChartForm::loaded, &created, [this] { pointer.restore(); });
+    });
+}
+
+void Class3::Private::open(const ActionRow &action, const QVariant &param)
+{
+    if (action.prepare)
+        action.prepare(state, param);
+    const QString name = QString::fromUtf16(action.form);
+    if (ChartForm *const opened = form(name))
+        opened->showModal();
+    else
+        state.log.write(state.componentName + QLatin1Char('.') + name
+                        + QStringLiteral(": maschera non disponibile"));
+}
+
+void Class3::Private::unloadAll()
+{
+    for (const QString &name : unloadOrder()) {
+        if (ChartForm *const unneeded = form(name))
+            unneeded->unload();
+    }
+}
+
+void Class3::Private::act(qint16 code, const QVariant &param)
+{
+    state.log.write(entryOf("Action") + QLatin1Char(' ') + QString::number(code));
+    if (code == unloadForms) {
+        unloadAll();
+        return;
+    }
+    pointer.show();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    reloadHostContext(state);
+    if (const ActionRow *const action = findAction(code, param))
+        open(*action, param);
+    pointer.restore();
+    state.log.write(QStringLiteral("+--- ") + state.componentName + QStringLiteral(".Action end"));
+}
+
+Class3::Class3(const Services &services)
+    : d(std::make_unique<Private>(services))
+{
+    d->initialize();
+}
+
+Class3::~Class3()
+{
+    d->state.log.write(entryOf("Class_Terminate"));
+    d->state.log.write(separator);
+}
+
+bool Class3::InitDbConn(const HostEnvironment &environment)
+{
+    d->state.log.write(entryOf("InitDbConn"));
+    d->state.environment = &environment;
+    if (!d->engine) {
+        d->engine = std::make_unique<dao::DBEngine>();
+        d->engine->setNow([&clock = d->state.clock] { return clock.local(); });
+        d->state.engine = d->engine.get();
+    }
+    prepareEngine(*d->engine, environment, d->state.middleware);
+    d->state.log.write(exitOf("InitDbConn"));
+    return true;
+}
+
+qint16 Class3::Action(qint16 code)
+{
+    QVariant none;
+    return Action(code, none);
+}
+
+qint16 Class3::Action(qint16 code, QVariant &param)
+{
+    d->state.result = {};
+    try {
+        d->act(code, param);
+    } catch (...) {
+        // Nothing reaches the host; the missing "end" line of the log tells.
+    }
+    if (d->state.result.isValid())
+        param = d->state.result;
+    return 0;
+}
+
+bool Class3::isBuilt(qint16 code)
+{
+    const auto actions = actionTable();
+    return std::any_of(actions.begin(), actions.end(), [&](const ActionRow &action) {
+        return action.code == code && builtForms().contains(QString::fromUtf16(action.form));
+    });
+}
+
+} // namespace clivara
