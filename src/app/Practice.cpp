@@ -92,7 +92,12 @@ std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &sche
         const auto databases = practice->databases();
         for (const auto &database : databases)
             checkPages(*database);
+        if (!databases.value(QStringLiteral("clinical"))
+                 ->TableDefs()
+                 .contains(QStringLiteral("orvale_properties")))
+            throw UserError(QStringLiteral("%1 non è un archivio di Orvale.").arg(folder));
         const int version = practice->property(QStringLiteral("schema_version")).toInt();
+        checkVersion(folder, version, schema);
         if (version < schema.version())
             schema.apply(practice->m_engine->DefaultWorkspace(), databases, version);
     } catch (const dao::Error &error) {

@@ -29,6 +29,13 @@ UserError damaged(const QString &path)
     return UserError(QStringLiteral("Il file %1 è danneggiato.").arg(path));
 }
 
+// Pages that stand in the journal only (another workstation has the practice open, or lost its power) are no
+// damage, but the file alone does not tell what the practice holds.
+bool hasJournal(const QString &path)
+{
+    return QFileInfo(path + QStringLiteral("-wal")).size() > 0;
+}
+
 // The file's header, as SQLite's file format lays it down: magic text, page size at 16 (1 stands for 65536),
 // change counter at 24, pages at 28, the counter that the pages were counted at, at 92.
 void probeHeader(const QString &path)
@@ -47,10 +54,9 @@ void probeHeader(const QString &path)
         pageSize = 65536;
     if (pageSize < 512 || (pageSize & (pageSize - 1)) != 0)
         throw damaged(path);
-    // Pages that only stand in the journal yet are no damage.
-    const bool journal = QFileInfo(path + QStringLiteral("-wal")).size() > 0;
     const bool counted = word(24) == word(92);
-    if (!journal && (file.size() % pageSize != 0 || (counted && qint64(word(28)) * pageSize > file.size())))
+    if (!hasJournal(path)
+        && (file.size() % pageSize != 0 || (counted && qint64(word(28)) * pageSize > file.size())))
         throw damaged(path);
 }
 
@@ -97,28 +103,18 @@ void probeTables(const QString &path, const QString &database, const Schema &sch
     if (!connection.select(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"),
                            [&](const QSqlQuery &row) { tables.append(row.value(0).toString()); }))
         throw damaged(path);
-    int version = 0;
     if (database == QLatin1String("clinical")) {
         if (!tables.contains(QStringLiteral("orvale_properties"), Qt::CaseInsensitive))
             throw notAPractice(path);
+        int version = 0;
         if (!connection.select(QStringLiteral("SELECT name, value FROM orvale_properties"),
                                [&](const QSqlQuery &row) {
                                    if (row.value(0).toString() == QLatin1String("schema_version"))
                                        version = row.value(1).toInt();
                                }))
             throw damaged(path);
-        if (version < 1)
-            throw notAPractice(path);
-        if (version > schema.version())
-            throw UserError(
-                QStringLiteral("L'archivio %1 è di una versione più nuova (%2) di questo programma (%3): "
-                               "aggiornare Orvale.")
-                    .arg(QFileInfo(path).path())
-                    .arg(version)
-                    .arg(schema.version()));
+        checkVersion(QFileInfo(path).path(), version, schema);
     }
-    if (version > 1)
-        return; // a later version may have renamed the first tables
     const QStringList expected = schema.firstTables(database);
     for (const QString &table : expected) {
         if (!tables.contains(table, Qt::CaseInsensitive))
@@ -127,6 +123,19 @@ void probeTables(const QString &path, const QString &database, const Schema &sch
 }
 
 } // namespace
+
+void checkVersion(const QString &folder, int version, const Schema &schema)
+{
+    if (version < 1)
+        throw notAPractice(folder);
+    if (version > schema.version())
+        throw UserError(
+            QStringLiteral("L'archivio %1 è di una versione più nuova (%2) di questo programma (%3): "
+                           "aggiornare Orvale.")
+                .arg(folder)
+                .arg(version)
+                .arg(schema.version()));
+}
 
 void probePractice(const QString &folder, const Schema &schema)
 {
@@ -150,8 +159,11 @@ void probePractice(const QString &folder, const Schema &schema)
     }
     if (!info.isWritable())
         throw UserError(QStringLiteral("Manca il permesso di scrittura nella cartella %1.").arg(folder));
-    for (const PracticeFile &file : practiceFiles())
-        probeTables(QDir(folder).filePath(file.fileName), file.database, schema);
+    for (const PracticeFile &file : practiceFiles()) {
+        const QString path = QDir(folder).filePath(file.fileName);
+        if (!hasJournal(path))
+            probeTables(path, file.database, schema);
+    }
 }
 
 } // namespace orvale

@@ -13,4 +13,7 @@ class Schema;
 // a look at the headers and the catalog cannot tell (damaged rows) is left to the data engine.
 void probePractice(const QString &folder, const Schema &schema);
 
+// Throws UserError when a practice's schema version is newer than the program's, or none.
+void checkVersion(const QString &folder, int version, const Schema &schema);
+
 } // namespace orvale

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using orvale::CommandLine;
+
+CommandLine sample()
+{
+    CommandLine line(QStringLiteral("prova A B [--n N]"), QStringLiteral("Prova."));
+    line.addArgument(QStringLiteral("A"), QStringLiteral("primo"));
+    line.addArgument(QStringLiteral("B"), QStringLiteral("secondo"));
+    line.addOption(QStringLiteral("n"), QStringLiteral("N"), QStringLiteral("numero"));
+    line.addOption(QStringLiteral("day"), QStringLiteral("D"), QStringLiteral("giorno"));
+    line.addOption(QStringLiteral("quick"), {}, QStringLiteral("presto"));
+    return line;
+}
+
+std::string usageError(const QString &words)
+{
+    try {
+        CommandLine line = sample();
+        line.parse(words.split(u' ', Qt::SkipEmptyParts));
+        line.number(QStringLiteral("n"), 5, 1, 9);
+        line.date(QStringLiteral("day"), {});
+    } catch (const orvale::UsageError &error) {
+        return error.text().toStdString();
+    }
+    return {};
+}
+
+TEST(CommandLineTest, ReadsOptionsAndArgumentsInAnyOrder)
+{
+    for (const char *words : {"a --n 3 b --quick --day 2024-02-29", "--n=3 --day=2024-02-29 --quick a b",
+                              "--quick --n 3 --day 2024-02-29 -- a b"}) {
+        CommandLine line = sample();
+        EXPECT_TRUE(line.parse(QString::fromLatin1(words).split(u' '))) << words;
+        EXPECT_EQ(line.argument(0), QStringLiteral("a"));
+        EXPECT_EQ(line.argument(1), QStringLiteral("b"));
+        EXPECT_EQ(line.number(QStringLiteral("n"), 5, 1, 9), 3);
+        EXPECT_EQ(line.date(QStringLiteral("day"), {}), QDate(2024, 2, 29));
+        EXPECT_TRUE(line.isSet(QStringLiteral("quick")));
+    }
+    CommandLine line = sample();
+    EXPECT_TRUE(line.parse({QStringLiteral("-"), QStringLiteral("--"), QStringLiteral("--n")}));
+    EXPECT_EQ(line.argument(0), QStringLiteral("-"));
+    EXPECT_EQ(line.argument(1), QStringLiteral("--n"));
+    EXPECT_EQ(line.number(QStringLiteral("n"), 5, 1, 9), 5);
+    EXPECT_FALSE(line.isSet(QStringLiteral("quick")));
+}
+
+TEST(CommandLineTest, TellsWhatIsWrong)
+{
+    const struct {
+        const char *words;
+        const char *text;
+    } cases[] = {
+        {"a", "Manca l'argomento B"},
+        {"", "Manca l'argomento A"},
+        {"a b c", "Argomento di troppo: c"},
+        {"a b --nn 3", "Opzione sconosciuta: --nn"},
+        {"a b -n 3", "Opzione sconosciuta: -n"},
+        {"a b --n", "manca il valore (N)"},
+        {"a b --quick=1", "non vuole un valore"},
+        {"a b --n x", "da 1 a 9, non \"x\""},
+        {"a b --n 0", "da 1 a 9"},
+        {"a b --n 10", "da 1 a 9"},
+        {"a b --n 3.5", "da 1 a 9"},
+        {"a b --n 99999999999", "da 1 a 9"},
+        {"a b --n=", "da 1 a 9"},
+        {"a b --day 29/02/2024", "AAAA-MM-GG"},
+        {"a b --day 2023-02-29", "AAAA-MM-GG"},
+        {"a b --n 9", ""},
+    };
+    for (const auto &c : cases) {
+        const std::string text = usageError(QString::fromLatin1(c.words));
+        EXPECT_NE(text.find(c.text), std::string::npos) << c.words << ": " << text;
+        EXPECT_EQ(text.empty(), *c.text == '\0') << c.words << ": " << text;
+    }
+}
+
+} // namespace

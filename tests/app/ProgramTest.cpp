@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PracticeFixture.h"
+
+#include <QProcess>
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    QString output;
+    QString error;
+};
+
+// Runs the program as a person does, without a display.
+Outcome orvaleRun(const QStringList &arguments)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QString::fromLatin1(name));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(ORVALE_PROGRAM), arguments);
+    EXPECT_TRUE(process.waitForFinished(60000));
+    if (process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+class ProgramTest : public PracticeFixture { };
+
+TEST_F(ProgramTest, ShowsHelpOfEveryCommand)
+{
+    for (const QString &command : {QStringLiteral(""), QStringLiteral("demo"), QStringLiteral("check")}) {
+        QStringList arguments{QStringLiteral("--help")};
+        if (!command.isEmpty())
+            arguments.prepend(command);
+        const Outcome outcome = orvaleRun(arguments);
+        EXPECT_EQ(outcome.status, 0) << command.toStdString();
+        EXPECT_TRUE(outcome.output.startsWith(QStringLiteral("Uso: orvale ")
+                                              + (command.isEmpty() ? QStringLiteral("[") : command)))
+            << outcome.output.toStdString();
+        EXPECT_EQ(outcome.error, QString());
+    }
+}
+
+TEST_F(ProgramTest, TellsWrongUsageInOneLine)
+{
+    writeFile(QStringLiteral("file"), "x");
+    const struct {
+        QStringList arguments;
+        int status;
+        const char *text;
+    } cases[] = {
+        {{QStringLiteral("dmeo")}, 2, "Comando sconosciuto: dmeo"},
+        {{QStringLiteral("demo")}, 2, "Manca l'argomento P"},
+        {{QStringLiteral("demo"), path(QStringLiteral("x")), QStringLiteral("--pazienti"),
+          QStringLiteral("3")},
+         2,
+         "Opzione sconosciuta: --pazienti"},
+        {{QStringLiteral("demo"), path(QStringLiteral("x")), QStringLiteral("--patients"),
+          QStringLiteral("0")},
+         2,
+         "--patients vuole"},
+        {{QStringLiteral("demo"), path(QStringLiteral("file"))}, 1, "non è una cartella"},
+        {{QStringLiteral("demo"), m_folder.path()}, 1, "non è vuota"},
+        {{QStringLiteral("check"), path(QStringLiteral("x"))}, 1, "non esiste"},
+        {{QStringLiteral("check"), m_folder.path()}, 1, "manca il file Orvale.sqlite"},
+        {{QStringLiteral("check"), QStringLiteral("a"), QStringLiteral("b")}, 2, "Argomento di troppo"},
+    };
+    const auto before = filesBelow(m_folder.path());
+    for (const auto &c : cases) {
+        const Outcome outcome = orvaleRun(c.arguments);
+        SCOPED_TRACE(c.arguments.join(u' ').toStdString());
+        EXPECT_EQ(outcome.status, c.status);
+        EXPECT_TRUE(outcome.error.contains(QString::fromUtf8(c.text))) << outcome.error.toStdString();
+        EXPECT_EQ(outcome.error.count(u'\n'), 1) << outcome.error.toStdString();
+        EXPECT_EQ(outcome.output, QString());
+        EXPECT_EQ(filesBelow(m_folder.path()), before);
+    }
+}
+
+TEST_F(ProgramTest, CreatesADemoAndChecksIt)
+{
+    const QString folder = path(QStringLiteral("demo"));
+    const Outcome demo = orvaleRun({QStringLiteral("demo"), folder, QStringLiteral("--patients"),
+                                    QStringLiteral("5"), QStringLiteral("--years"), QStringLiteral("2"),
+                                    QStringLiteral("--seed"), QStringLiteral("3")});
+    EXPECT_EQ(demo.status, 0) << demo.error.toStdString();
+    EXPECT_TRUE(demo.output.contains(QStringLiteral("5 pazienti, 2 anni")));
+    EXPECT_EQ(demo.error, QString()); // no bar where there is no terminal
+    const Outcome clean = orvaleRun({QStringLiteral("check"), folder});
+    EXPECT_EQ(clean.status, 0) << clean.output.toStdString();
+    EXPECT_EQ(clean.output, QStringLiteral("Nessuna incoerenza.\n"));
+
+    orvale::Practice::open(folder)->environment().clinical->Execute(
+        QStringLiteral("DELETE * FROM archivio WHERE cod_paz = 5"));
+    const Outcome faulty = orvaleRun({QStringLiteral("check"), folder});
+    EXPECT_EQ(faulty.status, 1);
+    EXPECT_TRUE(faulty.output.contains(
+        QStringLiteral("inf_gen: righe di un paziente che non è in archivio (cod_paz): 1 [5]")))
+        << faulty.output.toStdString();
+    EXPECT_EQ(orvaleRun({QStringLiteral("demo"), folder}).status, 1);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/Schema.h"
+#include "PracticeFixture.h"
+
+#include <set>
+
+namespace {
+
+using orvale::Practice;
+using orvale::Schema;
+using orvale::SchemaFile;
+
+struct DictionaryField {
+    QString database;
+    QString table;
+    QString field;
+    QString type;
+    QString primaryKey;
+    QString index;
+};
+
+// The field list that all programs of the practice agree on.
+QList<DictionaryField> dictionary()
+{
+    QFile file(QStringLiteral(APP_TESTS_FOLDER "/dictionary.tsv"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    QList<DictionaryField> fields;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    for (const QString &line : lines.mid(1)) {
+        const QStringList cells = line.split(u'\t');
+        fields.append({cells.at(0), cells.at(1), cells.at(2), cells.at(3), cells.value(4), cells.value(5)});
+    }
+    return fields;
+}
+
+QString typeText(const dao::ColumnInfo &column)
+{
+    switch (column.type) {
+    case dao::FieldType::Boolean:
+        return QStringLiteral("boolean");
+    case dao::FieldType::Integer:
+        return QStringLiteral("integer");
+    case dao::FieldType::Long:
+        return QStringLiteral("long");
+    case dao::FieldType::AutoNumber:
+        return QStringLiteral("autonumber");
+    case dao::FieldType::Double:
+        return QStringLiteral("double");
+    case dao::FieldType::Date:
+        return QStringLiteral("datetime");
+    case dao::FieldType::Text:
+        return QStringLiteral("text(%1)").arg(column.size);
+    case dao::FieldType::Memo:
+        return QStringLiteral("memo");
+    case dao::FieldType::Guid:
+        return QStringLiteral("guid");
+    default:
+        return QStringLiteral("?");
+    }
+}
+
+dao::Database &databaseOf(const Practice &practice, const QString &name)
+{
+    const clivara::HostEnvironment &environment = practice.environment();
+    const QMap<QString, dao::Database *> databases{{QStringLiteral("clinical"), environment.clinical.get()},
+                                                   {QStringLiteral("codes"), environment.codes.get()},
+                                                   {QStringLiteral("third"), environment.third.get()},
+                                                   {QStringLiteral("doctors"), environment.doctors.get()},
+                                                   {QStringLiteral("local"), environment.local.get()},
+                                                   {QStringLiteral("events"), environment.events.get()}};
+    return *databases.value(name);
+}
+
+// "table.index#position.field", with a star for the primary key.
+std::set<std::string> indexParts(const dao::TableDef &table)
+{
+    std::set<std::string> parts;
+    for (const dao::IndexInfo &index : table.Indexes()) {
+        for (int i = 0; i < index.fields.size(); ++i)
+            parts.insert(QStringLiteral("%1%2#%3.%4")
+                             .arg(index.primary ? QStringLiteral("*") : QString(), index.name)
+                             .arg(i + 1)
+                             .arg(index.fields.at(i))
+                             .toStdString());
+    }
+    return parts;
+}
+
+class SchemaTest : public PracticeFixture {
+protected:
+    static Schema withVersion2(const QString &sql)
+    {
+        QList<SchemaFile> files;
+        for (const QString &database :
+             {QStringLiteral("clinical"), QStringLiteral("codes"), QStringLiteral("third"),
+              QStringLiteral("doctors"), QStringLiteral("events")}) {
+            QFile file(QStringLiteral(":/schema/0001_%1.sql").arg(database));
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            files.append({1, database, QString::fromUtf8(file.readAll())});
+        }
+        files.append({2, QStringLiteral("clinical"), sql});
+        return Schema(files);
+    }
+
+    static int count(Practice &practice, const QString &table)
+    {
+        return practice.environment()
+            .clinical->OpenRecordset(QStringLiteral("SELECT count(*) FROM %1").arg(table))
+            ->Fields(0)
+            .Value()
+            .toInt();
+    }
+};
+
+TEST_F(SchemaTest, CreatesTheTablesOfTheDictionary)
+{
+    const auto practice = Practice::create(path(QStringLiteral("p")));
+    QMap<QString, QStringList> tables;
+    QMap<QString, QList<DictionaryField>> fields;
+    for (const DictionaryField &field : dictionary()) {
+        const QString key = field.database + u'.' + field.table;
+        fields[key].append(field);
+    }
+    ASSERT_EQ(fields.size(), 35);
+    for (auto it = fields.begin(); it != fields.end(); ++it) {
+        SCOPED_TRACE(it.key().toStdString());
+        const DictionaryField &first = it.value().first();
+        tables[first.database].append(first.table);
+        const dao::TableDef table = databaseOf(*practice, first.database).TableDefs()[first.table];
+        EXPECT_EQ(table.Name(), first.table);
+        const QList<dao::ColumnInfo> columns = table.Fields();
+        ASSERT_EQ(columns.size(), it.value().size());
+        std::set<std::string> indexes;
+        for (int i = 0; i < columns.size(); ++i) {
+            const DictionaryField &field = it.value().at(i);
+            EXPECT_EQ(columns.at(i).name, field.field);
+            EXPECT_EQ(typeText(columns.at(i)), field.type) << field.field.toStdString();
+            if (!field.primaryKey.isEmpty())
+                indexes.insert((u'*' + field.primaryKey + u'.' + field.field).toStdString());
+            if (!field.index.isEmpty())
+                indexes.insert((field.index + u'.' + field.field).toStdString());
+        }
+        EXPECT_EQ(indexParts(table), indexes);
+    }
+    tables[QStringLiteral("clinical")].append(QStringLiteral("orvale_properties"));
+    for (const orvale::PracticeFile &file : orvale::practiceFiles())
+        EXPECT_EQ(databaseOf(*practice, file.database).TableDefs().Count(),
+                  tables.value(file.database).size())
+            << file.database.toStdString();
+}
+
+TEST_F(SchemaTest, SplitsFilesIntoStatements)
+{
+    EXPECT_EQ(orvale::schemaStatements(
+                  QStringLiteral("-- A comment; with a semicolon;\nCREATE TABLE t (\n    a LONG\n);\n\n"
+                                 "UPDATE t SET a = ';' & a;\nDROP TABLE t")),
+              (QStringList{QStringLiteral("CREATE TABLE t (\n    a LONG\n)"),
+                           QStringLiteral("UPDATE t SET a = ';' & a"), QStringLiteral("DROP TABLE t")}));
+}
+
+TEST_F(SchemaTest, UpgradesAnOlderPracticeAndKeepsItsRows)
+{
+    Practice::build(path(QStringLiteral("p")), [](Practice &practice) {
+        practice.environment().clinical->Execute(
+            QStringLiteral("INSERT INTO ESAMI (tipo_esa, descr_esa) VALUES (1, 'x')"));
+    });
+    const Schema schema =
+        withVersion2(QStringLiteral("ALTER TABLE ESAMI ADD COLUMN sigla TEXT(5);\n"
+                                    "UPDATE ESAMI SET sigla = 'L';\nCREATE TABLE nuova (a LONG);"));
+    {
+        const auto practice = Practice::open(path(QStringLiteral("p")), schema);
+        EXPECT_EQ(practice->property(QStringLiteral("schema_version")), QStringLiteral("2"));
+        const auto row =
+            practice->environment().clinical->OpenRecordset(QStringLiteral("SELECT * FROM ESAMI"));
+        EXPECT_EQ(row->Fields(QStringLiteral("descr_esa")).text(), QStringLiteral("x"));
+        EXPECT_EQ(row->Fields(QStringLiteral("sigla")).text(), QStringLiteral("L"));
+        EXPECT_EQ(count(*practice, QStringLiteral("nuova")), 0);
+    }
+    // The upgraded practice opens again as it is, and not with the program of before.
+    EXPECT_EQ(refusal([&] { Practice::open(path(QStringLiteral("p")), schema); }), "");
+    EXPECT_NE(refusal([&] { Practice::open(path(QStringLiteral("p"))); }).find("versione più nuova (2)"),
+              std::string::npos);
+}
+
+TEST_F(SchemaTest, UndoesAnUpgradeThatFailsOrLosesRows)
+{
+    Practice::build(path(QStringLiteral("p")), [](Practice &practice) {
+        practice.environment().clinical->Execute(
+            QStringLiteral("INSERT INTO ESAMI (tipo_esa, descr_esa) VALUES (1, 'x')"));
+    });
+    const struct {
+        const char *sql;
+        const char *reason;
+    } cases[] = {
+        {"ALTER TABLE ESAMI ADD COLUMN sigla TEXT(5);\nDELETE * FROM ESAMI;",
+         "ESAMI aveva 1 righe e ne avrebbe 0"},
+        {"INSERT INTO ESAMI (tipo_esa) VALUES (2);", "ESAMI aveva 1 righe e ne avrebbe 2"},
+        {"DROP TABLE ESAMI;", "ESAMI aveva 1 righe"},
+        {"CREATE TABLE nuova (a LONG);\nCREATE TABLE nuova (a LONG);", "nuova"},
+        {"CREATE TABLE nuova (a LONG);\nSELEC 1;", "non si possono preparare"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.sql);
+        const std::string text = refusal(
+            [&] { Practice::open(path(QStringLiteral("p")), withVersion2(QString::fromLatin1(c.sql))); });
+        EXPECT_NE(text.find(c.reason), std::string::npos) << text;
+        const auto practice = Practice::open(path(QStringLiteral("p")));
+        EXPECT_EQ(practice->property(QStringLiteral("schema_version")), QStringLiteral("1"));
+        EXPECT_EQ(count(*practice, QStringLiteral("ESAMI")), 1);
+        EXPECT_FALSE(practice->environment().clinical->TableDefs().contains(QStringLiteral("nuova")));
+        EXPECT_EQ(practice->environment().clinical->TableDefs()[QStringLiteral("ESAMI")].Fields().size(), 2);
+    }
+}
+
+} // namespace
