@@ -102,7 +102,7 @@ TEST_F(PracticeTest, RefusesToOpenAndChangesNothing)
         {"a foreign events file", [&] { foreign(QStringLiteral("p/Eventi.sqlite")); }, "non è un archivio"},
         {"files mixed up",
          [&] {
-             QFile::remove(clinical);
+             QFile::remove(path(clinical));
              QFile::copy(path(QStringLiteral("p/Medici.sqlite")), path(clinical));
          },
          "non è un archivio"},

@@ -133,8 +133,9 @@ TEST_F(SchemaTest, CreatesTheTablesOfTheDictionary)
         std::set<std::string> indexes;
         for (int i = 0; i < columns.size(); ++i) {
             const DictionaryField &field = it.value().at(i);
-            EXPECT_EQ(columns.at(i).name, field.field);
-            EXPECT_EQ(typeText(columns.at(i)), field.type) << field.field.toStdString();
+            EXPECT_EQ(columns.at(i).name.toStdString(), field.field.toStdString());
+            EXPECT_EQ(typeText(columns.at(i)).toStdString(), field.type.toStdString())
+                << field.field.toStdString();
             if (!field.primaryKey.isEmpty())
                 indexes.insert((u'*' + field.primaryKey + u'.' + field.field).toStdString());
             if (!field.index.isEmpty())
