@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/PatientSearch.h"
+
+#include "app/PatientListModel.h"
+#include "ui_PatientSearch.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+
+namespace orvale {
+
+namespace {
+
+// The width that shows all columns and a common name, in average characters.
+constexpr int listCharacters = 60;
+constexpr int cellMargin = 10; // beside a text in the list, as in the style sheet
+
+} // namespace
+
+PatientSearch::PatientSearch(const PatientIndex &index, QWidget *parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::PatientSearch>())
+    , m_index(index)
+{
+    m_ui->setupUi(this);
+    m_model = new PatientListModel(index, this);
+    m_ui->results->setModel(m_model);
+    m_ui->query->addAction(QIcon(QStringLiteral(":/orvale/icons/search.svg")), QLineEdit::LeadingPosition);
+    m_ui->query->installEventFilter(this);
+    m_ui->results->installEventFilter(this);
+
+    QHeaderView *header = m_ui->results->horizontalHeader();
+    const QFontMetrics metrics(m_ui->results->font());
+    const auto width = [&](const QString &text) { return metrics.horizontalAdvance(text) + 2 * cellMargin; };
+    header->setSectionResizeMode(PatientListModel::Name, QHeaderView::Stretch);
+    header->resizeSection(PatientListModel::Birth, width(QStringLiteral("00/00/0000")));
+    header->resizeSection(PatientListModel::Age, width(QStringLiteral("100")));
+    header->resizeSection(PatientListModel::Sex, width(QStringLiteral("M")));
+    header->resizeSection(PatientListModel::Code, width(QStringLiteral("Codice")));
+
+    connect(m_ui->query, &QLineEdit::textChanged, this, [this] {
+        search();
+        m_ui->results->scrollToTop();
+    });
+    connect(m_ui->results, &QTableView::clicked, this, [this](const QModelIndex &row) { pick(row.row()); });
+}
+
+PatientSearch::~PatientSearch() = default;
+
+void PatientSearch::refresh(QDate today, bool loading)
+{
+    m_today = today;
+    m_loading = loading;
+    const qint32 marked = m_model->codeAt(m_ui->results->currentIndex().row());
+    search();
+    mark(marked);
+}
+
+void PatientSearch::mark(qint32 code)
+{
+    const int row = m_model->rowOf(code);
+    if (row >= 0)
+        m_ui->results->setCurrentIndex(m_model->index(row, 0));
+}
+
+void PatientSearch::focusQuery()
+{
+    m_ui->query->setFocus(Qt::ShortcutFocusReason);
+    m_ui->query->selectAll();
+}
+
+void PatientSearch::search()
+{
+    m_model->setRows(m_index.find(m_ui->query->text()), m_today);
+    const QLocale locale;
+    const QString all = locale.toString(m_index.size());
+    if (m_loading)
+        m_ui->count->setText(QStringLiteral("Lettura dei pazienti: %1").arg(all));
+    else if (m_ui->query->text().trimmed().isEmpty())
+        m_ui->count->setText(m_index.size() == 1 ? QStringLiteral("1 paziente")
+                                                 : QStringLiteral("%1 pazienti").arg(all));
+    else if (m_model->rowCount() == 0)
+        m_ui->count->setText(QStringLiteral("Nessun paziente trovato"));
+    else
+        m_ui->count->setText(
+            QStringLiteral("%1 di %2 pazienti").arg(locale.toString(m_model->rowCount()), all));
+}
+
+void PatientSearch::pick(int row)
+{
+    const qint32 code = m_model->codeAt(row);
+    if (code >= 0)
+        emit picked(code);
+}
+
+void PatientSearch::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    // The name needs the room more than the code.
+    const int least = listCharacters * fontMetrics().averageCharWidth();
+    m_ui->results->setColumnHidden(PatientListModel::Code, width() < least);
+}
+
+bool PatientSearch::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    const int marked = m_ui->results->currentIndex().row();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        // Without a mark the first one found, but never one that nobody looked for.
+        if (marked >= 0 || !m_ui->query->text().trimmed().isEmpty())
+            pick(std::max(marked, 0));
+        return true;
+    }
+    if (watched == m_ui->query) {
+        if (key == Qt::Key_Down || key == Qt::Key_PageDown) {
+            m_ui->results->setFocus(Qt::OtherFocusReason);
+            if (marked < 0)
+                m_ui->results->setCurrentIndex(m_model->index(0, 0));
+            else
+                QCoreApplication::sendEvent(m_ui->results, event);
+            return true;
+        }
+        if (key == Qt::Key_Escape) {
+            m_ui->query->clear();
+            return true;
+        }
+    } else if (key == Qt::Key_Escape || (key == Qt::Key_Up && marked <= 0)) {
+        focusQuery();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace orvale

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/Tour.h"
+
+#include "app/HostWindow.h"
+#include "app/PatientRecords.h"
+#include "app/Practice.h"
+#include "app/Sections.h"
+#include "host/Class3.h"
+#include "host/working_state/WorkingState.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QLineEdit>
+#include <QPixmap>
+#include <QTimer>
+
+namespace orvale {
+
+namespace {
+
+constexpr QSize windowSize(1366, 728);
+constexpr int patientsWaitMilliseconds = 60000;
+// Long enough for a form to be laid out and painted.
+constexpr int settleMilliseconds = 150;
+constexpr int formPollMilliseconds = 20;
+
+// A tour answers every message box by its default and remembers the text: a box is a finding of the tour.
+class TourPrompts final : public clivara::Prompts {
+public:
+    clivara::PromptButton ask(const clivara::Prompt &prompt) override
+    {
+        m_texts << prompt.text;
+        return prompt.defaultButton;
+    }
+    QStringList takeTexts() { return std::exchange(m_texts, {}); }
+
+private:
+    QStringList m_texts;
+};
+
+void settle()
+{
+    QEventLoop loop;
+    QTimer::singleShot(settleMilliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+class Pictures {
+public:
+    explicit Pictures(const QString &folder)
+        : m_folder(folder)
+    {
+        if (!m_folder.mkpath(QStringLiteral(".")))
+            throw UserError(QStringLiteral("La cartella %1 non si può creare.").arg(folder));
+    }
+
+    void save(QWidget &widget, const QString &name)
+    {
+        const QString path = m_folder.filePath(
+            QStringLiteral("%1_%2.png").arg(m_written.size() + 1, 2, 10, QLatin1Char('0')).arg(name));
+        if (!widget.grab().save(path))
+            throw UserError(QStringLiteral("La figura %1 non si può scrivere.").arg(path));
+        m_written << path;
+    }
+    QStringList written() const { return m_written; }
+
+private:
+    QDir m_folder;
+    QStringList m_written;
+};
+
+// Waits inside the form's own event loop until it is open, has it compute and takes its picture; closes it in
+// any case.
+class FormVisit {
+public:
+    explicit FormVisit(Pictures &pictures)
+        : m_pictures(pictures)
+    {
+        QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this] { look(); });
+        m_poll.start(formPollMilliseconds);
+    }
+
+    bool tookPicture() const { return m_tookPicture; }
+    void rethrow() const
+    {
+        if (m_error)
+            std::rethrow_exception(m_error);
+    }
+
+private:
+    void look()
+    {
+        QWidget *form = QApplication::activeModalWidget();
+        if (!form || !form->isVisible())
+            return;
+        m_poll.stop();
+        try {
+            // The first of a calculator's buttons computes.
+            if (const auto compute = form->findChild<QAbstractButton *>(QStringLiteral("Button2_0")))
+                compute->click();
+            settle();
+            m_pictures.save(*form, form->objectName());
+            m_tookPicture = true;
+        } catch (const UserError &) {
+            m_error = std::current_exception();
+        }
+        form->close();
+    }
+
+    Pictures &m_pictures;
+    QTimer m_poll;
+    bool m_tookPicture = false;
+    std::exception_ptr m_error;
+};
+
+void waitForPatients(HostWindow &window)
+{
+    if (!window.isLoadingPatients())
+        return;
+    QEventLoop loop;
+    QObject::connect(&window, &HostWindow::patientsLoaded, &loop, &QEventLoop::quit);
+    QTimer::singleShot(patientsWaitMilliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+} // namespace
+
+QStringList takeTour(Practice &practice, clivara::Clock &clock, const QString &folder)
+{
+    Pictures pictures(folder);
+    clivara::MemorySettings settings;
+    TourPrompts prompts;
+    clivara::SystemPauses pauses;
+    clivara::SystemGuids guids;
+    clivara::SystemMiddleware middleware;
+    HostWindow window(practice, {settings, clock, prompts, pauses, guids, middleware});
+    window.resize(windowSize);
+    window.show();
+    waitForPatients(window);
+
+    const PatientRecords records(practice.environment());
+    const qint32 patient = records.instructivePatient(clock.today().addYears(-1));
+    if (patient < 0)
+        throw UserError(QStringLiteral("L'archivio %1 non ha pazienti da mostrare.").arg(practice.path()));
+    if (const auto query = window.findChild<QLineEdit *>(QStringLiteral("query")))
+        query->setText(records.entry(patient)->surname.left(2).toLower());
+    window.selectPatient(patient);
+    settle();
+    pictures.save(window, QStringLiteral("finestra"));
+
+    const QList<SectionGroup> groups = sectionGroups();
+    for (const SectionGroup &group : groups) {
+        for (const Section &section : group.sections) {
+            if (!clivara::Class3::isBuilt(section.action))
+                continue;
+            FormVisit visit(pictures);
+            window.openSection(section);
+            visit.rethrow();
+            if (!visit.tookPicture())
+                throw UserError(QStringLiteral("La sezione %1 non si è aperta.").arg(plainTitle(section)));
+            if (const QStringList texts = prompts.takeTexts(); !texts.isEmpty())
+                throw UserError(QStringLiteral("La sezione %1 ha avvisato: %2")
+                                    .arg(plainTitle(section), texts.join(u' ')));
+        }
+    }
+    return pictures.written();
+}
+
+} // namespace orvale
