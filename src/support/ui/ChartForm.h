@@ -2,28 +2,35 @@
 #pragma once
 
 #include <QDialog>
-
-class QVBoxLayout;
+#include <exception>
 
 namespace clivara {
 
-struct PatientHeader;
+class Clock;
 class PatientStrip;
+struct PatientHeader;
 
-// The frame of every form of the chart: the patient at the top, Esc and the exit button close, one instance that
-// is loaded at each showing and unloaded at each closing.
+// The frame of every form of the chart: the patient at the top, Esc, the exit button and the window's close
+// button all close in the same way, one instance that is loaded at each showing and unloaded at each closing.
 class ChartForm : public QDialog {
     Q_OBJECT
 
 public:
-    // `name` is the form's own name ("calcLDL"), used by scenarios, the log and Action 99.
-    ChartForm(const QString &name, const PatientHeader &header, QWidget *parent = nullptr);
+    // `name` is the form's own name ("calcLDL"), used by scenarios, the log and Action 99. Header and clock
+    // must outlive the form: the strip is filled from them at each showing.
+    ChartForm(const QString &name, const PatientHeader &header, const Clock &clock,
+              QWidget *parent = nullptr);
     ~ChartForm() override;
 
-    // Loads the form and shows it until the doctor closes it. An error in load() passes on to the caller.
+    // Loads the form and shows it until the doctor closes it. An error of load(), queryUnload() or
+    // unloading() passes on to the caller and leaves the form unloaded. Nothing happens while the form is
+    // already open.
     void showModal();
-    // Closes without asking and without a window: what the host does with forms it no longer needs.
+    // Closes without asking, also when there is no window: what the host does with forms it no longer needs.
+    // A form that is not loaded has nothing to unload.
     void unload();
+    // Closes without saving and without telling the host, as if the form had never been opened.
+    void abandon();
     bool isLoaded() const { return m_loaded; }
 
 signals:
@@ -37,19 +44,21 @@ protected:
     // The form goes away: saves what is saved on closing and writes the host's mailbox.
     virtual void unloading() { }
 
-    // Puts the widget of the form's .ui file below the patient strip.
+    // Holds the widget of the form's .ui file, below the patient strip.
     QWidget *contents() const { return m_contents; }
 
+    // Esc, the exit button and the window's close button end here.
     void reject() override;
-    void closeEvent(QCloseEvent *event) override;
 
 private:
     void finish();
 
+    const PatientHeader &m_header;
+    const Clock &m_clock;
     PatientStrip *m_strip;
     QWidget *m_contents;
-    const PatientHeader &m_header;
     bool m_loaded = false;
+    std::exception_ptr m_failure; // of the closing, carried past the event loop
 };
 
 } // namespace clivara

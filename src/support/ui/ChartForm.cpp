@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "support/ui/ChartForm.h"
+
+#include "support/Clock.h"
+#include "support/ui/PatientStrip.h"
+
+#include <QApplication>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <utility>
+
+namespace clivara {
+
+ChartForm::ChartForm(const QString &name, const PatientHeader &header, const Clock &clock, QWidget *parent)
+    : QDialog(parent)
+    , m_header(header)
+    , m_clock(clock)
+    , m_strip(new PatientStrip(this))
+    , m_contents(new QWidget(this))
+{
+    setObjectName(name);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_strip);
+    layout->addWidget(m_contents, 1);
+}
+
+ChartForm::~ChartForm() = default;
+
+void ChartForm::showModal()
+{
+    if (m_loaded) {
+        activateWindow();
+        return;
+    }
+    m_strip->showPatient(m_header, m_clock.today());
+    load();
+    m_loaded = true;
+    emit loaded();
+
+    // Without an owner the form could open behind the host's window.
+    if (const QWidget *const host = QApplication::activeWindow(); host && host != this) {
+        winId();
+        windowHandle()->setTransientParent(host->windowHandle());
+    }
+    exec();
+    m_loaded = false;
+    if (m_failure)
+        std::rethrow_exception(std::exchange(m_failure, nullptr));
+}
+
+void ChartForm::unload()
+{
+    if (m_loaded)
+        finish();
+}
+
+void ChartForm::abandon()
+{
+    m_loaded = false;
+    done(Rejected);
+}
+
+void ChartForm::reject()
+{
+    if (!m_loaded) {
+        QDialog::reject();
+        return;
+    }
+    // Called by the event loop, which an exception must not cross.
+    try {
+        if (!queryUnload())
+            return;
+    } catch (...) {
+        m_failure = std::current_exception();
+        abandon();
+        return;
+    }
+    finish();
+}
+
+void ChartForm::finish()
+{
+    m_loaded = false;
+    try {
+        unloading();
+    } catch (...) {
+        m_failure = std::current_exception();
+    }
+    done(Rejected);
+}
+
+} // namespace clivara

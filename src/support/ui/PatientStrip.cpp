@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "support/ui/PatientStrip.h"
+
+#include "support/PatientHeader.h"
+#include "support/ui/ElidedLabel.h"
+#include "values/JetValues.h"
+
+#include <QVBoxLayout>
+
+namespace clivara {
+
+namespace {
+
+QString sexText(const QString &sex)
+{
+    if (jet::sameText(sex, u"M"))
+        return QStringLiteral("Maschio");
+    if (jet::sameText(sex, u"F"))
+        return QStringLiteral("Femmina");
+    return QStringLiteral("sesso non indicato");
+}
+
+QString birthText(QDate birth, QDate today)
+{
+    if (!birth.isValid())
+        return QStringLiteral("data di nascita mancante");
+    const QString date = jet::formatDate(jet::dateTime(birth), u"dd/mm/yyyy");
+    const QString age = ageText(birth, today);
+    return age.isEmpty() ? QStringLiteral("data di nascita futura: %1").arg(date)
+                         : QStringLiteral("%1 (%2)").arg(age, date);
+}
+
+} // namespace
+
+QString ageText(QDate birth, QDate today)
+{
+    const int years = exactAge(birth, today);
+    if (years < 0)
+        return {};
+    if (years == 1)
+        return QStringLiteral("1 anno");
+    if (years > 1)
+        return QStringLiteral("%1 anni").arg(years);
+    int months = 12 * (today.year() - birth.year()) + today.month() - birth.month();
+    if (today.day() < birth.day())
+        --months;
+    return months == 1 ? QStringLiteral("1 mese") : QStringLiteral("%1 mesi").arg(months);
+}
+
+PatientStrip::PatientStrip(QWidget *parent)
+    : QFrame(parent)
+    , m_name(new ElidedLabel(this))
+    , m_details(new ElidedLabel(this))
+{
+    setObjectName(QStringLiteral("PatientStrip"));
+    m_name->setObjectName(QStringLiteral("lblPaziente"));
+    m_details->setObjectName(QStringLiteral("lblDatiPaziente"));
+    for (ElidedLabel *const label : {m_name, m_details})
+        label->setTextFormat(Qt::PlainText);
+
+    // A band of its own colours, the same on every workstation.
+    setAutoFillBackground(true);
+    QPalette colours = palette();
+    colours.setColor(QPalette::Window, QColor(0x1f, 0x3a, 0x5f));
+    colours.setColor(QPalette::WindowText, Qt::white);
+    setPalette(colours);
+
+    QFont large = font();
+    large.setPointSizeF(large.pointSizeF() * 1.4);
+    large.setBold(true);
+    m_name->setFont(large);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 8, 16, 8);
+    layout->setSpacing(0);
+    layout->addWidget(m_name);
+    layout->addWidget(m_details);
+}
+
+void PatientStrip::showPatient(const PatientHeader &header, QDate today)
+{
+    QString name;
+    QStringList details;
+    if (header.identified) {
+        name = (header.surname.trimmed() + QLatin1Char(' ') + header.name.trimmed()).trimmed();
+        details << sexText(header.sex.trimmed()) << birthText(header.birthDay, today);
+        if (const QString code = header.fiscalCode.trimmed(); !code.isEmpty())
+            details << code;
+    } else if (header.patientCode >= 0) {
+        name = QStringLiteral("Paziente %1").arg(header.patientCode);
+        details << QStringLiteral("non trovato in archivio");
+    }
+    m_name->setText(name.isEmpty() ? QStringLiteral("Nessun paziente") : name);
+    m_details->setText(details.join(QStringLiteral("  ·  ")));
+    setAccessibleName(
+        QStringLiteral("Paziente: %1, %2").arg(m_name->text(), details.join(QStringLiteral(", "))));
+}
+
+} // namespace clivara
