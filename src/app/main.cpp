@@ -20,6 +20,7 @@ const QList<Command> &commands()
         {QStringLiteral("demo"), orvale::runDemo, false},
         {QStringLiteral("check"), orvale::runCheck, false},
         {QStringLiteral("tour"), orvale::runTour, true},
+        {QStringLiteral("tour"), orvale::runTour, true},
     };
     return list;
 }
