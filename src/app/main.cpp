@@ -20,7 +20,6 @@ const QList<Command> &commands()
         {QStringLiteral("demo"), orvale::runDemo, false},
         {QStringLiteral("check"), orvale::runCheck, false},
         {QStringLiteral("tour"), orvale::runTour, true},
-        {QStringLiteral("tour"), orvale::runTour, true},
     };
     return list;
 }
@@ -78,6 +77,10 @@ int run(int &argc, char **argv)
         const QStringList rest = arguments.mid(1);
         const auto application = makeApplication(argc, argv, command.draws && !asksForHelp(rest));
         return command.run(rest);
+    }
+    if (first.isEmpty() || first.startsWith(u'-')) {
+        const auto application = makeApplication(argc, argv, !asksForHelp(arguments));
+        return orvale::runWindow(arguments);
     }
     throw orvale::UsageError(QStringLiteral("Comando sconosciuto: %1. Vedere orvale --help.").arg(first));
 }

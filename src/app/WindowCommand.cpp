@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/CommandLine.h"
+#include "app/Commands.h"
+#include "app/FirstStart.h"
+#include "app/HostServices.h"
+#include "app/HostStyle.h"
+#include "app/HostWindow.h"
+#include "app/Practice.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QSettings>
+
+namespace orvale {
+
+namespace {
+
+const QLatin1String geometryKey("finestra/geometria");
+
+// False when the doctor gave up the first start.
+bool prepareFirstPractice(const QString &path)
+{
+    if (QFileInfo::exists(path))
+        return true;
+    DemoOptions options;
+    options.today = QDate::currentDate();
+    FirstStart firstStart([&](const DemoProgress &progress) {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        createDemo(path, options, progress);
+    });
+    return firstStart.run();
+}
+
+} // namespace
+
+int runWindow(const QStringList &arguments)
+{
+    CommandLine line(
+        QStringLiteral("[--practice P]"),
+        QStringLiteral("Apre la finestra sull'archivio dell'utente; al primo avvio ne crea uno di prova."));
+    line.addOption(QStringLiteral("practice"), QStringLiteral("P"),
+                   QStringLiteral("la cartella di un altro archivio"));
+    if (!line.parse(arguments))
+        return 0;
+
+    applyHostStyle(*qApp);
+    const bool isOwn = !line.isSet(QStringLiteral("practice"));
+    const QString path = isOwn ? defaultPracticePath() : line.value(QStringLiteral("practice"));
+    if (isOwn && !prepareFirstPractice(path))
+        return 0;
+
+    const std::unique_ptr<Practice> practice = Practice::open(path);
+    HostServices host;
+    try {
+        HostWindow window(*practice, host.services());
+        QSettings remembered(QStringLiteral("Orvale"), QStringLiteral("orvale"));
+        window.restoreGeometry(remembered.value(geometryKey).toByteArray());
+        window.show();
+        const int status = QApplication::exec();
+        remembered.setValue(geometryKey, window.saveGeometry());
+        return status;
+    } catch (const dao::Error &error) {
+        throw UserError(QStringLiteral("L'archivio %1 non si legge: %2").arg(path, error.text()));
+    }
+}
+
+} // namespace orvale
