@@ -8,7 +8,9 @@ namespace dao {
 
 // The engine's error numbers that callers tell apart; any number of the engine may occur.
 enum ErrorNumber {
+    InvalidCall = 5, // a function called with a value that it does not take
     Overflow = 6,
+    DivisionByZero = 11,
     TypeMismatch = 13,
     DuplicateKey = 3022,
     NoCurrentRecord = 3021,
@@ -20,6 +22,14 @@ enum ErrorNumber {
     ObjectNotFound = 3078, // a table or query that does not exist
     TooFewParameters = 3061, // a name in the SQL that is no field
     SyntaxError = 3075,
+    AmbiguousField = 3079, // a field without its table that more than one table has
+    UndefinedFunction = 3085,
+    WrongArguments = 3040, // of a function
+    OrderConflict = 3093, // DISTINCT ordered by a field that is not selected
+    AggregateHere = 3096, // an aggregate function where none may stand
+    NotGrouped = 3122, // a field beside aggregates that the rows are not grouped by
+    UnknownFieldName = 3127, // INSERT INTO ... SELECT of a field that the table does not have
+    FieldCountDiffers = 3346, // INSERT of more or fewer values than fields
     TableExists = 3010,
     FieldTooSmall = 3163,
     RecordDeleted = 3167,

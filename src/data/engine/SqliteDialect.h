@@ -10,6 +10,7 @@ namespace dao {
 // tables and values are in SqliteStorage.cpp.
 class SqliteDialect final : public SqlDialect {
 public:
+    QString textLiteral(const QString &text) const override;
     QString dateLiteral(const QDateTime &date) const override;
     QString booleanLiteral(bool value) const override;
     QString conditionFromBoolean(const QString &value) const override;

@@ -26,13 +26,22 @@ struct ResultColumn {
 struct RowSource {
     const TableInfo *table = nullptr;
     QString alias; // the name under which the SQL speaks of it
-    // Position in the native result of the hidden column that identifies this table's row; -1 when the rows of
-    // the result do not stand for rows of the table (GROUP BY, DISTINCT, UNION).
+    // Position in the native result of the hidden column that identifies this table's row; -1 when the rows
+    // of the result do not stand for rows of the table (GROUP BY, DISTINCT, UNION).
     int identityColumn = -1;
 };
 
 enum class StatementKind {
-    Select, Insert, Update, Delete, CreateTable, CreateIndex, AddColumn, DropColumn, DropTable, DropIndex
+    Select,
+    Insert,
+    Update,
+    Delete,
+    CreateTable,
+    CreateIndex,
+    AddColumn,
+    DropColumn,
+    DropTable,
+    DropIndex
 };
 
 // What a definition statement asks for; the database carries it out.
@@ -52,15 +61,16 @@ struct Translation {
 };
 
 // Turns Jet SQL into the native SQL of a dialect. Knows the types of fields and expressions, so that texts,
-// numbers, dates and Yes/No values compare and compute as Jet does them. Constants are computed here; what stays
-// for the native engine can use its indexes. SQL that cannot be translated is an error that quotes the place.
+// numbers, dates and Yes/No values compare and compute as Jet does them. Constants are computed here; what
+// stays for the native engine can use its indexes. SQL that cannot be translated is an error that quotes the
+// place.
 class Translator {
 public:
     // `now` gives the local time for date() and now().
     Translator(const SqlDialect &dialect, const Catalog &catalog, std::function<QDateTime()> now);
 
-    // Throws Error: SyntaxError with the offending place, ObjectNotFound for an unknown table, TooFewParameters
-    // for an unknown field.
+    // Throws Error: SyntaxError with the offending place, ObjectNotFound for an unknown table,
+    // TooFewParameters for an unknown field.
     Translation translate(const QString &jetSql) const;
 
 private:

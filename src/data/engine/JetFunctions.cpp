@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/engine/JetFunctions.h"
+
+namespace dao::sql {
+
+const Function *findFunction(QStringView name)
+{
+    for (const auto &group : {textFunctions(), numberFunctions(), dateFunctions()}) {
+        for (const Function &function : group) {
+            if (function.name.size() == name.size() && name.compare(function.name, Qt::CaseInsensitive) == 0)
+                return &function;
+        }
+    }
+    return nullptr;
+}
+
+QVariant callFunction(const Function &function, Arguments arguments)
+{
+    if (!function.takesNull
+        && std::any_of(arguments.begin(), arguments.end(), [](const QVariant &a) { return !a.isValid(); }))
+        return {};
+    return function.call(arguments);
+}
+
+} // namespace dao::sql
