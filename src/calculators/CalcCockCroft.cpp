@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/CalcCockCroft.h"
+
+#include "ui_CockcroftInputs.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+CalcCockCroft::CalcCockCroft(WorkingState &state)
+    : CalculatorForm(QStringLiteral("calcCockCroft"), QStringLiteral("Calcolo della formula di COCKCROFT"),
+                     state)
+    , m_inputs(std::make_unique<Ui::CockcroftInputs>())
+{
+    m_inputs->setupUi(inputArea());
+    addInput(m_inputs->me_col, m_inputs->me_colSource);
+    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource);
+    inputsComplete();
+}
+
+CalcCockCroft::~CalcCockCroft() = default;
+
+void CalcCockCroft::propose()
+{
+    proposeWeight(m_inputs->me_col);
+    proposeResult(m_inputs->me_hdl, QStringLiteral("90.16.04"));
+}
+
+void CalcCockCroft::compute()
+{
+    const auto weightKg = required(m_inputs->me_col, QStringLiteral("Inserire il peso!"));
+    if (!weightKg)
+        return;
+    const auto creatinineMgDl =
+        required(m_inputs->me_hdl, QStringLiteral("Inserire il valore della creatininemia!"));
+    if (!creatinineMgDl)
+        return;
+    const auto expected = expectedClearanceMlMin(sex(), ageYears());
+    if (expected) {
+        showNote(QStringLiteral("Paziente di %1 anni: Funzione renale attesa = %2 ml")
+                     .arg(jet::numberText(ageYears()), jet::numberText(*expected)),
+                 true);
+    } else {
+        showNote({}, false);
+    }
+    // Without a sex there is nothing to compute, and the line shows the value of before (0 at first).
+    const double clearance =
+        cockcroftClearanceMlMin(sex(), ageYears(), *weightKg, *creatinineMgDl).value_or(result());
+    showResult(clearance, QStringLiteral("Formula di Cockcroft: VFG = ")
+                              + jet::formatNumber(clearance, u"0.00") + QStringLiteral(" ml/min"));
+}
+
+} // namespace clivara

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "controls/MaskedDateEdit.h"
+
+#include <QKeyEvent>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+namespace clivara {
+
+MaskedDateEdit::MaskedDateEdit(QWidget *parent)
+    : QLineEdit(parent)
+{
+    setInputMask(QStringLiteral("99/99/9999;_"));
+}
+
+QString MaskedDateEdit::dateText() const
+{
+    QStringList parts = text().split(QLatin1Char('/'));
+    if (parts.join(QString()).trimmed().isEmpty())
+        return {};
+    for (int i = 0; i < 2 && i < parts.size(); ++i) {
+        if (parts[i].size() == 1)
+            parts[i].prepend(QLatin1Char('0'));
+    }
+    return parts.join(QLatin1Char('/'));
+}
+
+void MaskedDateEdit::setDateText(const QString &text)
+{
+    setText(text);
+    setCursorPosition(0);
+}
+
+QSize MaskedDateEdit::sizeHint() const
+{
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const QSize base = QLineEdit::sizeHint();
+    const int text = fontMetrics().horizontalAdvance(QStringLiteral("88/88/8888"));
+    const QSize whole = style()->sizeFromContents(
+        QStyle::CT_LineEdit, &option, {text + fontMetrics().averageCharWidth() * 2, base.height()}, this);
+    return {whole.width(), base.height()};
+}
+
+void MaskedDateEdit::focusOutEvent(QFocusEvent *event)
+{
+    QLineEdit::focusOutEvent(event);
+    // A menu, a message box or another window does not end the typing; nor does the form when it goes away.
+    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason
+        && isVisible())
+        emit committed();
+}
+
+void MaskedDateEdit::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        emit committed();
+    QLineEdit::keyPressEvent(event);
+}
+
+void MaskedDateEdit::mouseReleaseEvent(QMouseEvent *event)
+{
+    QLineEdit::mouseReleaseEvent(event);
+    if (isEmptyDate())
+        setCursorPosition(0);
+}
+
+} // namespace clivara

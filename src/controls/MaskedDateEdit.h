@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QLineEdit>
+
+namespace clivara {
+
+// A field for a date typed as dd/mm/yyyy over the mask "__/__/____". It does not judge what is typed.
+class MaskedDateEdit : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit MaskedDateEdit(QWidget *parent = nullptr);
+
+    // What is typed, without the mask's blanks; days and months of one digit get their zero: "1/2/24" is
+    // "01/02/24". Empty when nothing is typed.
+    QString dateText() const;
+    // An empty text shows the mask.
+    void setDateText(const QString &text);
+    bool isEmptyDate() const { return dateText().isEmpty(); }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+signals:
+    // The field was left or Enter was pressed in it, whatever it holds.
+    void committed();
+
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+};
+
+} // namespace clivara
