@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "app/CommandLine.h"
+
 #include <QStringList>
 
 namespace orvale {
 
 // The commands of the program. `arguments` are those after the command's name. The result is the exit status;
 // a UserError thrown by a command becomes one line on standard error and the status 1 (2 for wrong usage).
+CommandLine windowCommandLine(); // the options of runWindow
 int runWindow(const QStringList &arguments); // orvale [--practice P]
 int runDemo(const QStringList &arguments); // orvale demo P [--patients N] [--years Y] [--seed S]
 int runPlay(const QStringList &arguments); // orvale play [--practice P] [--today D] [--shots FOLDER] FILE

@@ -33,13 +33,19 @@ bool prepareFirstPractice(const QString &path)
 
 } // namespace
 
-int runWindow(const QStringList &arguments)
+CommandLine windowCommandLine()
 {
     CommandLine line(
         QStringLiteral("[--practice P]"),
         QStringLiteral("Apre la finestra sull'archivio dell'utente; al primo avvio ne crea uno di prova."));
     line.addOption(QStringLiteral("practice"), QStringLiteral("P"),
                    QStringLiteral("la cartella di un altro archivio"));
+    return line;
+}
+
+int runWindow(const QStringList &arguments)
+{
+    CommandLine line = windowCommandLine();
     if (!line.parse(arguments))
         return 0;
 

@@ -78,11 +78,16 @@ int run(int &argc, char **argv)
         const auto application = makeApplication(argc, argv, command.draws && !asksForHelp(rest));
         return command.run(rest);
     }
-    if (first.isEmpty() || first.startsWith(u'-')) {
-        const auto application = makeApplication(argc, argv, !asksForHelp(arguments));
-        return orvale::runWindow(arguments);
-    }
-    throw orvale::UsageError(QStringLiteral("Comando sconosciuto: %1. Vedere orvale --help.").arg(first));
+    if (!first.isEmpty() && !first.startsWith(u'-'))
+        throw orvale::UsageError(QStringLiteral("Comando sconosciuto: %1. Vedere orvale --help.").arg(first));
+    // What is wrong with the options is told even where no window can be opened.
+    if (!orvale::windowCommandLine().parse(arguments))
+        return 0;
+    if (!hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        throw orvale::UserError(
+            QStringLiteral("Manca uno schermo su cui aprire la finestra (DISPLAY non impostato)."));
+    const QApplication application(argc, argv);
+    return orvale::runWindow(arguments);
 }
 
 } // namespace

@@ -31,7 +31,8 @@ class ProgramTest : public PracticeFixture { };
 
 TEST_F(ProgramTest, ShowsHelpOfEveryCommand)
 {
-    for (const QString &command : {QStringLiteral(""), QStringLiteral("demo"), QStringLiteral("check")}) {
+    for (const QString &command :
+         {QStringLiteral(""), QStringLiteral("demo"), QStringLiteral("check"), QStringLiteral("tour")}) {
         QStringList arguments{QStringLiteral("--help")};
         if (!command.isEmpty())
             arguments.prepend(command);
@@ -53,6 +54,10 @@ TEST_F(ProgramTest, TellsWrongUsageInOneLine)
         const char *text;
     } cases[] = {
         {{QStringLiteral("dmeo")}, 2, "Comando sconosciuto: dmeo"},
+        {{QStringLiteral("--practise"), QStringLiteral("x")}, 2, "Opzione sconosciuta: --practise"},
+        {{QStringLiteral("--practice")}, 2, "manca il valore (P)"},
+        {{QStringLiteral("--practice"), path(QStringLiteral("x"))}, 1, "Manca uno schermo"},
+        {{QStringLiteral("tour")}, 2, "Manca l'argomento"},
         {{QStringLiteral("demo")}, 2, "Manca l'argomento P"},
         {{QStringLiteral("demo"), path(QStringLiteral("x")), QStringLiteral("--pazienti"),
           QStringLiteral("3")},
