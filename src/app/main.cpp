@@ -19,6 +19,7 @@ const QList<Command> &commands()
     static const QList<Command> list{
         {QStringLiteral("demo"), orvale::runDemo, false},
         {QStringLiteral("check"), orvale::runCheck, false},
+        {QStringLiteral("play"), orvale::runPlay, true},
         {QStringLiteral("tour"), orvale::runTour, true},
     };
     return list;
