@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Dao.h"
+#include "support/Clock.h"
+#include "support/Log.h"
+#include "support/SettingsStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+// A folder with a log and databases made for one test.
+class DataFixture : public testing::Test {
+protected:
+    DataFixture()
+    {
+        QDir(folder.path()).mkdir("logOrvale");
+        settings.write("ORVALE_WORK", folder.path());
+        log.start(settings, "start");
+    }
+
+    QString path(const QString &file) const { return QDir::toNativeSeparators(folder.filePath(file)); }
+
+    std::shared_ptr<dao::Database> create(const QString &file, const QStringList &statements)
+    {
+        auto database = engine.DefaultWorkspace().CreateDatabase(path(file));
+        for (const QString &statement : statements)
+            database->Execute(statement);
+        return database;
+    }
+
+    // The lines written since the log's first, without their stamps.
+    QStringList logged() const
+    {
+        QFile file(folder.filePath("logOrvale/log_26_11_21.log"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        QStringList lines;
+        for (const QByteArray &line : file.readAll().split('\n')) {
+            if (!line.isEmpty())
+                lines.append(QString::fromLatin1(line.mid(24, line.size() - 25)));
+        }
+        return lines.mid(1);
+    }
+
+    QTemporaryDir folder;
+    clivara::MemorySettings settings;
+    clivara::FixedClock clock{QDate(2026, 11, 21)};
+    clivara::Log log{clock};
+    dao::DBEngine engine;
+};

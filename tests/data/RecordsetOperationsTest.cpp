@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/RecordsetOperations.h"
+
+#include "DataFixture.h"
+#include "support/Seams.h"
+
+#include <QProcess>
+
+namespace {
+
+using clivara::RecordsetOperations;
+
+// Counts the pauses instead of sleeping; something may happen during one of them.
+class CountedPauses : public clivara::Pauses {
+public:
+    void pause(int milliseconds) override
+    {
+        taken.append(milliseconds);
+        if (taken.size() == actAt)
+            during();
+    }
+    double draw() override { return draws[taken.size() % draws.size()]; }
+
+    QList<int> taken;
+    QList<double> draws{0.5};
+    qsizetype actAt = 0;
+    std::function<void()> during;
+};
+
+// A second process with the write lock.
+class LockHolder {
+public:
+    explicit LockHolder(const QString &file)
+    {
+        m_process.start(QStringLiteral(LOCK_HOLDER), {file});
+        EXPECT_TRUE(m_process.waitForReadyRead()) << m_process.readAllStandardError().constData();
+        EXPECT_EQ(m_process.readLine().trimmed(), "locked");
+    }
+    ~LockHolder()
+    {
+        if (m_process.state() != QProcess::NotRunning)
+            release();
+    }
+    void release()
+    {
+        m_process.write("\n");
+        EXPECT_TRUE(m_process.waitForFinished());
+    }
+
+private:
+    QProcess m_process;
+};
+
+class RecordsetOperationsTest : public DataFixture {
+protected:
+    RecordsetOperationsTest()
+    {
+        database = create("Orvale.sqlite", {"CREATE TABLE VISITE (chiave LONG NOT NULL, nota TEXT(40))",
+                                            "CREATE UNIQUE INDEX chiave ON VISITE (chiave)",
+                                            "INSERT INTO VISITE VALUES (1, 'prima')"});
+    }
+
+    int rows(const QString &condition) const
+    {
+        const auto found = database->OpenRecordset("select * from VISITE where " + condition);
+        int count = 0;
+        for (; !found->Eof(); found->MoveNext())
+            ++count;
+        return count;
+    }
+
+    static QStringList failure(const QString &routine, int attempt, const dao::Error &error,
+                               const QString &source)
+    {
+        return {QStringLiteral("%1 - iErr=%2 - Error %3 - ").arg(routine).arg(attempt).arg(error.number())
+                    + error.text(),
+                routine + " - " + source};
+    }
+
+    template <typename Operation>
+    static dao::Error errorOf(Operation operation)
+    {
+        try {
+            operation();
+        } catch (const dao::Error &error) {
+            return error;
+        }
+        ADD_FAILURE() << "no error";
+        return {0, {}};
+    }
+
+    std::shared_ptr<dao::Database> database;
+    CountedPauses pauses;
+    RecordsetOperations operations{log, pauses};
+};
+
+TEST_F(RecordsetOperationsTest, SucceedAtOnceWithTwoLinesEach)
+{
+    const auto visits = database->OpenRecordset("VISITE");
+    EXPECT_EQ(operations.Recordset_AddNew(*visits), 0);
+    visits->Fields("chiave").setValue(2);
+    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
+    visits->MoveFirst();
+    EXPECT_EQ(operations.Recordset_Edit(*visits), 0);
+    visits->Fields("nota").setValue("cambiata");
+    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
+
+    EXPECT_EQ(logged(),
+              (QStringList{"Recordset_AddNew - begin", "Recordset_AddNew - 0", "Recordset_Update - begin",
+                           "Recordset_Update - 0", "Recordset_Edit - begin", "Recordset_Edit - 0",
+                           "Recordset_Update - begin", "Recordset_Update - 0"}));
+    EXPECT_TRUE(pauses.taken.isEmpty());
+    EXPECT_EQ(rows("nota='cambiata'"), 1);
+    EXPECT_EQ(rows("chiave=2"), 1);
+}
+
+TEST_F(RecordsetOperationsTest, ALockThatAnotherProcessReleasesIsWaitedFor)
+{
+    const QString source = "select * from VISITE where chiave=1";
+    const auto visits = database->OpenRecordset(source);
+    visits->Edit();
+    visits->Fields("nota").setValue("dopo il blocco");
+    LockHolder other(path("Orvale.sqlite"));
+    const dao::Error locked = errorOf([&] { visits->Update(); });
+    EXPECT_EQ(locked.number(), dao::Locked);
+
+    pauses.actAt = 2;
+    pauses.during = [&] { other.release(); };
+    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
+
+    QStringList expected{"Recordset_Update - begin"};
+    for (int attempt = 1; attempt <= 2; ++attempt)
+        expected << failure("Recordset_Update", attempt, locked, source) << "Recordset_Update - TryAgain";
+    expected << "Recordset_Update - 0";
+    EXPECT_EQ(logged(), expected);
+    EXPECT_EQ(pauses.taken, (QList{750, 750}));
+    EXPECT_EQ(rows("nota='dopo il blocco'"), 1);
+}
+
+TEST_F(RecordsetOperationsTest, ALockThatStaysFailsAfterTwentyAttempts)
+{
+    const auto visits = database->OpenRecordset("VISITE");
+    visits->AddNew();
+    visits->Fields("chiave").setValue(2);
+    {
+        const LockHolder other(path("Orvale.sqlite"));
+        EXPECT_EQ(operations.Recordset_Update(*visits), -1);
+    }
+    const QStringList lines = logged();
+    EXPECT_EQ(lines.filter("Recordset_Update - iErr=").size(), 20);
+    EXPECT_EQ(lines.filter("iErr=20 - Error 3260 - ").size(), 1) << qPrintable(lines.join('\n'));
+    EXPECT_EQ(lines.count("Recordset_Update - TryAgain"), 19);
+    EXPECT_EQ(lines.last(), "Recordset_Update - Failed");
+    EXPECT_EQ(pauses.taken.size(), 19);
+
+    EXPECT_EQ(visits->editMode(), dao::EditMode::Add) << "the buffer is still there";
+    EXPECT_EQ(operations.Recordset_Update(*visits), 0) << "and can be saved when the lock is gone";
+    EXPECT_EQ(rows("chiave=2"), 1);
+}
+
+TEST_F(RecordsetOperationsTest, APermanentErrorIsRetriedTheSameWay)
+{
+    const auto visits = database->OpenRecordset("VISITE");
+    visits->AddNew();
+    visits->Fields("nota").setValue("senza chiave");
+    const dao::Error required = errorOf([&] { visits->Update(); });
+    EXPECT_EQ(required.number(), dao::FieldRequired);
+    pauses.draws = {0, 0.5, 0.001, 0.003, 0.9999999};
+    EXPECT_EQ(operations.Recordset_Update(*visits), -1);
+
+    QStringList expected{"Recordset_Update - begin"};
+    for (int attempt = 1; attempt <= 20; ++attempt) {
+        expected << failure("Recordset_Update", attempt, required, "VISITE");
+        expected << (attempt < 20 ? "Recordset_Update - TryAgain" : "Recordset_Update - Failed");
+    }
+    EXPECT_EQ(logged(), expected);
+    // 500.5 goes to the even 500, 501.5 to 502; never above 1000.
+    EXPECT_EQ(pauses.taken.mid(0, 5), (QList{500, 750, 500, 502, 1000}));
+    EXPECT_EQ(pauses.taken.size(), 19);
+    EXPECT_EQ(rows("nota='senza chiave'"), 0);
+}
+
+TEST_F(RecordsetOperationsTest, EditAndAddNewFailWithTheirOwnTexts)
+{
+    const auto visits = database->OpenRecordset("VISITE");
+    visits->MoveFirst();
+    database->Execute("delete * from VISITE");
+    const dao::Error deleted = errorOf([&] { visits->Edit(); });
+    EXPECT_EQ(operations.Recordset_Edit(*visits), -1);
+    const auto snapshot = database->OpenRecordset("VISITE", dao::RecordsetType::Snapshot);
+    const dao::Error readOnly = errorOf([&] { snapshot->AddNew(); });
+    EXPECT_EQ(operations.Recordset_AddNew(*snapshot), -1);
+
+    const QStringList lines = logged();
+    ASSERT_EQ(lines.size(), 2 * (1 + 20 * 3));
+    EXPECT_EQ(lines.mid(0, 4), QStringList{"Recordset_Edit - begin"}
+                                   + failure("Recordset_Edit", 1, deleted, "VISITE")
+                                   + QStringList{"Recordset_Edit - TryAgain"});
+    EXPECT_EQ(lines.mid(119, 3),
+              failure("Recordset_AddNew", 20, readOnly, "VISITE") + QStringList{"Recordset_AddNew - Failed"});
+}
+
+} // namespace

@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/Class3.h"
+
+#include "host/FormShelf.h"
+#include "host/HostFixture.h"
+#include "support/ui/ChartForm.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <QTimer>
+
+namespace {
+
+using namespace clivara;
+
+// Closes the modal form that opens next, as the doctor would, after looking at it.
+class Doctor {
+public:
+    explicit Doctor(std::function<void(QWidget &)> look = {})
+        : m_look(std::move(look))
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            QWidget *const form = QApplication::activeModalWidget();
+            if (!form || !form->isVisible())
+                return;
+            seen.append(form->objectName());
+            normalPointer = !QGuiApplication::overrideCursor();
+            if (m_look)
+                m_look(*form);
+            form->close();
+        });
+        m_timer.start(1);
+    }
+
+    QStringList seen;
+    bool normalPointer = false;
+
+private:
+    std::function<void(QWidget &)> m_look;
+    QTimer m_timer;
+};
+
+const QString border = "==============================";
+const QStringList initialized{border, "+--- Class3.Class_Initialize", "+--- Class3.Class_Initialize end"};
+const QStringList connected{"+--- Class3.InitDbConn", "+--- Class3.InitDbConn end"};
+const QStringList terminated{"+--- Class3.Class_Terminate", border};
+const QString ended = "+--- Clivara.Action end";
+
+QStringList lookup(const QString &code, const QString &uid)
+{
+    return {"   .LeggiUidMedico codMed=" + code, "   .LeggiUidMedico UidUtente=" + uid,
+            "   .LeggiUidMedico end "};
+}
+
+QStringList action(int code, const QStringList &steps = {}, bool toTheEnd = true)
+{
+    const QStringList doctorT = lookup("102", "6c4c00a9-60ac-45af-b5c3-fd30774041a6");
+    const QStringList doctorP = lookup("101", "b61c53b8-b450-4298-8b11-f25c842011b0");
+    QStringList lines{QStringLiteral("+--- Class3.Action %1").arg(code)};
+    lines += doctorT + doctorP + doctorP + steps;
+    if (toTheEnd)
+        lines += ended;
+    return lines;
+}
+
+class Class3Test : public HostFixture { };
+
+TEST_F(Class3Test, LeavesTheTraceOfAHostsDay)
+{
+    {
+        Class3 chart(services());
+        EXPECT_TRUE(chart.InitDbConn(environment));
+        Doctor doctor;
+        EXPECT_EQ(chart.Action(5), 0);
+        EXPECT_EQ(chart.Action(80), 0);
+        EXPECT_EQ(chart.Action(50), 0);
+        QVariant problems = 3;
+        EXPECT_EQ(chart.Action(3, problems), 0);
+        EXPECT_EQ(problems, QVariant(3)) << "no form, no result";
+        EXPECT_EQ(chart.Action(81), 0);
+        EXPECT_EQ(chart.Action(-1), 0);
+        EXPECT_EQ(chart.Action(82), 0);
+        EXPECT_EQ(chart.Action(99), 0);
+        EXPECT_EQ(doctor.seen, (QStringList{"calcLDL", "calcCockCroft", "calcFiltGlom"}));
+    }
+    const QStringList unbuilt{"Clivara.Problemi: maschera non disponibile"};
+    EXPECT_EQ(logged(), initialized + connected + action(5, unbuilt) + action(80) + action(50)
+                            + action(3, unbuilt) + action(81) + action(-1) + action(82)
+                            + QStringList{"+--- Class3.Action 99"} + terminated);
+    EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "PREVENZIONE");
+}
+
+TEST_F(Class3Test, HandsTheResultOfTheFormBack)
+{
+    Class3 chart(services());
+    chart.InitDbConn(environment);
+    const Doctor doctor;
+    QVariant param;
+    chart.Action(81, param);
+    ASSERT_EQ(param.toList().size(), 2);
+    EXPECT_EQ(param.toList()[0], QVariant("valutazione"));
+    EXPECT_EQ(param.toList()[1], QVariant(0.0)) << "nothing computed";
+    QVariant untouched = 7;
+    chart.Action(50, untouched);
+    EXPECT_EQ(untouched, QVariant(7)) << "the result before is not handed back again";
+}
+
+TEST_F(Class3Test, ShowsOneInstanceOfAFormWithTheNormalPointer)
+{
+    Class3 chart(services());
+    chart.InitDbConn(environment);
+    QList<QPointer<QWidget>> shown;
+    Doctor doctor([&](QWidget &form) { shown.append(&form); });
+    chart.Action(80);
+    EXPECT_TRUE(doctor.normalPointer);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    chart.Action(99);
+    chart.Action(80);
+    ASSERT_EQ(shown.size(), 2);
+    EXPECT_EQ(shown[0], shown[1]) << "the calculators are not among the forms that 99 unloads";
+}
+
+TEST_F(Class3Test, AnErrorInAFormEndsTheActionWithoutATraceToTheHost)
+{
+    Class3 chart(services());
+    chart.InitDbConn(environment);
+    environment.clinical->Execute("DROP TABLE archivio");
+    EXPECT_EQ(chart.Action(81), 0);
+    ASSERT_NE(QGuiApplication::overrideCursor(), nullptr) << "the pointer stays as it was";
+    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    QVariant tooLarge = 40000;
+    EXPECT_EQ(chart.Action(3, tooLarge), 0);
+    EXPECT_EQ(logged(), initialized + connected + action(81, {}, false) + action(3, {}, false));
+
+    chart.Action(50);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr) << "the next action brings it back";
+}
+
+TEST_F(Class3Test, WithoutAnEnvironmentFailsQuietly)
+{
+    Class3 chart(services());
+    EXPECT_EQ(chart.Action(99), 0);
+    EXPECT_EQ(chart.Action(5), 0);
+    EXPECT_EQ(chart.Action(80), 0);
+    QStringList lookups;
+    for (const char *code : {"102", "101", "101"})
+        lookups += QStringLiteral("   .LeggiUidMedico codMed=") + code;
+    EXPECT_EQ(logged(),
+              (initialized + QStringList{"+--- Class3.Action 99", "+--- Class3.Action 5"} + lookups
+               + QStringList{"Clivara.Problemi: maschera non disponibile", ended, "+--- Class3.Action 80"}
+               + lookups));
+}
+
+TEST(Class3, KnowsWhatItHasBuilt)
+{
+    QList<qint16> built;
+    for (qint16 code = -1; code <= 101; ++code) {
+        if (Class3::isBuilt(code))
+            built.append(code);
+    }
+    EXPECT_EQ(built, (QList<qint16>{80, 81, 82}));
+}
+
+// A form that counts.
+class CountingForm : public ChartForm {
+public:
+    explicit CountingForm(const PatientHeader &header)
+        : ChartForm("conta", header)
+    {
+    }
+
+protected:
+    void load() override { }
+};
+
+class FormShelfTest : public HostFixture { };
+
+TEST_F(FormShelfTest, CreatesEachFormOnceOnFirstUse)
+{
+    WorkingState state(services());
+    int constructed = 0;
+    const FormFactories factories{{"conta", [&](WorkingState &working) {
+                                       ++constructed;
+                                       return std::make_unique<CountingForm>(working.header);
+                                   }}};
+    FormShelf shelf(state, factories);
+    EXPECT_EQ(constructed, 0);
+    int noticed = 0;
+    ChartForm *const form = shelf.form("conta", [&](ChartForm &) { ++noticed; });
+    EXPECT_EQ(shelf.form("conta", [&](ChartForm &) { ++noticed; }), form);
+    EXPECT_EQ(constructed, 1);
+    EXPECT_EQ(noticed, 1);
+    EXPECT_EQ(shelf.form("manca"), nullptr);
+}
+
+} // namespace

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/working_state/HostContext.h"
+
+#include "host/HostFixture.h"
+
+namespace {
+
+using namespace clivara;
+
+class HostContext : public HostFixture {
+protected:
+    HostContext() { state.environment = &environment; }
+    WorkingState state{services()};
+};
+
+TEST_F(HostContext, IsReadAgainFromSettingsAndTables)
+{
+    settings.write("SET_INTESTA", "Ambulatorio");
+    settings.write("NGRUPPO", "Gruppo 3");
+    reloadHostContext(state);
+    EXPECT_EQ(state.medicoP, "101");
+    EXPECT_EQ(state.medicoT, "102");
+    EXPECT_EQ(state.uidMedicoT, "6c4c00a9-60ac-45af-b5c3-fd30774041a6");
+    EXPECT_EQ(state.uidMedicoP, "b61c53b8-b450-4298-8b11-f25c842011b0");
+    EXPECT_EQ(state.uidAuthor, state.uidMedicoP);
+    EXPECT_EQ(state.group.heading, "Ambulatorio");
+    EXPECT_EQ(state.group.group, "Gruppo 3");
+    EXPECT_EQ(state.group.stamp1, "Dott.ssa D'Ambrogio");
+    EXPECT_EQ(state.group.address2, "Tel. 1");
+    EXPECT_EQ(state.doctor.surname, "D'Ambrogio");
+    EXPECT_EQ(state.doctor.specials, (QStringList{"Geriatria", "", "", "", "", "", "1"}));
+    EXPECT_EQ(state.header.surname, "Rossi");
+
+    settings.write("medico_corrente", "102"); // another doctor logs in at the host
+    settings.write("CODICE PAZIENTE", "2");
+    reloadHostContext(state);
+    EXPECT_EQ(state.doctor.code, "102");
+    EXPECT_EQ(state.doctor.surname, "Bianchi");
+    EXPECT_EQ(state.group.stamp1, "Dott. Bianchi");
+    EXPECT_EQ(state.group.address2, "");
+    EXPECT_EQ(state.header.surname, "Verdi");
+}
+
+TEST_F(HostContext, ADoctorThatCannotBeReadLeavesNoOthersStamp)
+{
+    reloadHostContext(state);
+    environment.doctors->Execute("DROP TABLE medici_gruppo");
+    reloadHostContext(state);
+    EXPECT_EQ(state.group.stamp1, "");
+    EXPECT_EQ(state.doctor.surname, "");
+    EXPECT_EQ(state.doctor.code, "101");
+    EXPECT_EQ(state.uidMedicoP, "");
+    EXPECT_TRUE(state.header.identified) << "the header is read all the same";
+
+    environment.clinical.reset();
+    reloadHostContext(state);
+    EXPECT_FALSE(state.header.identified);
+}
+
+TEST_F(HostContext, TheRegionHasTwoDigits)
+{
+    struct Case {
+        const char *code, *name, *region;
+    };
+    const Case cases[]{{"16", "", "16"},
+                       {"3", "", "03"},
+                       {" 05 ", "LOMBARDIA", "05"},
+                       {"", "lombardia", "03"},
+                       {"", "PUGLIA", ""}};
+    for (const Case &c : cases) {
+        settings.write("CODICE REGIONE", c.code);
+        settings.write("REGIONE", c.name);
+        reloadHostContext(state);
+        EXPECT_EQ(state.doctor.region, c.region) << c.code << "/" << c.name;
+    }
+}
+
+} // namespace
