@@ -47,6 +47,7 @@ void loadGeneralInformation(PatientHeader &header, dao::Database &clinical)
         header.birthplace = PatientHeader::blank(30);
         return;
     }
+    header.identity.fiscalCode = row->Fields(QStringLiteral("cod_fisc")).text();
     take(*row, "cod_fisc", header.fiscalCode, 16);
     if (const QString number = telephone(*row); !number.isEmpty())
         header.telephone = PatientHeader::fixed(number, 18);
@@ -60,9 +61,9 @@ void loadRegistry(PatientHeader &header, dao::Database &clinical, QDate today)
     if (!row)
         return;
     if (const auto surname = row->Fields(QStringLiteral("cognome")); !surname.isNull())
-        header.surname = surname.text();
+        header.surname = header.identity.surname = surname.text();
     if (const auto name = row->Fields(QStringLiteral("nome")); !name.isNull())
-        header.name = name.text();
+        header.name = header.identity.name = name.text();
     if (const QDateTime birth = row->Fields(QStringLiteral("Data_Nasc")).date(); birth.isValid()) {
         header.birthDay = birth.date();
         header.birthDate = PatientHeader::fixed(jet::formatDate(birth, u"dd/mm/yyyy"), 10);
@@ -75,6 +76,7 @@ void loadRegistry(PatientHeader &header, dao::Database &clinical, QDate today)
     take(*row, "prov", header.province, 2);
     take(*row, "sesso", header.sex, 1);
     header.sex = header.sex.toUpper();
+    header.identity.sex = row->Fields(QStringLiteral("sesso")).text().toUpper();
     take(*row, "num_tes", header.healthCard, 16);
     take(*row, "ESENZ_PAT", header.exemptionPathology, 1);
     take(*row, "ESENZ_INV", header.exemptionInvalidity, 1);
@@ -87,6 +89,7 @@ void loadPatientHeader(PatientHeader &header, const SettingsStore &settings, dao
                        const Clock &clock)
 {
     header.identified = false;
+    header.identity = {};
     const auto code = jet::toLong(jet::leadingNumber(settings.text(QStringLiteral("CODICE PAZIENTE"))));
     if (!code)
         return;

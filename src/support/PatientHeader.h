@@ -6,6 +6,14 @@
 
 namespace clivara {
 
+// Who the current patient is, as the patient's own rows say: empty where they say nothing, and never another
+// patient's. What people read at the top of every form.
+struct PatientIdentity {
+    QString surname, name;
+    QString sex; // upper case
+    QString fiscalCode;
+};
+
 // The current patient's heading, reloaded before every action. Texts are fixed-width: filled with blanks to
 // their width and cut at it; use trimmed() to show them. `age` is the difference of the calendar years.
 struct PatientHeader {
@@ -25,8 +33,10 @@ struct PatientHeader {
     QString surname;
     QString name;
     QDate birthDay; // the birth date itself; null when unknown
-    // True when the values are those of patientCode. False before the first patient, without one (-1), and when the
-    // patient's row was not found or could not be read: then texts of the patient before may still stand here.
+    PatientIdentity identity;
+    // True when the registry row of patientCode was found and read. False before the first patient, without
+    // one
+    // (-1), and when the row is missing or unreadable: then other texts may be the previous patient's.
     bool identified = false;
 
     static QString blank(int width) { return QString(width, QLatin1Char(' ')); }

@@ -47,6 +47,9 @@ TEST_F(PatientHeaderLoaderTest, FillsEveryValueToItsWidth)
 {
     load(1);
     EXPECT_TRUE(header.identified);
+    EXPECT_EQ(header.identity.surname, "D'Angiò");
+    EXPECT_EQ(header.identity.sex, "M");
+    EXPECT_EQ(header.identity.fiscalCode, "ZNCNCL38L23X111S");
     EXPECT_EQ(header.patientCode, 1);
     EXPECT_EQ(header.fiscalCode, "ZNCNCL38L23X111S");
     EXPECT_EQ(header.telephone, "081 5555231       ");
@@ -87,6 +90,7 @@ TEST_F(PatientHeaderLoaderTest, NullsLeaveTheirValuesButTheBirthDayIsNeverAnothe
     EXPECT_EQ(header.birthDate, "31/12/1938");
     EXPECT_EQ(header.sex, "M");
     EXPECT_FALSE(header.birthDay.isValid());
+    EXPECT_EQ(header.identity.surname + header.identity.sex + header.identity.fiscalCode, "");
 }
 
 TEST_F(PatientHeaderLoaderTest, WithoutGeneralInformationItsValuesAreBlank)
