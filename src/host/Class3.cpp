@@ -8,6 +8,7 @@
 #include "host/working_state/HostContext.h"
 #include "host/working_state/WorkingState.h"
 #include "support/ui/ChartForm.h"
+#include "support/ui/WidgetPrompts.h"
 
 #include <QCoreApplication>
 
@@ -28,9 +29,26 @@ QString exitOf(const char *routine)
     return entryOf(routine) + QStringLiteral(" end");
 }
 
+// The services of the workstation, for a host that brings none.
+struct WorkstationServices {
+    std::unique_ptr<SettingsStore> settings = openUserSettings();
+    SystemClock clock;
+    WidgetPrompts prompts;
+    SystemPauses pauses;
+    SystemGuids guids;
+    SystemMiddleware middleware;
+
+    Services services() { return {*settings, clock, prompts, pauses, guids, middleware}; }
+};
+
 } // namespace
 
 struct Class3::Private {
+    explicit Private(std::unique_ptr<WorkstationServices> own)
+        : workstation(std::move(own))
+        , state(workstation->services())
+    {
+    }
     explicit Private(const Services &services)
         : state(services)
     {
@@ -42,6 +60,7 @@ struct Class3::Private {
     void unloadAll();
     ChartForm *form(const QString &name);
 
+    std::unique_ptr<WorkstationServices> workstation; // null when the host brings its own
     WorkingState state;
     std::unique_ptr<dao::DBEngine> engine; // from the first InitDbConn on
     WaitPointer pointer;
@@ -97,6 +116,12 @@ void Class3::Private::act(qint16 code, const QVariant &param)
         open(*action, param);
     pointer.restore();
     state.log.write(QStringLiteral("+--- ") + state.componentName + QStringLiteral(".Action end"));
+}
+
+Class3::Class3()
+    : d(std::make_unique<Private>(std::make_unique<WorkstationServices>()))
+{
+    d->initialize();
 }
 
 Class3::Class3(const Services &services)

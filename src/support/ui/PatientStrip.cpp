@@ -82,9 +82,13 @@ void PatientStrip::showPatient(const PatientHeader &header, QDate today)
     QString name;
     QStringList details;
     if (header.identified) {
-        name = (header.surname.trimmed() + QLatin1Char(' ') + header.name.trimmed()).trimmed();
-        details << sexText(header.sex.trimmed()) << birthText(header.birthDay, today);
-        if (const QString code = header.fiscalCode.trimmed(); !code.isEmpty())
+        // Only what the patient's own rows say: the header's texts may be left over from another.
+        const PatientIdentity &identity = header.identity;
+        name = (identity.surname.trimmed() + QLatin1Char(' ') + identity.name.trimmed()).trimmed();
+        if (name.isEmpty())
+            name = QStringLiteral("Paziente %1, senza nome").arg(header.patientCode);
+        details << sexText(identity.sex.trimmed()) << birthText(header.birthDay, today);
+        if (const QString code = identity.fiscalCode.trimmed(); !code.isEmpty())
             details << code;
     } else if (header.patientCode >= 0) {
         name = QStringLiteral("Paziente %1").arg(header.patientCode);
