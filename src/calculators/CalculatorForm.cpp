@@ -141,9 +141,10 @@ void CalculatorForm::proposeValue(NumericEdit *edit, const QString &phrase, cons
     if (proposal->stored.isEmpty())
         return;
     QString source = proposal->date.isValid() ? phrase.arg(dayText(proposal->date)) : QString();
-    // What was cut off in reading the number is shown: "1,10" is read as 1.
+    // The doctor sees when the text is not all of it a number: "1,10" is read as 1.
     if (!jet::numberFromText(proposal->stored))
-        source = QStringLiteral("%1: «%2»").arg(source, proposal->stored);
+        source = QStringLiteral("%1: «%2» letto come %3")
+                     .arg(source, proposal->stored, jet::numberText(jet::leadingNumber(proposal->stored)));
     const auto input = std::find_if(m_inputs.begin(), m_inputs.end(),
                                     [edit](const Input &known) { return known.edit == edit; });
     input->source->setText(source);

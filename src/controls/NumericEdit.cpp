@@ -64,15 +64,14 @@ public:
             input = number;
             return Acceptable;
         }
-        if (isRemainder(input, m_edit->m_shown))
+        const bool pasted = input.size() > m_edit->m_shown.size() + 1;
+        number = pasted ? withoutUnit(input) : number.trimmed();
+        if (isNumber(number) && !(pasted && number.isEmpty())) {
+            input = number;
+            position = int(input.size());
             return Acceptable;
-        const bool several = input.size() > m_edit->m_shown.size() + 1;
-        number = several ? withoutUnit(input) : number.trimmed();
-        if (!isNumber(number) || (several && number.isEmpty()))
-            return Invalid;
-        input = number;
-        position = int(input.size());
-        return Acceptable;
+        }
+        return isRemainder(input, m_edit->m_shown) ? Acceptable : Invalid;
     }
 
     bool open = false; // the program sets the text

@@ -61,7 +61,7 @@ PatientStrip::PatientStrip(QWidget *parent)
     // A band of its own colours, the same on every workstation.
     setAutoFillBackground(true);
     QPalette colours = palette();
-    colours.setColor(QPalette::Window, QColor(0x1f, 0x3a, 0x5f));
+    colours.setColor(QPalette::Window, QColor(0x1b, 0x4a, 0x60));
     colours.setColor(QPalette::WindowText, Qt::white);
     setPalette(colours);
 

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "support/ui/ChartForm.h"
+#include "TestPrompts.h"
+#include "support/Clock.h"
+#include "support/PatientHeader.h"
+#include "support/ui/PatientStrip.h"
+#include "support/ui/WidgetPrompts.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+namespace clivara {
+namespace {
+
+// Does something in the form that showModal() is about to open; closes it if it is still there afterwards.
+void inside(ChartForm &form, const std::function<void()> &act)
+{
+    QTimer::singleShot(0, &form, [&form, act] {
+        act();
+        form.abandon();
+    });
+}
+
+class TestForm final : public ChartForm {
+public:
+    using ChartForm::ChartForm;
+    QStringList events;
+    bool mayClose = true;
+    const char *failIn = "";
+
+protected:
+    void load() override { note("load"); }
+    bool queryUnload() override
+    {
+        note("query");
+        return mayClose;
+    }
+    void unloading() override { note("unloading"); }
+
+private:
+    void note(const char *event)
+    {
+        events.append(event);
+        if (event == QLatin1String(failIn))
+            throw std::runtime_error(event);
+    }
+};
+
+struct ChartFormTest : ::testing::Test {
+    PatientHeader header;
+    FixedClock clock{QDate(2026, 11, 21)};
+    TestForm form{QStringLiteral("prova"), header, clock};
+    const QStringList wholeLife{"load", "query", "unloading"};
+};
+
+TEST_F(ChartFormTest, ClosesInOneWay)
+{
+    const std::pair<const char *, std::function<void()>> ways[] = {
+        {"Esc", [this] { QTest::keyClick(&form, Qt::Key_Escape); }},
+        {"window", [this] { form.close(); }},
+    };
+    for (const auto &[name, close] : ways) {
+        form.events.clear();
+        bool visible = true;
+        inside(form, [&, act = close] {
+            EXPECT_TRUE(form.isVisible() && form.isLoaded());
+            act();
+            visible = form.isVisible();
+        });
+        form.showModal();
+        EXPECT_FALSE(visible || form.isLoaded()) << name;
+        EXPECT_EQ(form.events, wholeLife) << name;
+    }
+}
+
+TEST_F(ChartFormTest, StaysOpenWhenItMayNotClose)
+{
+    form.mayClose = false;
+    inside(form, [this] {
+        QTest::keyClick(&form, Qt::Key_Escape);
+        form.close();
+        EXPECT_TRUE(form.isVisible() && form.isLoaded());
+    });
+    form.showModal();
+    EXPECT_EQ(form.events, (QStringList{"load", "query", "query"})) << "abandoning saves nothing";
+    EXPECT_FALSE(form.isLoaded());
+}
+
+TEST_F(ChartFormTest, UnloadsWithoutAskingAndWithoutAWindow)
+{
+    form.unload();
+    EXPECT_TRUE(form.events.isEmpty()) << "what was never loaded has nothing to save";
+    form.mayClose = false;
+    inside(form, [this] { form.unload(); });
+    form.showModal();
+    EXPECT_EQ(form.events, (QStringList{"load", "unloading"}));
+}
+
+TEST_F(ChartFormTest, PassesErrorsToTheCaller)
+{
+    for (const char *const stage : {"load", "query", "unloading"}) {
+        form.events.clear();
+        form.failIn = stage;
+        if (stage != QLatin1String("load"))
+            inside(form, [this] { form.close(); });
+        EXPECT_THROW(form.showModal(), std::runtime_error) << stage;
+        EXPECT_FALSE(form.isLoaded() || form.isVisible()) << stage;
+        EXPECT_EQ(form.events.last(), stage);
+    }
+    form.events.clear();
+    form.failIn = "";
+    inside(form, [this] { form.close(); });
+    form.showModal();
+    EXPECT_EQ(form.events, wholeLife) << "usable again";
+}
+
+TEST(PatientStrip, CountsTheAgeToTheDay)
+{
+    const QDate today(2026, 11, 21);
+    const std::pair<QDate, const char *> ages[] = {
+        {QDate(1968, 11, 21), "58 anni"}, {QDate(1968, 11, 22), "57 anni"},
+        {QDate(2025, 11, 21), "1 anno"},  {QDate(2025, 11, 22), "11 mesi"},
+        {QDate(2026, 10, 21), "1 mese"},  {QDate(2026, 11, 20), "0 mesi"},
+        {QDate(2026, 11, 22), ""},        {QDate(), ""},
+    };
+    for (const auto &[birth, text] : ages)
+        EXPECT_EQ(ageText(birth, today), text) << text;
+}
+
+// Answers the message box that is about to open.
+void answerBox(const std::function<void(QMessageBox &)> &act)
+{
+    QTimer::singleShot(0, qApp, [act] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        ASSERT_TRUE(box);
+        act(*box);
+        box->close();
+    });
+}
+
+TEST(WidgetPrompts, AsksInItalian)
+{
+    WidgetPrompts prompts;
+    const Prompt question{"Attenzione!",
+                          "Salvare le modifiche?",
+                          PromptIcon::Question,
+                          {PromptButton::Yes, PromptButton::No, PromptButton::Cancel},
+                          PromptButton::No};
+    const auto press = [](const QString &text) {
+        return [text](QMessageBox &box) {
+            for (QAbstractButton *const button : box.buttons()) {
+                if (button->text() == text)
+                    button->click();
+            }
+        };
+    };
+    answerBox(press("&Sì"));
+    EXPECT_EQ(prompts.ask(question), PromptButton::Yes);
+    answerBox(press("&Annulla"));
+    EXPECT_EQ(prompts.ask(question), PromptButton::Cancel);
+    answerBox([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); });
+    EXPECT_EQ(prompts.ask(question), PromptButton::No) << "the default button";
+    answerBox([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    EXPECT_EQ(prompts.ask(question), PromptButton::Cancel);
+    answerBox([](QMessageBox &box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Warning);
+        EXPECT_EQ(box.text(), "Inserire il peso!");
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    prompts.warn("Inserire il peso!");
+}
+
+} // namespace
+} // namespace clivara
