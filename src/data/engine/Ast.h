@@ -64,6 +64,7 @@ struct Expression {
     QStringView name;
     std::vector<std::unique_ptr<Expression>> arguments;
     std::unique_ptr<Select> select;
+    int depth = 1; // levels of expressions from here down
     QStringView place; // the part of the SQL that this expression is
 };
 using ExpressionPtr = std::unique_ptr<Expression>;

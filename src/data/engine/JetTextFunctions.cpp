@@ -129,9 +129,19 @@ QVariant strcomp(Arguments a)
     return qlonglong((order > 0) - (order < 0));
 }
 
+// How often a character is repeated; no field holds more.
+qsizetype repetitions(const QVariant &value)
+{
+    constexpr qsizetype most = 1 << 24;
+    const qsizetype times = count(value, 0);
+    if (times > most)
+        invalidCall();
+    return times;
+}
+
 QVariant space(Arguments a)
 {
-    return QString(count(a[0], 0), u' ');
+    return QString(repetitions(a[0]), u' ');
 }
 
 QVariant string(Arguments a)
@@ -139,7 +149,7 @@ QVariant string(Arguments a)
     const QString character = a[1].toString();
     if (character.isEmpty())
         invalidCall();
-    return QString(count(a[0], 0), character.front());
+    return QString(repetitions(a[0]), character.front());
 }
 
 QVariant asc(Arguments a)

@@ -6,6 +6,9 @@
 namespace dao::sql {
 namespace {
 
+// Parts of a UNION or of a join: more than any query has and any native engine takes.
+constexpr int mostParts = 200;
+
 // Words that end what stands before them, and so are never an alias or a name without brackets.
 bool isReserved(Word word)
 {
@@ -151,7 +154,10 @@ std::unique_ptr<Select> Parser::select()
 {
     std::unique_ptr<Select> first = selectBlock();
     Select *last = first.get();
+    int blocks = 1;
     while (accept(Word::Union)) {
+        if (++blocks > mostParts)
+            fail();
         if (!last->orderBy.empty())
             throwUnsupported(last->place);
         const bool all = accept(Word::All);
@@ -276,7 +282,9 @@ std::vector<FromPtr> Parser::fromList()
 FromPtr Parser::joined()
 {
     FromPtr left = joinOperand();
-    while (true) {
+    for (int tables = 1;; ++tables) {
+        if (tables > mostParts)
+            fail();
         JoinKind kind;
         if (accept(Word::Inner)) {
             kind = JoinKind::Inner;

@@ -69,6 +69,7 @@ private:
     ExpressionPtr fieldOrCall();
     ExpressionPtr literal();
     ExpressionPtr predicate(ExpressionPtr left, const Token &first);
+    void adopt(Expression &parent, ExpressionPtr child);
     ExpressionPtr binary(Operator op, ExpressionPtr left, ExpressionPtr right, const Token &first);
 
     QStringView m_sql;

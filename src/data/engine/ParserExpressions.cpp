@@ -5,9 +5,13 @@
 #include "values/JetValues.h"
 
 #include <QUuid>
+#include <limits>
 
 namespace dao::sql {
 namespace {
+
+// Deeper than any expression is written: a limit of our own, so that none runs into the stack's.
+constexpr int mostDepth = 500;
 
 ExpressionPtr make(Expression::Kind kind)
 {
@@ -49,12 +53,20 @@ std::optional<Operator> comparisonOperator(const Token &token)
 
 } // namespace
 
+void Parser::adopt(Expression &parent, ExpressionPtr child)
+{
+    parent.depth = std::max(parent.depth, child->depth + 1);
+    if (parent.depth > mostDepth)
+        fail();
+    parent.arguments.push_back(std::move(child));
+}
+
 ExpressionPtr Parser::binary(Operator op, ExpressionPtr left, ExpressionPtr right, const Token &first)
 {
     ExpressionPtr node = make(Expression::Kind::Binary);
     node->op = op;
-    node->arguments.push_back(std::move(left));
-    node->arguments.push_back(std::move(right));
+    adopt(*node, std::move(left));
+    adopt(*node, std::move(right));
     node->place = placeFrom(first);
     return node;
 }
@@ -80,9 +92,9 @@ ExpressionPtr Parser::disjunction()
         return left;
     ExpressionPtr node = make(Expression::Kind::Binary);
     node->op = Operator::Or;
-    node->arguments.push_back(std::move(left));
+    adopt(*node, std::move(left));
     while (accept(Word::Or))
-        node->arguments.push_back(conjunction());
+        adopt(*node, conjunction());
     node->place = placeFrom(first);
     return node;
 }
@@ -95,9 +107,9 @@ ExpressionPtr Parser::conjunction()
         return left;
     ExpressionPtr node = make(Expression::Kind::Binary);
     node->op = Operator::And;
-    node->arguments.push_back(std::move(left));
+    adopt(*node, std::move(left));
     while (accept(Word::And))
-        node->arguments.push_back(negation());
+        adopt(*node, negation());
     node->place = placeFrom(first);
     return node;
 }
@@ -115,7 +127,7 @@ ExpressionPtr Parser::negation()
     // NOT NOT x is x as a condition.
     for (int i = any ? (negated ? 1 : 2) : 0; i > 0; --i) {
         ExpressionPtr node = make(Expression::Kind::Not);
-        node->arguments.push_back(std::move(operand));
+        adopt(*node, std::move(operand));
         node->place = placeFrom(first);
         operand = std::move(node);
     }
@@ -146,7 +158,7 @@ ExpressionPtr Parser::predicate(ExpressionPtr left, const Token &first)
         ExpressionPtr node = make(Expression::Kind::IsNull);
         node->negated = accept(Word::Not);
         expect(Word::Null);
-        node->arguments.push_back(std::move(left));
+        adopt(*node, std::move(left));
         node->place = placeFrom(first);
         return node;
     }
@@ -156,22 +168,22 @@ ExpressionPtr Parser::predicate(ExpressionPtr left, const Token &first)
         node = binary(Operator::Like, std::move(left), concatenation(), first);
     } else if (accept(Word::Between)) {
         node = make(Expression::Kind::Between);
-        node->arguments.push_back(std::move(left));
-        node->arguments.push_back(concatenation());
+        adopt(*node, std::move(left));
+        adopt(*node, concatenation());
         expect(Word::And);
-        node->arguments.push_back(concatenation());
+        adopt(*node, concatenation());
     } else {
         expect(Word::In);
         if (current().is(u'(') && ahead().is(Word::Select)) {
             node = make(Expression::Kind::InSelect);
-            node->arguments.push_back(std::move(left));
+            adopt(*node, std::move(left));
             node->select = parenthesisedSelect();
         } else {
             expect(u'(');
             node = make(Expression::Kind::In);
-            node->arguments.push_back(std::move(left));
+            adopt(*node, std::move(left));
             do {
-                node->arguments.push_back(expression());
+                adopt(*node, expression());
             } while (accept(u','));
             expect(u')');
         }
@@ -249,7 +261,7 @@ ExpressionPtr Parser::signedPower()
     ExpressionPtr operand = power();
     for (int i = any ? (negative ? 1 : 2) : 0; i > 0; --i) {
         ExpressionPtr node = make(Expression::Kind::Negate);
-        node->arguments.push_back(std::move(operand));
+        adopt(*node, std::move(operand));
         node->place = placeFrom(first);
         operand = std::move(node);
     }
@@ -271,7 +283,7 @@ ExpressionPtr Parser::power()
         ExpressionPtr right = primary();
         if (negative) {
             ExpressionPtr node = make(Expression::Kind::Negate);
-            node->arguments.push_back(std::move(right));
+            adopt(*node, std::move(right));
             node->place = placeFrom(sign);
             right = std::move(node);
         }
@@ -317,7 +329,7 @@ ExpressionPtr Parser::literal()
     case TokenKind::Number: {
         bool whole = false;
         const qlonglong integer = token.text.toLongLong(&whole);
-        if (whole) {
+        if (whole && integer <= std::numeric_limits<qint32>::max()) {
             node = makeConstant(FieldType::Long, integer);
         } else if (const auto value = clivara::jet::numberFromText(token.text)) {
             node = makeConstant(FieldType::Double, *value);
@@ -379,8 +391,8 @@ ExpressionPtr Parser::fieldOrCall()
         node->place = placeFrom(first);
         return node;
     }
-    // left(...) and right(...) are functions here; the other words of the grammar are not.
-    if (!nameHere() && !first.is(Word::Left) && !first.is(Word::Right))
+    // left(...), right(...) and asc(...) are functions here; the other words of the grammar are not.
+    if (!nameHere() && !first.is(Word::Left) && !first.is(Word::Right) && !first.is(Word::Asc))
         fail();
     ExpressionPtr node = make(Expression::Kind::Call);
     node->name = first.text;
@@ -389,7 +401,7 @@ ExpressionPtr Parser::fieldOrCall()
         node->star = true;
     } else if (!current().is(u')')) {
         do {
-            node->arguments.push_back(expression());
+            adopt(*node, expression());
         } while (accept(u','));
     }
     expect(u')');

@@ -142,7 +142,7 @@ SelectResult SelectWriter::writeBlock(const Select &select)
         rest += QStringLiteral(" GROUP BY ") + groupTexts.join(QStringLiteral(", "));
     expressions.forgetLooseFields();
     expressions.setGroupTerms(groupTerms);
-    expressions.setAggregatesAllowed(true);
+    expressions.setAggregatesAllowed(grouped);
     if (select.having) {
         rest += QStringLiteral(" HAVING ") + expressions.writeCondition(*select.having);
         expressions.checkGrouped();

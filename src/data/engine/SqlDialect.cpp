@@ -9,10 +9,14 @@ QString enclosed(const QString &text, QChar quote)
     QString result;
     result.reserve(text.size() + 2);
     result += quote;
-    for (const QChar c : text) {
-        if (c == quote)
-            result += quote;
-        result += c;
+    if (!text.contains(quote)) {
+        result += text;
+    } else {
+        for (const QChar c : text) {
+            if (c == quote)
+                result += quote;
+            result += c;
+        }
     }
     result += quote;
     return result;

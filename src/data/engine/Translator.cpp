@@ -50,7 +50,14 @@ Translation Translator::translate(const QString &jetSql) const
 {
     try {
         const sql::Statement statement = sql::Parser(jetSql).parse();
-        return translateStatement(statement, sql::Context{m_dialect, m_catalog, m_now});
+        bool usesClock = false;
+        const std::function<QDateTime()> now = [this, &usesClock] {
+            usesClock = true;
+            return m_now();
+        };
+        Translation translation = translateStatement(statement, sql::Context{m_dialect, m_catalog, now});
+        translation.usesClock = usesClock;
+        return translation;
     } catch (const Error &error) {
         throw Error(error.number(), error.text(), jetSql);
     }

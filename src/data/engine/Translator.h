@@ -58,6 +58,8 @@ struct Translation {
     QList<RowSource> sources; // SELECT: the tables; hidden identity columns follow the visible ones
     const TableInfo *target = nullptr; // INSERT, UPDATE, DELETE: the table written
     Definition definition;
+    // The SQL holds the time of the translation (date(), now()): it must not be kept for later.
+    bool usesClock = false;
 };
 
 // Turns Jet SQL into the native SQL of a dialect. Knows the types of fields and expressions, so that texts,
