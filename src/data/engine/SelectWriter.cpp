@@ -107,9 +107,11 @@ SelectResult SelectWriter::writeUnion(const Select &select)
         for (int i = 0; i < result.columns.size(); ++i)
             addField(scope, 0, i);
         const QStringList terms = orderTerms(*last, scope, expressions, false);
-        sql = QStringLiteral("SELECT * FROM (") + sql + QStringLiteral(") AS ")
-              + scope.tables()[0].quotedAlias + QStringLiteral(" ORDER BY ")
-              + terms.join(QStringLiteral(", "));
+        if (!terms.isEmpty()) {
+            sql = QStringLiteral("SELECT * FROM (") + sql + QStringLiteral(") AS ")
+                  + scope.tables()[0].quotedAlias + QStringLiteral(" ORDER BY ")
+                  + terms.join(QStringLiteral(", "));
+        }
     }
     result.sql = sql;
     return result;
