@@ -100,6 +100,11 @@ TEST_F(TranslatorSelect, FieldsOfEqualNameAreAllThere)
     EXPECT_EQ(translation.columns[3].type, dao::FieldType::Long);
     EXPECT_EQ(translation.columns[4].size, 5);
     EXPECT_EQ(translation.columns[6].source, -1);
+    const auto twice =
+        m_practice.translate(QStringLiteral("SELECT cognome, cognome, null FROM archivio")).columns;
+    EXPECT_EQ(twice[0].name, u"cognome");
+    EXPECT_EQ(twice[1].name, u"cognome");
+    EXPECT_EQ(twice[2].type, dao::FieldType::Text);
     EXPECT_FALSE(translation.usesClock);
     EXPECT_TRUE(m_practice.translate(QStringLiteral("select n from one where date() > nodate")).usesClock);
 }

@@ -4,7 +4,6 @@
 #include "data/engine/SqlErrors.h"
 #include "values/JetValues.h"
 
-#include <array>
 #include <cstring>
 
 namespace dao::sql {
@@ -154,7 +153,7 @@ Operand ExpressionWriter::special(const Expression &expression, bool &known)
         return caseOf(expression, isOneOf(name, {u"iif"}));
     if (isOneOf(name, {u"format"}))
         return format(expression);
-    if (isOneOf(name, {u"cstr", u"cdate", u"cvdate", u"chr", u"string"}))
+    if (isOneOf(name, {u"cstr", u"cdate", u"cvdate", u"string"}))
         return conversion(expression, name);
     known = false;
     return {};
@@ -169,11 +168,6 @@ Operand ExpressionWriter::conversion(const Expression &expression, QStringView n
     if (isOneOf(name, {u"cdate", u"cvdate"})) {
         requireArguments(expression, 1, 1);
         return m_convert.toDate(write(*expression.arguments[0]), expression.place);
-    }
-    if (isOneOf(name, {u"chr"})) {
-        requireArguments(expression, 1, 1);
-        return m_convert.call(u"chr", {m_convert.toNumber(write(*expression.arguments[0]), expression.place)},
-                              expression.place);
     }
     // string(n, character), the character as a text or as its code
     requireArguments(expression, 2, 2);

@@ -8,23 +8,18 @@ namespace {
 
 namespace jet = clivara::jet;
 
-[[noreturn]] void invalidCall()
-{
-    throw FunctionError{InvalidCall, QStringLiteral("Chiamata di funzione non valida")};
-}
-
 qint32 whole(const QVariant &value)
 {
     const auto number = jet::toLong(value.toDouble());
     if (!number)
-        throw FunctionError{Overflow, QStringLiteral("Overflow")};
+        throwOverflow();
     return *number;
 }
 
 QVariant inRange(const QDateTime &date)
 {
     if (!date.isValid() || date.date().year() < 100 || date.date().year() > 9999)
-        invalidCall();
+        throwInvalidCall();
     return date;
 }
 
@@ -99,7 +94,7 @@ QVariant dateSerial(Arguments a)
     const qint32 month = whole(a[1]);
     const qint32 day = whole(a[2]);
     if (year < 100 || year > 9999 || qAbs(month) > 120000 || qAbs(day) > 4000000)
-        invalidCall();
+        throwInvalidCall();
     return inRange(jet::dateTime(year, 1, 1).addMonths(month - 1).addDays(day - 1));
 }
 
@@ -150,7 +145,7 @@ qint32 firstDayOfWeek(Arguments a, size_t position)
 {
     const qint32 first = a.size() > position ? whole(a[position]) : 1;
     if (first < 1 || first > 7)
-        invalidCall();
+        throwInvalidCall();
     return first;
 }
 
@@ -174,7 +169,7 @@ Interval interval(const QVariant &name)
         if (text == known)
             return value;
     }
-    invalidCall();
+    throwInvalidCall();
 }
 
 int quarter(QDate date)
@@ -242,7 +237,7 @@ QVariant dateAdd(Arguments a)
     const qint64 most = 4000000; // more days than the years 100 to 9999 have
     const auto months = [&](int each) {
         if (qAbs(qint64(number) * each) > 120000)
-            invalidCall();
+            throwInvalidCall();
         return inRange(date.addMonths(number * each));
     };
     switch (unit) {

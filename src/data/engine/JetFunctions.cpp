@@ -1,7 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/JetFunctions.h"
 
+#include "data/engine/Error.h"
+
 namespace dao::sql {
+
+void throwInvalidCall()
+{
+    throw FunctionError{InvalidCall, QStringLiteral("Chiamata di funzione non valida")};
+}
+
+void throwOverflow()
+{
+    throw FunctionError{Overflow, QStringLiteral("Overflow")};
+}
 
 const Function *findFunction(QStringView name)
 {

@@ -30,6 +30,8 @@ struct FunctionError {
     int number;
     QString text;
 };
+[[noreturn]] void throwInvalidCall();
+[[noreturn]] void throwOverflow();
 
 const std::span<const Function> &textFunctions();
 const std::span<const Function> &numberFunctions();

@@ -10,20 +10,10 @@ namespace {
 
 namespace jet = clivara::jet;
 
-[[noreturn]] void overflow()
-{
-    throw FunctionError{Overflow, QStringLiteral("Overflow")};
-}
-
-[[noreturn]] void invalidCall()
-{
-    throw FunctionError{InvalidCall, QStringLiteral("Chiamata di funzione non valida")};
-}
-
 QVariant finite(double value)
 {
     if (!std::isfinite(value))
-        overflow();
+        throwOverflow();
     return value;
 }
 
@@ -36,7 +26,7 @@ qint32 longFrom(const QVariant &value)
 {
     const auto whole = jet::toLong(value.toDouble());
     if (!whole)
-        overflow();
+        throwOverflow();
     return *whole;
 }
 
@@ -96,7 +86,7 @@ QVariant power(Arguments a)
     const double base = a[0].toDouble();
     const double exponent = a[1].toDouble();
     if ((base < 0 && exponent != std::trunc(exponent)) || (base == 0 && exponent < 0))
-        invalidCall();
+        throwInvalidCall();
     return finite(std::pow(base, exponent));
 }
 
@@ -151,14 +141,14 @@ QVariant round(Arguments a)
 {
     const qint32 places = a.size() > 1 ? longFrom(a[1]) : 0;
     if (places < 0)
-        invalidCall();
+        throwInvalidCall();
     return isWhole(a[0]) ? a[0] : QVariant(roundDecimals(a[0].toDouble(), std::min(places, 20)));
 }
 
 QVariant sqr(Arguments a)
 {
     if (a[0].toDouble() < 0)
-        invalidCall();
+        throwInvalidCall();
     return std::sqrt(a[0].toDouble());
 }
 
@@ -170,7 +160,7 @@ QVariant exp(Arguments a)
 QVariant log(Arguments a)
 {
     if (a[0].toDouble() <= 0)
-        invalidCall();
+        throwInvalidCall();
     return std::log(a[0].toDouble());
 }
 
@@ -178,7 +168,7 @@ QVariant cint(Arguments a)
 {
     const auto value = jet::toInteger(a[0].toDouble());
     if (!value)
-        overflow();
+        throwOverflow();
     return qlonglong(*value);
 }
 
@@ -191,7 +181,7 @@ QVariant cbyte(Arguments a)
 {
     const auto value = jet::toInteger(a[0].toDouble());
     if (!value || *value < 0 || *value > 255)
-        overflow();
+        throwOverflow();
     return qlonglong(*value);
 }
 
@@ -204,14 +194,14 @@ QVariant csng(Arguments a)
 {
     const auto value = float(a[0].toDouble());
     if (!std::isfinite(value))
-        overflow();
+        throwOverflow();
     return double(value);
 }
 
 QVariant ccur(Arguments a)
 {
     if (std::abs(a[0].toDouble()) > 922337203685477.5)
-        overflow();
+        throwOverflow();
     return roundDecimals(a[0].toDouble(), 4);
 }
 

@@ -10,17 +10,12 @@ namespace {
 
 namespace jet = clivara::jet;
 
-[[noreturn]] void invalidCall()
-{
-    throw FunctionError{InvalidCall, QStringLiteral("Chiamata di funzione non valida")};
-}
-
 // A count or position, rounded as the language does; `least` is the smallest that makes sense.
 qsizetype count(const QVariant &value, qint32 least)
 {
     const auto whole = jet::toLong(value.toDouble());
     if (!whole || *whole < least)
-        invalidCall();
+        throwInvalidCall();
     return *whole;
 }
 
@@ -135,7 +130,7 @@ qsizetype repetitions(const QVariant &value)
     constexpr qsizetype most = 1 << 24;
     const qsizetype times = count(value, 0);
     if (times > most)
-        invalidCall();
+        throwInvalidCall();
     return times;
 }
 
@@ -148,7 +143,7 @@ QVariant string(Arguments a)
 {
     const QString character = a[1].toString();
     if (character.isEmpty())
-        invalidCall();
+        throwInvalidCall();
     return QString(repetitions(a[0]), character.front());
 }
 
@@ -156,7 +151,7 @@ QVariant asc(Arguments a)
 {
     const QString text = a[0].toString();
     if (text.isEmpty())
-        invalidCall();
+        throwInvalidCall();
     return qlonglong(text.front().unicode());
 }
 
@@ -164,7 +159,7 @@ QVariant chr(Arguments a)
 {
     const qsizetype code = count(a[0], 0);
     if (code > 255)
-        invalidCall();
+        throwInvalidCall();
     return QString(QChar(ushort(code)));
 }
 

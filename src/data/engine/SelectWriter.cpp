@@ -273,7 +273,8 @@ void SelectWriter::nameFields(const Scope &scope)
         for (size_t j = i + 1; j < hashes.size() && hashes[j].first == hashes[i].first; ++j) {
             const Output &a = m_outputs[hashes[i].second];
             const Output &b = m_outputs[hashes[j].second];
-            if (a.column.name.compare(b.column.name, Qt::CaseInsensitive) == 0)
+            if (a.operand.table != b.operand.table
+                && a.column.name.compare(b.column.name, Qt::CaseInsensitive) == 0)
                 repeated[hashes[i].second] = repeated[hashes[j].second] = true;
         }
     }

@@ -19,6 +19,10 @@ Translation translateStatement(const sql::Statement &statement, const sql::Conte
         Translation translation;
         translation.sql = result.sql;
         translation.columns = result.columns;
+        for (ResultColumn &column : translation.columns) {
+            if (column.type == FieldType::Null) // a field that holds nothing but Null
+                column.type = FieldType::Text;
+        }
         translation.sources = result.sources;
         return translation;
     }
