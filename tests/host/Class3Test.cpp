@@ -164,8 +164,8 @@ TEST(Class3, KnowsWhatItHasBuilt)
 // A form that counts.
 class CountingForm : public ChartForm {
 public:
-    explicit CountingForm(const PatientHeader &header)
-        : ChartForm("conta", header)
+    explicit CountingForm(const WorkingState &state)
+        : ChartForm("conta", state.header, state.clock)
     {
     }
 
@@ -181,7 +181,7 @@ TEST_F(FormShelfTest, CreatesEachFormOnceOnFirstUse)
     int constructed = 0;
     const FormFactories factories{{"conta", [&](WorkingState &working) {
                                        ++constructed;
-                                       return std::make_unique<CountingForm>(working.header);
+                                       return std::make_unique<CountingForm>(working);
                                    }}};
     FormShelf shelf(state, factories);
     EXPECT_EQ(constructed, 0);
