@@ -92,6 +92,19 @@ void focusByMouse(QWidget &control)
         control.setFocus(Qt::MouseFocusReason);
 }
 
+// A button pressed by its mnemonic stays down for a moment before it clicks.
+void waitForPressedButtons(QWidget &form)
+{
+    const auto isPressed = [&form] {
+        const auto buttons = form.findChildren<QAbstractButton *>();
+        return std::any_of(buttons.begin(), buttons.end(),
+                           [](const QAbstractButton *button) { return button->isDown(); });
+    };
+    const QPointer<QWidget> alive(&form);
+    while (alive && alive->isVisible() && isPressed())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
 QAbstractItemView &viewOf(QWidget &control)
 {
     requireUsable(control);
@@ -259,7 +272,10 @@ void pressKey(QWidget &form, const QString &name)
     }
     if (QWidget *focused = target->focusWidget())
         target = focused;
+    const QPointer<QWidget> alive(&form);
     QTest::keyClick(target, key, keys.keyboardModifiers());
+    if (alive)
+        waitForPressedButtons(*alive);
 }
 
 } // namespace orvale

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/ControlAccess.h"
+#include "app/ControlReading.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QDoubleValidator>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+using namespace orvale;
+
+namespace {
+
+// A dialog with controls of every kind that forms use.
+class ControlAccessTest : public ::testing::Test {
+protected:
+    ControlAccessTest() { m_dialog.setObjectName(QStringLiteral("Prova")); }
+
+    template <typename Widget, typename... Arguments>
+    Widget *add(const char *name, const Arguments &...arguments)
+    {
+        auto *widget = new Widget(arguments..., &m_dialog);
+        widget->setObjectName(QString::fromLatin1(name));
+        m_layout.addWidget(widget);
+        return widget;
+    }
+    void show()
+    {
+        m_dialog.resize(400, 500);
+        m_dialog.show();
+        QCoreApplication::processEvents();
+    }
+    template <typename Work>
+    std::string refusal(Work work)
+    {
+        try {
+            work();
+        } catch (const UserError &error) {
+            return error.text().toStdString();
+        }
+        return "done";
+    }
+
+    QDialog m_dialog;
+    QVBoxLayout &m_layout = *new QVBoxLayout(&m_dialog);
+};
+
+} // namespace
+
+TEST_F(ControlAccessTest, FindsControlsByName)
+{
+    auto *first = add<QPushButton>("Button2_0", QStringLiteral("a"));
+    auto *hidden = add<QPushButton>("Riga", QStringLiteral("b"));
+    auto *visible = add<QPushButton>("riga", QStringLiteral("c"));
+    auto *twin = add<QPushButton>("riga", QStringLiteral("d"));
+    show();
+    hidden->hide();
+    visible->hide();
+    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("Button2(0)")), first);
+    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("button2(0)")), first);
+    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("Riga")), hidden) << "the exact name wins";
+    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("riga")), twin) << "then the visible one";
+    EXPECT_EQ(refusal([&] { findControl(m_dialog, QStringLiteral("Button2(1)")); }),
+              "la maschera Prova non ha il controllo Button2(1)");
+}
+
+TEST_F(ControlAccessTest, TypesAsAPersonDoes)
+{
+    auto *plain = add<QLineEdit>("plain", QStringLiteral("prima"));
+    auto *number = add<QLineEdit>("number", QStringLiteral("9"));
+    QDoubleValidator decimal;
+    decimal.setLocale(QLocale::c());
+    number->setValidator(&decimal);
+    auto *date = add<QLineEdit>("date", QStringLiteral(""));
+    date->setInputMask(QStringLiteral("99/99/9999;_"));
+    auto *memo = add<QPlainTextEdit>("memo", QStringLiteral("prima"));
+    auto *combo = add<QComboBox>("combo");
+    combo->setEditable(true);
+    auto *composite = add<QWidget>("composite");
+    auto *inner = new QLineEdit(composite);
+    new QVBoxLayout(composite);
+    composite->layout()->addWidget(inner);
+    show();
+
+    const struct {
+        QWidget *control;
+        const char16_t *text;
+        const char16_t *shown;
+    } cases[] = {
+        {plain, u"Nicolò d'Ascoli", u"Nicolò d'Ascoli"},
+        {plain, u"", u""},
+        {number, u"1a2.5x", u"12.5"}, // what the validator refuses is not there
+        {date, u"21/11/2026", u"21/11/2026"},
+        {date, u"01022025", u"01/02/2025"},
+        {date, u"", u"__/__/____"},
+        {memo, u"seconda", u"seconda"},
+        {combo, u"libero", u"libero"},
+        {composite, u"dentro", u"dentro"},
+    };
+    for (const auto &[control, text, shown] : cases) {
+        typeText(*control, QString::fromUtf16(text));
+        EXPECT_EQ(shownText(*control), QString::fromUtf16(shown)) << control->objectName().toStdString();
+        EXPECT_FALSE(control->hasFocus()) << control->objectName().toStdString();
+    }
+}
+
+TEST_F(ControlAccessTest, LeavesTheFieldAfterTyping)
+{
+    auto *field = add<QLineEdit>("field", QStringLiteral("prima"));
+    auto *next = add<QLineEdit>("next", QStringLiteral(""));
+    show();
+    const QSignalSpy finished(field, &QLineEdit::editingFinished);
+    typeText(*field, QStringLiteral("x"));
+    EXPECT_EQ(finished.count(), 1);
+    EXPECT_TRUE(next->hasFocus());
+}
+
+TEST_F(ControlAccessTest, UsesOnlyWhatAPersonCouldUse)
+{
+    auto *button = add<QPushButton>("button", QStringLiteral("ok"));
+    auto *field = add<QLineEdit>("field", QStringLiteral("prima"));
+    auto *label = add<QLabel>("label", QStringLiteral("testo"));
+    auto *list = add<QListWidget>("list");
+    auto *option = add<QRadioButton>("option", QStringLiteral("sì"));
+    add<QRadioButton>("other", QStringLiteral("no"));
+    list->addItem(QStringLiteral("uno"));
+    option->setChecked(true);
+    show();
+    const QSignalSpy clicked(button, &QPushButton::clicked);
+
+    button->setEnabled(false);
+    EXPECT_EQ(refusal([&] { clickButton(*button); }), "button è disabilitato");
+    button->setEnabled(true);
+    button->hide();
+    EXPECT_EQ(refusal([&] { clickButton(*button); }), "button non è visibile");
+    EXPECT_EQ(clicked.count(), 0);
+    button->show();
+    clickButton(*button);
+    EXPECT_EQ(clicked.count(), 1);
+
+    field->setReadOnly(true);
+    EXPECT_EQ(refusal([&] { typeText(*field, QStringLiteral("x")); }), "field è di sola lettura");
+    EXPECT_EQ(field->text(), QStringLiteral("prima"));
+    EXPECT_EQ(refusal([&] { typeText(*label, QStringLiteral("x")); }), "in label non si può scrivere");
+    EXPECT_EQ(refusal([&] { clickButton(*label); }), "label non è un pulsante");
+    EXPECT_EQ(refusal([&] { setChecked(*label, true); }), "label non è una casella");
+    EXPECT_EQ(refusal([&] { setChecked(*option, false); }), "option non cambia stato");
+    EXPECT_EQ(refusal([&] { selectRow(*label, 0); }), "label non è un elenco");
+    EXPECT_EQ(refusal([&] { selectRow(*list, 1); }), "list non ha la riga 1: ne ha 1");
+    EXPECT_EQ(refusal([&] { chooseEntry(*list, QStringLiteral("due")); }), "list non ha la voce due");
+    EXPECT_EQ(refusal([&] { shownRows(*label); }), "label non ha righe");
+}
+
+TEST_F(ControlAccessTest, ChoosesAndChecks)
+{
+    auto *combo = add<QComboBox>("combo");
+    combo->addItems({QStringLiteral("uno"), QStringLiteral("due")});
+    auto *list = add<QListWidget>("list");
+    list->addItems({QStringLiteral("rosso"), QStringLiteral("verde")});
+    auto *box = add<QCheckBox>("box", QStringLiteral("&Razza"));
+    auto *group = add<QGroupBox>("group", QStringLiteral("Gruppo"));
+    group->setCheckable(true);
+    show();
+    const QSignalSpy activated(combo, &QComboBox::activated);
+    const QSignalSpy toggled(box, &QCheckBox::toggled);
+
+    chooseEntry(*combo, QStringLiteral("due"));
+    chooseEntry(*combo, QStringLiteral("due"));
+    EXPECT_EQ(shownText(*combo), QStringLiteral("due"));
+    EXPECT_EQ(activated.count(), 2);
+    chooseEntry(*list, QStringLiteral("verde"));
+    EXPECT_EQ(shownText(*list), QStringLiteral("verde"));
+    EXPECT_EQ(shownRows(*list).selected, 1);
+    setChecked(*box, true);
+    setChecked(*box, true);
+    EXPECT_EQ(toggled.count(), 1);
+    EXPECT_EQ(shownChecked(*box), true);
+    setChecked(*group, false);
+    EXPECT_EQ(shownChecked(*group), false);
+    EXPECT_EQ(shownChecked(*combo), std::nullopt);
+}
+
+TEST_F(ControlAccessTest, ReadsGridsAsTheyAreShown)
+{
+    auto *table = add<QTableWidget>("table");
+    table->setColumnCount(3);
+    table->setHorizontalHeaderLabels(
+        {QStringLiteral("Data"), QStringLiteral("Chiave"), QStringLiteral("Esame")});
+    table->setRowCount(3);
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column)
+            table->setItem(row, column, new QTableWidgetItem(QStringLiteral("%1%2").arg(row).arg(column)));
+    }
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->hideColumn(1);
+    table->hideRow(1);
+    table->horizontalHeader()->moveSection(2, 0);
+    auto *tree = add<QTreeWidget>("tree");
+    tree->setHeaderLabels({QStringLiteral("Problema")});
+    auto *parent = new QTreeWidgetItem(tree, {QStringLiteral("Diabete")});
+    new QTreeWidgetItem(parent, {QStringLiteral("Visita")});
+    new QTreeWidgetItem(tree, {QStringLiteral("Asma")});
+    show();
+
+    ShownRows shown = shownRows(*table);
+    EXPECT_EQ(shown.columns, (QStringList{QStringLiteral("Esame"), QStringLiteral("Data")}));
+    EXPECT_EQ(shown.rows, (QList<QStringList>{{QStringLiteral("02"), QStringLiteral("00")},
+                                              {QStringLiteral("22"), QStringLiteral("20")}}));
+    EXPECT_EQ(shown.selected, -1);
+    const QSignalSpy doubleClicked(table, &QTableWidget::cellDoubleClicked);
+    doubleClickRow(*table, 1);
+    EXPECT_EQ(doubleClicked.count(), 1);
+    EXPECT_EQ(doubleClicked.value(0).value(0), 2) << "the model's row of the second visible one";
+    EXPECT_EQ(shownRows(*table).selected, 1);
+
+    shown = shownRows(*tree);
+    EXPECT_EQ(shown.rows,
+              (QList<QStringList>{
+                  {QStringLiteral("Diabete")}, {QStringLiteral("Visita")}, {QStringLiteral("Asma")}}));
+    selectRow(*tree, 1);
+    EXPECT_EQ(shownText(*tree), QStringLiteral("Visita"));
+    EXPECT_EQ(shownRows(*tree).selected, 1);
+}
+
+TEST_F(ControlAccessTest, ReadsTextsAndColoursAsTheyAreDrawn)
+{
+    auto *field = add<QLineEdit>("field", QStringLiteral("x"));
+    auto *label = add<QLabel>("label", QStringLiteral("&Peso"));
+    auto *rich = add<QLabel>("rich", QStringLiteral("<b>Attenzione</b> a &amp; b"));
+    auto *button = add<QPushButton>("button", QStringLiteral("&Calcola && esci"));
+    auto *sheet = add<QLabel>("sheet", QStringLiteral("rosso"));
+    auto *palette = add<QLabel>("palette", QStringLiteral("scuro"));
+    sheet->setStyleSheet(QStringLiteral("color: #c00000"));
+    QPalette colours = palette->palette();
+    colours.setColor(QPalette::WindowText, QColor(0, 0, 192));
+    palette->setPalette(colours);
+    show();
+
+    EXPECT_EQ(shownText(*label), QStringLiteral("&Peso")) << "without a buddy '&' is a letter";
+    label->setBuddy(field);
+    EXPECT_EQ(shownText(*label), QStringLiteral("Peso"));
+    EXPECT_EQ(shownText(*rich), QStringLiteral("Attenzione a & b"));
+    EXPECT_EQ(shownText(*button), QStringLiteral("Calcola & esci"));
+    EXPECT_EQ(shownColor(*sheet).name(), QStringLiteral("#c00000"));
+    EXPECT_EQ(shownColor(*palette).name(), QStringLiteral("#0000c0"));
+    EXPECT_EQ(shownColor(*field), field->palette().color(QPalette::Active, QPalette::Text));
+    field->setEnabled(false);
+    EXPECT_EQ(shownColor(*field), field->palette().color(QPalette::Disabled, QPalette::Text));
+}
+
+TEST_F(ControlAccessTest, PressesKeysWithShortcutsAndMnemonics)
+{
+    auto *field = add<QLineEdit>("field", QStringLiteral("abc"));
+    auto *button = add<QPushButton>("button", QStringLiteral("&Calcola"));
+    QShortcut shortcut(QKeySequence(QStringLiteral("Ctrl+N")), &m_dialog);
+    show();
+    field->setFocus();
+    const QSignalSpy activated(&shortcut, &QShortcut::activated);
+    const QSignalSpy clicked(button, &QPushButton::clicked);
+
+    pressKey(m_dialog, QStringLiteral("End"));
+    pressKey(m_dialog, QStringLiteral("Backspace"));
+    EXPECT_EQ(field->text(), QStringLiteral("ab"));
+    pressKey(m_dialog, QStringLiteral("Ctrl+N"));
+    EXPECT_EQ(activated.count(), 1);
+    button->setDefault(true);
+    pressKey(m_dialog, QStringLiteral("Enter"));
+    EXPECT_EQ(clicked.count(), 1);
+    pressKey(m_dialog, QStringLiteral("Alt+C"));
+    EXPECT_EQ(clicked.count(), 2);
+    pressKey(m_dialog, QStringLiteral("Esc"));
+    EXPECT_FALSE(m_dialog.isVisible());
+}
