@@ -48,6 +48,15 @@ bool asksForHelp(const QStringList &arguments)
     return arguments.contains(QStringLiteral("--help")) || arguments.contains(QStringLiteral("-h"));
 }
 
+// Standard error belongs to the commands. What the platform without a display cannot do for a window says
+// nothing about their work.
+void writeQtMessage(QtMsgType, const QMessageLogContext &, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("This plugin does not support"))
+        && !text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        orvale::printError(text);
+}
+
 // Windows need an application of widgets, everything else starts faster without one.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv, bool draws)
 {
@@ -55,6 +64,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv, bool d
         return std::make_unique<QCoreApplication>(argc, argv);
     if (!hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(writeQtMessage);
     return std::make_unique<QApplication>(argc, argv);
 }
 
