@@ -1,31 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PracticeFixture.h"
-
-#include <QProcess>
+#include "ProgramRun.h"
 
 namespace {
-
-struct Outcome {
-    int status = -1;
-    QString output;
-    QString error;
-};
-
-// Runs the program as a person does, without a display.
-Outcome orvaleRun(const QStringList &arguments)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        environment.remove(QString::fromLatin1(name));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(ORVALE_PROGRAM), arguments);
-    EXPECT_TRUE(process.waitForFinished(60000));
-    if (process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
 
 class ProgramTest : public PracticeFixture { };
 
