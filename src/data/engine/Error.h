@@ -24,7 +24,6 @@ enum ErrorNumber {
     SyntaxError = 3075,
     AmbiguousField = 3079, // a field without its table that more than one table has
     UndefinedFunction = 3085,
-    WrongArguments = 3040, // of a function
     OrderConflict = 3093, // DISTINCT ordered by a field that is not selected
     AggregateHere = 3096, // an aggregate function where none may stand
     NotGrouped = 3122, // a field beside aggregates that the rows are not grouped by

@@ -71,7 +71,7 @@ void throwAggregateHere(QStringView place)
 
 void throwWrongArguments(QStringView place)
 {
-    throwError(WrongArguments, QStringLiteral("Numero di argomenti della funzione errato"), place);
+    throwError(SyntaxError, QStringLiteral("Numero di argomenti della funzione errato"), place);
 }
 
 void throwOrderConflict(QStringView place)
