@@ -36,9 +36,9 @@ public:
     // The value in the edit buffer while editing, else in the current row; an invalid variant for Null. int,
     // double, bool, QDateTime, QString or QByteArray by the field's type. NoCurrentRecord without a row.
     QVariant Value() const;
-    // Only between AddNew or Edit and Update (else UpdateWithoutEdit). Converts as the engine does: an empty text
-    // is Null in a number or date field, numbers round half to even, a Yes/No field takes no Null; too large
-    // a number is Overflow or ConversionError, too long a text FieldTooSmall.
+    // Only between AddNew or Edit and Update (else UpdateWithoutEdit). Converts as the engine does: an empty
+    // text is Null in a number or date field, numbers round half to even, a Yes/No field takes no Null; too
+    // large a number is Overflow or ConversionError, too long a text FieldTooSmall.
     void setValue(const QVariant &value);
 
     bool isNull() const { return !Value().isValid(); }
@@ -57,8 +57,8 @@ private:
     int m_column;
 };
 
-// Rows of a table or a query. Rows are read when they are first asked for. Updatable rows know the row of the table
-// that they stand for.
+// Rows of a table or a query. Rows are read when they are first asked for. Updatable rows know the row of the
+// table that they stand for.
 class Recordset {
 public:
     ~Recordset();
@@ -87,9 +87,10 @@ public:
     void AddNew();
     // Reads the current row again into the edit buffer. RecordDeleted when it is gone.
     void Edit();
-    // Writes the fields that were set. RecordDeleted or RecordChanged when the row is gone or was changed since
-    // Edit, DuplicateKey, FieldRequired, Locked; after an error the buffer is still there and nothing is written.
-    // After adding, the current row is the one before AddNew; MoveLast or Bookmark do not find the new row.
+    // Writes the fields that were set. RecordDeleted or RecordChanged when the row is gone or was changed
+    // since Edit, DuplicateKey, FieldRequired, Locked; after an error the buffer is still there and nothing
+    // is written. After adding, the current row is the one before AddNew; MoveLast or Bookmark do not find
+    // the new row.
     void Update();
     void CancelUpdate();
     void Delete();
@@ -100,7 +101,8 @@ public:
     // Table recordsets: the index that Seek uses and the rows are ordered by.
     QString Index() const;
     void setIndex(const QString &name); // NotAnIndex when there is none of that name
-    // Finds the first row for which "index values <op> keys" holds; op is one of = < <= > >=. Fewer keys than the
+    // Finds the first row for which "index values <op> keys" holds, with < and <= the last one; op is one of
+    // = < <= > >=. Fewer keys than the
     // index has fields compare the leading ones. NoMatch tells; without a match there is no current row.
     void Seek(const QString &op, const QVariant &key1, const QVariant &key2 = {}, const QVariant &key3 = {});
     bool NoMatch() const;
@@ -115,8 +117,8 @@ private:
     std::unique_ptr<Private> d;
 };
 
-// A table of a database, its own or linked. A linked one has Connect ";DATABASE=" & path and the name of the table
-// there. Changes of an appended definition take effect with RefreshLink.
+// A table of a database, its own or linked. A linked one has Connect ";DATABASE=" & path and the name of the
+// table there. Changes of an appended definition take effect with RefreshLink.
 class TableDef {
 public:
     QString Name() const;
@@ -124,7 +126,8 @@ public:
     void setConnect(const QString &connect);
     QString SourceTableName() const;
     void setSourceTableName(const QString &name);
-    void RefreshLink(); // CannotFindFile, ObjectNotFound when the target is not there; the link stays as it was
+    void
+    RefreshLink(); // CannotFindFile, ObjectNotFound when the target is not there; the link stays as it was
     QList<ColumnInfo> Fields() const;
     QList<IndexInfo> Indexes() const;
 
@@ -162,7 +165,8 @@ public:
 
     QString Name() const; // the full path of its file, as it was opened
     // A SELECT, or a table's name. RecordsetType::Table needs a table.
-    std::unique_ptr<Recordset> OpenRecordset(const QString &source, RecordsetType type = RecordsetType::Dynaset);
+    std::unique_ptr<Recordset> OpenRecordset(const QString &source,
+                                             RecordsetType type = RecordsetType::Dynaset);
     // An action query or a definition. All or nothing.
     void Execute(const QString &sql);
     int RecordsAffected() const; // of the last Execute
@@ -170,8 +174,8 @@ public:
     TableDef CreateTableDef(const QString &name);
     void Close();
 
-    // The native connection and this database's schema name there, for bulk loading and measuring by hosts. The
-    // chart never uses it.
+    // The native connection and this database's schema name there, for bulk loading and measuring by hosts.
+    // The chart never uses it.
     QSqlDatabase nativeConnection() const;
     QString nativeSchema() const;
     // The native SQL of a SELECT, as OpenRecordset would run it; for measuring and for error reports.
@@ -183,6 +187,7 @@ private:
     friend class TableDef;
     friend class TableDefs;
     friend class Recordset;
+    friend class BulkInsert;
     struct Private;
     explicit Database(std::unique_ptr<Private> d);
     std::unique_ptr<Private> d;
@@ -228,7 +233,7 @@ private:
     QString m_systemDb;
     QString m_user;
     QString m_password;
-    std::function<QDateTime()> m_now;
+    std::shared_ptr<std::function<QDateTime()>> m_now; // shared with the workspaces
     std::unique_ptr<Workspace> m_default;
 };
 
@@ -246,8 +251,8 @@ private:
     bool m_open = true;
 };
 
-// Fills one table fast, inside the caller's transaction: one prepared native INSERT, values converted as Field
-// does. Rows are not read back.
+// Fills one table fast, inside the caller's transaction: one prepared native INSERT, values converted as
+// Field does. Rows are not read back.
 class BulkInsert {
 public:
     BulkInsert(Database &database, const QString &table, const QStringList &fields);

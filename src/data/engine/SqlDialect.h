@@ -15,9 +15,9 @@ class QSqlError;
 
 namespace dao {
 
-// What a native database engine does in its own way. Everything else of the data engine is one code path, so that
-// a further engine is a further subclass of this class. Functions that write SQL get operands that are native
-// SQL already, parenthesised where needed.
+// What a native database engine does in its own way. Everything else of the data engine is one code path, so
+// that a further engine is a further subclass of this class. Functions that write SQL get operands that are
+// native SQL already, parenthesised where needed.
 class SqlDialect {
 public:
     virtual ~SqlDialect() = default;
@@ -35,7 +35,8 @@ public:
     virtual QString limit(int rows) const; // the clause that follows ORDER BY
     // "expr ASC/DESC" with Null first ascending and last descending.
     virtual QString orderTerm(const QString &expression, FieldType type, bool descending) const = 0;
-    // A text comparison without regard to case, with a native operator such as "=" or "<", by index where there is one.
+    // A text comparison without regard to case, with a native operator such as "=" or "<", by index where
+    // there is one.
     virtual QString compareText(const QString &left, const QString &op, const QString &right) const = 0;
     // GROUP BY and DISTINCT terms of a text.
     virtual QString groupText(const QString &expression) const = 0;
@@ -46,7 +47,8 @@ public:
 
     // A call of a function of the SQL ("mid", "format", ...) with typed operands, arguments checked by the
     // caller; names are lower-case. Empty when the dialect does not know the function.
-    virtual QString function(const QString &name, const QStringList &arguments, const QList<FieldType> &types) const = 0;
+    virtual QString function(const QString &name, const QStringList &arguments,
+                             const QList<FieldType> &types) const = 0;
 
     // --- rows and tables ------------------------------------------------------------------------
     // The hidden expression that identifies a row of the table spoken of as `alias` (quoted already).
@@ -55,7 +57,8 @@ public:
     virtual QString identical(const QString &left, const QString &right) const = 0;
     // A column's declaration in CREATE TABLE, name included, and back: the type a declared type stands for.
     virtual QString columnDeclaration(const ColumnInfo &column) const = 0;
-    virtual ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType, bool required) const = 0;
+    virtual ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType,
+                                             bool required) const = 0;
 
     // --- values ---------------------------------------------------------------------------------
     // A native value as the type's variant: int (Byte, Integer, Long, AutoNumber), double, bool, QDateTime
@@ -67,19 +70,30 @@ public:
     virtual QString driverName() const = 0; // of Qt SQL
     // Prepares a connection just opened: functions, collations, waits.
     virtual void prepareConnection(QSqlDatabase &connection) const = 0;
-    // Makes the database of that name (file, schema) reachable under the schema name; throws Error (CannotFindFile,
-    // NotADatabase, Corrupt).
-    virtual void attach(QSqlDatabase &connection, const QString &name, const QString &schema, bool readOnly) const = 0;
+    // Makes the database of that name (file, schema) reachable under the schema name; throws Error
+    // (CannotFindFile, NotADatabase, Corrupt).
+    virtual void attach(QSqlDatabase &connection, const QString &name, const QString &schema,
+                        bool readOnly) const = 0;
     virtual void detach(QSqlDatabase &connection, const QString &schema) const = 0;
+    // Makes a new, empty database of that name; TableExists when there is something of that name.
+    virtual void createDatabase(QSqlDatabase &connection, const QString &name) const = 0;
     // Tables of a schema; the definition of one (nativeName set); throws Error when it cannot be read.
     virtual QStringList tables(QSqlDatabase &connection, const QString &schema) const = 0;
-    virtual TableInfo describe(QSqlDatabase &connection, const QString &schema, const QString &table) const = 0;
-    virtual QString createIndex(const QString &schema, const QString &table, const IndexInfo &index) const = 0;
-    virtual QString dropIndex(const QString &schema, const QString &table, const QString &index) const = 0;
+    virtual TableInfo describe(QSqlDatabase &connection, const QString &schema,
+                               const QString &table) const = 0;
+    virtual QString createIndex(const QString &schema, const QString &table,
+                                const IndexInfo &index) const = 0;
+    virtual QString dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const = 0;
     virtual QString beginTransaction() const = 0;
+    // False also when the native engine gave a transaction up by itself (disk full, for example).
+    virtual bool inTransaction(QSqlDatabase &connection) const = 0;
+    // A number that changes with every definition in the schema, by whatever process.
+    virtual qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const = 0;
     virtual qint64 lastAutoNumber(QSqlDatabase &connection) const = 0;
     // The engine's error number for a native error.
     virtual int errorNumber(const QSqlError &error) const = 0;
+    // The native text of an error, without what the dialect itself wrote around it.
+    virtual QString errorText(const QSqlError &error) const = 0;
 };
 
 std::unique_ptr<SqlDialect> makeSqliteDialect();

@@ -5,9 +5,9 @@
 
 namespace dao {
 
-// SQLite 3.40: one connection, each database attached under its schema name. Text columns collate by JET_TEXT and
-// Jet's functions are registered on the connection (SqliteFunctions). The language is in SqliteDialect.cpp, files,
-// tables and values are in SqliteStorage.cpp.
+// SQLite 3.40: one connection, each database attached under its schema name. Text columns collate by JET_TEXT
+// and Jet's functions are registered on the connection (SqliteFunctions). The language is in
+// SqliteDialect.cpp, files, tables and values are in SqliteStorage.cpp.
 class SqliteDialect final : public SqlDialect {
 public:
     QString textLiteral(const QString &text) const override;
@@ -21,27 +21,34 @@ public:
     QString groupText(const QString &expression) const override;
     QString likePattern(const QString &text, const QString &pattern) const override;
     QString likeExpression(const QString &text, const QString &pattern) const override;
-    QString function(const QString &name, const QStringList &arguments, const QList<FieldType> &types) const override;
+    QString function(const QString &name, const QStringList &arguments,
+                     const QList<FieldType> &types) const override;
 
     QString rowIdentity(const QString &alias) const override;
     QString identical(const QString &left, const QString &right) const override;
     QString columnDeclaration(const ColumnInfo &column) const override;
-    ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType, bool required) const override;
+    ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType,
+                                     bool required) const override;
 
     QVariant fromNative(const QVariant &value, FieldType type) const override;
     QVariant toNative(const QVariant &value, FieldType type) const override;
 
     QString driverName() const override;
     void prepareConnection(QSqlDatabase &connection) const override;
-    void attach(QSqlDatabase &connection, const QString &name, const QString &schema, bool readOnly) const override;
+    void attach(QSqlDatabase &connection, const QString &name, const QString &schema,
+                bool readOnly) const override;
     void detach(QSqlDatabase &connection, const QString &schema) const override;
+    void createDatabase(QSqlDatabase &connection, const QString &name) const override;
     QStringList tables(QSqlDatabase &connection, const QString &schema) const override;
     TableInfo describe(QSqlDatabase &connection, const QString &schema, const QString &table) const override;
     QString createIndex(const QString &schema, const QString &table, const IndexInfo &index) const override;
-    QString dropIndex(const QString &schema, const QString &table, const QString &index) const override;
+    QString dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const override;
     QString beginTransaction() const override;
+    bool inTransaction(QSqlDatabase &connection) const override;
+    qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
     qint64 lastAutoNumber(QSqlDatabase &connection) const override;
     int errorNumber(const QSqlError &error) const override;
+    QString errorText(const QSqlError &error) const override;
 };
 
 } // namespace dao

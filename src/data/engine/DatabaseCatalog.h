@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Catalog.h"
+#include "data/engine/Session.h"
+
+#include <QHash>
+#include <memory>
+
+namespace dao {
+
+// A link to a table of another database, as it is kept in the database that holds it.
+struct TableLink {
+    QString name;
+    QString connect; // ";DATABASE=" & path
+    QString source; // the table's name there
+
+    // The path in a connect text; empty when there is none.
+    static QString path(const QString &connect);
+};
+
+// The definitions of one database as they were read at one time. Recordsets hold on to it, so that what they
+// know of their tables stays valid when a definition changes.
+struct TableSet {
+    QStringList names; // own tables and links, in order of creation
+    QHash<QString, QString> own; // stored name by folded name
+    QHash<QString, TableLink> links; // by folded name
+    qint64 version = 0; // of the database's definitions
+    int generation = 0; // of the session's definitions
+
+    mutable QHash<QString, std::shared_ptr<const TableInfo>> described;
+    mutable QList<std::shared_ptr<Attachment>> attachments; // of the links used so far
+};
+
+// Looks up and changes a database's tables and links.
+class DatabaseCatalog final : public Catalog {
+public:
+    explicit DatabaseCatalog(std::shared_ptr<Attachment> attachment);
+
+    // Describes a table when it is first asked for. A link's target is attached then; throws CannotFindFile
+    // or ObjectNotFound when it is not there.
+    const TableInfo *table(QStringView name) const override;
+    std::shared_ptr<const TableSet> tables() const;
+    bool contains(QStringView name) const;
+    // Null when it is no linked table. Valid as long as a table's description.
+    const TableLink *link(QStringView name) const;
+
+    void invalidate() { m_tables.reset(); }
+    // True when another connection changed the definitions since they were read.
+    bool isOutdated() const;
+
+    // Adds the link, or replaces the one of that name. The target must be there, else nothing changes.
+    void setLink(const TableLink &link);
+    void removeLink(const QString &name);
+
+private:
+    std::shared_ptr<const TableInfo> describeLink(const TableLink &link, const TableSet &tables) const;
+
+    std::shared_ptr<Attachment> m_attachment;
+    mutable std::shared_ptr<const TableSet> m_tables;
+};
+
+} // namespace dao

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/engine/RowCache.h"
+
+#include <QSqlError>
+#include <limits>
+
+namespace dao {
+
+// Enough for most queries of a form to be read, and their cursor closed, at once.
+constexpr int rowsPerStep = 100;
+
+void RowCache::start(QList<NativeQuery> queries)
+{
+    stop();
+    m_cells.clear();
+    m_failure.reset();
+    m_waiting = std::move(queries);
+}
+
+void RowCache::stop()
+{
+    closeCursor();
+    m_waiting.clear();
+}
+
+void RowCache::closeCursor()
+{
+    if (m_cursor)
+        m_session->removeReader(*this);
+    m_cursor.reset();
+}
+
+bool RowCache::has(int row)
+{
+    while (row >= size()) {
+        if (!readRows(rowsPerStep))
+            return false;
+    }
+    return true;
+}
+
+int RowCache::readAll()
+{
+    while (readRows(std::numeric_limits<int>::max())) { }
+    return size();
+}
+
+void RowCache::drain()
+{
+    // Only what is being read: a query that has not run yet holds nothing. A failure is told to whom asks for
+    // the rows, not to the writer.
+    try {
+        while (m_cursor)
+            readRows(std::numeric_limits<int>::max());
+    } catch (const Error &) {
+        closeCursor();
+    }
+}
+
+void RowCache::openNext()
+{
+    m_cursor =
+        std::make_unique<QSqlQuery>(m_session->select(m_waiting.first().sql, m_waiting.first().values));
+    m_waiting.removeFirst();
+    m_session->addReader(*this);
+}
+
+// False when there was nothing left to read.
+bool RowCache::readRows(int count)
+{
+    if (m_failure)
+        throw Error(*m_failure);
+    if (!m_cursor) {
+        if (m_waiting.isEmpty())
+            return false;
+        openNext();
+    }
+    for (int i = 0; i < count; ++i) {
+        if (!m_cursor->next()) {
+            if (m_cursor->lastError().isValid())
+                m_failure = m_session->errorOf(*m_cursor);
+            closeCursor();
+            if (m_failure)
+                throw Error(*m_failure);
+            return true;
+        }
+        for (int column = 0; column < m_width; ++column)
+            m_cells.append(m_cursor->value(column));
+    }
+    return true;
+}
+
+} // namespace dao

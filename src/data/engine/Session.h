@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Error.h"
+#include "data/engine/SqlDialect.h"
+
+#include <QHash>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace dao {
+
+class Session;
+
+// Rows being read through a native cursor. A cursor must not stay open across a write or a transaction's
+// boundary: it would hold an old state of the database and keep the write lock from being taken.
+class Reader {
+public:
+    virtual ~Reader() = default;
+    // Reads the rest into memory and lets the cursor go.
+    virtual void drain() = 0;
+};
+
+// A database file reachable in a session under a schema name, for as long as somebody holds this.
+struct Attachment {
+    std::shared_ptr<Session> session;
+    QString key;
+    QString schema;
+
+    ~Attachment();
+};
+
+using Now = std::function<QDateTime()>;
+
+// The one native connection of a workspace: statements, attached files and transactions.
+class Session : public std::enable_shared_from_this<Session> {
+public:
+    explicit Session(std::shared_ptr<const Now> now);
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+    const SqlDialect &dialect() const { return *m_dialect; }
+    QSqlDatabase connection() const { return m_connection; }
+    QDateTime now() const;
+
+    std::shared_ptr<Attachment> attach(const QString &path, bool readOnly);
+    void createDatabase(const QString &path);
+
+    // A statement that reads, started; its rows are the caller's to step through.
+    QSqlQuery select(const QString &sql, const QVariantList &values = {}) const;
+    // A statement that writes; the number of rows affected.
+    int execute(const QString &sql, const QVariantList &values = {});
+    // The same with a statement prepared once.
+    int execute(QSqlQuery &prepared);
+    QSqlQuery prepare(const QString &sql) const;
+
+    void begin();
+    void commit();
+    void rollback();
+    void rollbackAll();
+
+    // Counts the changes of definitions made or undone in this session, by whichever of its databases.
+    int definitionsGeneration() const { return m_generation; }
+    void definitionsChanged() { ++m_generation; }
+
+    void addReader(Reader &reader) { m_readers.push_back(&reader); }
+    void removeReader(Reader &reader) { std::erase(m_readers, &reader); }
+
+    Error errorOf(const QSqlQuery &query) const;
+
+private:
+    friend struct Attachment;
+    void release(const QString &schema);
+    void detachUnused();
+    void drainReaders();
+    void requireTransaction();
+    void run(const QString &sql);
+
+    std::unique_ptr<SqlDialect> m_dialect;
+    std::shared_ptr<const Now> m_now;
+    QSqlDatabase m_connection;
+    QHash<QString, std::weak_ptr<Attachment>> m_attached; // by key
+    QStringList m_unused; // schemas that could not be detached yet
+    std::vector<Reader *> m_readers;
+    int m_schemas = 0;
+    int m_generation = 0;
+    int m_depth = 0; // of nested transactions
+};
+
+// Several statements that are done together or not at all, inside a transaction or without one.
+class Atomic {
+public:
+    explicit Atomic(Session &session)
+        : m_session(session)
+    {
+        m_session.begin();
+    }
+    ~Atomic();
+    Atomic(const Atomic &) = delete;
+    Atomic &operator=(const Atomic &) = delete;
+    void commit();
+
+private:
+    Session &m_session;
+    bool m_open = true;
+};
+
+} // namespace dao

@@ -1,0 +1,419 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/engine/SqliteDialect.h"
+
+#include "data/engine/Error.h"
+#include "data/engine/SqliteFunctions.h"
+#include "values/JetValues.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUrl>
+#include <array>
+#include <sqlite3.h>
+
+namespace dao {
+namespace {
+
+namespace jet = clivara::jet;
+
+// Index names are a table's own in the language but a schema's own in SQLite.
+constexpr QChar nameSeparator = u'$';
+constexpr QLatin1String primaryMark("$pk");
+
+// What SQLite is told a column is. The words decide how SQLite stores values: "INT" whole numbers, "CHAR" and
+// "TEXT" texts, "DOUB" and "FLOA" floating point; the others keep numbers as they come.
+struct DeclaredType {
+    FieldType type;
+    QLatin1String name;
+};
+constexpr std::array declaredTypes{
+    DeclaredType{FieldType::Boolean, QLatin1String("YESNO")},
+    DeclaredType{FieldType::Byte, QLatin1String("TINYINT")},
+    DeclaredType{FieldType::Integer, QLatin1String("SMALLINT")},
+    DeclaredType{FieldType::Long, QLatin1String("INT")},
+    DeclaredType{FieldType::AutoNumber, QLatin1String("INTEGER")},
+    DeclaredType{FieldType::Currency, QLatin1String("CURRENCY")},
+    DeclaredType{FieldType::Single, QLatin1String("FLOAT")},
+    DeclaredType{FieldType::Double, QLatin1String("DOUBLE")},
+    DeclaredType{FieldType::Date, QLatin1String("DATETIMETEXT")},
+    DeclaredType{FieldType::Text, QLatin1String("VARCHAR")},
+    DeclaredType{FieldType::Memo, QLatin1String("TEXT")},
+    DeclaredType{FieldType::Guid, QLatin1String("CHAR(38)")},
+    DeclaredType{FieldType::Binary, QLatin1String("BLOB")},
+};
+
+sqlite3 *handleOf(const QSqlDatabase &connection)
+{
+    return *static_cast<sqlite3 *const *>(connection.driver()->handle().constData());
+}
+
+QString quoted(const QString &name)
+{
+    return u'"' + QString(name).replace(u'"', QStringLiteral("\"\"")) + u'"';
+}
+
+QString qualified(const QString &schema, const QString &name)
+{
+    return quoted(schema) + u'.' + quoted(name);
+}
+
+QSqlQuery run(const SqlDialect &dialect, QSqlDatabase &connection, const QString &sql,
+              const QVariantList &values = {})
+{
+    QSqlQuery query(connection);
+    query.setForwardOnly(true);
+    bool done = query.prepare(sql);
+    for (const QVariant &value : values)
+        query.addBindValue(value);
+    done = done && query.exec();
+    if (!done)
+        throw Error(dialect.errorNumber(query.lastError()), dialect.errorText(query.lastError()), sql);
+    return query;
+}
+
+QString fileUri(const QFileInfo &file, const QString &options)
+{
+    return QString::fromLatin1(QUrl::fromLocalFile(file.absoluteFilePath()).toEncoded()) + u'?' + options;
+}
+
+// Looks at the file before SQLite does: SQLite would take an empty file for an empty database.
+void requireDatabaseFile(const QFileInfo &file)
+{
+    const QString path = file.filePath();
+    if (!file.exists() || !file.isFile())
+        throw Error(CannotFindFile, QStringLiteral("Impossibile trovare il file '%1'").arg(path));
+    QFile stream(file.filePath());
+    if (!stream.open(QIODevice::ReadOnly))
+        throw Error(Failed,
+                    QStringLiteral("Impossibile leggere il file '%1': %2").arg(path, stream.errorString()));
+    constexpr QByteArrayView signature("SQLite format 3\0", 16);
+    if (stream.read(signature.size()) != signature)
+        throw Error(NotADatabase, QStringLiteral("Formato di database non riconosciuto '%1'").arg(path));
+}
+
+QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, const QString &schema,
+                           const QString &table)
+{
+    QList<IndexInfo> indexes;
+    QSqlQuery list =
+        run(dialect, connection,
+            QStringLiteral("SELECT name, \"unique\" FROM pragma_index_list(?, ?) WHERE origin = 'c' "
+                           "ORDER BY seq DESC"),
+            {table, schema});
+    while (list.next()) {
+        IndexInfo index;
+        const QString nativeName = list.value(0).toString();
+        index.name = nativeName;
+        index.unique = list.value(1).toBool();
+        if (index.name.startsWith(table + nameSeparator, Qt::CaseInsensitive))
+            index.name.remove(0, table.size() + 1);
+        if (index.name.endsWith(primaryMark)) {
+            index.name.chop(primaryMark.size());
+            index.primary = true;
+        }
+        QSqlQuery fields = run(dialect, connection,
+                               QStringLiteral("SELECT name FROM pragma_index_info(?, ?) ORDER BY seqno"),
+                               {nativeName, schema});
+        while (fields.next())
+            index.fields.append(fields.value(0).toString());
+        indexes.append(index);
+    }
+    return indexes;
+}
+
+} // namespace
+
+QString SqliteDialect::columnDeclaration(const ColumnInfo &column) const
+{
+    const auto declared = std::find_if(declaredTypes.begin(), declaredTypes.end(),
+                                       [&](const DeclaredType &type) { return type.type == column.type; });
+    if (declared == declaredTypes.end())
+        throw Error(SyntaxError, QStringLiteral("Tipo del campo non valido: '%1'").arg(column.name));
+    QString text = identifier(column.name) + u' ' + declared->name;
+    if (column.type == FieldType::AutoNumber)
+        return text + QStringLiteral(" PRIMARY KEY AUTOINCREMENT NOT NULL");
+    if (column.type == FieldType::Boolean)
+        return text + QStringLiteral(" NOT NULL DEFAULT 0");
+    if (column.type == FieldType::Text)
+        text += QStringLiteral("(%1)").arg(column.size > 0 ? column.size : 255);
+    if (isText(column.type))
+        text += QStringLiteral(" COLLATE JET_TEXT");
+    if (column.required)
+        text += QStringLiteral(" NOT NULL");
+    return text;
+}
+
+ColumnInfo SqliteDialect::columnFromDeclaration(const QString &name, const QString &declaredType,
+                                                bool required) const
+{
+    ColumnInfo column{name, FieldType::Unknown, 0, required};
+    for (const DeclaredType &declared : declaredTypes) {
+        if (declaredType.compare(declared.name, Qt::CaseInsensitive) == 0)
+            column.type = declared.type;
+    }
+    const qsizetype bracket = declaredType.indexOf(u'(');
+    if (column.type == FieldType::Unknown && bracket > 0
+        && QStringView(declaredType).left(bracket).compare(QLatin1String("VARCHAR"), Qt::CaseInsensitive)
+               == 0) {
+        column.type = FieldType::Text;
+        column.size = QStringView(declaredType).mid(bracket + 1).chopped(1).toInt();
+    }
+    // A table made by another program: the value tells its type.
+    if (column.type == FieldType::Boolean || column.type == FieldType::AutoNumber)
+        column.required = false;
+    return column;
+}
+
+QVariant SqliteDialect::fromNative(const QVariant &value, FieldType type) const
+{
+    if (value.isNull())
+        return {};
+    switch (type) {
+    case FieldType::Boolean:
+        return value.toDouble() != 0;
+    case FieldType::Byte:
+    case FieldType::Integer:
+    case FieldType::Long:
+    case FieldType::AutoNumber:
+        return value.toInt();
+    case FieldType::Currency:
+    case FieldType::Single:
+    case FieldType::Double:
+        return value.toDouble();
+    case FieldType::Date: {
+        const QDateTime date = jet::dateFromStored(value.toString());
+        return date.isValid() ? QVariant(date) : QVariant();
+    }
+    case FieldType::Text:
+    case FieldType::Memo:
+    case FieldType::Guid:
+        return value.toString();
+    case FieldType::Binary:
+        return value.toByteArray();
+    case FieldType::Null:
+    case FieldType::Unknown:
+        break;
+    }
+    if (value.typeId() != QMetaType::LongLong)
+        return value;
+    const qint64 number = value.toLongLong();
+    return number == qint32(number) ? QVariant(int(number)) : QVariant(double(number));
+}
+
+QVariant SqliteDialect::toNative(const QVariant &value, FieldType type) const
+{
+    if (!value.isValid() || value.isNull())
+        return {};
+    switch (type) {
+    case FieldType::Boolean:
+        return value.toBool() ? -1 : 0;
+    case FieldType::Date:
+        return jet::storedDate(value.toDateTime());
+    case FieldType::Text:
+    case FieldType::Memo:
+    case FieldType::Guid: {
+        // The driver stores a QString without a buffer as Null; an empty text is something else.
+        const QString text = value.toString();
+        return text.isNull() ? QStringLiteral("") : text;
+    }
+    default:
+        return value;
+    }
+}
+
+QString SqliteDialect::driverName() const
+{
+    return QStringLiteral("QSQLITE");
+}
+
+void SqliteDialect::prepareConnection(QSqlDatabase &connection) const
+{
+    // Databases are attached by file URIs, so that none is created by opening it. The wait is short: callers
+    // that want to try longer do so between attempts that the user can see.
+    connection.setDatabaseName(QStringLiteral(":memory:"));
+    connection.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=250"));
+    if (!connection.open())
+        throw Error(Failed, connection.lastError().text());
+    sqlite3 *handle = handleOf(connection);
+    sqlite3_extended_result_codes(handle, 1);
+    registerSqliteFunctions(handle);
+    run(*this, connection, QStringLiteral("PRAGMA foreign_keys = ON"));
+    run(*this, connection, QStringLiteral("PRAGMA temp_store = MEMORY"));
+}
+
+void SqliteDialect::attach(QSqlDatabase &connection, const QString &name, const QString &schema,
+                           bool readOnly) const
+{
+    const QFileInfo file(name);
+    requireDatabaseFile(file);
+    QString options = readOnly ? QStringLiteral("mode=ro") : QStringLiteral("mode=rw");
+    // Readers of a WAL database share a file beside it. Where none can be made, nobody can be writing either.
+    if (readOnly && !QFileInfo(file.absolutePath()).isWritable()
+        && !QFile::exists(file.absoluteFilePath() + QStringLiteral("-wal")))
+        options = QStringLiteral("immutable=1");
+    run(*this, connection, QStringLiteral("ATTACH DATABASE ? AS ") + quoted(schema),
+        {fileUri(file, options)});
+    try {
+        // A saved row survives the loss of power, at the price of one flush a transaction.
+        run(*this, connection, QStringLiteral("PRAGMA %1.synchronous = FULL").arg(quoted(schema)));
+        run(*this, connection, QStringLiteral("PRAGMA %1.cache_size = -4000").arg(quoted(schema)));
+        run(*this, connection, QStringLiteral("SELECT count(*) FROM %1.sqlite_master").arg(quoted(schema)))
+            .next();
+    } catch (const Error &error) {
+        detach(connection, schema);
+        throw Error(error.number(), QStringLiteral("%1: %2").arg(error.text(), name));
+    }
+}
+
+void SqliteDialect::detach(QSqlDatabase &connection, const QString &schema) const
+{
+    run(*this, connection, QStringLiteral("DETACH DATABASE ") + quoted(schema));
+}
+
+void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name) const
+{
+    const QFileInfo file(name);
+    QFile stream(file.absoluteFilePath());
+    if (!stream.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        if (file.exists())
+            throw Error(TableExists, QStringLiteral("Il database '%1' esiste già").arg(name));
+        throw Error(CannotFindFile,
+                    QStringLiteral("Impossibile creare il file '%1': %2").arg(name, stream.errorString()));
+    }
+    stream.close();
+    const QString schema = QStringLiteral("new_database");
+    try {
+        run(*this, connection, QStringLiteral("ATTACH DATABASE ? AS ") + schema,
+            {fileUri(file, QStringLiteral("mode=rw"))});
+        run(*this, connection, QStringLiteral("PRAGMA new_database.journal_mode = WAL")).next();
+        detach(connection, schema);
+    } catch (const Error &) {
+        stream.remove();
+        throw;
+    }
+}
+
+QStringList SqliteDialect::tables(QSqlDatabase &connection, const QString &schema) const
+{
+    QSqlQuery query = run(*this, connection,
+                          QStringLiteral("SELECT name FROM %1.sqlite_master WHERE type = 'table' "
+                                         "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid")
+                              .arg(quoted(schema)));
+    QStringList names;
+    while (query.next())
+        names.append(query.value(0).toString());
+    return names;
+}
+
+TableInfo SqliteDialect::describe(QSqlDatabase &connection, const QString &schema, const QString &table) const
+{
+    TableInfo info;
+    info.name = table;
+    info.nativeName = qualified(schema, table);
+    QSqlQuery query =
+        run(*this, connection,
+            QStringLiteral("SELECT name, type, \"notnull\" FROM pragma_table_info(?, ?) ORDER BY cid"),
+            {table, schema});
+    while (query.next())
+        info.columns.append(columnFromDeclaration(query.value(0).toString(), query.value(1).toString(),
+                                                  query.value(2).toBool()));
+    if (info.columns.isEmpty())
+        throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));
+    info.indexes = indexesOf(*this, connection, schema, table);
+    return info;
+}
+
+QString SqliteDialect::createIndex(const QString &schema, const QString &table, const IndexInfo &index) const
+{
+    QStringList fields;
+    for (const QString &field : index.fields)
+        fields.append(quoted(field));
+    const QString name =
+        table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
+    return QStringLiteral("CREATE %1 %2 ON %3 (%4)")
+        .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX") : QStringLiteral("INDEX"),
+             qualified(schema, name), quoted(table), fields.join(QStringLiteral(", ")));
+}
+
+QString SqliteDialect::dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const
+{
+    const QString name =
+        table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
+    return QStringLiteral("DROP INDEX ") + qualified(schema, name);
+}
+
+QString SqliteDialect::beginTransaction() const
+{
+    // Takes the write lock at once: a transaction that reads first could not get it any more after another
+    // process has written.
+    return QStringLiteral("BEGIN IMMEDIATE");
+}
+
+bool SqliteDialect::inTransaction(QSqlDatabase &connection) const
+{
+    return sqlite3_get_autocommit(handleOf(connection)) == 0;
+}
+
+qint64 SqliteDialect::definitionVersion(QSqlDatabase &connection, const QString &schema) const
+{
+    QSqlQuery query = run(*this, connection, QStringLiteral("PRAGMA %1.schema_version").arg(quoted(schema)));
+    return query.next() ? query.value(0).toLongLong() : 0;
+}
+
+qint64 SqliteDialect::lastAutoNumber(QSqlDatabase &connection) const
+{
+    return sqlite3_last_insert_rowid(handleOf(connection));
+}
+
+int SqliteDialect::errorNumber(const QSqlError &error) const
+{
+    const QString text = error.databaseText();
+    if (const auto function = functionError(text))
+        return function->first;
+    const int code = error.nativeErrorCode().toInt();
+    switch (code) {
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_ROWID:
+        return DuplicateKey;
+    case SQLITE_CONSTRAINT_NOTNULL:
+        return FieldRequired;
+    default:
+        break;
+    }
+    switch (code & 0xff) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return Locked;
+    case SQLITE_READONLY:
+        return ReadOnly;
+    case SQLITE_CORRUPT:
+        return Corrupt;
+    case SQLITE_NOTADB:
+        return NotADatabase;
+    case SQLITE_CANTOPEN:
+        return CannotFindFile;
+    default:
+        break;
+    }
+    if (text.contains(QLatin1String("no such table")))
+        return ObjectNotFound;
+    if (text.contains(QLatin1String("no such column")) || text.contains(QLatin1String("has no column")))
+        return TooFewParameters;
+    if (text.contains(QLatin1String("already exists")))
+        return TableExists;
+    if (text.contains(QLatin1String("integer overflow")))
+        return Overflow;
+    return Failed;
+}
+
+QString SqliteDialect::errorText(const QSqlError &error) const
+{
+    const auto function = functionError(error.databaseText());
+    return function ? function->second : error.databaseText();
+}
+
+} // namespace dao
