@@ -11,7 +11,21 @@ namespace dao {
 // The field types of the practice's tables. Null is the type of the bare word Null in an expression and
 // Unknown of a value that may be of any type; no field has them.
 enum class FieldType {
-    Boolean, Byte, Integer, Long, AutoNumber, Currency, Single, Double, Date, Text, Memo, Guid, Binary, Null, Unknown
+    Boolean,
+    Byte,
+    Integer,
+    Long,
+    AutoNumber,
+    Currency,
+    Single,
+    Double,
+    Date,
+    Text,
+    Memo,
+    Guid,
+    Binary,
+    Null,
+    Unknown
 };
 
 constexpr bool isNumeric(FieldType type)
