@@ -38,9 +38,9 @@ void CalcCockCroft::compute()
     if (expected) {
         showNote(QStringLiteral("Paziente di %1 anni: Funzione renale attesa = %2 ml")
                      .arg(jet::numberText(ageYears()), jet::numberText(*expected)),
-                 true);
+                 Note::Emphasised);
     } else {
-        showNote({}, false);
+        showNote({});
     }
     // Without a sex there is nothing to compute, and the line shows the value of before (0 at first).
     const double clearance =

@@ -38,7 +38,7 @@ void CalcFiltGlom::compute()
         required(m_inputs->me_hdl, QStringLiteral("Inserire il valore della creatininemia!"));
     if (!creatinineMgDl)
         return;
-    showNote({}, false);
+    showNote({});
     if (const auto gfr = mdrdGfrMlMin(sex(), ageYears(), *creatinineMgDl, m_inputs->Check1->isChecked())) {
         showResult(*gfr, QStringLiteral("sMDRD = ") + jet::formatNumber(*gfr, u"0.00")
                              + QStringLiteral(" ml/min per 1.73 m²"));

@@ -44,7 +44,7 @@ void CalcLDL::compute()
         showResult(*ldl, QStringLiteral("Colesterolo LDL: ") + jet::formatNumber(*ldl, u"0.0 mg/dl"));
     if (const auto ratio = riskRatio(*totalMgDl, *hdlMgDl)) {
         showNote(QStringLiteral("Indice rischio: ") + jet::formatNumber(*ratio, u"0.0"),
-                 isRatioHigh(sex(), *ratio));
+                 isRatioHigh(sex(), *ratio) ? Note::Warning : Note::Plain);
     }
 }
 

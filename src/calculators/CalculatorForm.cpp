@@ -107,6 +107,7 @@ void CalculatorForm::load()
     m_result = 0;
     m_ui->lblSesso->clear();
     m_ui->lblEta->clear();
+    m_ui->ageUnit->hide();
     reset();
     loadPatient();
     propose();
@@ -120,8 +121,10 @@ void CalculatorForm::loadPatient()
         if (!patient)
             return;
         m_ui->lblSesso->setText(patient->sex);
-        if (const int age = exactAge(patient->birth, m_state.clock.today()); age >= 0)
+        if (const int age = exactAge(patient->birth, m_state.clock.today()); age >= 0) {
             m_ui->lblEta->setText(QString::number(age));
+            m_ui->ageUnit->show();
+        }
     } catch (const dao::Error &) {
         // Sex and age stay empty; the form is usable.
     }
@@ -187,22 +190,26 @@ void CalculatorForm::showResult(double value, const QString &text)
 {
     m_result = value;
     m_ui->results->setEnabled(true);
+    m_ui->results->setToolTip({});
     m_ui->SSPanel2->setText(text);
 }
 
-void CalculatorForm::showNote(const QString &text, bool warning)
+void CalculatorForm::showNote(const QString &text, Note kind)
 {
     m_ui->SSPanel1->setText(text);
-    setForeColour(m_ui->SSPanel1, warning ? darkRed : black);
+    setForeColour(m_ui->SSPanel1, kind == Note::Plain ? black : darkRed);
     QFont font = m_ui->SSPanel1->font();
-    font.setBold(warning);
+    font.setBold(kind != Note::Plain);
     m_ui->SSPanel1->setFont(font);
-    m_ui->warningIcon->setVisible(warning);
+    m_ui->warningIcon->setVisible(kind == Note::Warning);
 }
 
 void CalculatorForm::resultsOutdated()
 {
     m_ui->results->setEnabled(false);
+    m_ui->results->setToolTip(m_ui->SSPanel2->text().isEmpty()
+                                  ? QString()
+                                  : QStringLiteral("I dati sono cambiati: premere Calcola"));
 }
 
 void CalculatorForm::fillInputs(const QString &text)
@@ -217,7 +224,7 @@ void CalculatorForm::reset()
     m_ui->MaskEdBox1->setDateText(m_validDate);
     fillInputs({});
     m_ui->SSPanel2->clear();
-    showNote({}, false);
+    showNote({});
 }
 
 void CalculatorForm::checkDateField()

@@ -61,8 +61,10 @@ protected:
     double result() const { return m_result; }
     // Shows the result line (SSPanel2) and keeps the value for the host.
     void showResult(double value, const QString &text);
-    // Shows the line below it (SSPanel1).
-    void showNote(const QString &text, bool warning);
+    // Shows the line below it (SSPanel1). Emphasised is dark red and bold, a warning has a sign beside it as
+    // well.
+    enum class Note { Plain, Emphasised, Warning };
+    void showNote(const QString &text, Note kind = Note::Plain);
     // The lines, as long as they are there, no longer belong to what the inputs hold.
     void resultsOutdated();
 

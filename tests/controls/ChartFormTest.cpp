@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "support/ui/ChartForm.h"
-#include "TestPrompts.h"
+#include "FormDriver.h"
 #include "support/Clock.h"
 #include "support/PatientHeader.h"
 #include "support/ui/PatientStrip.h"
@@ -12,19 +11,10 @@
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
-#include <functional>
+#include <gtest/gtest.h>
 
 namespace clivara {
 namespace {
-
-// Does something in the form that showModal() is about to open; closes it if it is still there afterwards.
-void inside(ChartForm &form, const std::function<void()> &act)
-{
-    QTimer::singleShot(0, &form, [&form, act] {
-        act();
-        form.abandon();
-    });
-}
 
 class TestForm final : public ChartForm {
 public:

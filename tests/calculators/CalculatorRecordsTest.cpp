@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/CalculatorRecords.h"
+#include "calculators/CalculatorFixture.h"
+
+namespace clivara {
+namespace {
+
+class CalculatorRecordsTest : public CalculatorFixture {
+protected:
+    dao::Database &clinical() { return *environment.clinical; }
+
+    std::string weight()
+    {
+        const auto proposal = readWeight(clinical(), 17);
+        return proposal ? proposal->text.toStdString() : "-";
+    }
+    std::string creatinine()
+    {
+        const auto proposal = readNewestResult(clinical(), 17, "90.16.4", clock.today());
+        return proposal ? proposal->text.toStdString() : "-";
+    }
+};
+
+TEST_F(CalculatorRecordsTest, ReadsThePatient)
+{
+    const auto patient = readCalculatorPatient(clinical(), 17);
+    ASSERT_TRUE(patient);
+    EXPECT_EQ(patient->sex, "M");
+    EXPECT_EQ(patient->birth, QDate(1966, 3, 12));
+    EXPECT_FALSE(readCalculatorPatient(clinical(), 18));
+    EXPECT_FALSE(readCalculatorPatient(clinical(), -1));
+
+    execute("UPDATE archivio SET sesso = ' ', Data_Nasc = Null");
+    const auto blank = readCalculatorPatient(clinical(), 17);
+    EXPECT_TRUE(blank && blank->sex.isEmpty() && blank->birth.isNull());
+}
+
+TEST_F(CalculatorRecordsTest, CutsTheWeightOfTheNewestExamination)
+{
+    EXPECT_EQ(weight(), "-");
+    addExamination("#01/10/2020#", "20200110", "'170 61.5  note'");
+    EXPECT_EQ(weight(), " 61.5") << "as it stands, blanks included";
+    addExamination("#01/10/2021#", "20210110", "'170'");
+    EXPECT_EQ(weight(), "") << "the text ends before the field";
+    addExamination("#02/10/2021#", "20210210", "'l''altez'");
+    EXPECT_EQ(weight(), "ltez");
+    addExamination("#05/01/2022#", "1", "'170071.0'");
+    addExamination("#05/01/2022#", "2", "'170072.0'");
+    EXPECT_EQ(weight(), "072.0") << "of the same day the higher key";
+    EXPECT_EQ(readWeight(clinical(), 17)->date, QDate(2022, 5, 1));
+    addExamination("#06/01/2022#", "3", "Null");
+    EXPECT_EQ(weight(), "-") << "the newest has no text";
+    execute("DELETE FROM ESAME_OB WHERE dati_paz Is Null");
+
+    execute("UPDATE DEFCAMPI SET [offset] = 1, lunghezza = 3 WHERE Formapp = 'EOG'");
+    EXPECT_EQ(weight(), "170");
+    for (const char *const impossible : {"[offset] = 0", "[offset] = 1, lunghezza = -1", "[offset] = Null"}) {
+        execute(QStringLiteral("UPDATE DEFCAMPI SET ") + impossible + " WHERE Formapp = 'EOG'");
+        EXPECT_EQ(weight(), "-") << impossible;
+    }
+    execute("DELETE FROM DEFCAMPI WHERE Formapp = 'EOG'");
+    EXPECT_EQ(weight(), "-");
+}
+
+TEST_F(CalculatorRecordsTest, TakesTheNewestResultOfThePastYear)
+{
+    EXPECT_EQ(creatinine(), "-");
+    addResult("90.16.4", 366, "'0.7'");
+    addResult("90.16.4", -1000, "'0.6'");
+    EXPECT_EQ(creatinine(), "-");
+    addResult("90.16.4", 365, "'0.80'");
+    EXPECT_EQ(creatinine(), "0.8");
+    addResult("90.16.04", 1, "'9.1'"); // another code
+    addResult("90.16.4", 1, "'9.2'", 2); // no laboratory result
+    addResult("90.16.4", 1, "'9.3'", 1, 18); // another patient
+    addResult("90.16.4", 2, "'   '");
+    addResult("90.16.4", 2, "Null");
+    EXPECT_EQ(creatinine(), "0.8") << "what is blank is passed over";
+    addResult("90.16.4", 3, "'  1.10 '");
+    EXPECT_EQ(creatinine(), "1.1");
+    addResult("90.16.4", 3, "'1.20'");
+    addToLast("90.16.4", "'1.30'");
+    EXPECT_EQ(creatinine(), "1.3") << "of the same day the higher keys";
+
+    const auto proposal = readNewestResult(clinical(), 17, "90.16.4", clock.today());
+    EXPECT_EQ(proposal->date, clock.today().addDays(-3));
+    EXPECT_EQ(proposal->stored, "1.30");
+
+    const std::pair<const char *, const char *> texts[] = {
+        {"'1,10'", "1"},
+        {"'<0.5'", "0"},
+        {"'.9 mg'", "0.9"},
+        {"'vedi l''allegato'", "0"},
+    };
+    for (const auto &[stored, number] : texts) {
+        addResult("90.16.4", 0, stored);
+        EXPECT_EQ(creatinine(), number) << stored;
+    }
+}
+
+TEST_F(CalculatorRecordsTest, PassesErrorsOn)
+{
+    execute("DROP TABLE riepil2");
+    execute("DROP TABLE DEFCAMPI");
+    addExamination("#01/10/2020#", "1", "'170061.5'");
+    EXPECT_THROW(creatinine(), dao::Error);
+    EXPECT_THROW(weight(), dao::Error);
+}
+
+} // namespace
+} // namespace clivara
