@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QTest>
@@ -120,6 +121,30 @@ TEST(PatientStrip, CountsTheAgeToTheDay)
     };
     for (const auto &[birth, text] : ages)
         EXPECT_EQ(ageText(birth, today), text) << text;
+}
+
+TEST(PatientStrip, TellsInFullWhatItElides)
+{
+    PatientHeader header;
+    header.patientCode = 17;
+    header.identified = true;
+    PatientStrip strip;
+    strip.resize(300, 60);
+    auto *name = strip.findChild<QLabel *>("lblPaziente");
+    strip.show();
+    const QString longName = QStringLiteral("Della Valle ").repeated(8).trimmed();
+    for (const QString &surname : {QStringLiteral("Rossi"), longName, QStringLiteral("Verdi")}) {
+        header.identity.surname = surname;
+        strip.showPatient(header, QDate(2026, 11, 21));
+        QHelpEvent hover(QEvent::ToolTip, QPoint(1, 1), QPoint(1, 1));
+        QApplication::sendEvent(name, &hover);
+        EXPECT_EQ(name->toolTip(), surname == longName ? longName : QString());
+        EXPECT_TRUE(
+            strip.accessibleName().contains(surname + ", sesso non indicato, data di nascita mancante"));
+    }
+    header.identified = false; // the texts may be another patient's
+    strip.showPatient(header, QDate(2026, 11, 21));
+    EXPECT_EQ(name->text(), "Paziente 17");
 }
 
 // Answers the message box that is about to open.

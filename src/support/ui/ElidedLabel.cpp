@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/ui/ElidedLabel.h"
 
+#include <QEvent>
 #include <QPainter>
-#include <QResizeEvent>
 
 namespace clivara {
 
@@ -19,10 +19,14 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     painter.drawText(area, int(alignment()), fontMetrics().elidedText(text(), Qt::ElideRight, area.width()));
 }
 
-void ElidedLabel::resizeEvent(QResizeEvent *event)
+bool ElidedLabel::event(QEvent *event)
 {
-    QLabel::resizeEvent(event);
-    setToolTip(fontMetrics().horizontalAdvance(text()) > contentsRect().width() ? text() : QString());
+    // Decided when it is asked for: text and width may both have changed.
+    if (event->type() == QEvent::ToolTip) {
+        const bool elided = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+        setToolTip(elided ? text() : QString());
+    }
+    return QLabel::event(event);
 }
 
 } // namespace clivara
