@@ -78,13 +78,13 @@ TEST_F(PlayTest, StopsAtSqlThatTheEngineRefuses)
     EXPECT_EQ(outcome.error.count(u'\n'), 1);
 }
 
-TEST_F(PlayTest, ClosesTheFormsWithoutSavingWhenItStops)
+TEST_F(PlayTest, LetsTheChartTraceWhereTheScenarioSays)
 {
     const QString work = path(QStringLiteral("work"));
     QDir().mkpath(work + QStringLiteral("/logOrvale"));
     const QByteArray setting = "today 2026-11-21\nsetting ORVALE_WORK = " + work.toUtf8() + "\n";
     EXPECT_EQ(play(setting + "patient 1\naction 81\nshow Pippo\n").status, 2);
-    // The chart did write its trace: the settings before the first action counted.
+    // The chart begins with the first action: the settings before it count.
     const QByteArray log = readFile(QStringLiteral("work/logOrvale/log_26_11_21.log"));
     EXPECT_TRUE(log.contains("+--- Class3.Action 81\r\n")) << log.toStdString();
 }
