@@ -8,8 +8,8 @@ class ProgramTest : public PracticeFixture { };
 
 TEST_F(ProgramTest, ShowsHelpOfEveryCommand)
 {
-    for (const QString &command :
-         {QStringLiteral(""), QStringLiteral("demo"), QStringLiteral("check"), QStringLiteral("tour")}) {
+    for (const QString &command : {QStringLiteral(""), QStringLiteral("demo"), QStringLiteral("check"),
+                                   QStringLiteral("tour"), QStringLiteral("play")}) {
         QStringList arguments{QStringLiteral("--help")};
         if (!command.isEmpty())
             arguments.prepend(command);
