@@ -18,7 +18,10 @@ constexpr int patients = 64;
 
 class NoPrompts final : public clivara::Prompts {
 public:
-    clivara::PromptButton ask(const clivara::Prompt &) override { throw std::runtime_error("a message box appeared"); }
+    clivara::PromptButton ask(const clivara::Prompt &) override
+    {
+        throw std::runtime_error("a message box appeared");
+    }
 };
 
 // Notes the moment at which a dialog has been painted for the first time, then closes it.
@@ -80,7 +83,7 @@ struct Host {
     clivara::SystemPauses pauses;
     clivara::SystemGuids guids;
     clivara::SystemMiddleware middleware;
-    clivara::Services services {settings, clock, prompts, pauses, guids, middleware};
+    clivara::Services services{settings, clock, prompts, pauses, guids, middleware};
     std::unique_ptr<orvale::Practice> practice;
     clivara::Class3 chart;
     PaintWatch watch;
@@ -103,7 +106,8 @@ int main(int argc, char **argv)
         Host large(bench::practicePath(true));
         small.openForm(1); // the first time loads fonts and styles
         large.openForm(1);
-        for (const auto &[name, host] : {std::pair("1500_patients", &small), std::pair("15000_patients", &large)}) {
+        for (const auto &[name, host] :
+             {std::pair("1500_patients", &small), std::pair("15000_patients", &large)}) {
             benchmark::RegisterBenchmark(name, [host](benchmark::State &state) { openForms(state, *host); })
                 ->UseManualTime()
                 ->Unit(benchmark::kMillisecond)

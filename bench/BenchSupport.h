@@ -8,8 +8,8 @@
 
 namespace bench {
 
-// The demo practice that scripts/bench has made: of 1,500 patients, or of 15,000. Throws std::runtime_error when the
-// environment variable that names it is missing.
+// The demo practice that scripts/bench has made: of 1,500 patients, or of 15,000. Throws std::runtime_error
+// when the environment variable that names it is missing.
 QString practicePath(bool large = false);
 
 // Prints the usual table and keeps the median of every benchmark, for the ratios and limits below it.

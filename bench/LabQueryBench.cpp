@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The laboratory query of the calculators: through the engine (Jet text in, every value out, nothing cached) against the
-// same native SQL through SQLite's C interface on the same connection.
+// The laboratory query of the calculators: through the engine (Jet text in, every value out, nothing cached)
+// against the same native SQL through SQLite's C interface on the same connection.
 #include "BenchSupport.h"
 #include "app/Practice.h"
 #include "data/engine/Dao.h"
@@ -14,9 +14,10 @@ namespace {
 
 QString labQuery(int patient)
 {
-    return QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice = '90.14.3') and "
-                          "(r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
-        + QString::number(patient) + QStringLiteral(") ORDER BY r.da_pre DESC");
+    return QStringLiteral(
+               "SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice = '90.14.3') and "
+               "(r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
+           + QString::number(patient) + QStringLiteral(") ORDER BY r.da_pre DESC");
 }
 
 constexpr int firstPatient = 1;
@@ -45,10 +46,13 @@ void throughCInterface(benchmark::State &state, dao::Database &clinical, sqlite3
     qint64 values = 0;
     for (auto _ : state) {
         sqlite3_stmt *statement = nullptr;
-        if (sqlite3_prepare_v2(connection, statements[patient++ % patients].constData(), -1, &statement, nullptr) != SQLITE_OK)
+        if (sqlite3_prepare_v2(connection, statements[patient++ % patients].constData(), -1, &statement,
+                               nullptr)
+            != SQLITE_OK)
             state.SkipWithError(sqlite3_errmsg(connection));
         while (sqlite3_step(statement) == SQLITE_ROW) {
-            for (int column = 0, count = sqlite3_column_count(statement); column < count; ++column, ++values) {
+            for (int column = 0, count = sqlite3_column_count(statement); column < count;
+                 ++column, ++values) {
                 switch (sqlite3_column_type(statement, column)) {
                 case SQLITE_INTEGER:
                     benchmark::DoNotOptimize(sqlite3_column_int64(statement, column));
@@ -77,9 +81,12 @@ int main(int argc, char **argv)
     try {
         const auto practice = orvale::Practice::open(bench::practicePath());
         dao::Database &clinical = *practice->environment().clinical;
-        auto *connection = *static_cast<sqlite3 *const *>(clinical.nativeConnection().driver()->handle().constData());
-        benchmark::RegisterBenchmark("engine", [&](benchmark::State &state) { throughEngine(state, clinical); });
-        benchmark::RegisterBenchmark("c_interface", [&](benchmark::State &state) { throughCInterface(state, clinical, connection); });
+        auto *connection =
+            *static_cast<sqlite3 *const *>(clinical.nativeConnection().driver()->handle().constData());
+        benchmark::RegisterBenchmark("engine",
+                                     [&](benchmark::State &state) { throughEngine(state, clinical); });
+        benchmark::RegisterBenchmark(
+            "c_interface", [&](benchmark::State &state) { throughCInterface(state, clinical, connection); });
 
         bench::MedianReporter reporter;
         bench::runInterleaved(argc, argv, reporter);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The program as a whole: --help, the host window until it is visible, its memory, and writing the default demo practice.
+// The program as a whole: --help, the host window until it is visible, its memory, and writing the default
+// demo practice.
 #include "BenchSupport.h"
 
 #include <QCoreApplication>
@@ -27,7 +28,8 @@ Finished run(const QStringList &arguments)
     timer.start();
     process.start(QCoreApplication::applicationDirPath() + "/orvale", arguments);
     if (!process.waitForFinished(120'000) || process.exitCode() != 0)
-        throw std::runtime_error(("orvale " + arguments.join(' ') + ": " + process.readAllStandardError()).toStdString());
+        throw std::runtime_error(
+            ("orvale " + arguments.join(' ') + ": " + process.readAllStandardError()).toStdString());
     return {double(timer.nsecsElapsed()) * 1e-6, process.readAllStandardOutput()};
 }
 

@@ -53,12 +53,12 @@ std::shared_ptr<const TableSet> DatabaseCatalog::tables() const
     for (const QString &name : std::as_const(tables->names))
         tables->own.insert(folded(name), name);
     if (hasLinks) {
-        QSqlQuery query =
+        const auto links =
             session.select(QStringLiteral("SELECT name, connect, source FROM %1 ORDER BY position")
                                .arg(nativeLinks(*m_attachment)));
-        while (query.next()) {
-            const TableLink link{query.value(0).toString(), query.value(1).toString(),
-                                 query.value(2).toString()};
+        while (links->next()) {
+            const TableLink link{links->value(0).toString(), links->value(1).toString(),
+                                 links->value(2).toString()};
             tables->names.append(link.name);
             tables->links.insert(folded(link.name), link);
         }

@@ -110,9 +110,9 @@ int Recordset::RecordCount() const
 {
     d->requireOpen();
     if (d->type == RecordsetType::Table) {
-        QSqlQuery query = d->session->select(QStringLiteral("SELECT count(*) FROM ")
-                                             + d->translation.sources.first().table->nativeName);
-        return query.next() ? query.value(0).toInt() : 0;
+        const auto count = d->session->select(QStringLiteral("SELECT count(*) FROM ")
+                                              + d->translation.sources.first().table->nativeName);
+        return count->next() ? count->value(0).toInt() : 0;
     }
     if (d->visited == 0 && d->rows.has(0))
         d->visited = 1;

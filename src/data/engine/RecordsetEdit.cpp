@@ -27,14 +27,14 @@ QVariantList Recordset::Private::readBaseRow(int source, const QVariant &identit
     QStringList columns;
     for (const ColumnInfo &column : table.columns)
         columns.append(dialect.identifier(column.name));
-    QSqlQuery query = session->select(QStringLiteral("SELECT %1 FROM %2 AS t WHERE %3 = ?")
-                                          .arg(columns.join(QStringLiteral(", ")), table.nativeName,
-                                               dialect.rowIdentity(QStringLiteral("t"))),
-                                      {identity});
+    const auto row = session->select(QStringLiteral("SELECT %1 FROM %2 AS t WHERE %3 = ?")
+                                         .arg(columns.join(QStringLiteral(", ")), table.nativeName,
+                                              dialect.rowIdentity(QStringLiteral("t"))),
+                                     {identity});
     QVariantList values;
-    if (query.next()) {
+    if (row->next()) {
         for (int i = 0; i < table.columns.size(); ++i)
-            values.append(query.value(i));
+            values.append(row->value(i));
     }
     return values;
 }

@@ -133,10 +133,10 @@ void Recordset::Private::seek(const QString &op, const QVariantList &keys)
         if (op == u"<=")
             condition += QStringLiteral(" OR (") + conditions.equal() + u')';
         const NativeQuery last = query(condition, descending + u' ' + dialect.limit(1));
-        QSqlQuery found = session->select(last.sql, last.values);
-        noMatch = !found.next();
-        const QVariant identity = noMatch ? QVariant() : found.value(source.identityColumn);
-        found.finish();
+        auto found = session->select(last.sql, last.values);
+        noMatch = !found->next();
+        const QVariant identity = noMatch ? QVariant() : found->value(source.identityColumn);
+        found.reset();
         restart();
         while (!noMatch && rows.has(position) && rows.cell(position, source.identityColumn) != identity)
             ++position;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/RowCache.h"
 
-#include <QSqlError>
 #include <limits>
 
 namespace dao {
@@ -59,8 +58,7 @@ void RowCache::drain()
 
 void RowCache::openNext()
 {
-    m_cursor =
-        std::make_unique<QSqlQuery>(m_session->select(m_waiting.first().sql, m_waiting.first().values));
+    m_cursor = m_session->select(m_waiting.first().sql, m_waiting.first().values);
     m_waiting.removeFirst();
     m_session->addReader(*this);
 }
@@ -75,17 +73,19 @@ bool RowCache::readRows(int count)
             return false;
         openNext();
     }
-    for (int i = 0; i < count; ++i) {
-        if (!m_cursor->next()) {
-            if (m_cursor->lastError().isValid())
-                m_failure = m_session->errorOf(*m_cursor);
-            closeCursor();
-            if (m_failure)
-                throw Error(*m_failure);
-            return true;
+    try {
+        for (int i = 0; i < count; ++i) {
+            if (!m_cursor->next()) {
+                closeCursor();
+                return true;
+            }
+            for (int column = 0; column < m_width; ++column)
+                m_cells.append(m_cursor->value(column));
         }
-        for (int column = 0; column < m_width; ++column)
-            m_cells.append(m_cursor->value(column));
+    } catch (const Error &error) {
+        m_failure = error;
+        closeCursor();
+        throw;
     }
     return true;
 }

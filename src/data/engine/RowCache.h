@@ -55,7 +55,7 @@ private:
     std::shared_ptr<Session> m_session;
     int m_width;
     QList<NativeQuery> m_waiting;
-    std::unique_ptr<QSqlQuery> m_cursor;
+    std::unique_ptr<NativeCursor> m_cursor;
     QList<QVariant> m_cells;
     std::optional<Error> m_failure; // of reading: what was read stays, what follows is not there
 };

@@ -12,29 +12,6 @@ QString savepoint(int depth)
     return QStringLiteral("level%1").arg(depth);
 }
 
-// The engine's own text for the errors that people meet; the native text is added where it says more.
-QString describe(int number, const QString &native)
-{
-    switch (number) {
-    case DuplicateKey:
-        return QStringLiteral("Le modifiche creerebbero valori duplicati in un indice o in una chiave: %1")
-            .arg(native);
-    case FieldRequired:
-        return QStringLiteral("Un campo obbligatorio non contiene un valore: %1").arg(native);
-    case Locked:
-        return QStringLiteral("Impossibile aggiornare, il database è bloccato da un altro utente: %1")
-            .arg(native);
-    case ReadOnly:
-        return QStringLiteral("Impossibile aggiornare, il database è di sola lettura: %1").arg(native);
-    case Corrupt:
-        return QStringLiteral("Il database è danneggiato: %1").arg(native);
-    case NotADatabase:
-        return QStringLiteral("Formato di database non riconosciuto: %1").arg(native);
-    default:
-        return native;
-    }
-}
-
 } // namespace
 
 Attachment::~Attachment()
@@ -119,9 +96,7 @@ void Session::detachUnused()
 
 Error Session::errorOf(const QSqlQuery &query) const
 {
-    const QSqlError error = query.lastError();
-    const int number = m_dialect->errorNumber(error);
-    return Error(number, describe(number, m_dialect->errorText(error)), query.lastQuery());
+    return m_dialect->error(query.lastError(), query.lastQuery());
 }
 
 QSqlQuery Session::prepare(const QString &sql) const
@@ -129,18 +104,14 @@ QSqlQuery Session::prepare(const QString &sql) const
     QSqlQuery query(m_connection);
     query.setForwardOnly(true);
     if (!query.prepare(sql))
-        throw Error(errorOf(query).number(), errorOf(query).text(), sql);
+        throw m_dialect->error(query.lastError(), sql);
     return query;
 }
 
-QSqlQuery Session::select(const QString &sql, const QVariantList &values) const
+std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariantList &values) const
 {
-    QSqlQuery query = prepare(sql);
-    for (const QVariant &value : values)
-        query.addBindValue(value);
-    if (!query.exec())
-        throw errorOf(query);
-    return query;
+    QSqlDatabase handle = m_connection;
+    return m_dialect->openCursor(handle, sql, values);
 }
 
 int Session::execute(const QString &sql, const QVariantList &values)

@@ -50,8 +50,8 @@ public:
     std::shared_ptr<Attachment> attach(const QString &path, bool readOnly);
     void createDatabase(const QString &path);
 
-    // A statement that reads, started; its rows are the caller's to step through.
-    QSqlQuery select(const QString &sql, const QVariantList &values = {}) const;
+    // A statement that reads; its rows are the caller's to step through.
+    std::unique_ptr<NativeCursor> select(const QString &sql, const QVariantList &values = {}) const;
     // A statement that writes; the number of rows affected.
     int execute(const QString &sql, const QVariantList &values = {});
     // The same with a statement prepared once.

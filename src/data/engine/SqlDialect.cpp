@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/SqlDialect.h"
 
+#include <QSqlError>
+#include <QSqlQuery>
+
 namespace dao {
 namespace {
 
@@ -22,6 +25,62 @@ QString enclosed(const QString &text, QChar quote)
     return result;
 }
 
+// The engine's own text for the errors that people meet; the native text is added where it says more.
+QString errorDescription(int number, const QString &native)
+{
+    switch (number) {
+    case DuplicateKey:
+        return QStringLiteral("Le modifiche creerebbero valori duplicati in un indice o in una chiave: %1")
+            .arg(native);
+    case FieldRequired:
+        return QStringLiteral("Un campo obbligatorio non contiene un valore: %1").arg(native);
+    case Locked:
+        return QStringLiteral("Impossibile aggiornare, il database è bloccato da un altro utente: %1")
+            .arg(native);
+    case ReadOnly:
+        return QStringLiteral("Impossibile aggiornare, il database è di sola lettura: %1").arg(native);
+    case Corrupt:
+        return QStringLiteral("Il database è danneggiato: %1").arg(native);
+    case NotADatabase:
+        return QStringLiteral("Formato di database non riconosciuto: %1").arg(native);
+    default:
+        return native;
+    }
+}
+
+// Through Qt's driver, with any values.
+class QueryCursor final : public NativeCursor {
+public:
+    QueryCursor(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
+                const QVariantList &values)
+        : m_dialect(dialect)
+        , m_query(connection)
+    {
+        m_query.setForwardOnly(true);
+        bool done = m_query.prepare(sql);
+        for (const QVariant &value : values)
+            m_query.addBindValue(value);
+        done = done && m_query.exec();
+        if (!done)
+            throw dialect.error(m_query.lastError(), sql);
+    }
+
+    bool next() override
+    {
+        if (m_query.next())
+            return true;
+        if (m_query.lastError().isValid())
+            throw m_dialect.error(m_query.lastError(), m_query.lastQuery());
+        return false;
+    }
+
+    QVariant value(int column) const override { return m_query.value(column); }
+
+private:
+    const SqlDialect &m_dialect;
+    QSqlQuery m_query;
+};
+
 } // namespace
 
 QString SqlDialect::identifier(const QString &name) const
@@ -37,6 +96,18 @@ QString SqlDialect::textLiteral(const QString &text) const
 QString SqlDialect::limit(int rows) const
 {
     return QStringLiteral("LIMIT %1").arg(rows);
+}
+
+std::unique_ptr<NativeCursor> SqlDialect::openCursor(QSqlDatabase &connection, const QString &sql,
+                                                     const QVariantList &values) const
+{
+    return std::make_unique<QueryCursor>(*this, connection, sql, values);
+}
+
+Error SqlDialect::error(const QSqlError &error, const QString &sql) const
+{
+    const int number = errorNumber(error);
+    return Error(number, errorDescription(number, errorText(error)), sql);
 }
 
 } // namespace dao

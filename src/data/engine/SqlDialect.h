@@ -2,6 +2,8 @@
 #pragma once
 
 #include "data/engine/Catalog.h"
+#include "data/engine/Error.h"
+#include "data/engine/NativeCursor.h"
 
 #include <QDateTime>
 #include <QList>
@@ -90,6 +92,12 @@ public:
     // A number that changes with every definition in the schema, by whatever process.
     virtual qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const = 0;
     virtual qint64 lastAutoNumber(QSqlDatabase &connection) const = 0;
+    // A statement that reads, its values bound; its rows are stepped through with the cursor. Throws Error.
+    // The default reads through Qt's driver.
+    virtual std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
+                                                     const QVariantList &values) const;
+    // The error of a native error: the engine's own text where people meet it, the native text beside it.
+    Error error(const QSqlError &error, const QString &sql) const;
     // The engine's error number for a native error.
     virtual int errorNumber(const QSqlError &error) const = 0;
     // The native text of an error, without what the dialect itself wrote around it.

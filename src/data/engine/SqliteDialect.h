@@ -47,6 +47,8 @@ public:
     bool inTransaction(QSqlDatabase &connection) const override;
     qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
     qint64 lastAutoNumber(QSqlDatabase &connection) const override;
+    std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
+                                             const QVariantList &values) const override;
     int errorNumber(const QSqlError &error) const override;
     QString errorText(const QSqlError &error) const override;
 };

@@ -2,6 +2,7 @@
 #include "data/engine/SqliteDialect.h"
 
 #include "data/engine/Error.h"
+#include "data/engine/SqliteCursor.h"
 #include "data/engine/SqliteFunctions.h"
 #include "values/JetValues.h"
 
@@ -70,7 +71,7 @@ QSqlQuery run(const SqlDialect &dialect, QSqlDatabase &connection, const QString
         query.addBindValue(value);
     done = done && query.exec();
     if (!done)
-        throw Error(dialect.errorNumber(query.lastError()), dialect.errorText(query.lastError()), sql);
+        throw dialect.error(query.lastError(), sql);
     return query;
 }
 
@@ -366,6 +367,14 @@ qint64 SqliteDialect::definitionVersion(QSqlDatabase &connection, const QString 
 qint64 SqliteDialect::lastAutoNumber(QSqlDatabase &connection) const
 {
     return sqlite3_last_insert_rowid(handleOf(connection));
+}
+
+std::unique_ptr<NativeCursor> SqliteDialect::openCursor(QSqlDatabase &connection, const QString &sql,
+                                                        const QVariantList &values) const
+{
+    if (!values.isEmpty())
+        return SqlDialect::openCursor(connection, sql, values);
+    return std::make_unique<SqliteCursor>(*this, handleOf(connection), sql);
 }
 
 int SqliteDialect::errorNumber(const QSqlError &error) const
