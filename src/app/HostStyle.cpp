@@ -9,6 +9,12 @@
 #include <QStyleFactory>
 #include <QTranslator>
 
+// The resource stands in a static library; naming it here keeps it in the program.
+static void useHostResource()
+{
+    Q_INIT_RESOURCE(host);
+}
+
 namespace orvale {
 
 namespace {
@@ -39,6 +45,7 @@ QPalette hostPalette()
 
 void applyHostStyle(QApplication &application)
 {
+    useHostResource();
     QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(hostPalette());

@@ -197,6 +197,19 @@ qint32 PatientRecords::instructivePatient(QDate since) const
     for (; !results->Eof(); results->MoveNext())
         exams[static_cast<qint32>(results->Fields(0).number())].insert(results->Fields(1).text());
 
+    // The weight counts like an exam; only the newest measurement is proposed, so only that one matters.
+    QHash<qint32, bool> weighed;
+    const auto measurements = m_environment.clinical->OpenRecordset(
+        QStringLiteral("SELECT cod_paz, val(mid(dati_paz, 4, 5)) AS peso FROM ESAME_OB "
+                       "WHERE tipo_dati = 'A' AND NOT isnull(dati_paz) ORDER BY data_reg, chiave"),
+        dao::RecordsetType::Snapshot);
+    for (; !measurements->Eof(); measurements->MoveNext())
+        weighed[static_cast<qint32>(measurements->Fields(0).number())] = measurements->Fields(1).number() > 0;
+    for (auto each = weighed.cbegin(); each != weighed.cend(); ++each) {
+        if (*each)
+            exams[each.key()].insert(QStringLiteral("peso"));
+    }
+
     // Each exam counts more than any number of problems.
     constexpr int examWeight = 100;
     QHash<qint32, int> scores;

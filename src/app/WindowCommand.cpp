@@ -6,6 +6,7 @@
 #include "app/HostStyle.h"
 #include "app/HostWindow.h"
 #include "app/Practice.h"
+#include "app/StartupReport.h"
 
 #include <QApplication>
 #include <QDir>
@@ -40,6 +41,8 @@ CommandLine windowCommandLine()
         QStringLiteral("Apre la finestra sull'archivio dell'utente; al primo avvio ne crea uno di prova."));
     line.addOption(QStringLiteral("practice"), QStringLiteral("P"),
                    QStringLiteral("la cartella di un altro archivio"));
+    line.addOption(QStringLiteral("startup-report"), {},
+                   QStringLiteral("dice quando la finestra è visibile e quanta memoria occupa, poi esce"));
     return line;
 }
 
@@ -61,6 +64,8 @@ int runWindow(const QStringList &arguments)
         HostWindow window(*practice, host.services());
         QSettings remembered(QStringLiteral("Orvale"), QStringLiteral("orvale"));
         window.restoreGeometry(remembered.value(geometryKey).toByteArray());
+        if (line.isSet(QStringLiteral("startup-report")))
+            new StartupReport(window);
         window.show();
         const int status = QApplication::exec();
         remembered.setValue(geometryKey, window.saveGeometry());
