@@ -33,15 +33,12 @@ UserError cannotOpen(const QString &path, const dao::Error &error)
     return UserError(QStringLiteral("L'archivio %1 non si apre: %2").arg(path, error.text()));
 }
 
-// Reads every page of a database: rows that cannot be read any more are found before a doctor relies on them.
-void checkPages(dao::Database &database)
+bool allPagesRead(dao::Database &database)
 {
     QSqlQuery query(database.nativeConnection());
     query.setForwardOnly(true);
-    const bool done = query.exec(QStringLiteral("PRAGMA \"%1\".quick_check(1)").arg(database.nativeSchema()))
-                      && query.next();
-    if (!done || query.value(0).toString() != QLatin1String("ok"))
-        throw UserError(QStringLiteral("Il file %1 è danneggiato.").arg(database.Name()));
+    return query.exec(QStringLiteral("PRAGMA \"%1\".quick_check(1)").arg(database.nativeSchema()))
+           && query.next() && query.value(0).toString() == QLatin1String("ok");
 }
 
 } // namespace
@@ -82,7 +79,22 @@ QMap<QString, std::shared_ptr<dao::Database>> Practice::databases() const
             {QStringLiteral("events"), m_environment.events}};
 }
 
-std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &schema)
+QString Practice::damagedFile(const QString &path)
+{
+    dao::DBEngine engine;
+    for (const PracticeFile &file : practiceFiles()) {
+        const QString name = QDir(path).filePath(file.fileName);
+        try {
+            if (!allPagesRead(*engine.OpenDatabase(name)))
+                return name;
+        } catch (const dao::Error &) {
+            return name;
+        }
+    }
+    return {};
+}
+
+std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &schema, Pages pages)
 {
     const QString folder = fullPath(path);
     probePractice(folder, schema);
@@ -90,8 +102,9 @@ std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &sche
     try {
         practice->openDatabases(false);
         const auto databases = practice->databases();
-        for (const auto &database : databases)
-            checkPages(*database);
+        if (const QString damaged = pages == Pages::ReadAll ? damagedFile(folder) : QString();
+            !damaged.isEmpty())
+            throw UserError(QStringLiteral("Il file %1 è danneggiato.").arg(damaged));
         if (!databases.value(QStringLiteral("clinical"))
                  ->TableDefs()
                  .contains(QStringLiteral("orvale_properties")))

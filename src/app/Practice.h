@@ -21,9 +21,18 @@ struct FirstDoctor {
 // Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite.
 class Practice {
 public:
+    // Whether opening reads every page of the files. That takes about a second and a half for each gigabyte,
+    // so a window that is to appear at once does it afterwards with damagedFile().
+    enum class Pages { ReadAll, ReadLater };
+
     // Throws UserError: missing folder or file, not a practice, corrupted, a newer schema version, no
     // permission. Nothing is changed on disk by a refused practice. An older schema version is upgraded.
-    static std::unique_ptr<Practice> open(const QString &path, const Schema &schema = Schema::current());
+    static std::unique_ptr<Practice> open(const QString &path, const Schema &schema = Schema::current(),
+                                          Pages pages = Pages::ReadAll);
+    // Reads every page of a practice's files through a connection of its own, on any thread: rows that cannot
+    // be read any more are found before a doctor relies on them. The first damaged file; empty when all are
+    // whole.
+    static QString damagedFile(const QString &path);
     // A new, empty practice with all tables of the current schema version in a folder that does not exist or
     // is empty; throws UserError and leaves nothing behind.
     static std::unique_ptr<Practice> create(const QString &path);

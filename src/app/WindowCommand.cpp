@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/CommandLine.h"
 #include "app/Commands.h"
+#include "app/DamageWatch.h"
 #include "app/FirstStart.h"
 #include "app/HostServices.h"
 #include "app/HostStyle.h"
@@ -10,6 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QMessageBox>
 #include <QSettings>
 
 namespace orvale {
@@ -30,6 +32,18 @@ bool prepareFirstPractice(const QString &path)
         createDemo(path, options, progress);
     });
     return firstStart.run();
+}
+
+// What a damaged file still shows may be incomplete: nobody must go on treating patients by it.
+void refuseDamaged(QWidget &window, const QString &file)
+{
+    const QString text = QStringLiteral("Il file %1 è danneggiato.").arg(file);
+    printError(text);
+    QMessageBox::critical(&window, QStringLiteral("Attenzione!"),
+                          text
+                              + QStringLiteral("\n\nQuello che si legge può essere incompleto. Il programma "
+                                               "si chiude: ripristinare una copia di sicurezza."));
+    QApplication::exit(1);
 }
 
 } // namespace
@@ -58,7 +72,8 @@ int runWindow(const QStringList &arguments)
     if (isOwn && !prepareFirstPractice(path))
         return 0;
 
-    const std::unique_ptr<Practice> practice = Practice::open(path);
+    const std::unique_ptr<Practice> practice =
+        Practice::open(path, Schema::current(), Practice::Pages::ReadLater);
     HostServices host;
     try {
         HostWindow window(*practice, host.services());
@@ -67,6 +82,11 @@ int runWindow(const QStringList &arguments)
         if (line.isSet(QStringLiteral("startup-report")))
             new StartupReport(window);
         window.show();
+        const DamageWatch watch(practice->path());
+        QObject::connect(&watch, &DamageWatch::finished, &window, [&window](const QString &damagedFile) {
+            if (!damagedFile.isEmpty())
+                refuseDamaged(window, damagedFile);
+        });
         const int status = QApplication::exec();
         remembered.setValue(geometryKey, window.saveGeometry());
         return status;
