@@ -206,10 +206,10 @@ void CalculatorForm::showNote(const QString &text, Note kind)
 
 void CalculatorForm::resultsOutdated()
 {
+    if (m_ui->SSPanel2->text().isEmpty())
+        return;
     m_ui->results->setEnabled(false);
-    m_ui->results->setToolTip(m_ui->SSPanel2->text().isEmpty()
-                                  ? QString()
-                                  : QStringLiteral("I dati sono cambiati: premere Calcola"));
+    m_ui->results->setToolTip(QStringLiteral("I dati sono cambiati: premere Calcola"));
 }
 
 void CalculatorForm::fillInputs(const QString &text)
@@ -225,6 +225,8 @@ void CalculatorForm::reset()
     fillInputs({});
     m_ui->SSPanel2->clear();
     showNote({});
+    m_ui->results->setEnabled(true);
+    m_ui->results->setToolTip({});
 }
 
 void CalculatorForm::checkDateField()
