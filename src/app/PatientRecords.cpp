@@ -4,6 +4,8 @@
 #include "values/JetValues.h"
 
 #include <QSet>
+#include <algorithm>
+#include <utility>
 
 namespace orvale {
 
@@ -223,15 +225,15 @@ qint32 PatientRecords::instructivePatient(QDate since) const
             std::min(examWeight - 1, static_cast<int>(problems->Fields(1).number()));
     }
 
-    qint32 best = -1;
-    for (auto each = scores.cbegin(); each != scores.cend(); ++each) {
-        const bool better =
-            best == -1 || *each > scores[best] || (*each == scores[best] && each.key() < best);
-        if (better)
-            best = each.key();
+    QList<qint32> candidates = scores.keys();
+    std::sort(candidates.begin(), candidates.end(), [&](qint32 a, qint32 b) {
+        return std::pair(-scores.value(a), a) < std::pair(-scores.value(b), b);
+    });
+    // Rows may have outlived their patient.
+    for (const qint32 candidate : std::as_const(candidates)) {
+        if (entry(candidate))
+            return candidate;
     }
-    if (best != -1)
-        return best;
     const auto any = entriesAfter(-1, 1);
     return any.empty() ? -1 : any.front().code;
 }

@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/HostWindow.h"
+#include "SmallPractice.h"
+#include "app/HostStyle.h"
+#include "app/Sections.h"
+#include "host/Class3.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTableWidget>
+#include <QTest>
+
+using orvale::HostWindow;
+using orvale::Section;
+
+class HostWindowTest : public SmallPractice {
+protected:
+    static void SetUpTestSuite() { orvale::applyHostStyle(*qApp); }
+
+    void SetUp() override
+    {
+        SmallPractice::SetUp();
+        m_window =
+            std::make_unique<HostWindow>(*m_practice, services(), [this](qint16 action, QVariant &param) {
+                m_opened << action;
+                if (m_section)
+                    m_section(param);
+            });
+        QSignalSpy loaded(m_window.get(), &HostWindow::patientsLoaded);
+        m_window->show();
+        m_window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
+        ASSERT_TRUE(!m_window->isLoadingPatients() || loaded.wait());
+    }
+
+    template <typename Widget>
+    Widget &widget(const char *name) const
+    {
+        const auto found = m_window->findChild<Widget *>(QString::fromLatin1(name));
+        EXPECT_NE(found, nullptr) << name;
+        return *found;
+    }
+    QLineEdit &query() const { return widget<QLineEdit>("query"); }
+    QTableView &results() const { return widget<QTableView>("results"); }
+    QString patientName() const { return widget<QLabel>("patientName").text(); }
+    QStringList column(const char *table, int column) const
+    {
+        const QAbstractItemModel &model = *widget<QTableView>(table).model();
+        QStringList texts;
+        for (int row = 0; row < model.rowCount(); ++row)
+            texts << model.index(row, column).data().toString();
+        return texts;
+    }
+    void openSection(qint16 action)
+    {
+        widget<QPushButton>(qPrintable(QStringLiteral("section_%1").arg(action))).click();
+    }
+
+    std::unique_ptr<HostWindow> m_window;
+    std::function<void(QVariant &)> m_section; // what the section does that is opened
+    QList<qint16> m_opened;
+};
+
+TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
+{
+    EXPECT_EQ(QApplication::focusWidget(), &query());
+    EXPECT_EQ(column("results", 0), (QStringList{"D'Ambrogio Mariangela", "Fornò Giacomo", "Zanchetta"}));
+    QTest::keyClicks(&query(), QStringLiteral("mar dam"));
+    EXPECT_EQ(column("results", 0), QStringList{"D'Ambrogio Mariangela"});
+    EXPECT_EQ(column("results", 1), QStringList{"12/03/1956"});
+    EXPECT_EQ(column("results", 2), QStringList{"70"});
+    EXPECT_EQ(widget<QLabel>("count").text(), QStringLiteral("1 di 3 pazienti"));
+    EXPECT_EQ(m_window->currentPatient(), -1);
+    QTest::keyClick(&query(), Qt::Key_Return);
+    EXPECT_EQ(m_window->currentPatient(), 11);
+    EXPECT_EQ(patientName(), QStringLiteral("D'Ambrogio Mariangela"));
+    EXPECT_EQ(m_settings.text(QStringLiteral("CODICE PAZIENTE")), QStringLiteral("11"));
+
+    QTest::keyClick(&query(), Qt::Key_Escape);
+    EXPECT_EQ(query().text(), QString());
+    QTest::keyClick(&query(), Qt::Key_Down); // into the list ...
+    EXPECT_EQ(QApplication::focusWidget(), &results());
+    QTest::keyClick(&results(), Qt::Key_Down);
+    QTest::keyClick(&results(), Qt::Key_Return);
+    EXPECT_EQ(patientName(), QStringLiteral("Fornò Giacomo"));
+    QTest::keyClick(m_window.get(), Qt::Key_F, Qt::ControlModifier); // ... and back
+    EXPECT_EQ(QApplication::focusWidget(), &query());
+
+    QTest::keyClicks(&query(), QStringLiteral("xyz"));
+    EXPECT_EQ(results().model()->rowCount(), 0);
+    QTest::keyClick(&query(), Qt::Key_Return);
+    EXPECT_EQ(m_window->currentPatient(), 12);
+}
+
+TEST_F(HostWindowTest, PicksNobodyWhenNothingWasTyped)
+{
+    QTest::keyClick(&query(), Qt::Key_Return);
+    EXPECT_EQ(m_window->currentPatient(), -1);
+}
+
+TEST_F(HostWindowTest, OffersTheBuiltSectionsOfAPatient)
+{
+    const auto states = [this] {
+        QMap<qint16, QPair<bool, QString>> found;
+        for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
+            for (const Section &section : group.sections) {
+                const auto &button =
+                    widget<QPushButton>(qPrintable(QStringLiteral("section_%1").arg(section.action)));
+                const auto &action =
+                    widget<QAction>(qPrintable(QStringLiteral("action_%1").arg(section.action)));
+                EXPECT_EQ(button.isEnabled(), action.isEnabled());
+                found.insert(section.action, {button.isEnabled(), button.toolTip()});
+            }
+        }
+        return found;
+    };
+    for (const auto &state : states())
+        EXPECT_FALSE(state.first);
+    m_window->selectPatient(11);
+    const auto withPatient = states();
+    EXPECT_EQ(withPatient.size(), 12);
+    for (auto state = withPatient.cbegin(); state != withPatient.cend(); ++state) {
+        const bool isBuilt = clivara::Class3::isBuilt(state.key());
+        EXPECT_EQ(state->first, isBuilt) << state.key();
+        EXPECT_EQ(state->second == QStringLiteral("Sezione non ancora disponibile"), !isBuilt) << state.key();
+    }
+    for (const qint16 calculator : {80, 81, 82})
+        EXPECT_TRUE(withPatient.value(calculator).first) << calculator;
+}
+
+TEST_F(HostWindowTest, ActsOnTheMailboxWhenASectionHasClosed)
+{
+    m_window->selectPatient(11);
+    m_section = [this](QVariant &param) {
+        result(6, "90.16.4", "Creatinina", "1.1", "20/11/2026");
+        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("PREVENZIONE"));
+        param = QVariantList{QStringLiteral("valutazione"), 119.6};
+    };
+    openSection(80);
+    EXPECT_EQ(m_opened, QList<qint16>{80});
+    EXPECT_EQ(column("laboratory", 0).first(), QStringLiteral("Creatinina"));
+    EXPECT_EQ(m_window->statusBar()->currentMessage(), QStringLiteral("Colesterolo LDL: 119.60"));
+
+    m_section = [this](QVariant &) {
+        clinical(QStringLiteral("INSERT INTO PROBLEMS (cod_paz, DataInizio, descr_mal, stato_probl) VALUES "
+                                "(11, cdate('20/11/2026'), 'Gotta', 1)"));
+        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("PROBLEMI"));
+    };
+    openSection(81);
+    EXPECT_EQ(column("problems", 1), (QStringList{"Gotta", "Ipertensione"}));
+
+    m_section = [this](QVariant &) {
+        clinical(QStringLiteral("UPDATE archivio SET cognome = 'Bianchi' WHERE cod_paz = 11"));
+        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("ANAGRAFICA"));
+    };
+    openSection(81);
+    EXPECT_EQ(patientName(), QStringLiteral("Bianchi Mariangela"));
+    EXPECT_EQ(column("results", 0).first(), QStringLiteral("Bianchi Mariangela"));
+
+    m_section = [this](QVariant &) {
+        m_settings.write(QStringLiteral("CARICA PAZIENTE"), QStringLiteral("12"));
+    };
+    openSection(82);
+    EXPECT_EQ(m_window->currentPatient(), 12);
+    EXPECT_EQ(patientName(), QStringLiteral("Fornò Giacomo"));
+    EXPECT_TRUE(m_prompts.texts.isEmpty()) << m_prompts.texts.join(u' ').toStdString();
+}
+
+TEST_F(HostWindowTest, TellsADatabaseErrorAndStaysUsable)
+{
+    m_window->selectPatient(11);
+    clinical(QStringLiteral("DROP TABLE esa_ob"));
+    m_window->selectPatient(12);
+    ASSERT_EQ(m_prompts.texts.size(), 1);
+    EXPECT_TRUE(m_prompts.texts.first().startsWith(QStringLiteral("Non è stato possibile aprire la scheda")));
+    // The chart and the window still agree on who is shown.
+    EXPECT_EQ(m_window->currentPatient(), 11);
+    EXPECT_EQ(patientName(), QStringLiteral("D'Ambrogio Mariangela"));
+    QTest::keyClicks(&query(), QStringLiteral("zan"));
+    EXPECT_EQ(column("results", 0), QStringList{"Zanchetta"});
+
+    m_prompts.texts.clear();
+    clinical(
+        QStringLiteral("CREATE TABLE esa_ob (cod_paz LONG, data_ob DATETIME, presmax SHORT, presmin SHORT)"));
+    m_window->selectPatient(12);
+    EXPECT_TRUE(m_prompts.texts.isEmpty());
+    EXPECT_EQ(m_window->currentPatient(), 12);
+    m_window->selectPatient(4711);
+    EXPECT_EQ(m_prompts.texts, QStringList{"Il paziente con codice 4711 non è in archivio."});
+    EXPECT_EQ(m_window->currentPatient(), 12);
+}

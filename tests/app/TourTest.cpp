@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/Tour.h"
+#include "SmallPractice.h"
+#include "app/HostStyle.h"
+#include "host/Class3.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QSet>
+
+class TourTest : public SmallPractice {
+protected:
+    static void SetUpTestSuite() { orvale::applyHostStyle(*qApp); }
+};
+
+TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
+{
+    clinical(QStringLiteral("UPDATE riepil2 SET unita = '52' WHERE idriepil2 = 4"));
+    result(6, "90.43.2", "Trigliceridi", "150", "03/09/2026");
+    result(7, "90.16.04", "Creatinina", "1.1", "03/09/2026");
+    result(8, "90.16.4", "Creatinina", "1.1", "03/09/2026");
+    clinical(QStringLiteral("INSERT INTO DEFCAMPI (Tiporec, Formapp, descrizione, offset, lunghezza) VALUES "
+                            "('A', 'EOG', 'peso', 4, 5)"));
+    clinical(QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES "
+                            "(11, 'A', '20260903', cdate('03/09/2026'), '165 70.0')"));
+    const QString folder = path(QStringLiteral("pictures/of the tour"));
+    const QStringList written = orvale::takeTour(*m_practice, m_clock, folder);
+
+    QStringList names;
+    for (const QString &file : written)
+        names << QFileInfo(file).fileName();
+    EXPECT_EQ(names, (QStringList{"01_finestra.png", "02_calcLDL.png", "03_calcCockCroft.png",
+                                  "04_calcFiltGlom.png"}));
+    for (const QString &file : written) {
+        const QImage picture(file);
+        ASSERT_FALSE(picture.isNull()) << file.toStdString();
+        QSet<QRgb> colours;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x)
+                colours.insert(picture.pixel(x, y));
+        }
+        EXPECT_GT(colours.size(), 20) << file.toStdString();
+    }
+}
+
+TEST_F(TourTest, RefusesAFolderItCannotWrite)
+{
+    writeFile(QStringLiteral("file"), "x");
+    EXPECT_NE(
+        refusal([this] { orvale::takeTour(*m_practice, m_clock, path(QStringLiteral("file/pictures"))); }),
+        "");
+    clinical(QStringLiteral("DELETE * FROM archivio"));
+    EXPECT_NE(refusal([this] {
+                  orvale::takeTour(*m_practice, m_clock, path(QStringLiteral("pictures")));
+              }).find("non ha pazienti"),
+              std::string::npos);
+}
