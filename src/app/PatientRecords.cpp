@@ -33,12 +33,12 @@ PatientEntry entryOf(dao::Recordset &rows)
     return patient;
 }
 
-QString entrySql(const QString &top, const QString &condition)
+QString entrySql(const QString &condition)
 {
-    return QStringLiteral("SELECT %1 a.cod_paz, a.cognome, a.nome, a.sesso, a.Data_Nasc, g.cod_fisc "
+    return QStringLiteral("SELECT a.cod_paz, a.cognome, a.nome, a.sesso, a.Data_Nasc, g.cod_fisc "
                           "FROM archivio AS a LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz "
-                          "WHERE %2 ORDER BY a.cod_paz")
-        .arg(top, condition);
+                          "WHERE %1 ORDER BY a.cod_paz")
+        .arg(condition);
 }
 
 } // namespace
@@ -47,9 +47,10 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 {
     std::vector<PatientEntry> patients;
     const auto rows = m_environment.clinical->OpenRecordset(
-        entrySql(QStringLiteral("TOP %1").arg(count), QStringLiteral("a.cod_paz > %1").arg(code)),
-        dao::RecordsetType::Snapshot);
-    for (; !rows->Eof(); rows->MoveNext())
+        entrySql(QStringLiteral("a.cod_paz > %1").arg(code)), dao::RecordsetType::Snapshot);
+    // Not TOP, which ranks all rows to keep equal ones together: rows are read only as far as the index is
+    // followed here.
+    for (; static_cast<int>(patients.size()) < count && !rows->Eof(); rows->MoveNext())
         patients.push_back(entryOf(*rows));
     return patients;
 }
@@ -57,7 +58,7 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 std::optional<PatientEntry> PatientRecords::entry(qint32 code) const
 {
     const auto rows = m_environment.clinical->OpenRecordset(
-        entrySql({}, QStringLiteral("a.cod_paz = %1").arg(code)), dao::RecordsetType::Snapshot);
+        entrySql(QStringLiteral("a.cod_paz = %1").arg(code)), dao::RecordsetType::Snapshot);
     if (rows->Eof())
         return {};
     return entryOf(*rows);
