@@ -34,8 +34,7 @@ struct PatientHeader {
     QString name;
     QDate birthDay; // the birth date itself; null when unknown
     PatientIdentity identity;
-    // True when the registry row of patientCode was found and read. False before the first patient, without
-    // one
+    // True when the registry row of patientCode was found and read. False before the first patient, without one
     // (-1), and when the row is missing or unreadable: then other texts may be the previous patient's.
     bool identified = false;
 

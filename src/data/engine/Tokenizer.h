@@ -93,10 +93,8 @@ struct Token {
     QString textValue() const;
 };
 
-// Cuts the SQL into tokens that refer to it; the last one is End. A number ends where no more of it can
-// follow
-// ("12AND" is 12 and AND). Throws Error (SyntaxError) for an unknown character or a quote that is never
-// closed.
+// Cuts the SQL into tokens that refer to it; the last one is End. A number ends where no more of it can follow
+// ("12AND" is 12 and AND). Throws Error (SyntaxError) for an unknown character or a quote that is never closed.
 std::vector<Token> tokenize(QStringView sql);
 
 } // namespace dao::sql
