@@ -7,6 +7,8 @@ namespace dao {
 
 // Enough for most queries of a form to be read, and their cursor closed, at once.
 constexpr int rowsPerStep = 100;
+// Room taken at once for the rows of a query; most of the forms' queries need no more.
+constexpr int rowsExpected = 32;
 
 void RowCache::start(QList<NativeQuery> queries)
 {
@@ -60,6 +62,7 @@ void RowCache::openNext()
 {
     m_cursor = m_session->select(m_waiting.first().sql, m_waiting.first().values);
     m_waiting.removeFirst();
+    m_cells.reserve(m_cells.size() + qsizetype(rowsExpected) * m_width);
     m_session->addReader(*this);
 }
 
