@@ -16,7 +16,7 @@ class DamageWatch final : public QObject {
 
 public:
     explicit DamageWatch(const QString &practice, QObject *parent = nullptr);
-    ~DamageWatch() override; // waits until the file being read is done
+    ~DamageWatch() override; // waits until all files are read
 
 signals:
     // When all is read: the damaged file, empty when there is none.
