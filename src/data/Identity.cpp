@@ -6,7 +6,22 @@
 #include "support/Seams.h"
 #include "values/JetValues.h"
 
+#include <QRegularExpression>
+
 namespace clivara {
+
+namespace {
+
+// Whether a UID column holds texts, as practices that were moved between systems may have it.
+bool holdsTexts(dao::Database &database, const QString &table, const QString &field)
+{
+    const QList<dao::ColumnInfo> columns = database.TableDefs()[table].Fields();
+    return std::any_of(columns.begin(), columns.end(), [&](const dao::ColumnInfo &column) {
+        return jet::sameText(column.name, field) && column.type != dao::FieldType::Guid;
+    });
+}
+
+} // namespace
 
 QString normaliseUid(const QString &text)
 {
@@ -45,6 +60,44 @@ QString LeggiUidMedico(const QString &code, dao::Database *doctors, Log &log)
     } catch (const dao::Error &) {
         return {};
     }
+}
+
+QString doctorFromUid(const QString &uid, dao::Database &doctors)
+{
+    const QString plain = normaliseUid(uid);
+    static const QRegularExpression digits(QStringLiteral("^[0-9a-f-]+$"));
+    if (!digits.match(plain).hasMatch())
+        return {};
+    try {
+        const bool texts = holdsTexts(doctors, QStringLiteral("medici_gruppo"), QStringLiteral("idRowGuid"));
+        const auto rows = doctors.OpenRecordset(
+            texts ? QStringLiteral("select * from medici_gruppo where idRowGuid='%1'").arg(plain)
+                  : QStringLiteral("SELECT * From medici_gruppo WHERE (medici_gruppo.idRowGuid={guid {%1}}) ")
+                        .arg(plain));
+        return rows->Eof() ? QString() : rows->Fields(QStringLiteral("Medico")).text();
+    } catch (const dao::Error &) {
+        return {};
+    }
+}
+
+PatientUids readPatientUids(qint32 patientCode, dao::Database &clinical)
+{
+    try {
+        const auto rows = clinical.OpenRecordset(
+            QStringLiteral("select * from archivio where cod_paz=%1").arg(patientCode));
+        if (rows->Eof())
+            return {};
+        const auto uid = [&](const QString &field) { return normaliseUid(rows->Fields(field).text()); };
+        return {uid(QStringLiteral("idRowGuid")), uid(QStringLiteral("sPatientRecordUid")),
+                uid(QStringLiteral("sOwnerUid"))};
+    } catch (const dao::Error &) {
+        return {};
+    }
+}
+
+QString compactTimestamp(const QDateTime &date)
+{
+    return jet::formatDate(date, u"yyyymmddhhnnss");
 }
 
 } // namespace clivara

@@ -1,31 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/RecordsetOperations.h"
 
+#include "CountedPauses.h"
 #include "DataFixture.h"
-#include "support/Seams.h"
 
 #include <QProcess>
 
 namespace {
 
 using clivara::RecordsetOperations;
-
-// Counts the pauses instead of sleeping; something may happen during one of them.
-class CountedPauses : public clivara::Pauses {
-public:
-    void pause(int milliseconds) override
-    {
-        taken.append(milliseconds);
-        if (taken.size() == actAt)
-            during();
-    }
-    double draw() override { return draws[taken.size() % draws.size()]; }
-
-    QList<int> taken;
-    QList<double> draws{0.5};
-    qsizetype actAt = 0;
-    std::function<void()> during;
-};
 
 // A second process with the write lock.
 class LockHolder {

@@ -75,4 +75,38 @@ TEST_F(HostContext, TheRegionHasTwoDigits)
     }
 }
 
+// What a form writes carries the owner of the patient of this action, not of the one before.
+TEST_F(HostContext, SharedRowsAndJournalFollowTheCurrentPatient)
+{
+    for (const char *sql :
+         {"ALTER TABLE archivio ADD COLUMN idRowGuid GUID",
+          "ALTER TABLE archivio ADD COLUMN sPatientRecordUid TEXT(50)",
+          "ALTER TABLE archivio ADD COLUMN sOwnerUid TEXT(50)",
+          "UPDATE archivio SET sOwnerUid = 'owner of ' & cod_paz",
+          "CREATE TABLE DELETIONS (sRecordUid TEXT(50), sTableCode TEXT(10), idRowGuid GUID, "
+          "sOwnerUid TEXT(50), dCreationDate DATETIME, dLastModifiedDate DATETIME, "
+          "sAuthorUid TEXT(50))",
+          "CREATE INDEX sRecordUid ON DELETIONS (sRecordUid)",
+          "CREATE TABLE Modifiche (Tipo SHORT, data_mod DATETIME, cod_paz LONG, "
+          "codice1 TEXT(15), codice2 TEXT(15), cancellazione YESNO)"})
+        environment.clinical->Execute(sql);
+    EXPECT_THROW(state.changeJournal(), dao::Error) << "this host has no events database";
+    environment.events = create("Eventi.sqlite", {});
+    for (const char *patient : {"1", "2"}) {
+        settings.write("CODICE PAZIENTE", patient);
+        reloadHostContext(state);
+        const QString uid =
+            state.sharedRows().recordDeletion(state.clinical(), patient, "DP", state.uidAuthor);
+        EXPECT_EQ(uid.size(), 36);
+        state.changeJournal().recordChange(Questionnaire, state.header.patientCode, "X", false);
+    }
+    const auto deletions = state.clinical().OpenRecordset("SELECT * FROM DELETIONS ORDER BY sRecordUid");
+    EXPECT_EQ(deletions->Fields("sOwnerUid").text(), "owner of 1");
+    EXPECT_EQ(deletions->Fields("sAuthorUid").text(), "b61c53b8-b450-4298-8b11-f25c842011b0");
+    deletions->MoveNext();
+    EXPECT_EQ(deletions->Fields("sOwnerUid").text(), "owner of 2");
+    EXPECT_EQ(state.clinical().OpenRecordset("SELECT cod_paz FROM Modifiche WHERE Tipo = 4")->RecordCount(),
+              1);
+}
+
 } // namespace

@@ -10,4 +10,14 @@ dao::Database &WorkingState::database(std::shared_ptr<dao::Database> HostEnviron
     return *(environment->*member);
 }
 
+SharedRows WorkingState::sharedRows()
+{
+    return SharedRows({&clinical(), &doctors(), header.patientCode, settings, clock, guids, log, operations});
+}
+
+ChangeJournal WorkingState::changeJournal()
+{
+    return {clinical(), events(), clock, log, operations};
+}
+
 } // namespace clivara

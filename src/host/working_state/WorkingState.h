@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/ChangeJournal.h"
 #include "data/HostEnvironment.h"
 #include "data/RecordsetOperations.h"
+#include "data/SharedRows.h"
 #include "support/Clock.h"
 #include "support/Log.h"
 #include "support/PatientHeader.h"
@@ -84,6 +86,12 @@ struct WorkingState {
     dao::Database &codes() const { return database(&HostEnvironment::codes); }
     dao::Database &doctors() const { return database(&HostEnvironment::doctors); }
     dao::Database &local() const { return database(&HostEnvironment::local); }
+    dao::Database &events() const { return database(&HostEnvironment::events); }
+
+    // What writes the shared rows of the current patient, and what tells the host of a change. Both throw as
+    // the databases do.
+    SharedRows sharedRows();
+    ChangeJournal changeJournal();
 
 private:
     dao::Database &database(std::shared_ptr<dao::Database> HostEnvironment::*member) const;
