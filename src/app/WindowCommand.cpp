@@ -2,12 +2,13 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/DamageWatch.h"
-#include "app/FirstStart.h"
+#include "app/Demo.h"
 #include "app/HostServices.h"
 #include "app/HostStyle.h"
 #include "app/HostWindow.h"
 #include "app/Practice.h"
 #include "app/StartupReport.h"
+#include "app/WorkDialog.h"
 
 #include <QApplication>
 #include <QDir>
@@ -27,11 +28,13 @@ bool prepareFirstPractice(const QString &path)
         return true;
     DemoOptions options;
     options.today = QDate::currentDate();
-    FirstStart firstStart([&](const DemoProgress &progress) {
+    WorkDialog dialog(
+        QStringLiteral("Orvale – primo avvio"),
+        QStringLiteral("Al primo avvio Orvale prepara un archivio di prova con pazienti inventati."));
+    return dialog.run([&](const WorkDialog::Report &report) {
         QDir().mkpath(QFileInfo(path).absolutePath());
-        createDemo(path, options, progress);
+        createDemo(path, options, [&](int done, int total) { report({{}, {}, done, total}); });
     });
-    return firstStart.run();
 }
 
 // What a damaged file still shows may be incomplete: nobody must go on treating patients by it.
