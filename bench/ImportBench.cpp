@@ -75,9 +75,9 @@ int main(int argc, char **argv)
 
         bench::MedianReporter reporter;
         bench::runInterleaved(argc, argv, reporter);
-        bool holds = bench::hold("import with proof / export and load",
-                                 reporter.median("importPractice") / reporter.median("exportAndLoad"), 1.5,
-                                 "times");
+        bool holds =
+            bench::hold("import with proof / export and load",
+                        reporter.median("importPractice") / reporter.median("exportAndLoad"), 1.5, "times");
         // The import and the program that reads for it run side by side; each takes at most this.
         holds &= bench::hold("memory of the import, twice its larger process",
                              2 * double(children.ru_maxrss) / 1024, 200, "MB");

@@ -5,6 +5,7 @@
 #include "host/ActionTable.h"
 #include "host/FormShelf.h"
 #include "host/WaitPointer.h"
+#include "host/working_state/FormOpener.h"
 #include "host/working_state/HostContext.h"
 #include "host/working_state/WorkingState.h"
 #include "support/ui/ChartForm.h"
@@ -43,20 +44,24 @@ struct WorkstationServices {
 
 } // namespace
 
-struct Class3::Private {
+struct Class3::Private : FormOpener {
     explicit Private(std::unique_ptr<WorkstationServices> own)
         : workstation(std::move(own))
         , state(workstation->services())
     {
+        state.forms = this;
     }
     explicit Private(const Services &services)
         : state(services)
     {
+        state.forms = this;
     }
 
     void initialize();
     void act(qint16 code, const QVariant &param);
     void open(const ActionRow &action, const QVariant &param);
+    bool showBuilt(const QString &name);
+    bool showForm(const QString &name) override;
     void unloadAll();
     ChartForm *form(const QString &name);
 
@@ -86,12 +91,31 @@ void Class3::Private::open(const ActionRow &action, const QVariant &param)
 {
     if (action.prepare)
         action.prepare(state, param);
-    const QString name = QString::fromUtf16(action.form);
-    if (ChartForm *const opened = form(name))
-        opened->showModal();
-    else
+    showBuilt(QString::fromUtf16(action.form));
+}
+
+bool Class3::Private::showBuilt(const QString &name)
+{
+    ChartForm *const opened = form(name);
+    if (!opened) {
         state.log.write(state.componentName + QLatin1Char('.') + name
                         + QStringLiteral(": maschera non disponibile"));
+        return false;
+    }
+    opened->showModal();
+    return true;
+}
+
+bool Class3::Private::showForm(const QString &name)
+{
+    try {
+        return showBuilt(name);
+    } catch (const dao::Error &error) {
+        state.log.write(
+            QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, name).arg(error.number())
+            + error.text());
+        return false;
+    }
 }
 
 void Class3::Private::unloadAll()

@@ -47,4 +47,9 @@ QString SystemMiddleware::account(const QString &selector)
     return qEnvironmentVariable(variable).trimmed();
 }
 
+QString AbsentConnector::send(qint32, qint32, const QString &)
+{
+    return QStringLiteral("Connettore regionale non installato: i dati sono salvati ma non inviati.");
+}
+
 } // namespace clivara

@@ -58,4 +58,19 @@ private:
     const QString m_library; // a name for the loader, or a path
 };
 
+// The region's own health service, which a networked practice tells of saved problems and stays.
+class RegionalConnector {
+public:
+    virtual ~RegionalConnector() = default;
+    // Sends the key of a saved row (idProblems, idRicovero) with its patient and the host setting "OSM_ASRIFT".
+    // Empty when it was taken, else the connector's answer for the doctor.
+    virtual QString send(qint32 key, qint32 patientCode, const QString &reference) = 0;
+};
+
+// Stands where no connector is installed; its answer says so.
+class AbsentConnector final : public RegionalConnector {
+public:
+    QString send(qint32 key, qint32 patientCode, const QString &reference) override;
+};
+
 } // namespace clivara

@@ -16,6 +16,8 @@
 
 namespace clivara {
 
+class FormOpener;
+
 // The services that come from outside, by reference: the real ones in a host, others in a test.
 struct Services {
     SettingsStore &settings;
@@ -24,6 +26,7 @@ struct Services {
     Pauses &pauses;
     GuidSource &guids;
     Middleware &middleware;
+    RegionalConnector *connector = nullptr; // null: none is installed
 };
 
 // Group and print settings of the host, reloaded before every action.
@@ -54,6 +57,7 @@ struct WorkingState {
         , pauses(services.pauses)
         , guids(services.guids)
         , middleware(services.middleware)
+        , connector(services.connector ? *services.connector : m_absentConnector)
         , log(services.clock)
         , operations(log, services.pauses)
     {
@@ -65,6 +69,7 @@ struct WorkingState {
     Pauses &pauses;
     GuidSource &guids;
     Middleware &middleware;
+    RegionalConnector &connector;
     Log log;
     RecordsetOperations operations;
 
@@ -74,8 +79,12 @@ struct WorkingState {
     QString medicoP, medicoT;
     QString uidMedicoT, uidMedicoP, uidAuthor; // plain form; the last two are both of medicoP
     qint16 callerMode = 0;
-    qint32 problemSelector = 0;
+    FormOpener *forms = nullptr; // set by the component before any form is made
+    qint32 problemSelector =
+        0; // the selected problem: its idProblems, 0 for none or a new one, -1 for "unassociated"
+    QString problemText; // what the selected problem is called
     QString visitMode; // "10" new, "11" edit
+    qint32 visitId = 0; // the visit being edited
     GroupSettings group;
     DoctorSettings doctor;
     PatientHeader header;
@@ -94,6 +103,8 @@ struct WorkingState {
     ChangeJournal changeJournal();
 
 private:
+    AbsentConnector m_absentConnector;
+
     dao::Database &database(std::shared_ptr<dao::Database> HostEnvironment::*member) const;
 };
 

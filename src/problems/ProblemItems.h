@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "problems/ProblemRecords.h"
+
+#include <QStringList>
+
+namespace clivara {
+
+struct WorkingState;
+
+// A row of the lists of visits, drugs and tests with the lines below it, texts ready to be shown.
+struct ItemRow {
+    enum class Kind { Visit, Drug, Test };
+    Kind kind = Kind::Visit;
+    QString date; // "dd/mm/yy"; empty when unknown
+    QString description; // type of the visit, name of the drug, group of tests
+    qint32 key = 0; // IdVisitaProbl or cod_pre (of the group's first test)
+    QString minsan; // code of drug or test order
+    QString problemCode; // CodICDSospetto of a visit's problem
+    struct Line {
+        QString date; // of a test's result; empty elsewhere
+        QString text; // "Anamnesi: …", "Num. confezioni: …", "Emoglobina Esito: …"
+    };
+    QList<Line> lines;
+};
+QChar itemKindLetter(ItemRow::Kind kind); // 'V', 'F', 'S'
+QString itemKindName(ItemRow::Kind kind); // "Visita", "Farmaco", "Esami"
+
+// Links what the queries below join into the host's local database, where they run.
+void attachProblemTables(WorkingState &state);
+
+// What is filed against the problem: visits (newest first), drugs, tests. `start` is the date that the problem's
+// row shows ("dd/mm/yy"; empty when it has none: then nothing limits the dates) and `code` its diagnosis code.
+// With the id `unassociated` the visits of no problem and the items without diagnosis. Throws dao::Error.
+QList<ItemRow> problemItems(dao::Database &local, qint32 patientCode, qint32 problem, const QString &start,
+                            const QString &code);
+// All visits of the patient, newest first, whatever their problem.
+QList<ItemRow> patientVisits(dao::Database &local, qint32 patientCode);
+
+} // namespace clivara

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Dao.h"
+
+#include <QDate>
+#include <QList>
+#include <QString>
+#include <array>
+#include <optional>
+
+namespace clivara {
+
+struct WorkingState;
+
+// What the selected problem (WorkingState::problemSelector) is besides a problem's idProblems.
+constexpr qint32 noProblem = 0; // none chosen, or a new one
+constexpr qint32 unassociated = -1; // the row of items that are filed against no problem
+
+// PROBLEMS.stato_probl; the values are also the positions in the list that the doctor chooses from.
+enum class ProblemState : qint16 { Unspecified = 0, Open = 1, Closed = 2, Chronic = 3 };
+// "<non specificato>", "Aperto", "Chiuso", "Cronico". An unknown value is shown as "<non specificato>".
+QString problemStateText(qint16 state);
+
+// One problem of a patient, as lists show it.
+struct ProblemRow {
+    qint32 id = noProblem;
+    QDate start; // DataInizio; null when unknown
+    QDate closed; // DataChiusura
+    QString suspectedCode, finalCode; // CodICDSospetto, CodICDFinale; trimmed
+    QString description; // descr_mal, trimmed
+    qint16 state = 0; // as stored: a practice may hold other values than ProblemState has
+
+    // True when it was closed before it started, which a list marks.
+    bool closedBeforeStart() const { return start.isValid() && closed.isValid() && closed < start; }
+};
+// Newest start first, then the higher key; those without a start last. Throws dao::Error.
+QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode);
+
+// A problem as its dialog edits it.
+struct ProblemDetail {
+    qint32 id = noProblem; // noProblem: a new one
+    QString code; // CodICDSospetto
+    QString description; // descr_mal
+    qint16 state = 0;
+    QDate opened, started, closed; // DataApertura, DataInizio, DataChiusura; null is Null
+    std::array<QString, 4> texts; // anamnesi, esameob, conclusioni, pianificazione
+};
+std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); // empty when it is not there
+
+// Another problem of the patient with the same code or, without a code, with the same description.
+bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem);
+
+enum class WriteResult {
+    Done,
+    Vanished, // another workstation deleted the row
+    Failed // still not possible after the retries; the log tells why
+};
+
+// Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
+// blank after trimming are stored as empty texts, the others as they are. Raises nothing.
+WriteResult saveProblem(WorkingState &state, ProblemDetail &problem);
+// Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
+// (id_Probl becomes empty). All or nothing.
+WriteResult deleteProblem(WorkingState &state, qint32 id);
+// Sets the state to closed and the stamps of an edit. The closing date is left as it is.
+WriteResult closeProblem(WorkingState &state, qint32 id);
+
+// The text that a problem is called by: its description (descr_mal), else the name of its code in icd9 or, when
+// that does not know it, in malattie, else the code itself; with the code in brackets before it when both are
+// known ("[250.0] Diabete mellito"). Empty for noProblem, unassociated and a problem that is not there.
+QString problemText(dao::Database &clinical, dao::Database &codes, qint32 id);
+// The name of a diagnosis code: icd9.des, else malattie.descrizione, else empty.
+QString diagnosisName(dao::Database &codes, const QString &code);
+
+} // namespace clivara

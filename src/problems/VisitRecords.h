@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "problems/ProblemRecords.h"
+
+namespace clivara {
+
+// The texts of a visit in the order in which they are written and shown: anamnesi, esameob, conclusioni,
+// pianificazione, txtNote.
+constexpr int visitTexts = 5;
+
+// A visit as its dialog edits it.
+struct VisitDetail {
+    qint32 id = 0; // IdVisitaProbl; 0: a new one
+    std::optional<qint32> problem; // id_Probl as stored or as chosen; empty for Null
+    QDate date; // DataReg
+    QDate validity; // null is Null
+    std::optional<qint32> type; // idtipo
+    QString symptom; // SINTOMO; empty when none
+    std::array<QString, visitTexts> texts;
+};
+std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id); // empty when it is not there
+
+// Another visit of the patient on the same day, the visit being edited left out.
+bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 exceptVisit);
+
+// As saveProblem and deleteProblem ("DV"). A new visit gets the highest key plus 1 (1 in an empty table)
+// within the transaction that writes it. A validity that is null is left out for a new visit and leaves an
+// edited one's as it was.
+WriteResult saveVisit(WorkingState &state, VisitDetail &visit);
+WriteResult deleteVisit(WorkingState &state, qint32 id);
+
+struct CodeName {
+    QString code;
+    QString name;
+};
+QList<CodeName> visitTypes(dao::Database &codes); // by name; the code is IdTipo
+QList<CodeName> symptoms(dao::Database &codes); // by name
+
+} // namespace clivara
