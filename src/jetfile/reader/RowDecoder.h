@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "jetfile/reader/LongValues.h"
+#include "jetfile/reader/TableDefinition.h"
+#include "jetfile/reader/TextDecoder.h"
+
+namespace jetreader {
+
+// Takes rows apart and writes their values for the reader of this program.
+class RowDecoder {
+public:
+    // Memos and binary objects come from `longValues`, whose page the row's bytes must not lie on.
+    RowDecoder(const PageFile &file, LongValues &longValues);
+
+    // Writes the row; what cannot be read of it becomes Null and is told in the row's problem. `place` says where
+    // the row lies.
+    void write(const TableDefinition &table, Bytes row, const QString &place, jetfile::wire::Writer &writer);
+    // Writes a row of Nulls with that problem.
+    static void writeUnreadable(const TableDefinition &table, const QString &problem,
+                                jetfile::wire::Writer &writer);
+
+private:
+    QString writeValue(const Column &column, Bytes bytes, jetfile::wire::Writer &writer);
+    QString writeText(Bytes bytes, jetfile::wire::Writer &writer);
+
+    bool m_jet3;
+    LongValues &m_longValues;
+    TextDecoder m_text;
+};
+
+} // namespace jetreader

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "jetfile/reader/TextDecoder.h"
+#include "jetfile/wire/RowCoding.h"
+
+#include <cstring>
+
+#include <iconv.h>
+
+namespace jetreader {
+
+namespace {
+
+constexpr int usualCodePage = 1252;
+
+// The characters of a code page of single bytes. A byte that stands for none becomes the control character of the
+// same number, as on the systems that the code pages come from.
+std::array<char16_t, 256> characters(int codePage)
+{
+    const QByteArray name = "CP" + QByteArray::number(codePage);
+    const iconv_t converter = iconv_open("UTF-16LE", name.constData());
+    if (converter == iconv_t(-1))
+        throw Damage(QStringLiteral("i testi usano un insieme di caratteri sconosciuto (%1)").arg(codePage));
+    std::array<char16_t, 256> table{};
+    bool severalBytes = false;
+    for (int byte = 0; byte < 256; ++byte) {
+        char in = char(byte);
+        std::array<char, 4> out;
+        char *from = &in;
+        char *to = out.data();
+        std::size_t inLeft = 1, outLeft = out.size();
+        const bool converted = iconv(converter, &from, &inLeft, &to, &outLeft) == 0 && outLeft == 2;
+        severalBytes = severalBytes || (!converted && errno == EINVAL);
+        table[std::size_t(byte)] = converted ? qFromLittleEndian<char16_t>(out.data()) : char16_t(byte);
+        iconv(converter, nullptr, nullptr, nullptr, nullptr);
+    }
+    iconv_close(converter);
+    if (severalBytes)
+        throw Damage(QStringLiteral("i testi usano un insieme di caratteri non previsto (%1)").arg(codePage));
+    return table;
+}
+
+} // namespace
+
+TextDecoder::TextDecoder(const PageFile &file)
+    : m_jet3(file.isJet3())
+{
+    if (m_jet3)
+        m_codePage = characters(file.codePage() == 0 ? usualCodePage : file.codePage());
+}
+
+TextDecoder::Result TextDecoder::decodeInto(Bytes bytes)
+{
+    m_wide.clear();
+    if (bytes.empty())
+        return Result::Wide;
+    if (m_jet3) {
+        for (const uchar byte : bytes)
+            m_wide += m_codePage[byte];
+        return Result::Wide;
+    }
+    if (bytes.size() < 2 || bytes[0] != 0xff || bytes[1] != 0xfe) {
+        if (bytes.size() % 2 != 0)
+            return Result::NoText;
+        m_wide.resize(bytes.size() / 2);
+        qFromLittleEndian<char16_t>(bytes.data(), qsizetype(m_wide.size()), m_wide.data());
+        return Result::Wide;
+    }
+
+    bytes = bytes.subspan(2);
+    if (std::memchr(bytes.data(), 0, bytes.size()) == nullptr) {
+        m_latin = bytes;
+        return Result::Latin;
+    }
+    bool single = true; // one byte a character; a zero byte where one begins changes over
+    for (std::size_t i = 0; i < bytes.size();) {
+        if (bytes[i] == 0) {
+            single = !single;
+            ++i;
+        } else if (single) {
+            m_wide += char16_t(bytes[i++]);
+        } else if (i + 1 < bytes.size()) {
+            m_wide += char16_t(number16(bytes, i));
+            i += 2;
+        } else {
+            return Result::NoText;
+        }
+    }
+    return Result::Wide;
+}
+
+bool TextDecoder::put(Bytes bytes, jetfile::wire::Writer &writer)
+{
+    switch (decodeInto(bytes)) {
+    case Result::Wide:
+        jetfile::wire::putCharacters(writer, m_wide);
+        return true;
+    case Result::Latin:
+        jetfile::wire::putLatin(writer, m_latin);
+        return true;
+    case Result::NoText:
+        break;
+    }
+    return false;
+}
+
+QString TextDecoder::decode(Bytes bytes)
+{
+    switch (decodeInto(bytes)) {
+    case Result::Wide:
+        return QString::fromStdU16String(m_wide);
+    case Result::Latin:
+        return QString::fromLatin1(reinterpret_cast<const char *>(m_latin.data()), qsizetype(m_latin.size()));
+    case Result::NoText:
+        break;
+    }
+    return {};
+}
+
+} // namespace jetreader
