@@ -2,20 +2,24 @@
 #include "app/PracticeCheck.h"
 
 #include "app/Practice.h"
+#include "app/Schema.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
+#include <algorithm>
 
 namespace orvale {
 
 namespace {
 
-constexpr int shownKeys = 20;
+constexpr int mostFileLines = 20;
 
-// A query whose rows are inconsistent; its first column is the row's key.
+// A query on one database; each row that it gives is found, and its columns are the row's key.
 struct Rule {
     QString text;
     QString sql;
+    QString database = QStringLiteral("clinical");
+    Finding::Kind kind = Finding::Kind::Inconsistency;
 };
 
 // Rows of a patient who is not in the registry.
@@ -59,44 +63,93 @@ QList<Rule> linkRules()
              "ON v.id_Probl = p.idProblems WHERE v.cod_paz <> p.cod_paz ORDER BY v.IdVisitaProbl")},
         {QStringLiteral("riepil2: risultati senza la richiesta (idriepil2)"),
          QStringLiteral(
-             "SELECT r2.idriepil2 FROM riepil2 AS r2 LEFT JOIN riepil AS r ON r2.cod_rie = r.minsan "
-             "WHERE isnull(r.minsan) ORDER BY r2.idriepil2")},
-        {QStringLiteral("riepil: prescrizioni di un farmaco che non è in elenco (cod_pre)"),
+             "SELECT r2.idriepil2 FROM riepil2 AS r2 WHERE NOT EXISTS (SELECT r.minsan FROM riepil "
+             "AS r WHERE r.minsan = r2.cod_rie AND r.tipo > 0) ORDER BY r2.idriepil2")},
+        {QStringLiteral("riepil: accertamenti di un gruppo che non è in ESAMI (cod_pre)"),
+         QStringLiteral("SELECT r.cod_pre FROM riepil AS r LEFT JOIN ESAMI AS e ON r.tipo = e.tipo_esa "
+                        "WHERE r.tipo > 0 AND r.tipo < 20 AND isnull(e.tipo_esa) ORDER BY r.cod_pre")},
+        // Medicines that are no longer sold leave the list; what was prescribed stays prescribed.
+        {QStringLiteral("riepil: prescrizioni di un farmaco che non è (più) in elenco (cod_pre)"),
          QStringLiteral("SELECT r.cod_pre FROM riepil AS r LEFT JOIN SPEFAR AS s ON r.minsan = s.CODSPE "
-                        "WHERE r.tipo = 0 AND isnull(s.CODSPE) ORDER BY r.cod_pre")},
+                        "WHERE r.tipo = 0 AND isnull(s.CODSPE) ORDER BY r.cod_pre"),
+         QStringLiteral("clinical"), Finding::Kind::WorthKnowing},
         {QStringLiteral("SUGGERIT: suggerimenti senza la prescrizione (COD_PRE)"),
          QStringLiteral("SELECT s.COD_PRE FROM SUGGERIT AS s LEFT JOIN riepil AS r ON s.COD_PRE = r.cod_pre "
                         "WHERE isnull(r.cod_pre) ORDER BY s.COD_PRE")},
     };
 }
 
-Rule duplicates(const QString &table, const QString &field,
-                const QString &condition = QStringLiteral("1 = 1"))
+// Visits of a type that the codes do not know, which show without a name.
+Rule visitTypeRule(dao::Database &codes)
 {
-    return {QStringLiteral("%1: %2 ripetuto").arg(table, field),
-            QStringLiteral(
-                "SELECT %2 FROM %1 WHERE %3 AND not isnull(%2) GROUP BY %2 HAVING count(*) > 1 ORDER BY %2")
-                .arg(table, field, condition)};
+    QStringList types;
+    const auto rows =
+        codes.OpenRecordset(QStringLiteral("SELECT IdTipo FROM TIPOVISITA"), dao::RecordsetType::Snapshot);
+    for (; !rows->Eof(); rows->MoveNext())
+        types.append(rows->Fields(0).text());
+    types.append(QStringLiteral("0")); // none chosen, as Null
+    return {QStringLiteral("VISITAPROBL: visite di un tipo che non è in TIPOVISITA (IdVisitaProbl)"),
+            QStringLiteral("SELECT IdVisitaProbl FROM VISITAPROBL WHERE idtipo NOT IN (%1) "
+                           "ORDER BY IdVisitaProbl")
+                .arg(types.join(u','))};
 }
 
+Rule duplicates(const QString &database, const QString &table, const QStringList &fields,
+                const QString &condition = QStringLiteral("1 = 1"))
+{
+    const QString list = QStringLiteral("[%1]").arg(fields.join(QStringLiteral("], [")));
+    return {QStringLiteral("%1: chiave ripetuta (%2)").arg(table, fields.join(QStringLiteral(", "))),
+            QStringLiteral("SELECT %1 FROM [%2] WHERE %3 GROUP BY %1 HAVING count(*) > 1 ORDER BY %1")
+                .arg(list, table, condition),
+            database};
+}
+
+// A unique index over just these fields: no key can stand twice.
+bool isGuarded(const dao::TableDef &table, const QStringList &fields)
+{
+    const QList<dao::IndexInfo> indexes = table.Indexes();
+    return std::any_of(indexes.begin(), indexes.end(), [&](const dao::IndexInfo &index) {
+        return index.unique && index.fields.join(u',').compare(fields.join(u','), Qt::CaseInsensitive) == 0;
+    });
+}
+
+using Databases = QMap<QString, std::shared_ptr<dao::Database>>; // by role
+
+// A practice that was filled by another program may lack the index that keeps a key unique.
+QList<Rule> primaryKeyRules(const Databases &databases)
+{
+    QList<Rule> rules;
+    for (const TableKey &key : Schema::current().primaryKeys()) {
+        if (!isGuarded(databases.value(key.database)->TableDefs()[key.table], key.fields))
+            rules.append(duplicates(key.database, key.table, key.fields));
+    }
+    return rules;
+}
+
+// Keys that no index guards: those by which workstations know a row, and those that the chart's queries take
+// for one row.
 QList<Rule> keyRules()
 {
-    return {
-        duplicates(QStringLiteral("archivio"), QStringLiteral("cod_paz")),
-        duplicates(QStringLiteral("archivio"), QStringLiteral("idRowGuid")),
-        duplicates(QStringLiteral("PROBLEMS"), QStringLiteral("sRecordUid")),
-        duplicates(QStringLiteral("VISITAPROBL"), QStringLiteral("sRecordUid")),
-        duplicates(QStringLiteral("ricoveri2"), QStringLiteral("sRecordUid")),
-        duplicates(QStringLiteral("riepil"), QStringLiteral("minsan"), QStringLiteral("tipo > 0")),
-        {QStringLiteral("ESAME_OB: più schede delle allergie di un paziente (cod_paz)"),
-         QStringLiteral(
-             "SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = 'X' GROUP BY cod_paz HAVING count(*) > 1 "
-             "ORDER BY cod_paz")},
-        {QStringLiteral("ESAME_OB: più schede delle malattie infettive di un paziente (cod_paz)"),
-         QStringLiteral(
-             "SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = 'M' GROUP BY cod_paz HAVING count(*) > 1 "
-             "ORDER BY cod_paz")},
+    const QString clinical = QStringLiteral("clinical");
+    const auto uid = [](const QString &database, const char *table, const char *field) {
+        // Rows from before the identities have none.
+        return duplicates(database, QLatin1String(table), {QLatin1String(field)},
+                          QStringLiteral("trim([%1]) <> ''").arg(QLatin1String(field)));
     };
+    QList<Rule> rules;
+    for (const char *table : {"PROBLEMS", "VISITAPROBL", "ricoveri2"})
+        rules << uid(clinical, table, "sRecordUid") << uid(clinical, table, "idRowGuid");
+    return rules << uid(clinical, "archivio", "idRowGuid") << uid(clinical, "archivio", "sPatientRecordUid")
+                 << uid(QStringLiteral("doctors"), "medici_gruppo", "idRowGuid")
+                 << duplicates(clinical, QStringLiteral("riepil"), {QStringLiteral("minsan")},
+                               QStringLiteral("tipo > 0 AND not isnull(minsan)"))
+                 << Rule{QStringLiteral("ESAME_OB: più schede delle allergie di un paziente (cod_paz)"),
+                         QStringLiteral("SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = 'X' GROUP BY cod_paz "
+                                        "HAVING count(*) > 1 ORDER BY cod_paz")}
+                 << Rule{QStringLiteral(
+                             "ESAME_OB: più schede delle malattie infettive di un paziente (cod_paz)"),
+                         QStringLiteral("SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = 'M' GROUP BY cod_paz "
+                                        "HAVING count(*) > 1 ORDER BY cod_paz")};
 }
 
 QList<Rule> valueRules()
@@ -116,52 +169,85 @@ QList<Rule> valueRules()
     };
 }
 
-void applyRule(dao::Database &database, const Rule &rule, QList<Inconsistency> &found)
+void applyRule(const Databases &databases, const Rule &rule, int mostKeys, QList<Finding> &found)
 {
-    Inconsistency inconsistency{rule.text, 0, {}};
-    const auto rows = database.OpenRecordset(rule.sql, dao::RecordsetType::Snapshot);
+    Finding finding{rule.kind, rule.text, 0, {}};
+    const auto rows = databases.value(rule.database)->OpenRecordset(rule.sql, dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
-        if (++inconsistency.count <= shownKeys)
-            inconsistency.keys.append(rows->Fields(0).text());
+        if (++finding.count > mostKeys)
+            continue;
+        QStringList key;
+        for (int i = 0; i < rows->FieldCount(); ++i)
+            key.append(rows->Fields(i).text());
+        finding.keys.append(key.join(QStringLiteral(" / ")));
     }
-    if (inconsistency.count > 0)
-        found.append(inconsistency);
+    if (finding.count > 0)
+        found.append(finding);
 }
 
 // What the native engine says of pages and indexes, when it is not "ok".
-void checkFile(dao::Database &database, QList<Inconsistency> &found)
+void checkFile(dao::Database &database, QList<Finding> &found)
 {
-    Inconsistency inconsistency{QStringLiteral("%1: il file è danneggiato").arg(database.Name()), 0, {}};
+    Finding finding;
+    finding.text = QStringLiteral("%1: il file è danneggiato").arg(database.Name());
     QSqlQuery query(database.nativeConnection());
     query.setForwardOnly(true);
-    if (!query.exec(
-            QStringLiteral("PRAGMA \"%1\".integrity_check(%2)").arg(database.nativeSchema()).arg(shownKeys)))
-        inconsistency = {inconsistency.text, 1, {query.lastError().databaseText()}};
+    if (!query.exec(QStringLiteral("PRAGMA \"%1\".integrity_check(%2)")
+                        .arg(database.nativeSchema())
+                        .arg(mostFileLines))) {
+        finding.count = 1;
+        finding.keys = QStringList{query.lastError().databaseText()};
+    }
     while (query.next()) {
         const QString line = query.value(0).toString();
         if (line == QLatin1String("ok"))
             continue;
-        ++inconsistency.count;
-        inconsistency.keys.append(line.simplified());
+        ++finding.count;
+        finding.keys.append(line.simplified());
     }
-    if (inconsistency.count > 0)
-        found.append(inconsistency);
+    if (finding.count > 0)
+        found.append(finding);
+}
+
+void checkTables(const Databases &databases, QList<Finding> &found)
+{
+    for (auto database = databases.begin(); database != databases.end(); ++database) {
+        Finding finding;
+        finding.text = QStringLiteral("%1: mancano delle tabelle").arg(database.value()->Name());
+        const QStringList tables = Schema::current().firstTables(database.key());
+        for (const QString &table : tables) {
+            if (!database.value()->TableDefs().contains(table))
+                finding.keys.append(table);
+        }
+        finding.count = finding.keys.size();
+        if (finding.count > 0)
+            found.append(finding);
+    }
 }
 
 } // namespace
 
-QList<Inconsistency> checkPractice(Practice &practice)
+QList<Finding> checkPractice(Practice &practice, int mostKeys)
 {
-    QList<Inconsistency> found;
+    QList<Finding> found;
     const clivara::HostEnvironment &environment = practice.environment();
-    for (const auto &database : {environment.clinical, environment.codes, environment.third,
-                                 environment.doctors, environment.local, environment.events})
+    const Databases databases{
+        {QStringLiteral("clinical"), environment.clinical}, {QStringLiteral("codes"), environment.codes},
+        {QStringLiteral("third"), environment.third},       {QStringLiteral("doctors"), environment.doctors},
+        {QStringLiteral("local"), environment.local},       {QStringLiteral("events"), environment.events}};
+    for (const auto &database : databases)
         checkFile(*database, found);
+    if (found.isEmpty())
+        checkTables(databases, found);
     if (!found.isEmpty())
-        return found; // rows of a damaged file prove nothing
-    const QList<Rule> rules = patientRules() + linkRules() + keyRules() + valueRules();
+        return found; // the rows of such a practice prove nothing
+    const QList<Rule> rules = patientRules() + linkRules() + QList<Rule>{visitTypeRule(*environment.codes)}
+                              + primaryKeyRules(databases) + keyRules() + valueRules();
     for (const Rule &rule : rules)
-        applyRule(*environment.clinical, rule, found);
+        applyRule(databases, rule, mostKeys, found);
+    std::stable_partition(found.begin(), found.end(), [](const Finding &finding) {
+        return finding.kind == Finding::Kind::Inconsistency;
+    });
     return found;
 }
 

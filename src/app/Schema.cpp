@@ -124,6 +124,23 @@ QStringList Schema::firstTables(const QString &database) const
     return names;
 }
 
+QList<TableKey> Schema::primaryKeys() const
+{
+    static const QRegularExpression primary(
+        QStringLiteral("^CREATE UNIQUE INDEX \\w+ ON (\\w+) \\(([^)]*)\\) WITH PRIMARY;"),
+        QRegularExpression::MultilineOption);
+    QList<TableKey> keys;
+    for (const SchemaFile &file : m_files) {
+        auto matches = primary.globalMatch(file.sql);
+        while (matches.hasNext()) {
+            const QRegularExpressionMatch match = matches.next();
+            keys.append({file.database, match.captured(1),
+                         match.captured(2).remove(u'[').remove(u']').split(QStringLiteral(", "))});
+        }
+    }
+    return keys;
+}
+
 void Schema::apply(dao::Workspace &workspace, const QMap<QString, std::shared_ptr<dao::Database>> &databases,
                    int fromVersion) const
 {

@@ -24,6 +24,13 @@ struct SchemaFile {
     QString sql; // Jet definitions and action queries; each ends with a semicolon at the end of a line
 };
 
+// What tells the rows of a table apart.
+struct TableKey {
+    QString database;
+    QString table;
+    QStringList fields;
+};
+
 // The statements of a schema file, without comment lines and closing semicolons.
 QStringList schemaStatements(const QString &sql);
 
@@ -38,6 +45,8 @@ public:
     int version() const;
     // Names of the tables that version 1 creates in a database.
     QStringList firstTables(const QString &database) const;
+    // The primary keys that the files define, in their order.
+    QList<TableKey> primaryKeys() const;
 
     // Brings the databases (by role) from a version (0: empty) to version() in one transaction, and writes
     // the new version. The rows of every table that was there are counted before and after: a file that loses

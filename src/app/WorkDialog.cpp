@@ -47,6 +47,11 @@ bool WorkDialog::run(const std::function<void(const Report &)> &work)
     connect(thread.get(), &QThread::finished, this, [this] { done(Accepted); });
     thread->start();
     exec();
+    {
+        // The program may have been told to end while the work was under way.
+        const QMutexLocker lock(&m_mutex);
+        m_isGivenUp = true;
+    }
     thread->wait();
     if (error)
         std::rethrow_exception(error);

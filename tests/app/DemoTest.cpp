@@ -75,7 +75,7 @@ TEST_F(DemoTest, GivesEqualRowsForEqualOptionsOnly)
 TEST_F(DemoTest, IsConsistent)
 {
     const auto found = orvale::checkPractice(*m_practice);
-    for (const orvale::Inconsistency &inconsistency : found)
+    for (const orvale::Finding &inconsistency : found)
         ADD_FAILURE() << inconsistency.text.toStdString() << ": "
                       << inconsistency.keys.join(u' ').toStdString();
 }

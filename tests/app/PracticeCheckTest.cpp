@@ -4,6 +4,7 @@
 
 namespace {
 
+using orvale::Finding;
 using orvale::Practice;
 
 class PracticeCheckTest : public PracticeFixture { };
@@ -34,18 +35,34 @@ TEST_F(PracticeCheckTest, FindsEachFault)
         {{QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie) VALUES (3, 'E7')")},
          "risultati senza la richiesta",
          "3"},
-        {{QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')")},
-         "farmaco che non è in elenco",
+        // A medicine of the same code is no request.
+        {{QStringLiteral("INSERT INTO SPEFAR (CODSPE) VALUES ('094')"),
+          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')"),
+          QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie) VALUES (8, '094')"),
+          QStringLiteral("INSERT INTO riepil2 (idriepil2) VALUES (9)")},
+         "risultati senza la richiesta",
+         "8,9"},
+        {{QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 19, 'E1')")},
+         "gruppo che non è in ESAMI",
          "4"},
+        {{QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (5, 1, 7)"),
+          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (6, 1, 0)"),
+          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (7, 1, 2)")},
+         "tipo che non è in TIPOVISITA",
+         "5"},
         {{QStringLiteral("INSERT INTO SUGGERIT (COD_PRE) VALUES (12)")},
          "suggerimenti senza la prescrizione",
          "12"},
         {{QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 1, 'E1')"),
           QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 2, 'E1')")},
-         "minsan ripetuto",
+         "riepil: chiave ripetuta (minsan)",
          "E1"},
+        {{QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (1, 1, 'u1')"),
+          QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (2, 1, 'U1')")},
+         "PROBLEMS: chiave ripetuta (sRecordUid)",
+         "u1"},
         {{QStringLiteral("UPDATE archivio SET idRowGuid = '{0F8FAD5B-D9CB-469F-A165-70867728950E}'")},
-         "idRowGuid ripetuto",
+         "archivio: chiave ripetuta (idRowGuid)",
          "{0F8FAD5B-D9CB-469F-A165-70867728950E}"},
         {{QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (2, 'X', '%1')")
               .arg(codes.chopped(2))},
@@ -72,7 +89,10 @@ TEST_F(PracticeCheckTest, FindsEachFault)
           QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (3, 1)"),
           QStringLiteral("INSERT INTO SPEFAR (CODSPE) VALUES ('094')"),
           QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')"),
-          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 0, '094')")},
+          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 0, '094')"),
+          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (6, 1, 20, 'E1')"),
+          QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (1, 0, '')"),
+          QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (2, 2, '')")},
          "",
          ""},
     };
@@ -84,6 +104,9 @@ TEST_F(PracticeCheckTest, FindsEachFault)
         clinical.Execute(QStringLiteral("INSERT INTO archivio (cod_paz, cognome) VALUES (1, 'Uno')"));
         clinical.Execute(QStringLiteral("INSERT INTO archivio (cod_paz, cognome) VALUES (2, 'Due')"));
         clinical.Execute(QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl) VALUES (1, 3)"));
+        clinical.Execute(QStringLiteral("INSERT INTO ESAMI (tipo_esa) VALUES (1)"));
+        clinical.Execute(QStringLiteral("INSERT INTO ESAMI (tipo_esa) VALUES (2)"));
+        practice->environment().codes->Execute(QStringLiteral("INSERT INTO TIPOVISITA (IdTipo) VALUES (2)"));
         for (const QString &statement : c.statements)
             clinical.Execute(statement);
         const auto found = orvale::checkPractice(*practice);
@@ -96,7 +119,75 @@ TEST_F(PracticeCheckTest, FindsEachFault)
             << found.first().text.toStdString();
         EXPECT_EQ(found.first().keys.join(u',').toStdString(), c.keys);
         EXPECT_EQ(found.first().count, found.first().keys.size());
+        EXPECT_EQ(found.first().kind, Finding::Kind::Inconsistency);
     }
+}
+
+// A practice that was filled elsewhere may lack the indexes that keep keys apart.
+TEST_F(PracticeCheckTest, FindsKeysThatNoIndexGuards)
+{
+    const auto practice = Practice::create(path(QStringLiteral("p")));
+    const auto execute = [](dao::Database &database, const QStringList &statements) {
+        for (const QString &statement : statements)
+            database.Execute(statement);
+    };
+    const clivara::HostEnvironment &environment = practice->environment();
+    execute(*environment.clinical,
+            {QStringLiteral("INSERT INTO archivio (cod_paz) VALUES (1)"),
+             QStringLiteral("DROP TABLE Rischio_Cardio"),
+             QStringLiteral("CREATE TABLE Rischio_Cardio (cod_paz LONG, Data_Val DATETIME)"),
+             QStringLiteral("INSERT INTO Rischio_Cardio VALUES (1, #3/1/2026#)"),
+             QStringLiteral("INSERT INTO Rischio_Cardio VALUES (1, #3/2/2026#)")});
+    execute(*environment.codes, {QStringLiteral("DROP TABLE icd9"),
+                                 QStringLiteral("CREATE TABLE icd9 (cod TEXT(10), des TEXT(120))"),
+                                 QStringLiteral("INSERT INTO icd9 VALUES ('v1', 'a')")});
+    execute(*environment.doctors,
+            {QStringLiteral("DROP TABLE medici_gruppo"),
+             QStringLiteral("CREATE TABLE medici_gruppo (cod_smi LONG, idRowGuid GUID)"),
+             QStringLiteral("INSERT INTO medici_gruppo (cod_smi) VALUES (101)")});
+    EXPECT_TRUE(orvale::checkPractice(*practice).isEmpty());
+    execute(*environment.clinical, {QStringLiteral("INSERT INTO Rischio_Cardio VALUES (1, #3/2/2026#)")});
+    execute(*environment.codes, {QStringLiteral("INSERT INTO icd9 VALUES ('V1', 'b')")});
+    execute(*environment.doctors, {QStringLiteral("INSERT INTO medici_gruppo (cod_smi) VALUES (101)")});
+    QStringList told;
+    for (const Finding &finding : orvale::checkPractice(*practice))
+        told << QStringLiteral("%1: %2").arg(finding.text, finding.keys.join(u','));
+    told.sort();
+    ASSERT_EQ(told.size(), 3);
+    EXPECT_TRUE(
+        told.at(0).startsWith(QStringLiteral("Rischio_Cardio: chiave ripetuta (cod_paz, Data_Val): 1 / ")))
+        << told.at(0).toStdString();
+    EXPECT_TRUE(told.at(0).contains(QStringLiteral("2026")));
+    EXPECT_EQ(told.at(1).toLower(), QStringLiteral("icd9: chiave ripetuta (cod): v1"));
+    EXPECT_EQ(told.at(2), QStringLiteral("medici_gruppo: chiave ripetuta (cod_smi): 101"));
+}
+
+TEST_F(PracticeCheckTest, NamesTablesThatAreNotThere)
+{
+    const auto practice = Practice::create(path(QStringLiteral("p")));
+    practice->environment().codes->Execute(QStringLiteral("DROP TABLE TIPOVISITA"));
+    const auto found = orvale::checkPractice(*practice);
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_TRUE(found.first().text.contains(QStringLiteral("Tabelle.sqlite")))
+        << found.first().text.toStdString();
+    EXPECT_EQ(found.first().keys, QStringList{QStringLiteral("TIPOVISITA")});
+}
+
+// Medicines leave the list when they are no longer sold: that is no fault of the practice.
+TEST_F(PracticeCheckTest, TellsWhatIsOnlyWorthKnowingApart)
+{
+    const auto practice = Practice::create(path(QStringLiteral("p")));
+    for (const char *statement :
+         {"INSERT INTO archivio (cod_paz) VALUES (1)",
+          "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')",
+          "INSERT INTO PROBLEMS (cod_paz, stato_probl) VALUES (1, 9)"})
+        practice->environment().clinical->Execute(QLatin1String(statement));
+    const auto found = orvale::checkPractice(*practice);
+    ASSERT_EQ(found.size(), 2);
+    EXPECT_EQ(found.first().kind, Finding::Kind::Inconsistency);
+    EXPECT_EQ(found.last().kind, Finding::Kind::WorthKnowing);
+    EXPECT_TRUE(found.last().text.contains(QStringLiteral("farmaco")));
+    EXPECT_EQ(found.last().keys, QStringList{QStringLiteral("4")});
 }
 
 TEST_F(PracticeCheckTest, ShowsTheFirstKeysOfMany)
@@ -110,6 +201,7 @@ TEST_F(PracticeCheckTest, ShowsTheFirstKeysOfMany)
     EXPECT_EQ(found.first().count, 23);
     EXPECT_EQ(found.first().keys.size(), 20);
     EXPECT_EQ(found.first().keys.last(), QStringLiteral("20"));
+    EXPECT_EQ(orvale::checkPractice(*practice, 1000).first().keys.last(), QStringLiteral("23"));
 }
 
 } // namespace

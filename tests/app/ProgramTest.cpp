@@ -83,6 +83,16 @@ TEST_F(ProgramTest, CreatesADemoAndChecksIt)
         QStringLiteral("inf_gen: righe di un paziente che non è in archivio (cod_paz): 1 [5]")))
         << faulty.output.toStdString();
     EXPECT_EQ(orvaleRun({QStringLiteral("demo"), folder}).status, 1);
+
+    const auto practice = orvale::Practice::open(folder);
+    for (int i = 101; i <= 125; ++i)
+        practice->environment().clinical->Execute(
+            QStringLiteral("INSERT INTO inf_gen (cod_paz) VALUES (%1)").arg(i));
+    const QString first = orvaleRun({QStringLiteral("check"), folder}).output;
+    EXPECT_TRUE(first.contains(QStringLiteral(": 26 [5, 101,"))) << first.toStdString();
+    EXPECT_TRUE(first.contains(QStringLiteral(", 119, …]")));
+    const QString all = orvaleRun({QStringLiteral("check"), folder, QStringLiteral("--all")}).output;
+    EXPECT_TRUE(all.contains(QStringLiteral(", 119, 120, 121, 122, 123, 124, 125]"))) << all.toStdString();
 }
 
 } // namespace
