@@ -184,9 +184,11 @@ StoredIndex takeStoredIndex(DefinitionCursor &cursor, const TableDefinition &def
         cursor.take<4>();
     const auto fields = cursor.take<MDB_MAX_IDX_COLS * fieldSize>();
     cursor.take<8>(); // its pages
+    if (!jet3)
+        cursor.take<4>();
     const uchar flags = cursor.take<1>()[0];
     if (!jet3)
-        cursor.take<9>();
+        cursor.take<5>();
 
     StoredIndex index;
     index.unique = flags & uniqueFlag;

@@ -87,6 +87,8 @@ Bytes TableScan::movedRow(const TableDefinition &table, RowAddress address)
             || address.row >= m_otherPages.rowCount(page))
             return {};
         const RowSlot slot = m_otherPages.slot(address.row);
+        if (!slot.deleted) // the scan comes across this row by itself; one that was moved is marked to be skipped
+            return {};
         if (!slot.moved) {
             // Its memos are fetched through the same room.
             std::copy(slot.bytes.begin(), slot.bytes.end(), m_movedRow.begin());

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "jetfile/JetFileReader.h"
+#include "jetfile/JetFileWriter.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QTemporaryDir>
+#include <array>
+#include <bit>
+#include <gmock/gmock.h>
+
+namespace jetfile {
+
+inline constexpr std::array bothVersions{JetVersion::Jet3, JetVersion::Jet4};
+
+// The first column of most tables.
+inline const JetColumn number{QStringLiteral("n"), JetType::Long};
+
+struct ReadTable {
+    JetTable table;
+    QList<JetRow> rows;
+};
+
+class JetFileFixture : public testing::Test {
+protected:
+    QString save(const JetFileWriter &writer) { return save(writer.bytes()); }
+    QString save(const QByteArray &bytes)
+    {
+        const QString path = m_folder.filePath(QStringLiteral("Orvale.mdb"));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(bytes), bytes.size());
+        return path;
+    }
+
+    QList<ReadTable> read(const QString &path)
+    {
+        JetFileReader reader(path);
+        QList<ReadTable> tables;
+        for (const JetTable &table : reader.tables()) {
+            ReadTable read{table, {}};
+            JetRow row;
+            while (reader.nextRow(row))
+                read.rows.append(row);
+            tables.append(read);
+        }
+        JetRow none;
+        EXPECT_FALSE(reader.nextRow(none));
+        return tables;
+    }
+    // The only table.
+    ReadTable readTable(const JetFileWriter &writer)
+    {
+        const QList<ReadTable> tables = read(save(writer));
+        EXPECT_EQ(tables.size(), 1);
+        return tables.value(0);
+    }
+    // The line that a file that cannot be read ends in; empty when it can be read after all.
+    QString refusal(const QString &path)
+    {
+        try {
+            read(path);
+        } catch (const SourceError &error) {
+            return error.text();
+        }
+        return {};
+    }
+    QString refusal(const QByteArray &bytes) { return refusal(save(bytes)); }
+
+    QTemporaryDir m_folder;
+};
+
+inline std::string describe(const QVariant &value)
+{
+    QString text = value.isValid() ? value.toString() : QStringLiteral("Null");
+    return QStringLiteral("%1 %2").arg(QLatin1String(value.metaType().name()), text.left(200)).toStdString();
+}
+
+// Of the same type too; numbers bit by bit.
+inline bool same(const QVariant &one, const QVariant &other)
+{
+    if (one.typeId() != other.typeId())
+        return false;
+    if (one.typeId() == QMetaType::Double)
+        return std::bit_cast<quint64>(one.toDouble()) == std::bit_cast<quint64>(other.toDouble());
+    if (one.typeId() == QMetaType::QDateTime)
+        return one.toDateTime() == other.toDateTime() && other.toDateTime().timeSpec() == Qt::UTC;
+    return one == other;
+}
+
+inline void expectValues(const JetRow &row, const QVariantList &expected)
+{
+    EXPECT_EQ(row.problem, QString());
+    ASSERT_EQ(row.values.size(), expected.size());
+    for (int i = 0; i < expected.size(); ++i) {
+        EXPECT_TRUE(same(expected[i], row.values[i]))
+            << "value " << i << ": " << describe(row.values[i]) << ", not " << describe(expected[i]);
+    }
+}
+
+// The first column of the rows.
+inline QList<int> numbers(const ReadTable &table)
+{
+    QList<int> numbers;
+    for (const JetRow &row : table.rows)
+        numbers.append(row.values.value(0).toInt());
+    return numbers;
+}
+
+inline QDateTime at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0)
+{
+    return QDateTime(QDate(year, month, day), QTime(hour, minute, second), Qt::UTC);
+}
+
+inline QString letters(int count)
+{
+    QString text;
+    while (text.size() < count)
+        text += QStringLiteral("riga %1 con più parole\r\n").arg(text.size());
+    return text.left(count);
+}
+
+} // namespace jetfile

@@ -1,0 +1,438 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "jetfile/JetFileFixture.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace jetfile {
+
+namespace {
+
+using JetFileRows = JetFileFixture;
+
+struct ValueCase {
+    QString name;
+    JetColumn column;
+    QVariant written;
+    QVariant read;
+    bool jet4Only = false;
+};
+
+QList<ValueCase> valueCases()
+{
+    const auto column = [](JetType type, int size = 0, int scale = 0) {
+        return JetColumn{QStringLiteral("v"), type, size, scale};
+    };
+    QList<ValueCase> cases;
+    const auto add = [&](const char *name, JetColumn design, const QVariant &written, const QVariant &read) {
+        cases.append({QLatin1String(name), design, written, read});
+    };
+    const auto addSame = [&](const char *name, JetColumn design, const QVariant &value) {
+        add(name, design, value, value);
+    };
+    const auto addJet4 = [&](const char *name, JetColumn design, const QVariant &written,
+                             const QVariant &read) {
+        add(name, design, written, read);
+        cases.last().jet4Only = true;
+    };
+
+    for (const JetType type :
+         {JetType::Byte, JetType::Integer, JetType::Long, JetType::Currency, JetType::Single, JetType::Double,
+          JetType::Date, JetType::Binary, JetType::Text, JetType::Ole, JetType::Memo, JetType::Guid})
+        cases.append({QStringLiteral("null of type %1").arg(int(type)), column(type), {}, {}});
+    addSame("yes", column(JetType::Boolean), true);
+    addSame("no", column(JetType::Boolean), false);
+    add("yes/no never set", column(JetType::Boolean), {}, false);
+    addSame("byte", column(JetType::Byte), 255);
+    addSame("integer, lowest", column(JetType::Integer), -32768);
+    addSame("integer, highest", column(JetType::Integer), 32767);
+    addSame("long, lowest", column(JetType::Long), std::numeric_limits<int>::min());
+    addSame("long, highest", column(JetType::Long), std::numeric_limits<int>::max());
+    add("currency", column(JetType::Currency), -12345LL, -1.2345);
+    add("currency, large", column(JetType::Currency), 12345678901234LL, 1234567890.1234);
+    addSame("single", column(JetType::Single), double(1.1f));
+    for (const double value :
+         {0.1, 1e308, -1e308, 5e-324, 2.2250738585072009e-308, -0.0, 0.1 + 0.2,
+          std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()})
+        addSame("double", column(JetType::Double), value);
+
+    addSame("date with time", column(JetType::Date), at(2024, 2, 29, 23, 59, 59));
+    addSame("date, day zero", column(JetType::Date), at(1899, 12, 30));
+    addSame("date, time alone", column(JetType::Date), at(1899, 12, 30, 6, 30, 15));
+    addSame("date before day zero", column(JetType::Date), at(1899, 12, 29, 18, 0, 0));
+    addSame("date, far before", column(JetType::Date), at(1799, 6, 5, 4, 3, 2));
+    addSame("date, first", column(JetType::Date), at(100, 1, 1));
+    addSame("date, last", column(JetType::Date), at(9999, 12, 31, 23, 59, 59));
+    add("date, whole seconds", column(JetType::Date), 43831.0 + 1e-9, at(2020, 1, 1));
+    add("date, second before midnight by rounding", column(JetType::Date), 43832.0 - 1e-9, at(2020, 1, 2));
+    for (const double impossible : {1e9, -1e9, 2958466.0, -657435.0, std::numeric_limits<double>::quiet_NaN(),
+                                    std::numeric_limits<double>::infinity()})
+        addSame("impossible date", column(JetType::Date), impossible);
+
+    addSame("empty text", column(JetType::Text), QStringLiteral(""));
+    addSame("blank text", column(JetType::Text), QStringLiteral(" "));
+    addSame("text", column(JetType::Text), QStringLiteral("Nicolò dell'Acqua; \"x\",\t\r\nfine "));
+    addSame("longest text", column(JetType::Text), letters(255));
+    addSame("text of the code page's upper rows", column(JetType::Text),
+            QStringLiteral("€ “virgolette” – Œuvre ÿ"));
+    addJet4("text beyond Latin-1", column(JetType::Text), QStringLiteral("Žižka Łódź"),
+            QStringLiteral("Žižka Łódź"));
+    const QString mixed =
+        QStringLiteral("in mezzo a molte lettere latine: Ω, poi 日本, poi \U0001F600 e di nuovo latine");
+    addJet4("text that changes between one byte and two", column(JetType::Text), mixed, mixed);
+    const QString lowZero = QStringLiteral("una lettera con il byte basso a zero: Ā");
+    addJet4("text that cannot be compressed", column(JetType::Text), lowZero, lowZero);
+    JetColumn plain = column(JetType::Text);
+    plain.compressed = false;
+    addJet4("uncompressed text", plain, mixed, mixed);
+
+    addSame("empty binary", column(JetType::Binary), QByteArray(""));
+    addSame("binary", column(JetType::Binary), QByteArray("\0\1\xFF\xFE\0", 5));
+    addSame("long binary", column(JetType::Ole), QByteArray(50'000, '\xA5'));
+    add("guid", column(JetType::Guid), QStringLiteral("{0a1b2c3d-4E5F-6071-8293-a4b5c6d7e8f9}"),
+        QStringLiteral("{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}"));
+    add("guid of bytes", column(JetType::Guid), QByteArray::fromHex("00112233445566778899AABBCCDDEEFF"),
+        QStringLiteral("{33221100-5544-7766-8899-AABBCCDDEEFF}"));
+    addJet4("fixed point of 15 digits", column(JetType::Numeric, 15, 3), QStringLiteral("-12.345"), -12.345);
+    addJet4("fixed point of 18 digits", column(JetType::Numeric, 18, 3),
+            QStringLiteral("-999999999999999.999"), QStringLiteral("-999999999999999.999"));
+    addJet4("fixed point of 28 digits", column(JetType::Numeric, 28, 0),
+            QStringLiteral("1234567890123456789012345678"), QStringLiteral("1234567890123456789012345678"));
+    addJet4("fixed point below one", column(JetType::Numeric, 20, 5), QStringLiteral("0.00012"),
+            QStringLiteral("0.00012"));
+    addJet4("null fixed point", column(JetType::Numeric), {}, {});
+    return cases;
+}
+
+// Each value stands between two columns of its own kind of storage, so that a value read from a wrong place shows.
+TEST_F(JetFileRows, ValuesComeBackExactly)
+{
+    const QList<ValueCase> cases = valueCases();
+    for (const JetVersion version : bothVersions) {
+        JetFileWriter writer(version);
+        QList<const ValueCase *> written;
+        for (const ValueCase &value : cases) {
+            if (value.jet4Only && version == JetVersion::Jet3)
+                continue;
+            JetTableWriter &table = writer.table(QStringLiteral("t%1").arg(written.size()),
+                                                 {number,
+                                                  {QStringLiteral("before"), JetType::Text, 20},
+                                                  value.column,
+                                                  {QStringLiteral("after"), JetType::Text, 20},
+                                                  {QStringLiteral("last"), JetType::Long}});
+            table.addRow({7, QStringLiteral("prima"), value.written, QStringLiteral("dopo"), -7});
+            table.addRow({8, QVariant(), value.written, QVariant(), QVariant()});
+            written.append(&value);
+        }
+        const QList<ReadTable> tables = read(save(writer));
+        ASSERT_EQ(tables.size(), written.size());
+        for (int i = 0; i < tables.size(); ++i) {
+            SCOPED_TRACE(QStringLiteral("Jet %1, %2").arg(int(version)).arg(written[i]->name).toStdString());
+            ASSERT_EQ(tables[i].rows.size(), 2);
+            expectValues(tables[i].rows[0],
+                         {7, QStringLiteral("prima"), written[i]->read, QStringLiteral("dopo"), -7});
+            expectValues(tables[i].rows[1], {8, QVariant(), written[i]->read, QVariant(), QVariant()});
+        }
+    }
+}
+
+TEST_F(JetFileRows, LongValuesOfEachForm)
+{
+    QString wide = letters(3000);
+    wide.replace(500, 3, QStringLiteral("Ω\U0001F600"));
+    const QList<QString> texts{{},           letters(1),    letters(500), letters(512),    letters(513),
+                               letters(980), letters(3000), wide,         letters(130'000)};
+    const std::array forms{LongForm::ByLength, LongForm::Inline, LongForm::SinglePage, LongForm::Chained};
+    for (const JetVersion version : bothVersions) {
+        JetFileWriter writer(version);
+        const QList<JetColumn> columns{number,
+                                       {QStringLiteral("one"), JetType::Memo},
+                                       {QStringLiteral("other"), JetType::Memo},
+                                       {QStringLiteral("bytes"), JetType::Ole}};
+        JetTableWriter &table = writer.table(QStringLiteral("memos"), columns);
+        QList<QVariantList> expected;
+        const int room =
+            version == JetVersion::Jet3 ? 1500 : 1900; // of what may stand in a row or on one page
+        for (const QString &text : texts) {
+            if (version == JetVersion::Jet3 && text == wide)
+                continue;
+            for (const LongForm form : forms) {
+                if ((form == LongForm::Inline && text.size() > 500)
+                    || (form == LongForm::SinglePage && text.size() > room))
+                    continue;
+                // Short inline values beside it: a row must hold all of them.
+                table.setLongForm(form);
+                const QVariant other = form == LongForm::Inline ? QVariant() : QVariant(text);
+                const QByteArray bytes = text.left(form == LongForm::Inline ? 50 : 5000).toLatin1();
+                const bool fits = form != LongForm::SinglePage || bytes.size() <= room;
+                expected.append({int(expected.size()), text, other, fits ? QVariant(bytes) : QVariant()});
+                table.addRow(expected.last());
+            }
+        }
+        const ReadTable memos = readTable(writer);
+        ASSERT_EQ(memos.rows.size(), expected.size());
+        for (int i = 0; i < expected.size(); ++i) {
+            SCOPED_TRACE(QStringLiteral("Jet %1, row %2").arg(int(version)).arg(i).toStdString());
+            expectValues(memos.rows[i], expected[i]);
+        }
+    }
+}
+
+TEST_F(JetFileRows, RowsThatWereDeletedOrMoved)
+{
+    for (const JetVersion version : bothVersions) {
+        SCOPED_TRACE(int(version));
+        JetFileWriter writer(version);
+        JetTableWriter &table = writer.table(
+            QStringLiteral("rows"),
+            {number, {QStringLiteral("text"), JetType::Memo}, {QStringLiteral("c"), JetType::Text}});
+        const auto rowOf = [](int i) {
+            return QVariantList{i, letters(1000 + i), QStringLiteral("riga %1").arg(i)};
+        };
+        for (int i = 0; i < 60; ++i)
+            table.addRow(rowOf(i));
+        for (const int deleted : {0, 7, 59})
+            table.deleteRow(deleted);
+        for (const int moved : {1, 8, 9, 30, 58})
+            table.moveRow(moved);
+        table.moveRow(30); // and again
+        table.deleteRow(9); // the row and its pointer
+        table.deletePointer(8); // the pointer alone
+        for (int i = 60; i < 70; ++i)
+            table.addRow(rowOf(i));
+        table.moveRow(65);
+
+        QList<int> live;
+        for (int i = 0; i < 70; ++i) {
+            if (!QList<int>{0, 7, 8, 9, 59}.contains(i))
+                live.append(i);
+        }
+        const ReadTable rows = readTable(writer);
+        EXPECT_EQ(rows.table.declaredRows, live.size());
+        QList<int> found = numbers(rows);
+        std::sort(found.begin(), found.end());
+        EXPECT_EQ(found, live);
+        for (const JetRow &row : rows.rows)
+            expectValues(row, rowOf(row.values.value(0).toInt()));
+    }
+}
+
+TEST_F(JetFileRows, TableWithoutLiveRows)
+{
+    JetFileWriter writer;
+    writer.table(QStringLiteral("never filled"), {number});
+    JetTableWriter &emptied =
+        writer.table(QStringLiteral("emptied"), {number, {QStringLiteral("v"), JetType::Text}});
+    emptied.addRow({1, QStringLiteral("x")});
+    emptied.deleteRow(0);
+    const QList<ReadTable> tables = read(save(writer));
+    ASSERT_EQ(tables.size(), 2);
+    EXPECT_TRUE(tables[0].rows.isEmpty());
+    EXPECT_TRUE(tables[1].rows.isEmpty());
+    EXPECT_EQ(tables[1].table.declaredRows, 0);
+}
+
+// Older rows keep the bytes of columns that are gone and lack those that came later.
+TEST_F(JetFileRows, DesignChangedBetweenRows)
+{
+    for (const JetVersion version : bothVersions) {
+        SCOPED_TRACE(int(version));
+        JetFileWriter writer(version);
+        JetTableWriter &table =
+            writer.table(QStringLiteral("t"), {number,
+                                               {QStringLiteral("goneFixed"), JetType::Double},
+                                               {QStringLiteral("kept"), JetType::Integer},
+                                               {QStringLiteral("goneText"), JetType::Text},
+                                               {QStringLiteral("keptText"), JetType::Text},
+                                               {QStringLiteral("goneFlag"), JetType::Boolean}});
+        table.addRow({1, 1.5, 11, QStringLiteral("via"), QStringLiteral("resta"), true});
+        for (const char *gone : {"goneFixed", "goneText", "goneFlag"})
+            table.dropColumn(QLatin1String(gone));
+        table.addRow({2, 22, QStringLiteral("due")});
+        table.addColumn({QStringLiteral("newMemo"), JetType::Memo});
+        table.addColumn({QStringLiteral("newFlag"), JetType::Boolean});
+        table.addColumn({QStringLiteral("newDate"), JetType::Date});
+        table.addRow({3, 33, QVariant(), QStringLiteral("memo"), true, at(2020, 1, 2, 3, 4, 5)});
+        table.index(QStringLiteral("ByNew"), {QStringLiteral("newDate"), QStringLiteral("keptText")});
+
+        const ReadTable read = readTable(writer);
+        QStringList names;
+        for (const dao::ColumnInfo &column : read.table.columns)
+            names.append(column.name);
+        EXPECT_EQ(names, (QStringList{QStringLiteral("n"), QStringLiteral("kept"), QStringLiteral("keptText"),
+                                      QStringLiteral("newMemo"), QStringLiteral("newFlag"),
+                                      QStringLiteral("newDate")}));
+        ASSERT_EQ(read.rows.size(), 3);
+        expectValues(read.rows[0], {1, 11, QStringLiteral("resta"), QVariant(), false, QVariant()});
+        expectValues(read.rows[1], {2, 22, QStringLiteral("due"), QVariant(), false, QVariant()});
+        expectValues(read.rows[2],
+                     {3, 33, QVariant(), QStringLiteral("memo"), true, at(2020, 1, 2, 3, 4, 5)});
+        ASSERT_EQ(read.table.indexes.size(), 1);
+        EXPECT_EQ(read.table.indexes[0].fields,
+                  (QStringList{QStringLiteral("newDate"), QStringLiteral("keptText")}));
+    }
+}
+
+TEST_F(JetFileRows, ColumnsIndexesAndCounters)
+{
+    const QList<JetColumn> columns{{QStringLiteral("idProblems"), JetType::AutoNumber},
+                                   {QStringLiteral("descr_mal"), JetType::Text, 40},
+                                   {QStringLiteral("Città è più"), JetType::Text, 255},
+                                   {QStringLiteral("note"), JetType::Memo},
+                                   {QStringLiteral("f"), JetType::Boolean},
+                                   {QStringLiteral("i"), JetType::Integer},
+                                   {QStringLiteral("c"), JetType::Currency},
+                                   {QStringLiteral("s"), JetType::Single},
+                                   {QStringLiteral("ole"), JetType::Ole},
+                                   {QStringLiteral("g"), JetType::Guid},
+                                   {QStringLiteral("d"), JetType::Date},
+                                   {QStringLiteral("b"), JetType::Byte}};
+    for (const JetVersion version : bothVersions) {
+        SCOPED_TRACE(int(version));
+        JetFileWriter writer(version);
+        JetTableWriter &table = writer.table(QStringLiteral("PROBLEMS"), columns);
+        QVariantList row(columns.size());
+        row[0] = 4;
+        table.addRow(row);
+        table.setDeclaredRows(12);
+        table.setLastAutoNumber(900);
+        table.index(QStringLiteral("descr"), {QStringLiteral("descr_mal"), QStringLiteral("i")});
+        table.index(QStringLiteral("Rel_1"), {QStringLiteral("idProblems")}, IndexKind::Foreign);
+        table.index(QStringLiteral("PrimaryKey"), {QStringLiteral("idProblems")}, IndexKind::Primary);
+        table.index(QStringLiteral("uno"), {QStringLiteral("g")}, IndexKind::Unique);
+        table.index(QStringLiteral("Rel_2"), {QStringLiteral("g")}, IndexKind::Foreign);
+
+        const JetTable read = readTable(writer).table;
+        EXPECT_EQ(read.name, QStringLiteral("PROBLEMS"));
+        EXPECT_EQ(read.declaredRows, 12);
+        EXPECT_EQ(read.lastAutoNumber, 900);
+        using enum dao::FieldType;
+        const QList<dao::FieldType> types{AutoNumber, Text,   Text,   Memo, Boolean, Integer,
+                                          Currency,   Single, Binary, Guid, Date,    Byte};
+        ASSERT_EQ(read.columns.size(), columns.size());
+        for (int i = 0; i < columns.size(); ++i) {
+            EXPECT_EQ(read.columns[i].name, columns[i].name);
+            EXPECT_EQ(read.columns[i].type, types[i]) << i;
+            EXPECT_EQ(read.columns[i].size, types[i] == Text ? columns[i].size : 0) << i;
+        }
+        QStringList indexes;
+        for (const dao::IndexInfo &index : read.indexes) {
+            indexes.append(QStringLiteral("%1(%2)%3%4")
+                               .arg(index.name, index.fields.join(QLatin1Char(',')),
+                                    index.unique ? QStringLiteral(" unique") : QString(),
+                                    index.primary ? QStringLiteral(" primary") : QString()));
+        }
+        indexes.sort();
+        EXPECT_EQ(indexes,
+                  (QStringList{QStringLiteral("PrimaryKey(idProblems) unique primary"),
+                               QStringLiteral("descr(descr_mal,i)"), QStringLiteral("uno(g) unique")}));
+    }
+}
+
+TEST_F(JetFileRows, DefinitionOverSeveralPages)
+{
+    for (const JetVersion version : bothVersions) {
+        SCOPED_TRACE(int(version));
+        JetFileWriter writer(version);
+        QList<JetColumn> columns;
+        QVariantList values;
+        for (int i = 0; i < 250; ++i) {
+            columns.append({QStringLiteral("un nome di campo piuttosto lungo numero %1").arg(i),
+                            i % 3 == 0   ? JetType::Text
+                            : i % 3 == 1 ? JetType::Integer
+                                         : JetType::Boolean,
+                            4});
+            values.append(i % 3 == 0   ? QVariant(QStringLiteral("v%1").arg(i))
+                          : i % 3 == 1 ? QVariant(i)
+                                       : QVariant(i % 2 == 0));
+        }
+        JetTableWriter &table = writer.table(QStringLiteral("larga"), columns);
+        for (int i = 0; i < 12; ++i)
+            table.index(QStringLiteral("un indice dal nome lungo, numero %1").arg(i), {columns[3 * i].name});
+        table.addRow(values);
+        const ReadTable read = readTable(writer);
+        ASSERT_EQ(read.table.columns.size(), columns.size());
+        EXPECT_EQ(read.table.columns.last().name, columns.last().name);
+        ASSERT_EQ(read.table.indexes.size(), 12);
+        EXPECT_EQ(read.table.indexes[11].fields, QStringList{columns[33].name});
+        ASSERT_EQ(read.rows.size(), 1);
+        expectValues(read.rows[0], values);
+    }
+}
+
+// In Jet 3 a place within a row has one byte, and a table of jumps tells the rest: each length of a row once.
+TEST_F(JetFileRows, RowsOfEveryLength)
+{
+    for (const JetVersion version : bothVersions) {
+        SCOPED_TRACE(int(version));
+        JetFileWriter writer(version);
+        QList<JetColumn> columns{number};
+        for (int i = 0; i < 7; ++i)
+            columns.append({QStringLiteral("c%1").arg(i), JetType::Text, 255, 0, false});
+        JetTableWriter &table = writer.table(QStringLiteral("t"), columns);
+        QList<QVariantList> expected;
+        for (int length = 200; length < 1060; ++length) {
+            QVariantList row{length};
+            for (int i = 0, left = length; i < 7; ++i) {
+                const int share = i == 6 ? left : std::min(left, (length * (i + 3) / 41) % 255);
+                row.append(share == 0 ? QVariant() : QVariant(letters(share)));
+                left -= share;
+            }
+            if (row.last().toString().size() > 255)
+                row.last() = row.last().toString().left(255);
+            table.addRow(row);
+            expected.append(row);
+        }
+        const ReadTable read = readTable(writer);
+        ASSERT_EQ(read.rows.size(), expected.size());
+        for (int i = 0; i < expected.size() && !HasFailure(); ++i) {
+            SCOPED_TRACE(i);
+            expectValues(read.rows[i], expected[i]);
+        }
+    }
+}
+
+// So many pages that a usage map does not fit into its row.
+TEST_F(JetFileRows, TableOfManyPages)
+{
+    for (const JetVersion version : bothVersions) {
+        SCOPED_TRACE(int(version));
+        JetFileWriter writer(version);
+        QList<JetColumn> columns{number};
+        for (int i = 0; i < 5; ++i)
+            columns.append({QStringLiteral("c%1").arg(i), JetType::Text, 255, 0, false});
+        JetTableWriter &big = writer.table(QStringLiteral("grande"), columns);
+        JetTableWriter &small = writer.table(QStringLiteral("piccola"), {number});
+        const QString filling = letters(240);
+        QList<int> all;
+        for (int i = 0; i < 2400; ++i) {
+            big.addRow({i, filling, filling, filling, filling, filling});
+            all.append(i);
+            if (i % 100 == 0)
+                small.addRow({i});
+        }
+        const QList<ReadTable> tables = read(save(writer));
+        ASSERT_EQ(tables.size(), 2);
+        EXPECT_GT(big.dataPages().size(), 1030);
+        EXPECT_EQ(numbers(tables[0]), all);
+        EXPECT_EQ(tables[1].rows.size(), 24);
+    }
+}
+
+TEST_F(JetFileRows, OnlyTablesOfTheFileItself)
+{
+    JetFileWriter writer;
+    writer.table(QStringLiteral("prima"), {number});
+    writer.addLinkedTable(QStringLiteral("collegata"), QStringLiteral("C:\\altro.mdb"), QStringLiteral("x"));
+    writer.addQuery(QStringLiteral("interrogazione"));
+    writer.table(QStringLiteral("seconda è ultima"), {number}).addRow({5});
+    const QList<ReadTable> tables = read(save(writer));
+    ASSERT_EQ(tables.size(), 2);
+    EXPECT_EQ(tables[0].table.name, QStringLiteral("prima"));
+    EXPECT_EQ(tables[1].table.name, QStringLiteral("seconda è ultima"));
+    EXPECT_THAT(numbers(tables[1]), testing::ElementsAre(5));
+}
+
+} // namespace
+
+} // namespace jetfile
