@@ -21,13 +21,13 @@ int pauseFor(double draw)
 } // namespace
 
 template <typename Operation>
-qint16 RecordsetOperations::attempt(const QString &routine, dao::Recordset &recordset, Operation operation)
+qint16 RecordsetOperations::attempt(const QString &routine, const QString &source, Operation operation)
 {
     const QString prefix = routine + QStringLiteral(" - ");
     m_log.write(prefix + QStringLiteral("begin"));
     for (int failures = 0;;) {
         try {
-            (recordset.*operation)();
+            operation();
             m_log.write(prefix + QStringLiteral("0"));
             return 0;
         } catch (const dao::Error &error) {
@@ -35,7 +35,7 @@ qint16 RecordsetOperations::attempt(const QString &routine, dao::Recordset &reco
             m_log.write(
                 QStringLiteral("%1iErr=%2 - Error %3 - ").arg(prefix).arg(failures).arg(error.number())
                 + error.text());
-            m_log.write(prefix + recordset.Name());
+            m_log.write(prefix + source);
             if (failures == maximumAttempts)
                 break;
         }
@@ -48,17 +48,24 @@ qint16 RecordsetOperations::attempt(const QString &routine, dao::Recordset &reco
 
 qint16 RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_AddNew"), recordset, &dao::Recordset::AddNew);
+    return attempt(QStringLiteral("Recordset_AddNew"), recordset.Name(), [&] { recordset.AddNew(); });
 }
 
 qint16 RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_Edit"), recordset, &dao::Recordset::Edit);
+    return attempt(QStringLiteral("Recordset_Edit"), recordset.Name(), [&] { recordset.Edit(); });
 }
 
 qint16 RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_Update"), recordset, &dao::Recordset::Update);
+    return attempt(QStringLiteral("Recordset_Update"), recordset.Name(), [&] { recordset.Update(); });
+}
+
+qint16 RecordsetOperations::Workspace_BeginTrans(dao::Workspace &workspace,
+                                                 std::optional<dao::Transaction> &transaction)
+{
+    return attempt(QStringLiteral("Workspace_BeginTrans"), QStringLiteral("Workspace"),
+                   [&] { transaction.emplace(workspace); });
 }
 
 } // namespace clivara

@@ -3,12 +3,14 @@
 
 #include "data/engine/Dao.h"
 
+#include <optional>
+
 namespace clivara {
 
 class Log;
 class Pauses;
 
-// AddNew, Edit and Update with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
+// AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
 // step logged. The result is a failure flag: 0 done, -1 failed after the last attempt. No error is raised,
 // and after a failed Update the edit buffer is still there. The calling thread does not respond during the
 // pauses.
@@ -24,9 +26,14 @@ public:
     qint16 Recordset_Edit(dao::Recordset &recordset);
     qint16 Recordset_Update(dao::Recordset &recordset);
 
+    // Begins a transaction with the same patience. Where rows are written together the waiting belongs here: once
+    // the transaction has begun, no other workstation is in the way any more.
+    qint16 Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction);
+
 private:
+    // `source` is what the log calls the thing that the operation is tried on.
     template <typename Operation>
-    qint16 attempt(const QString &routine, dao::Recordset &recordset, Operation operation);
+    qint16 attempt(const QString &routine, const QString &source, Operation operation);
 
     Log &m_log;
     Pauses &m_pauses;

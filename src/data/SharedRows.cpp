@@ -89,6 +89,40 @@ QString SharedRows::writePatientStamp(dao::Recordset &recordset, bool isNew, con
     return uid;
 }
 
+QString SharedRows::ensureRecordUid(dao::Recordset &recordset)
+{
+    QString uid = normaliseUid(recordset.Fields(QStringLiteral("sRecordUid")).text());
+    if (uid.isEmpty()) {
+        uid = newUid(m_context.guids, true);
+        set(recordset, "sRecordUid", uid);
+    }
+    return uid;
+}
+
+QString SharedRows::writeCurrentPatientStamp(dao::Recordset &recordset, bool isNew, const QString &section,
+                                             const QString &author)
+{
+    PatientStamp stamp;
+    stamp.author = author;
+    stamp.modified = m_context.clock.local();
+    if (!isNew) {
+        ensureRecordUid(recordset);
+        return writePatientStamp(recordset, false, stamp);
+    }
+    stamp.key = newUid(m_context.guids, true);
+    stamp.owner = CheckOwnerValue(recordset, m_context.settings.isOn(QStringLiteral("MIR_ATTIVO"))
+                                                 ? OwnerFallback::WorkingDoctor
+                                                 : OwnerFallback::None);
+    stamp.created = stamp.modified;
+    stamp.section = section;
+    if (m_context.clinical) {
+        const PatientUids uids = readPatientUids(patientOf(recordset), *m_context.clinical);
+        stamp.patientUid = uids.row;
+        stamp.patientOwnerUid = uids.owner;
+    }
+    return writePatientStamp(recordset, true, stamp);
+}
+
 QString SharedRows::writePlainStamp(dao::Recordset &recordset, bool isNew, QString &owner,
                                     const QString &author, const QDateTime &created,
                                     const QDateTime &modified, OwnerFallback fallback)

@@ -60,7 +60,14 @@ public:
     // the author of the change (and an idRowGuid where it has none). The result is the normalised idRowGuid. Nothing is
     // saved. Throws dao::Error (a missing field, no edit buffer).
     QString writePatientStamp(dao::Recordset &recordset, bool isNew, const PatientStamp &stamp);
-    // The same for a row that belongs to no patient: `owner` becomes what CheckOwnerValue finds and is written
+    // The same for the current patient's row, the stamp made here: a new record UID, the patient's owner
+    // (while the host setting "MIR_ATTIVO" is on the working doctor stands in for one that is missing), the
+    // patient's UIDs, the time of now. A row from before rows had a record UID gets one when it is edited.
+    QString writeCurrentPatientStamp(dao::Recordset &recordset, bool isNew, const QString &section,
+                                     const QString &author);
+    // The record UID of the row of the open edit buffer, normalised; one that it has not yet is set.
+    QString ensureRecordUid(dao::Recordset &recordset);
+    // The stamp of a row that belongs to no patient: `owner` becomes what CheckOwnerValue finds and is written
     // to new and old rows alike; an empty author is the owner. The row's record UID is not touched.
     QString writePlainStamp(dao::Recordset &recordset, bool isNew, QString &owner, const QString &author,
                             const QDateTime &created, const QDateTime &modified,

@@ -30,10 +30,11 @@ QString itemKindName(ItemRow::Kind kind); // "Visita", "Farmaco", "Esami"
 // Links what the queries below join into the host's local database, where they run.
 void attachProblemTables(WorkingState &state);
 
-// What is filed against the problem: visits (newest first), drugs, tests. `start` is the date that the problem's
-// row shows ("dd/mm/yy"; empty when it has none: then nothing limits the dates) and `code` its diagnosis code.
-// With the id `unassociated` the visits of no problem and the items without diagnosis. Throws dao::Error.
-QList<ItemRow> problemItems(dao::Database &local, qint32 patientCode, qint32 problem, const QString &start,
+// What is filed against the problem: visits (newest first), drugs (newest first), tests (oldest first, a row for
+// each day and group of tests). Drugs and tests count from `start` on, with the diagnosis `code`; without a
+// start nothing limits their dates, and a problem without a code has none of them. With the id `unassociated`
+// the visits of no problem and the items without diagnosis. Throws dao::Error.
+QList<ItemRow> problemItems(dao::Database &local, qint32 patientCode, qint32 problem, QDate start,
                             const QString &code);
 // All visits of the patient, newest first, whatever their problem.
 QList<ItemRow> patientVisits(dao::Database &local, qint32 patientCode);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/engine/Dao.h"
+#include "problems/SharedWrites.h"
 
 #include <QDate>
 #include <QList>
@@ -51,14 +52,9 @@ std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); //
 // Another problem of the patient with the same code or, without a code, with the same description.
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem);
 
-enum class WriteResult {
-    Done,
-    Vanished, // another workstation deleted the row
-    Failed // still not possible after the retries; the log tells why
-};
-
 // Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
-// blank after trimming are stored as empty texts, the others as they are. Raises nothing.
+// blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was written
+// the struct is as it was.
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem);
 // Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
 // (id_Probl becomes empty). All or nothing.

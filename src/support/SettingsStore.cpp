@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/SettingsStore.h"
 
+#include "values/JetValues.h"
+
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -63,6 +65,16 @@ private:
 };
 
 } // namespace
+
+bool SettingsStore::isOn(const QString &key) const
+{
+    const QString value = text(key).trimmed().toLower();
+    if (const auto number = jet::numberFromText(value))
+        return *number != 0;
+    const QStringList words{QStringLiteral("true"), QStringLiteral("vero"), QStringLiteral("si"),
+                            QStringLiteral("sì"),   QStringLiteral("yes"),  QStringLiteral("on")};
+    return words.contains(value);
+}
 
 std::unique_ptr<SettingsStore> openUserSettings()
 {

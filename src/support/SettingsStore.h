@@ -22,6 +22,8 @@ public:
     {
         return read(key, fallback).toString();
     }
+    // A switch: on is any number but 0 ("1", "-1") and the words true, vero, sì, yes and on, in any case.
+    bool isOn(const QString &key) const;
 };
 
 // The real store, shared with the host: the platform's per-user application settings.

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/ProblemRecords.h"
+
+#include "host/working_state/WorkingState.h"
+#include "problems/SqlText.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+const std::array problemTexts{"anamnesi", "esameob", "conclusioni", "pianificazione"};
+
+QString byId(qint32 id)
+{
+    return QStringLiteral("select * from Problems where (idProblems = %1)").arg(id);
+}
+
+// With the patient: a command of a list acts on nobody else's problem.
+QString byIdAndPatient(const WorkingState &state, qint32 id)
+{
+    return byId(id) + QStringLiteral(" and (COD_PAZ = %1)").arg(state.header.patientCode);
+}
+
+qint16 stateOf(dao::Recordset &row)
+{
+    return qint16(row.Fields(QStringLiteral("stato_probl")).number());
+}
+
+// Opens the edit buffer of the row to write; a new one gets its patient.
+WriteResult begin(WorkingState &state, dao::Recordset &row, bool isNew)
+{
+    if (!isNew && row.Eof())
+        return WriteResult::Vanished;
+    const qint16 failure =
+        isNew ? state.operations.Recordset_AddNew(row) : state.operations.Recordset_Edit(row);
+    if (failure)
+        return WriteResult::Failed;
+    if (isNew)
+        row.Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
+    return WriteResult::Done;
+}
+
+void fill(dao::Recordset &row, const ProblemDetail &problem)
+{
+    row.Fields(QStringLiteral("dataapertura")).setValue(dateValue(problem.opened));
+    row.Fields(QStringLiteral("datachiusura")).setValue(dateValue(problem.closed));
+    row.Fields(QStringLiteral("dataInizio")).setValue(dateValue(problem.started));
+    row.Fields(QStringLiteral("stato_probl")).setValue(problem.state);
+    row.Fields(QStringLiteral("descr_mal")).setValue(problem.description);
+    row.Fields(QStringLiteral("CodICDSospetto")).setValue(problem.code);
+    for (std::size_t i = 0; i < problemTexts.size(); ++i)
+        row.Fields(QString::fromLatin1(problemTexts[i])).setValue(storedText(problem.texts[i]));
+}
+
+// A name out of a list of codes; empty when the list does not have the code.
+QString nameOf(dao::Database &codes, const QString &query, const QString &field)
+{
+    const auto row = codes.OpenRecordset(query, dao::RecordsetType::Snapshot);
+    return row->Eof() ? QString() : row->Fields(field).text().trimmed();
+}
+
+} // namespace
+
+QString problemStateText(qint16 state)
+{
+    switch (ProblemState(state)) {
+    case ProblemState::Open:
+        return QStringLiteral("Aperto");
+    case ProblemState::Closed:
+        return QStringLiteral("Chiuso");
+    case ProblemState::Chronic:
+        return QStringLiteral("Cronico");
+    case ProblemState::Unspecified:
+        break;
+    }
+    return QStringLiteral("<non specificato>");
+}
+
+QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode)
+{
+    QList<ProblemRow> problems;
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral("select * from PROBLEMS where cod_paz=%1 order by DataInizio desc, idProblems desc")
+            .arg(patientCode),
+        dao::RecordsetType::Snapshot);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const auto text = [&](const char *field) {
+            return rows->Fields(QString::fromLatin1(field)).text().trimmed();
+        };
+        const auto date = [&](const char *field) {
+            return rows->Fields(QString::fromLatin1(field)).date().date();
+        };
+        problems.append({qint32(rows->Fields(QStringLiteral("idProblems")).number()), date("DataInizio"),
+                         date("DataChiusura"), text("CodICDSospetto"), text("CodICDFinale"),
+                         text("descr_mal"), stateOf(*rows)});
+    }
+    return problems;
+}
+
+std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id)
+{
+    const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
+    if (row->Eof())
+        return std::nullopt;
+    ProblemDetail problem;
+    problem.id = id;
+    problem.code = row->Fields(QStringLiteral("CodICDSospetto")).text().trimmed();
+    problem.description = row->Fields(QStringLiteral("descr_mal")).text();
+    problem.state = stateOf(*row);
+    problem.opened = row->Fields(QStringLiteral("dataapertura")).date().date();
+    problem.started = row->Fields(QStringLiteral("dataInizio")).date().date();
+    problem.closed = row->Fields(QStringLiteral("datachiusura")).date().date();
+    for (std::size_t i = 0; i < problemTexts.size(); ++i)
+        problem.texts[i] = row->Fields(QString::fromLatin1(problemTexts[i])).text();
+    return problem;
+}
+
+bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem)
+{
+    QString query = QStringLiteral("select * from Problems where (cod_paz=%1) ").arg(patientCode);
+    if (problem.code.trimmed().isEmpty())
+        query += QStringLiteral("and (descr_mal = ") + sqlText(problem.description) + QStringLiteral(") ");
+    else
+        query += QStringLiteral("and (CodICDSospetto = ") + sqlText(problem.code) + QStringLiteral(") ");
+    if (problem.id != noProblem)
+        query += QStringLiteral("and (idProblems <> %1)").arg(problem.id);
+    return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
+}
+
+WriteResult saveProblem(WorkingState &state, ProblemDetail &problem)
+{
+    const bool isNew = problem.id == noProblem;
+    qint32 id = problem.id;
+    const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
+        const auto row =
+            state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from Problems ") : byId(id));
+        if (const WriteResult begun = begin(state, *row, isNew); begun != WriteResult::Done)
+            return begun;
+        state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DP"), state.uidAuthor);
+        fill(*row, problem);
+        if (state.operations.Recordset_Update(*row) != 0)
+            return WriteResult::Failed;
+        if (isNew)
+            id = qint32(row->LastAutoNumber());
+        return WriteResult::Done;
+    });
+    if (result == WriteResult::Done)
+        problem.id = id;
+    return result;
+}
+
+WriteResult deleteProblem(WorkingState &state, qint32 id)
+{
+    return writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
+        const WriteResult result = deleteSharedRow(state, byIdAndPatient(state, id), QStringLiteral("DP"));
+        if (result == WriteResult::Done)
+            state.clinical().Execute(
+                QStringLiteral("update VISITAPROBL set id_Probl='' where (id_Probl = %1)").arg(id));
+        return result;
+    });
+}
+
+WriteResult closeProblem(WorkingState &state, qint32 id)
+{
+    return writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
+        const auto row = state.clinical().OpenRecordset(byIdAndPatient(state, id));
+        if (const WriteResult begun = begin(state, *row, false); begun != WriteResult::Done)
+            return begun;
+        row->Fields(QStringLiteral("stato_probl")).setValue(qint16(ProblemState::Closed));
+        state.sharedRows().writeCurrentPatientStamp(*row, false, QStringLiteral("DP"), state.uidAuthor);
+        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+}
+
+QString diagnosisName(dao::Database &codes, const QString &code)
+{
+    const QString wanted = code.trimmed();
+    if (wanted.isEmpty())
+        return {};
+    const QString name =
+        nameOf(codes, QStringLiteral("Select * FROM icd9 WHERE (cod = ") + sqlText(wanted) + u')',
+               QStringLiteral("des"));
+    return name.isEmpty()
+               ? nameOf(codes,
+                        QStringLiteral("Select * FROM malattie WHERE (codice = ") + sqlText(wanted) + u')',
+                        QStringLiteral("descrizione"))
+               : name;
+}
+
+QString problemText(dao::Database &clinical, dao::Database &codes, qint32 id)
+{
+    if (id == noProblem || id == unassociated)
+        return {};
+    const auto problem = readProblem(clinical, id);
+    if (!problem)
+        return {};
+    QString name = problem->description.trimmed();
+    if (name.isEmpty())
+        name = diagnosisName(codes, problem->code);
+    if (name.isEmpty())
+        return problem->code;
+    return problem->code.isEmpty() ? name : u'[' + problem->code + QStringLiteral("] ") + name;
+}
+
+} // namespace clivara

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/SqlText.h"
+
+#include "values/JetValues.h"
+
+namespace clivara {
+
+QString sqlText(const QString &text)
+{
+    return u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'';
+}
+
+QVariant dateValue(QDate date)
+{
+    return date.isValid() ? QVariant(jet::dateTime(date)) : QVariant();
+}
+
+QString storedText(const QString &text)
+{
+    return text.trimmed().isEmpty() ? QStringLiteral("") : text;
+}
+
+} // namespace clivara

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/VisitRecords.h"
+
+#include "host/working_state/WorkingState.h"
+#include "problems/SqlText.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+const std::array<const char *, visitTexts> textFields{"anamnesi", "esameob", "conclusioni", "pianificazione",
+                                                      "txtNote"};
+
+QString byId(qint32 id)
+{
+    return QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id);
+}
+
+std::optional<qint32> optionalNumber(const dao::Field &field)
+{
+    return field.isNull() ? std::nullopt : std::optional(qint32(field.number()));
+}
+
+QVariant optionalValue(const std::optional<qint32> &number)
+{
+    return number ? QVariant(*number) : QVariant();
+}
+
+// The highest key plus 1. It stays free only within the transaction that asks.
+qint32 nextVisitId(dao::Database &clinical)
+{
+    const auto highest =
+        clinical.OpenRecordset(QStringLiteral("select max(idvisitaprobl) as idvisita from visitaprobl"),
+                               dao::RecordsetType::Snapshot);
+    return highest->Eof() ? 1 : qint32(highest->Fields(QStringLiteral("idvisita")).number()) + 1;
+}
+
+void fill(dao::Recordset &row, const VisitDetail &visit)
+{
+    row.Fields(QStringLiteral("id_Probl")).setValue(optionalValue(visit.problem));
+    row.Fields(QStringLiteral("DataReg")).setValue(dateValue(visit.date));
+    if (visit.validity.isValid())
+        row.Fields(QStringLiteral("validita")).setValue(dateValue(visit.validity));
+    row.Fields(QStringLiteral("idtipo")).setValue(optionalValue(visit.type));
+    row.Fields(QStringLiteral("SINTOMO"))
+        .setValue(visit.symptom.isEmpty() ? QVariant() : QVariant(visit.symptom));
+    for (std::size_t i = 0; i < textFields.size(); ++i)
+        row.Fields(QString::fromLatin1(textFields[i])).setValue(storedText(visit.texts[i]));
+}
+
+QList<CodeName> codeNames(dao::Database &codes, const QString &query, const QString &code,
+                          const QString &name)
+{
+    QList<CodeName> list;
+    for (const auto rows = codes.OpenRecordset(query, dao::RecordsetType::Snapshot); !rows->Eof();
+         rows->MoveNext())
+        list.append({rows->Fields(code).text(), rows->Fields(name).text().trimmed()});
+    return list;
+}
+
+} // namespace
+
+std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id)
+{
+    const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
+    if (row->Eof())
+        return std::nullopt;
+    VisitDetail visit;
+    visit.id = id;
+    visit.problem = optionalNumber(row->Fields(QStringLiteral("id_Probl")));
+    visit.date = row->Fields(QStringLiteral("DataReg")).date().date();
+    visit.validity = row->Fields(QStringLiteral("validita")).date().date();
+    visit.type = optionalNumber(row->Fields(QStringLiteral("idtipo")));
+    visit.symptom = row->Fields(QStringLiteral("SINTOMO")).text();
+    for (std::size_t i = 0; i < textFields.size(); ++i)
+        visit.texts[i] = row->Fields(QString::fromLatin1(textFields[i])).text();
+    return visit;
+}
+
+bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 exceptVisit)
+{
+    // A visit may carry a time of day in rows that other programs wrote.
+    const QString day = jet::formatDate(jet::dateTime(date), u"dd/mm/yyyy");
+    QString query =
+        QStringLiteral("select * from VisitaProbl where (cod_paz=%1) and (datareg>=cdate('%2 0.0.0')) "
+                       "and (datareg<=cdate('%2 23.59.59'))")
+            .arg(patientCode)
+            .arg(day);
+    if (exceptVisit != 0)
+        query += QStringLiteral(" and (idVisitaProbl <> %1)").arg(exceptVisit);
+    return date.isValid() && !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
+}
+
+WriteResult saveVisit(WorkingState &state, VisitDetail &visit)
+{
+    const bool isNew = visit.id == 0;
+    qint32 id = visit.id;
+    const WriteResult result = writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
+        const auto row =
+            state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from VisitaProbl ") : byId(id));
+        if (!isNew && row->Eof())
+            return WriteResult::Vanished;
+        if (isNew)
+            id = nextVisitId(state.clinical());
+        if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
+            return WriteResult::Failed;
+        if (isNew) {
+            row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
+            row->Fields(QStringLiteral("IdVisitaProbl")).setValue(id);
+        }
+        state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DV"), state.uidAuthor);
+        fill(*row, visit);
+        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+    if (result == WriteResult::Done)
+        visit.id = id;
+    return result;
+}
+
+WriteResult deleteVisit(WorkingState &state, qint32 id)
+{
+    return writeTogether(state, QStringLiteral("VISITAPROBL"),
+                         [&] { return deleteSharedRow(state, byId(id), QStringLiteral("DV")); });
+}
+
+QList<CodeName> visitTypes(dao::Database &codes)
+{
+    return codeNames(codes, QStringLiteral("select * from tipoVisita order by descr_tipo"),
+                     QStringLiteral("idTipo"), QStringLiteral("descr_tipo"));
+}
+
+QList<CodeName> symptoms(dao::Database &codes)
+{
+    return codeNames(codes, QStringLiteral("select * from Sintomi order by descrizione"),
+                     QStringLiteral("codice"), QStringLiteral("descrizione"));
+}
+
+} // namespace clivara
