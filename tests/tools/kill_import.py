@@ -1,0 +1,158 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Kills `orvale import` at random moments of its run: what stands in the practice's place must be whole.
+
+Each moment is tried with SIGKILL, SIGINT and SIGTERM in turn, into an empty place and over a practice (--replace) that
+holds fewer rows. Afterwards the place is as it was before or holds the new practice with every row. After a signal that
+can be caught nothing else is left either, and the status is not 0.
+"""
+
+import argparse
+import os
+import pathlib
+import random
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+
+SIGNALS = (signal.SIGKILL, signal.SIGINT, signal.SIGTERM)
+LIMIT = 120
+
+
+def rows(practice):
+    """Rows of each table of each database. Reads a copy: opening a database may write beside it."""
+    counts = {}
+    with tempfile.TemporaryDirectory() as folder:
+        copy = pathlib.Path(folder, "copy")
+        shutil.copytree(practice, copy)
+        for file in sorted(copy.glob("*.sqlite")):
+            database = sqlite3.connect(file)
+            names = [name for (name,) in database.execute("select name from sqlite_master where type = 'table'")]
+            for name in names:
+                quoted = name.replace('"', '""')
+                counts[file.name, name] = database.execute(f'select count(*) from "{quoted}"').fetchone()[0]
+            database.close()
+    return counts
+
+
+def thin_out(practice):
+    """Takes every other patient's rows away, so that the practice can be told from the imported one."""
+    database = sqlite3.connect(practice / "Orvale.sqlite")
+    database.execute("delete from VISITAPROBL where rowid % 2 = 0")
+    database.commit()
+    database.execute("pragma wal_checkpoint(truncate)")
+    database.close()
+
+
+class Trial:
+    def __init__(self, options, environment):
+        self.options = options
+        self.environment = environment
+        self.faults = []
+
+    def start(self, source, target, *more):
+        return subprocess.Popen([self.options.orvale, "import", str(source), str(target), *more],
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL,
+                                env=self.environment)
+
+    def check(self, practice):
+        """What is wrong with a practice that `orvale check` cannot read; empty for a readable one."""
+        run = subprocess.run([self.options.orvale, "check", str(practice)], capture_output=True, encoding="utf-8",
+                             env=self.environment, timeout=LIMIT, check=False)
+        text = run.stdout + run.stderr
+        return "" if run.returncode in (0, 1) and "danneggiato" not in text else f"check {run.returncode}: {text[:300]}"
+
+    def kill(self, folder, moment, signal_number, old):
+        """One import into `folder`, killed after so many seconds; True when it was killed in time."""
+        target = folder / "practice"
+        if old:
+            shutil.copytree(old["path"], target)
+        process = self.start(self.options.source, target, *(["--replace"] if old else []))
+        time.sleep(moment)
+        in_time = process.poll() is None
+        if in_time:
+            process.send_signal(signal_number)
+        try:
+            status = process.wait(LIMIT)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+            self.faults.append(f"{signal_number.name} at {moment:.3f} s: still running after {LIMIT} s")
+            return in_time
+        where = f"{signal_number.name} at {moment:.3f} s, {'over a practice' if old else 'into an empty place'}"
+
+        counts = rows(target) if target.exists() else None
+        if counts is None and old:
+            self.faults.append(f"{where}: the practice that was there is gone")
+        elif counts is not None and counts != self.new_rows and not (old and counts == old["rows"]):
+            self.faults.append(f"{where}: neither the old practice nor the new one")
+        elif counts is not None:
+            problem = self.check(target)
+            if problem:
+                self.faults.append(f"{where}: {problem}")
+        if in_time and signal_number != signal.SIGKILL:
+            left = sorted(entry.name for entry in folder.iterdir() if entry != target and entry.is_dir())
+            if left:
+                self.faults.append(f"{where}: {', '.join(left)} left")
+            # A signal that comes when the practice already stands in its place changes nothing.
+            if status == 0 and counts != self.new_rows:
+                self.faults.append(f"{where}: status 0")
+        return in_time
+
+    def run(self, scratch):
+        whole = scratch / "whole"
+        seconds = []
+        for attempt in range(3):
+            target = scratch / f"whole-{attempt}"
+            started = time.monotonic()
+            status = self.start(self.options.source, target).wait(LIMIT)
+            seconds.append(time.monotonic() - started)
+            if status != 0:
+                sys.exit(f"the import fails without being killed: status {status}")
+        shutil.copytree(scratch / "whole-0", whole)
+        self.new_rows = rows(whole)
+        old_path = scratch / "old"
+        shutil.copytree(whole, old_path)
+        thin_out(old_path)
+        old = {"path": old_path, "rows": rows(old_path)}
+        assert old["rows"] != self.new_rows
+
+        chosen = random.Random(self.options.seed)
+        length = sorted(seconds)[1]
+        killed = 0
+        for number in range(self.options.moments):
+            # Spread over the whole run: one moment in each equal part of it.
+            moment = length * (number + chosen.random()) / self.options.moments
+            folder = scratch / f"run-{number}"
+            folder.mkdir()
+            killed += self.kill(folder, moment, SIGNALS[number % len(SIGNALS)],
+                                old if number // len(SIGNALS) % 2 else None)
+            shutil.rmtree(folder)
+        print(f"{killed} of {self.options.moments} imports of {length:.2f} s were killed in time")
+        if killed < self.options.moments // 2:
+            self.faults.append("too few of them to say anything")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("orvale", help="the program")
+    parser.add_argument("source", type=pathlib.Path, help="a folder of Jet files")
+    parser.add_argument("--moments", type=int, default=20, metavar="N", help="at which imports are killed (20)")
+    parser.add_argument("--seed", type=int, default=1, help="of the moments (1)")
+    options = parser.parse_args()
+    options.orvale = str(pathlib.Path(options.orvale).resolve())
+    with tempfile.TemporaryDirectory(prefix="kill-import-") as scratch:
+        environment = dict(os.environ, HOME=scratch, XDG_DATA_HOME=scratch, XDG_CONFIG_HOME=scratch,
+                           QT_QPA_PLATFORM="offscreen")
+        trial = Trial(options, environment)
+        trial.run(pathlib.Path(scratch))
+    if trial.faults:
+        sys.exit("\n".join(trial.faults))
+
+
+if __name__ == "__main__":
+    main()
