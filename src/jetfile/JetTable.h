@@ -10,7 +10,8 @@
 namespace jetfile {
 
 // A user table of a Jet file, as its definition pages describe it. Field types are the engine's: long binary
-// objects are Binary, a fixed-point number is a Double of up to 15 digits and a Text of its digits beyond.
+// objects are Binary, a fixed-point number is a Double of up to 15 digits and a Text of its digits beyond. A field
+// counts as required when an index forbids it to be Null; what the design says beyond that is not read.
 struct JetTable {
     QString name;
     QList<dao::ColumnInfo> columns; // in the order of the table's design

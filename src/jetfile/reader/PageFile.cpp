@@ -27,7 +27,7 @@ PageFile::PageFile(const QByteArray &path)
 void PageFile::requirePage(quint32 number) const
 {
     if (number == 0 || number >= m_pages)
-        throw Damage(QStringLiteral("la pagina %1 è oltre la fine del file").arg(number));
+        throw Damage(QStringLiteral("un rimando porta alla pagina %1, che non esiste").arg(number));
 }
 
 Bytes PageFile::page(quint32 number)

@@ -70,7 +70,7 @@ public:
     int pageSize() const { return int(m_handle->fmt->pg_size); }
     MdbHandle *handle() const { return m_handle.get(); }
 
-    // Throws Damage when the page lies beyond the end of the file.
+    // Throws Damage when the file has no such page, as when it was cut off.
     Bytes page(quint32 number);
     void requirePage(quint32 number) const;
 

@@ -176,10 +176,12 @@ struct StoredIndex {
     bool unique = false;
 };
 
-StoredIndex takeStoredIndex(DefinitionCursor &cursor, const TableDefinition &definition, bool jet3)
+// Takes one, and marks the columns that it forbids to be Null.
+StoredIndex takeStoredIndex(DefinitionCursor &cursor, TableDefinition &definition, bool jet3)
 {
     constexpr std::size_t fieldSize = 3;
     constexpr uchar uniqueFlag = 0x01;
+    constexpr uchar requiredFlag = 0x08;
     if (!jet3)
         cursor.take<4>();
     const auto fields = cursor.take<MDB_MAX_IDX_COLS * fieldSize>();
@@ -201,6 +203,8 @@ StoredIndex takeStoredIndex(DefinitionCursor &cursor, const TableDefinition &def
         if (column == definition.columns.end())
             damagedTable(definition.table.name, QStringLiteral("ha un indice su un campo che non c'è"));
         index.fields += column->name;
+        if (flags & requiredFlag)
+            definition.table.columns[column - definition.columns.begin()].required = true;
     }
     return index;
 }
@@ -264,7 +268,7 @@ TableDefinition TableDefinition::read(PageFile &file, quint32 page, const QStrin
     definition.entry->object_type = MDB_TABLE;
     definition.entry->table_pg = page;
     definition.native.reset(mdb_read_table(definition.entry.get()));
-    if (!definition.native)
+    if (!definition.native || !definition.native->usage_map)
         damagedTable(name, QStringLiteral("è illeggibile"));
 
     MdbTableDef &native = *definition.native;
