@@ -231,6 +231,8 @@ void readIndexes(TableDefinition &definition, PageFile &file)
     constexpr int relationKind = 2;
     const bool jet3 = file.isJet3();
     const MdbTableDef &native = *definition.native;
+    if (native.num_real_idxs + native.num_idxs == 0)
+        return; // and there may be no page left to go on to
     DefinitionCursor cursor(file, file.handle()->cur_pg, std::size_t(native.index_start));
     std::vector<StoredIndex> stored;
     for (unsigned i = 0; i < native.num_real_idxs; ++i)
@@ -278,7 +280,8 @@ TableDefinition TableDefinition::read(PageFile &file, quint32 page, const QStrin
         damagedTable(name, QStringLiteral("conta campi o indici impossibili"));
     const std::size_t autoNumberAt = file.isJet3() ? 16 : 20;
     definition.table.declaredRows = native.num_rows;
-    const qint64 lastAutoNumber = number32(file.page(page), autoNumberAt);
+    // Below 0 where the numbers are given at random.
+    const qint64 lastAutoNumber = std::max(0, qint32(number32(file.page(page), autoNumberAt)));
 
     if (!mdb_read_columns(&native))
         damagedTable(name, QStringLiteral("è incompleta"));

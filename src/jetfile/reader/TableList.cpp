@@ -17,16 +17,21 @@ struct CatalogRow {
     bool userTable = false;
 };
 
-// The catalogue is a table like any other; of its columns only these are looked at.
+// The catalogue is a table like any other; of its columns only a few are read.
 class Catalog {
 public:
     explicit Catalog(PageFile &file)
         : m_table(TableDefinition::read(file, catalogPage, QStringLiteral("MSysObjects")))
-        , m_id(column(u"Id", dao::FieldType::Long))
-        , m_name(column(u"Name", dao::FieldType::Text))
-        , m_type(column(u"Type", dao::FieldType::Integer))
-        , m_flags(column(u"Flags", dao::FieldType::Long))
     {
+        std::vector<Column> columns;
+        QList<dao::ColumnInfo> infos;
+        for (const auto &[name, type] : wanted) {
+            const qsizetype index = column(name, type);
+            columns.push_back(m_table.columns[std::size_t(index)]);
+            infos += m_table.table.columns[index];
+        }
+        m_table.columns = columns;
+        m_table.table.columns = infos;
     }
 
     const TableDefinition &table() const { return m_table; }
@@ -40,18 +45,23 @@ public:
         wire::Reader reader(writer.bytes());
         JetRow row;
         wire::takeRow(reader, m_table.table.columns, row);
-        const auto value = [&](qsizetype index) { return row.values[index]; };
-        if (!value(m_id).isValid() || !value(m_type).isValid() || !value(m_name).isValid())
+        if (!row.problem.isEmpty())
             throw Damage(QStringLiteral("il catalogo delle tabelle è illeggibile (%1)").arg(row.problem));
         CatalogRow entry;
-        entry.page = quint32(value(m_id).toInt()) & pageMask;
-        entry.name = value(m_name).toString();
-        entry.userTable = (value(m_type).toInt() & typeMask) == localTable
-                          && (quint32(value(m_flags).toInt()) & systemFlags) == 0;
+        entry.page = quint32(row.values[Id].toInt()) & pageMask;
+        entry.name = row.values[Name].toString();
+        entry.userTable = (row.values[Type].toInt() & typeMask) == localTable
+            && (quint32(row.values[Flags].toInt()) & systemFlags) == 0;
         return entry;
     }
 
 private:
+    enum Wanted { Id, Name, Type, Flags };
+    static constexpr std::pair<QStringView, dao::FieldType> wanted[] = {{u"Id", dao::FieldType::Long},
+                                                                        {u"Name", dao::FieldType::Text},
+                                                                        {u"Type", dao::FieldType::Integer},
+                                                                        {u"Flags", dao::FieldType::Long}};
+
     qsizetype column(QStringView name, dao::FieldType type) const
     {
         const auto &columns = m_table.table.columns;
@@ -63,7 +73,6 @@ private:
     }
 
     TableDefinition m_table;
-    qsizetype m_id, m_name, m_type, m_flags;
 };
 
 } // namespace

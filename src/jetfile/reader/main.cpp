@@ -108,7 +108,7 @@ int main(int argc, char *argv[])
         sendFile(argv[1], output);
     } catch (const Damage &damage) {
         wire::Writer payload;
-        payload.putText(QString::fromStdString(damage.what()));
+        payload.putText(QString::fromStdString(damage.what()).left(400));
         output.send(wire::Kind::Failure, payload);
     } catch (const std::bad_alloc &) {
         ::_exit(1);
