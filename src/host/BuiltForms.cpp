@@ -3,6 +3,8 @@
 #include "calculators/CalcFiltGlom.h"
 #include "calculators/CalcLDL.h"
 #include "host/FormShelf.h"
+#include "problems/Problemi.h"
+#include "problems/Visite2.h"
 
 namespace clivara {
 
@@ -22,6 +24,8 @@ const FormFactories &builtForms()
         {QStringLiteral("calcLDL"), create<CalcLDL>},
         {QStringLiteral("calcCockCroft"), create<CalcCockCroft>},
         {QStringLiteral("calcFiltGlom"), create<CalcFiltGlom>},
+        {QStringLiteral("Problemi"), create<Problemi>},
+        {QStringLiteral("Visite2"), create<Visite2>},
     };
     return forms;
 }

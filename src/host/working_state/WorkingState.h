@@ -85,6 +85,8 @@ struct WorkingState {
     QString problemText; // what the selected problem is called
     QString visitMode; // "10" new, "11" edit
     qint32 visitId = 0; // the visit being edited
+    qint32 identifierKey = 0; // of the record-identifier form: the row's key and the code of its table
+    QString identifierTable;
     GroupSettings group;
     DoctorSettings doctor;
     PatientHeader header;

@@ -1,0 +1,362 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/Problemi.h"
+
+#include "host/working_state/FormOpener.h"
+#include "host/working_state/WorkingState.h"
+#include "problems/ProblemRecords.h"
+#include "problems/VisitCommands.h"
+#include "ui_Problemi.h"
+
+#include <QMenu>
+
+namespace clivara {
+
+namespace {
+
+const auto problemForm = QStringLiteral("Probl1");
+const auto problemTable = QStringLiteral("150"); // for the record-identifier form
+
+// The diabetes chart of a region; empty when it has none.
+QString diabetesChartOf(const QString &region)
+{
+    static const QHash<QString, QString> charts{
+        {QStringLiteral("03"), QStringLiteral("Diabete_Lombardia")},
+        {QStringLiteral("15"), QStringLiteral("Diabete_Campania")},
+        {QStringLiteral("16"), QStringLiteral("DiabeteM")},
+        {QStringLiteral("19"), QStringLiteral("Diabete_Sicilia")},
+    };
+    return charts.value(region);
+}
+
+} // namespace
+
+Problemi::Problemi(WorkingState &state)
+    : ChartForm(QStringLiteral("Problemi"), state.header, state.clock)
+    , m_state(state)
+    , m_ui(std::make_unique<Ui::Problemi>())
+    , m_problems(new ProblemListModel(this))
+    , m_problemMenu(new QMenu(this))
+    , m_visitMenu(new QMenu(this))
+{
+    setWindowTitle(QStringLiteral("Gestione Problemi e Visite"));
+    m_ui->setupUi(contents());
+    CreaTab_Problemi();
+    m_ui->ReportControl1_1->setThirdColumn(ItemTreeModel::Third::Kind);
+    m_ui->splitter->setStretchFactor(0, 2);
+    m_ui->splitter->setStretchFactor(1, 3);
+    makeMenus();
+    connectProblems();
+    connectItems();
+    connect(m_ui->BtnSchedaDiabete, &QPushButton::clicked, this, &Problemi::openDiabetesChart);
+    connect(m_ui->bt_Esci, &QPushButton::clicked, this, &Problemi::reject);
+}
+
+Problemi::~Problemi() = default;
+
+void Problemi::makeMenus()
+{
+    const auto add = [this](QMenu *menu, const char *name, const QString &text, auto run) {
+        QAction *const action = menu->addAction(text);
+        action->setObjectName(QLatin1String(name));
+        connect(action, &QAction::triggered, this, run);
+    };
+    m_problemMenu->setObjectName(QStringLiteral("mnMenu0"));
+    add(m_problemMenu, "nuovo0", QStringLiteral("&Nuovo problema"),
+        [this] { runProblemCommand(ProblemCommand::New); });
+    add(m_problemMenu, "modifica0", QStringLiteral("&Modifica"),
+        [this] { runProblemCommand(ProblemCommand::Edit); });
+    add(m_problemMenu, "chiudi0", QStringLiteral("&Chiudi"),
+        [this] { runProblemCommand(ProblemCommand::Close); });
+    add(m_problemMenu, "elimina0", QStringLiteral("&Elimina"),
+        [this] { runProblemCommand(ProblemCommand::Delete); });
+
+    m_visitMenu->setObjectName(QStringLiteral("mnMenu1"));
+    add(m_visitMenu, "nuovo1", QStringLiteral("&Nuova visita"),
+        [this] { runVisitCommand(VisitCommand::New); });
+    add(m_visitMenu, "modifica1", QStringLiteral("&Modifica visita"),
+        [this] { runVisitCommand(VisitCommand::Edit); });
+    add(m_visitMenu, "elimina1", QStringLiteral("&Elimina visita"),
+        [this] { runVisitCommand(VisitCommand::Delete); });
+}
+
+void Problemi::connectProblems()
+{
+    const auto run = [this](ProblemCommand command) {
+        return [this, command] { runProblemCommand(command); };
+    };
+    connect(m_ui->bt_Probl_1, &QPushButton::clicked, this, run(ProblemCommand::New));
+    connect(m_ui->bt_Probl_2, &QPushButton::clicked, this, run(ProblemCommand::Edit));
+    connect(m_ui->bt_Probl_3, &QPushButton::clicked, this, run(ProblemCommand::Delete));
+    connect(m_ui->bt_Probl_4, &QPushButton::clicked, this, run(ProblemCommand::Close));
+
+    ReportView *const list = m_ui->ReportControl1_0;
+    connect(list, &ReportView::insertRequested, this, run(ProblemCommand::New));
+    connect(list, &ReportView::editRequested, this, run(ProblemCommand::Edit));
+    connect(list, &ReportView::deleteRequested, this, run(ProblemCommand::Delete));
+    connect(list, &ReportView::menuRequested, m_problemMenu,
+            [this](const QPoint &place) { m_problemMenu->popup(place); });
+    connect(list, &ReportView::identifierRequested, this,
+            [this](const QModelIndex &row) { openProblemIdentifier(row.row()); });
+    connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &row) {
+                if (!m_filling && row.isValid())
+                    showProblem(row.row(), ItemTreeView::Place::FromTheTop);
+            });
+}
+
+void Problemi::connectItems()
+{
+    const auto run = [this](VisitCommand command) { return [this, command] { runVisitCommand(command); }; };
+    connect(m_ui->bt_Visita_1, &QPushButton::clicked, this, run(VisitCommand::New));
+    connect(m_ui->bt_Visita_2, &QPushButton::clicked, this, run(VisitCommand::Edit));
+    connect(m_ui->bt_Visita_3, &QPushButton::clicked, this, run(VisitCommand::Delete));
+
+    ItemTreeView *const list = m_ui->ReportControl1_1;
+    connect(list, &ReportView::insertRequested, this, run(VisitCommand::New));
+    connect(list, &ReportView::editRequested, this, run(VisitCommand::Edit));
+    connect(list, &ReportView::deleteRequested, this, run(VisitCommand::Delete));
+    connect(list, &ReportView::menuRequested, m_visitMenu,
+            [this](const QPoint &place) { m_visitMenu->popup(place); });
+    connect(list, &ReportView::identifierRequested, this,
+            [this, list](const QModelIndex &row) { openItemIdentifier(m_state, *list->items().item(row)); });
+    connect(m_ui->SSPanel1, &QLabel::customContextMenuRequested, m_visitMenu,
+            [this](const QPoint &place) { m_visitMenu->popup(m_ui->SSPanel1->mapToGlobal(place)); });
+
+    connect(m_ui->goToVisits, &QToolButton::clicked, list, [list] { list->goTo(ItemRow::Kind::Visit); });
+    connect(m_ui->goToDrugs, &QToolButton::clicked, list, [list] { list->goTo(ItemRow::Kind::Drug); });
+    connect(m_ui->goToTests, &QToolButton::clicked, list, [list] { list->goTo(ItemRow::Kind::Test); });
+}
+
+void Problemi::load()
+{
+    m_state.log.write(QStringLiteral("+--- Clivara.Problemi begin"));
+    m_ui->BtnSchedaDiabete->setVisible(!diabetesChartOf(m_state.doctor.region).isEmpty());
+    try {
+        attachProblemTables(m_state);
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Problemi.Form_Load"), error);
+    }
+    // The columns stand since the form was made.
+    m_state.log.write(QStringLiteral("+--- Clivara.Problemi CreaTab_Problemi"));
+    m_state.log.write(QStringLiteral("+--- Clivara.Problemi CaricaTab_Problemi"));
+    CaricaTab_Problemi();
+    m_state.log.write(QStringLiteral("+--- Clivara.Problemi CreaTab_Visite"));
+    m_ui->ReportControl1_0->setFocus();
+    m_state.log.write(QStringLiteral("+--- Clivara.Problemi end"));
+}
+
+void Problemi::unloading()
+{
+    m_state.settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("PROBLEMI"));
+}
+
+void Problemi::CreaTab_Problemi()
+{
+    ReportView *const list = m_ui->ReportControl1_0;
+    list->setModel(m_problems);
+    list->setRootIsDecorated(false);
+    list->setItemsExpandable(false);
+    list->setUniformRowHeights(true);
+    list->setTextColumn(ProblemListModel::Problem, 1);
+    list->setColumns({{300, {}},
+                      {1000, QStringLiteral("00/00/00")},
+                      {800, QStringLiteral("000.00")},
+                      {3000, {}},
+                      {3200, {}}});
+}
+
+void Problemi::CaricaTab_Problemi()
+{
+    QList<ProblemRow> problems;
+    try {
+        problems = listProblems(m_state.clinical(), m_state.header.patientCode);
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Problemi.CaricaTab_Problemi"), error);
+    }
+    m_filling = true;
+    m_problems->setProblems(problems, [this](const QString &code) { return diagnosisName(code); });
+    const int known = m_problems->rowOf(m_state.problemSelector);
+    const QModelIndex selected = m_problems->index(std::max(known, 0), ProblemListModel::Problem);
+    m_ui->ReportControl1_0->setCurrentIndex(selected);
+    m_ui->ReportControl1_0->scrollTo(selected);
+    m_filling = false;
+    const auto place = known >= 0 ? ItemTreeView::Place::AsBefore : ItemTreeView::Place::FromTheTop;
+    showProblem(selected.row(), place);
+}
+
+void Problemi::showProblem(int row, ItemTreeView::Place place)
+{
+    const ProblemListModel::Row &problem = m_problems->at(row);
+    m_state.problemSelector = problem.id;
+    m_state.problemText = problem.problem;
+    m_ui->lblProblema->setText(problem.problem.trimmed());
+    CaricaTab_Visite(place);
+}
+
+void Problemi::CaricaTab_Visite(ItemTreeView::Place place)
+{
+    const ProblemListModel::Row *const problem = selectedRow();
+    if (!problem)
+        return;
+    m_state.log.write(QStringLiteral("+--- Clivara.CaricaTab_Visite id_probl=")
+                      + QString::number(problem->id));
+    QList<ItemRow> items;
+    try {
+        items = problemItems(m_state.local(), m_state.header.patientCode, problem->id, problem->date,
+                             problem->code);
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Problemi.CaricaTab_Visite"), error);
+    }
+    const bool isEmpty = items.isEmpty();
+    const bool hadFocus = m_ui->ReportControl1_1->hasFocus();
+    m_ui->ReportControl1_1->showItems(std::move(items), place);
+    m_ui->ReportControl1_1->setVisible(!isEmpty);
+    m_ui->SSPanel1->setVisible(isEmpty);
+    if (isEmpty && hadFocus)
+        m_ui->bt_Visita_1->setFocus();
+    showCounts();
+    m_state.log.write(QStringLiteral("+--- Clivara.CaricaTab_Visite end"));
+}
+
+void Problemi::showCounts()
+{
+    const ItemTreeModel &items = m_ui->ReportControl1_1->items();
+    const auto show = [&](QToolButton *button, const QString &text, ItemRow::Kind kind) {
+        const int count = items.count(kind);
+        button->setText(text.arg(count));
+        button->setEnabled(count > 0);
+    };
+    show(m_ui->goToVisits, QStringLiteral("&Visite: %1"), ItemRow::Kind::Visit);
+    show(m_ui->goToDrugs, QStringLiteral("&Farmaci: %1"), ItemRow::Kind::Drug);
+    show(m_ui->goToTests, QStringLiteral("Esa&mi: %1"), ItemRow::Kind::Test);
+}
+
+const ProblemListModel::Row *Problemi::selectedRow() const
+{
+    const QModelIndexList rows = m_ui->ReportControl1_0->selectionModel()->selectedRows();
+    return rows.isEmpty() ? nullptr : &m_problems->at(rows.first().row());
+}
+
+QString Problemi::diagnosisName(const QString &code)
+{
+    const auto known = m_diagnosisNames.constFind(code);
+    if (known != m_diagnosisNames.constEnd())
+        return *known;
+    try {
+        return *m_diagnosisNames.insert(code, clivara::diagnosisName(m_state.codes(), code));
+    } catch (const dao::Error &) {
+        return {}; // the code alone tells enough
+    }
+}
+
+void Problemi::runProblemCommand(ProblemCommand command)
+{
+    if (command == ProblemCommand::New) {
+        newProblem();
+        return;
+    }
+    const ProblemListModel::Row *const selected = selectedRow();
+    if (!selected || selected->id == unassociated)
+        return;
+    const ProblemListModel::Row problem = *selected; // the list may be read again meanwhile
+    switch (command) {
+    case ProblemCommand::Edit:
+        m_state.problemSelector = problem.id;
+        m_state.forms->showForm(problemForm);
+        m_state.problemSelector = problem.id;
+        CaricaTab_Problemi();
+        break;
+    case ProblemCommand::Delete:
+        deleteProblem(problem);
+        break;
+    default:
+        closeProblem(problem);
+        break;
+    }
+}
+
+void Problemi::newProblem()
+{
+    const qint32 before = m_state.problemSelector;
+    m_state.problemSelector = noProblem;
+    m_state.forms->showForm(problemForm);
+    // A dialog that was cancelled, or that does not name what it saved, leaves the selection where it was.
+    if (m_state.problemSelector == noProblem)
+        m_state.problemSelector = before;
+    CaricaTab_Problemi();
+}
+
+void Problemi::deleteProblem(const ProblemListModel::Row &problem)
+{
+    if (!confirmed(m_state, QStringLiteral("Cancellare il problema\n%1?").arg(problem.problem)))
+        return;
+    tell(clivara::deleteProblem(m_state, problem.id),
+         QStringLiteral("Non è stato possibile cancellare il problema."));
+    CaricaTab_Problemi();
+}
+
+void Problemi::closeProblem(const ProblemListModel::Row &problem)
+{
+    if (problem.state != qint16(ProblemState::Open)) {
+        m_state.prompts.ask({QStringLiteral("Attenzione"),
+                             QStringLiteral("E' possibile chiudere solo i problemi aperti."),
+                             PromptIcon::Warning});
+        return;
+    }
+    if (!confirmed(m_state, QStringLiteral("Chiudere il problema\n%1?").arg(problem.problem)))
+        return;
+    tell(clivara::closeProblem(m_state, problem.id),
+         QStringLiteral("Non è stato possibile chiudere il problema."));
+    CaricaTab_Problemi();
+}
+
+void Problemi::tell(WriteResult result, const QString &failure)
+{
+    if (result == WriteResult::Vanished)
+        m_state.prompts.warn(QStringLiteral("Il problema era già stato cancellato da un'altra postazione."));
+    else if (result == WriteResult::Failed)
+        m_state.prompts.warn(failure
+                             + QStringLiteral("\nNessun dato è stato modificato: riprovare tra poco."));
+}
+
+void Problemi::runVisitCommand(VisitCommand command)
+{
+    const ProblemListModel::Row *const problem = selectedRow();
+    const std::optional<qint32> visit = m_ui->ReportControl1_1->selectedVisit();
+    switch (command) {
+    case VisitCommand::New:
+        if (!problem)
+            return;
+        m_state.problemSelector = problem->id;
+        m_state.problemText = problem->problem;
+        newVisit(m_state);
+        break;
+    case VisitCommand::Edit:
+        if (!visit)
+            return;
+        editVisit(m_state, *visit);
+        break;
+    case VisitCommand::Delete:
+        if (!visit || !askAndDeleteVisit(m_state, *visit))
+            return;
+        break;
+    }
+    CaricaTab_Visite();
+    if (command == VisitCommand::New && m_state.visitId != 0)
+        m_ui->ReportControl1_1->selectVisit(m_state.visitId);
+}
+
+void Problemi::openProblemIdentifier(int row)
+{
+    const ProblemListModel::Row &problem = m_problems->at(row);
+    if (problem.id == unassociated)
+        return;
+    openIdentifier(m_state, problem.id, problemTable);
+}
+
+void Problemi::openDiabetesChart()
+{
+    m_state.forms->showForm(diabetesChartOf(m_state.doctor.region));
+}
+
+} // namespace clivara

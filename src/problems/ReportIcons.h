@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QIcon>
+
+namespace clivara {
+
+// What a row of the problem-oriented lists is, told by shape as well as by colour.
+enum class ReportIcon {
+    OpenProblem,
+    ClosedProblem,
+    ChronicProblem,
+    UnspecifiedProblem,
+    NoProblem, // the row of what is filed against no problem
+    Visit,
+    Drug,
+    Test
+};
+
+// Drawn from shapes, so it is sharp in every size; QIcon::Selected draws it for a row on the highlight colour.
+QIcon reportIcon(ReportIcon icon);
+
+} // namespace clivara

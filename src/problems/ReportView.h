@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QList>
+#include <QTreeView>
+
+namespace clivara {
+
+// What a report's model says of a row besides the usual roles; see ReportDelegate for how it looks.
+enum ReportRole {
+    ToneRole = Qt::UserRole, // ReportTone; Plain when missing
+    LabelRole, // int: so many characters at the text's beginning are its label
+    ValueRole, // int: from this character on the text is what it tells; missing: nothing stands out
+};
+enum class ReportTone { Plain, Strong, Quiet };
+
+// A list or tree of whole rows for the keyboard as much as for the mouse. Ins, Enter and Del ask for what the
+// buttons beside a report do; the blank bar shows the text of the row in full; the menu key and the right button
+// ask for the context menu. Rows may be of different heights.
+class ReportView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit ReportView(QWidget *parent = nullptr);
+
+    struct Column {
+        int share; // of the width, relative to the other columns' (twips of the design); 0: hidden
+        QString sample; // a text that has to fit whatever the share
+    };
+    // The columns in the model's order; they fill the view until the doctor drags one.
+    void setColumns(const QList<Column> &columns);
+    // The column whose texts go on to further lines, up to `most` lines, and that the blank bar shows.
+    void setTextColumn(int column, int most);
+    int textColumn() const { return m_textColumn; }
+    int textLines() const { return m_textLines; }
+    // Stands in the view while it has no rows.
+    void setPlaceholder(const QString &text);
+
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+
+signals:
+    void insertRequested();
+    void editRequested(); // Enter, or a double click on the row that is then the current one
+    void deleteRequested();
+    void menuRequested(const QPoint &globalPosition);
+    // A left click with Shift, Ctrl and Alt held on a row, which need not be the current one.
+    void identifierRequested(const QModelIndex &row);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
+                 const QModelIndex &index) const override;
+
+private:
+    void layOutColumns();
+    void takeDraggedWidths();
+    void showWholeText();
+
+    QList<Column> m_columns;
+    int m_textColumn = 0;
+    int m_textLines = 1;
+    QString m_placeholder;
+    bool m_layingOut = false;
+};
+
+// The text for a tool tip, as rich text that wraps; what is longer than a tool tip can show is cut, and it says
+// so. Empty for an empty text.
+QString wholeTextTip(const QString &text);
+
+} // namespace clivara

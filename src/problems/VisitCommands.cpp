@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/VisitCommands.h"
+
+#include "host/working_state/FormOpener.h"
+#include "host/working_state/WorkingState.h"
+#include "problems/ProblemItems.h"
+#include "problems/VisitRecords.h"
+
+namespace clivara {
+
+namespace {
+
+const auto visitForm = QStringLiteral("Visita2");
+const auto newMode = QStringLiteral("10");
+const auto editMode = QStringLiteral("11");
+const auto visitTable = QStringLiteral("103"); // for the record-identifier form
+
+} // namespace
+
+void newVisit(WorkingState &state)
+{
+    state.visitMode = newMode;
+    state.visitId = 0;
+    state.forms->showForm(visitForm);
+}
+
+void editVisit(WorkingState &state, qint32 id)
+{
+    state.visitMode = editMode;
+    state.visitId = id;
+    state.forms->showForm(visitForm);
+}
+
+bool askAndDeleteVisit(WorkingState &state, qint32 id)
+{
+    if (!confirmed(state, QStringLiteral("Cancellare la voce?")))
+        return false;
+    switch (deleteVisit(state, id)) {
+    case WriteResult::Done:
+        break;
+    case WriteResult::Vanished:
+        state.prompts.warn(QStringLiteral("La visita era già stata cancellata da un'altra postazione."));
+        break;
+    case WriteResult::Failed:
+        state.prompts.warn(QStringLiteral("Non è stato possibile cancellare la visita.\n"
+                                          "Nessun dato è stato modificato: riprovare tra poco."));
+        break;
+    }
+    return true;
+}
+
+void openIdentifier(WorkingState &state, qint32 key, const QString &table)
+{
+    state.identifierKey = key;
+    state.identifierTable = table;
+    state.forms->showForm(QStringLiteral("RM_Identificativi"));
+}
+
+void openItemIdentifier(WorkingState &state, const ItemRow &item)
+{
+    openIdentifier(state, item.key,
+                   item.kind == ItemRow::Kind::Visit ? visitTable : QString(itemKindLetter(item.kind)));
+}
+
+bool confirmed(WorkingState &state, const QString &question)
+{
+    return state.prompts.ask({QStringLiteral("Attenzione!"),
+                              question,
+                              PromptIcon::Question,
+                              {PromptButton::Yes, PromptButton::No},
+                              PromptButton::No})
+           == PromptButton::Yes;
+}
+
+void logError(WorkingState &state, const QString &routine, const dao::Error &error)
+{
+    state.log.write(
+        QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, routine).arg(error.number())
+        + error.text());
+}
+
+} // namespace clivara

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+
+namespace dao {
+class Error;
+}
+
+namespace clivara {
+
+struct ItemRow;
+struct WorkingState;
+
+// What the lists of visits let the doctor do. Nothing is raised.
+
+// Opens the visit dialog for a new visit of the problem that WorkingState names.
+void newVisit(WorkingState &state);
+void editVisit(WorkingState &state, qint32 id);
+// Asks, deletes, and tells the doctor when the visit could not be deleted. False when the answer was no: then
+// nothing has changed, else the list has to be read again.
+bool askAndDeleteVisit(WorkingState &state, qint32 id);
+
+// Opens the record-identifier form for a row of a table; an item's table is told by "103" for a visit, and by
+// itemKindLetter() for the others.
+void openIdentifier(WorkingState &state, qint32 key, const QString &table);
+void openItemIdentifier(WorkingState &state, const ItemRow &item);
+
+// A Yes/No box; true for Yes, which is not the default.
+bool confirmed(WorkingState &state, const QString &question);
+// The line in the log for an error that ended a routine ("Problemi.CaricaTab_Visite").
+void logError(WorkingState &state, const QString &routine, const dao::Error &error);
+
+} // namespace clivara
