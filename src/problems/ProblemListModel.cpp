@@ -32,7 +32,7 @@ ProblemListModel::Row rowFrom(const ProblemRow &problem,
     const QString name = problem.suspectedCode.isEmpty() ? QString() : nameOf(problem.suspectedCode);
     ProblemListModel::Row row;
     row.id = problem.id;
-    row.date = shortDate(problem.start);
+    row.start = problem.start;
     row.code = problem.suspectedCode;
     row.problem = !problem.description.isEmpty() ? problem.description
                   : !name.isEmpty()              ? name
@@ -100,7 +100,7 @@ QVariant ProblemListModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         switch (index.column()) {
         case Date:
-            return row.date;
+            return shortDate(row.start);
         case Code:
             return row.code;
         case Problem:

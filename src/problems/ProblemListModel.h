@@ -18,7 +18,7 @@ public:
 
     struct Row {
         qint32 id = unassociated;
-        QString date; // "dd/mm/yy"; empty when unknown
+        QDate start; // null when unknown
         QString code; // CodICDSospetto
         QString problem; // what it is called
         QString description; // the name of its code where that says more, and its state in words

@@ -202,7 +202,7 @@ void Problemi::CaricaTab_Visite(ItemTreeView::Place place)
                       + QString::number(problem->id));
     QList<ItemRow> items;
     try {
-        items = problemItems(m_state.local(), m_state.header.patientCode, problem->id, problem->date,
+        items = problemItems(m_state.local(), m_state.header.patientCode, problem->id, problem->start,
                              problem->code);
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("Problemi.CaricaTab_Visite"), error);
