@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
@@ -237,6 +238,21 @@ void clickButton(QWidget &control)
     // Leaving the field before may have changed what can be done.
     requireUsable(*button);
     button->click();
+}
+
+void clickControl(QWidget &form, const QString &name)
+{
+    const auto entries = form.findChildren<QAction *>();
+    const auto entry = std::find_if(entries.begin(), entries.end(), [&name](const QAction *action) {
+        return action->objectName().compare(name, Qt::CaseInsensitive) == 0;
+    });
+    if (entry == entries.end()) {
+        clickButton(findControl(form, name));
+        return;
+    }
+    if (!(*entry)->isEnabled())
+        throw UserError(QStringLiteral("%1 è disabilitato").arg(name));
+    (*entry)->trigger();
 }
 
 void selectRow(QWidget &control, int row)

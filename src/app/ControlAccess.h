@@ -25,6 +25,8 @@ void chooseEntry(QWidget &control, const QString &text);
 // one.
 void setChecked(QWidget &control, bool checked);
 void clickButton(QWidget &control);
+// A button, or the entry of one of the form's menus, by its name.
+void clickControl(QWidget &form, const QString &name);
 // Row `row` of a grid, list or tree (see displayedRows).
 void selectRow(QWidget &control, int row);
 void doubleClickRow(QWidget &control, int row);

@@ -215,7 +215,7 @@ bool ScenarioPlayer::performOnControl(const ScenarioLine &line)
         setChecked(control(), line.command == ScenarioCommand::Check);
         return true;
     case ScenarioCommand::Click:
-        clickButton(control());
+        clickControl(neededForm(), line.name);
         return true;
     case ScenarioCommand::Select:
         selectRow(control(), line.count);

@@ -40,7 +40,7 @@ ProblemListModel::Row rowFrom(const ProblemRow &problem,
     row.state = problem.state;
     row.closedBeforeStart = problem.closedBeforeStart();
     QStringList parts{stateText(problem)};
-    if (!jet::sameText(name, row.problem))
+    if (!row.problem.startsWith(name, Qt::CaseInsensitive))
         parts.append(name);
     parts.removeAll(QString());
     row.description = parts.join(QStringLiteral("  ·  "));

@@ -13,6 +13,7 @@ namespace clivara {
 
 namespace {
 
+constexpr QSize preferredSize(1120, 704); // fits the smallest screens in use, 1366 x 768
 const auto problemForm = QStringLiteral("Probl1");
 const auto problemTable = QStringLiteral("150"); // for the record-identifier form
 
@@ -44,6 +45,8 @@ Problemi::Problemi(WorkingState &state)
     m_ui->ReportControl1_1->setThirdColumn(ItemTreeModel::Third::Kind);
     m_ui->splitter->setStretchFactor(0, 2);
     m_ui->splitter->setStretchFactor(1, 3);
+    m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
+    resize(preferredSize);
     makeMenus();
     connectProblems();
     connectItems();
@@ -233,8 +236,9 @@ void Problemi::showCounts()
 
 const ProblemListModel::Row *Problemi::selectedRow() const
 {
-    const QModelIndexList rows = m_ui->ReportControl1_0->selectionModel()->selectedRows();
-    return rows.isEmpty() ? nullptr : &m_problems->at(rows.first().row());
+    // The current row is the selected one; with the mouse it is so a moment earlier.
+    const QModelIndex row = m_ui->ReportControl1_0->currentIndex();
+    return row.isValid() ? &m_problems->at(row.row()) : nullptr;
 }
 
 QString Problemi::diagnosisName(const QString &code)

@@ -18,6 +18,12 @@ ReportTone toneOf(const QModelIndex &index)
     return ReportTone(index.data(ToneRole).toInt());
 }
 
+// Above and below a cell's text, in pixels: what stands below a row is closer together.
+int verticalPadding(const QModelIndex &index)
+{
+    return index.parent().isValid() ? 1 : 4;
+}
+
 // Between the colours of text and paper, still well readable.
 QColor quietColour(const QPalette &palette)
 {
@@ -94,8 +100,8 @@ void ReportDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
     m_view.style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &panel, painter, &m_view);
 
     const bool selected = option.state & QStyle::State_Selected;
-    QRect area =
-        option.rect.adjusted(horizontalPadding, verticalPadding, -horizontalPadding, -verticalPadding);
+    const int vertical = verticalPadding(index);
+    QRect area = option.rect.adjusted(horizontalPadding, vertical, -horizontalPadding, -vertical);
     painter->save();
     painter->setClipRect(option.rect);
     if (const auto icon = index.data(Qt::DecorationRole).value<QIcon>(); !icon.isNull()) {
@@ -171,9 +177,8 @@ QSize ReportDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &
         bool complete = false;
         lines = breakLines(layout, width, m_view.textLines(), complete);
     }
-    const int height = std::max(metrics.height(), m_view.iconSize().height());
     return {metrics.horizontalAdvance(text.left(500)) + 2 * horizontalPadding,
-            height + (lines - 1) * metrics.height() + 2 * verticalPadding};
+            lines * metrics.height() + 2 * verticalPadding(index)};
 }
 
 bool ReportDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &,

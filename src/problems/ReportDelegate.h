@@ -17,7 +17,6 @@ class ReportDelegate final : public QStyledItemDelegate {
 
 public:
     static constexpr int horizontalPadding = 6; // pixels, left and right of a cell's text
-    static constexpr int verticalPadding = 3;
 
     explicit ReportDelegate(ReportView &view);
 

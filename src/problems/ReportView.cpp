@@ -37,6 +37,10 @@ ReportView::ReportView(QWidget *parent)
     header()->setMinimumSectionSize(8);
     header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header()->setHighlightSections(false);
+    header()->setStyleSheet(QStringLiteral("QHeaderView { background: palette(window); border: none; }"
+                                           "QHeaderView::section { background: palette(window); border: none;"
+                                           " border-bottom: 1px solid palette(mid); padding: 3px %1px; }")
+                                .arg(ReportDelegate::horizontalPadding));
     connect(header(), &QHeaderView::sectionResized, this, &ReportView::takeDraggedWidths);
 }
 
@@ -140,7 +144,9 @@ void ReportView::mousePressEvent(QMouseEvent *event)
             emit identifierRequested(row);
         return;
     }
-    QTreeView::mousePressEvent(event);
+    // Beside the rows nothing is selected instead: the selected row is what the commands work on.
+    if (indexAt(event->pos()).isValid())
+        QTreeView::mousePressEvent(event);
 }
 
 void ReportView::mouseDoubleClickEvent(QMouseEvent *event)

@@ -9,6 +9,12 @@
 
 namespace clivara {
 
+namespace {
+
+constexpr QSize preferredSize(960, 704);
+
+} // namespace
+
 Visite2::Visite2(WorkingState &state)
     : ChartForm(QStringLiteral("Visite2"), state.header, state.clock)
     , m_state(state)
@@ -17,6 +23,8 @@ Visite2::Visite2(WorkingState &state)
 {
     setWindowTitle(QStringLiteral("Gestione Visite"));
     m_ui->setupUi(contents());
+    m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
+    resize(preferredSize);
     makeMenu();
 
     ItemTreeView *const list = m_ui->ReportControl1;
