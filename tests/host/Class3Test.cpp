@@ -71,22 +71,22 @@ TEST_F(Class3Test, LeavesTheTraceOfAHostsDay)
         Class3 chart(services());
         EXPECT_TRUE(chart.InitDbConn(environment));
         Doctor doctor;
-        EXPECT_EQ(chart.Action(5), 0);
+        EXPECT_EQ(chart.Action(4), 0);
         EXPECT_EQ(chart.Action(80), 0);
         EXPECT_EQ(chart.Action(50), 0);
-        QVariant problems = 3;
-        EXPECT_EQ(chart.Action(3, problems), 0);
-        EXPECT_EQ(problems, QVariant(3)) << "no form, no result";
+        QVariant size = 69;
+        EXPECT_EQ(chart.Action(2, size), 0);
+        EXPECT_EQ(size, QVariant(69)) << "no form, no result";
         EXPECT_EQ(chart.Action(81), 0);
         EXPECT_EQ(chart.Action(-1), 0);
         EXPECT_EQ(chart.Action(82), 0);
         EXPECT_EQ(chart.Action(99), 0);
         EXPECT_EQ(doctor.seen, (QStringList{"calcLDL", "calcCockCroft", "calcFiltGlom"}));
     }
-    const QStringList unbuilt{"Clivara.Problemi: maschera non disponibile"};
-    EXPECT_EQ(logged(), initialized + connected + action(5, unbuilt) + action(80) + action(50)
-                            + action(3, unbuilt) + action(81) + action(-1) + action(82)
-                            + QStringList{"+--- Class3.Action 99"} + terminated);
+    EXPECT_EQ(logged(), initialized + connected + action(4, {"Clivara.PrGraph: maschera non disponibile"})
+                            + action(80) + action(50) + action(2, {"Clivara.Zoom: maschera non disponibile"})
+                            + action(81) + action(-1) + action(82) + QStringList{"+--- Class3.Action 99"}
+                            + terminated);
     EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "PREVENZIONE");
 }
 
@@ -155,7 +155,7 @@ TEST(Class3, KnowsWhatItHasBuilt)
         if (Class3::isBuilt(code))
             built.append(code);
     }
-    EXPECT_EQ(built, (QList<qint16>{80, 81, 82}));
+    EXPECT_EQ(built, (QList<qint16>{3, 5, 16, 17, 21, 80, 81, 82}));
 }
 
 // A form that counts.
