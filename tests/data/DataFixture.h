@@ -5,6 +5,7 @@
 #include "support/Clock.h"
 #include "support/Log.h"
 #include "support/SettingsStore.h"
+#include "values/JetValues.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,8 +27,10 @@ protected:
     std::shared_ptr<dao::Database> create(const QString &file, const QStringList &statements)
     {
         auto database = engine.DefaultWorkspace().CreateDatabase(path(file));
+        dao::Transaction transaction(engine.DefaultWorkspace()); // one write to the disk
         for (const QString &statement : statements)
             database->Execute(statement);
+        transaction.commit();
         return database;
     }
 
@@ -42,6 +45,23 @@ protected:
                 lines.append(QString::fromLatin1(line.mid(24, line.size() - 25)));
         }
         return lines.mid(1);
+    }
+
+    // A query's rows, fields joined by '|', Null shown as such.
+    static QStringList rowsOf(dao::Database &database, const QString &sql)
+    {
+        QStringList lines;
+        for (const auto found = database.OpenRecordset(sql); !found->Eof(); found->MoveNext()) {
+            QStringList fields;
+            for (int i = 0; i < found->FieldCount(); ++i) {
+                const dao::Field field = found->Fields(i);
+                fields.append(field.isNull()                         ? QStringLiteral("Null")
+                              : field.Type() == dao::FieldType::Date ? clivara::jet::storedDate(field.date())
+                                                                     : field.text());
+            }
+            lines.append(fields.join('|'));
+        }
+        return lines;
     }
 
     QTemporaryDir folder;

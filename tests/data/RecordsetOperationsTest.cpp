@@ -3,36 +3,11 @@
 
 #include "CountedPauses.h"
 #include "DataFixture.h"
-
-#include <QProcess>
+#include "LockHolder.h"
 
 namespace {
 
 using clivara::RecordsetOperations;
-
-// A second process with the write lock.
-class LockHolder {
-public:
-    explicit LockHolder(const QString &file)
-    {
-        m_process.start(QStringLiteral(LOCK_HOLDER), {file});
-        EXPECT_TRUE(m_process.waitForReadyRead()) << m_process.readAllStandardError().constData();
-        EXPECT_EQ(m_process.readLine().trimmed(), "locked");
-    }
-    ~LockHolder()
-    {
-        if (m_process.state() != QProcess::NotRunning)
-            release();
-    }
-    void release()
-    {
-        m_process.write("\n");
-        EXPECT_TRUE(m_process.waitForFinished());
-    }
-
-private:
-    QProcess m_process;
-};
 
 class RecordsetOperationsTest : public DataFixture {
 protected:
@@ -181,6 +156,28 @@ TEST_F(RecordsetOperationsTest, EditAndAddNewFailWithTheirOwnTexts)
                                    + QStringList{"Recordset_Edit - TryAgain"});
     EXPECT_EQ(lines.mid(119, 3),
               failure("Recordset_AddNew", 20, readOnly, "VISITE") + QStringList{"Recordset_AddNew - Failed"});
+}
+
+TEST_F(RecordsetOperationsTest, ATransactionIsBegunWhenTheOtherProcessIsDone)
+{
+    std::optional<dao::Transaction> transaction;
+    {
+        LockHolder other(path("Orvale.sqlite"));
+        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction), -1);
+        EXPECT_FALSE(transaction);
+        EXPECT_EQ(pauses.taken.size(), 19);
+        EXPECT_EQ(logged().filter("Workspace_BeginTrans - iErr=").size(), 20);
+        EXPECT_EQ(logged().last(), "Workspace_BeginTrans - Failed");
+
+        pauses.actAt = 21;
+        pauses.during = [&] { other.release(); };
+        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction), 0);
+    }
+    EXPECT_EQ(logged().last(), "Workspace_BeginTrans - 0");
+    ASSERT_TRUE(transaction);
+    database->Execute("INSERT INTO VISITE VALUES (2, 'annullata')");
+    transaction.reset();
+    EXPECT_EQ(rows("chiave=2"), 0) << "what is not committed is undone";
 }
 
 } // namespace

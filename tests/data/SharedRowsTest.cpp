@@ -3,31 +3,14 @@
 
 #include "CountedPauses.h"
 #include "DataFixture.h"
+#include "NumberedGuids.h"
 #include "data/Identity.h"
 #include "data/RecordsetOperations.h"
-#include "support/Seams.h"
 #include "values/JetValues.h"
 
 namespace {
 
 using namespace clivara;
-
-// New identities that a test can foresee.
-class NumberedGuids : public GuidSource {
-public:
-    QString newGuid() override
-    {
-        return QStringLiteral("{00000000-0000-4000-8000-%1}").arg(++m_last, 12, 10, QLatin1Char('0'));
-    }
-
-private:
-    int m_last = 0;
-};
-
-QString guid(int number)
-{
-    return QStringLiteral("00000000-0000-4000-8000-%1").arg(number, 12, 10, QLatin1Char('0'));
-}
 
 const auto anna = QStringLiteral("0f8fad5b-d9cb-469f-a165-70867728950e"); // doctor 101
 const auto bruno = QStringLiteral("6c4c00a9-60ac-45af-b5c3-fd30774041a6"); // owns patient 7
@@ -70,22 +53,7 @@ protected:
         return table;
     }
 
-    // A table's rows, fields joined by '|', Null shown as such.
-    QStringList contents(const QString &sql)
-    {
-        QStringList lines;
-        for (const auto found = clinical->OpenRecordset(sql); !found->Eof(); found->MoveNext()) {
-            QStringList fields;
-            for (int i = 0; i < found->FieldCount(); ++i) {
-                const dao::Field field = found->Fields(i);
-                fields.append(field.isNull()                         ? QStringLiteral("Null")
-                              : field.Type() == dao::FieldType::Date ? jet::storedDate(field.date())
-                                                                     : field.text());
-            }
-            lines.append(fields.join('|'));
-        }
-        return lines;
-    }
+    QStringList contents(const QString &sql) { return rowsOf(*clinical, sql); }
 
     PatientStamp stamp(const QString &key) const
     {
@@ -235,6 +203,48 @@ TEST_F(SharedRowsTest, DeletionIsRecordedOncePerRecord)
     EXPECT_EQ(rows(7).recordDeletion(*clinical, "key-2", "DV"), guid(2));
     EXPECT_EQ(contents(fields).last(),
               "key-2|DV|{" + guid(2) + "}|" + bruno + "|2026-11-21 10:00:00|2026-11-22 09:00:00|" + bruno);
+}
+
+// The stamp that a form's row gets in one call.
+TEST_F(SharedRowsTest, RowOfTheCurrentPatientIsStampedInOneCall)
+{
+    const QString fields =
+        "SELECT sRecordUid, idRowGuid, sOwnerUid, dCreationDate, sCodSezCli, sPatientUid, "
+        "sPatientRecordOwnerUid, dLastModifiedDate, sAuthorUid FROM PROBLEMS ORDER BY idProblems";
+    const auto add = [&](qint32 patient) {
+        const auto table = clinical->OpenRecordset("PROBLEMS");
+        table->AddNew();
+        rows(patient).writeCurrentPatientStamp(*table, true, "DP", anna);
+        table->Update();
+    };
+    add(7);
+    settings.write("medicoP", "101");
+    add(8); // without owner
+    settings.write("MIR_ATTIVO", "-1");
+    add(8);
+    const QString created = "2026-11-21 10:00:00|DP|";
+    EXPECT_EQ(contents(fields),
+              (QStringList{
+                  guid(1) + "|{" + guid(2) + "}|" + bruno + '|' + created
+                      + "11111111-2222-3333-4444-555555555555|" + bruno + "|2026-11-21 10:00:00|" + anna,
+                  guid(3) + "|{" + guid(4) + "}||" + created + "||2026-11-21 10:00:00|" + anna,
+                  guid(5) + "|{" + guid(6) + "}|" + anna + '|' + created + "||2026-11-21 10:00:00|" + anna}));
+
+    clinical->Execute("DELETE * FROM PROBLEMS");
+    clinical->Execute("INSERT INTO PROBLEMS (sRecordUid, idRowGuid, sOwnerUid, sCodSezCli) VALUES ('{KEY}', "
+                      "'{99999999-0000-0000-0000-000000000001}', 'old owner', 'OLD')");
+    clinical->Execute("INSERT INTO PROBLEMS (cod_paz) VALUES (7)"); // from before rows had identities
+    for (const auto table = clinical->OpenRecordset("PROBLEMS"); !table->Eof(); table->MoveNext()) {
+        table->Edit();
+        rows(7).writeCurrentPatientStamp(*table, false, "DP", bruno);
+        table->Update();
+    }
+    EXPECT_EQ(
+        contents(fields),
+        (QStringList{"{KEY}|{99999999-0000-0000-0000-000000000001}|old owner|Null|OLD|Null|Null|"
+                     "2026-11-21 10:00:00|"
+                         + bruno,
+                     guid(7) + "|{" + guid(8) + "}|Null|Null|Null|Null|Null|2026-11-21 10:00:00|" + bruno}));
 }
 
 } // namespace

@@ -81,6 +81,20 @@ TEST(MemorySettings, KeepsTextsWithoutRegardToCaseOfKeys)
     checkStore(store);
 }
 
+TEST(MemorySettings, SwitchesAreNumbersOrWords)
+{
+    clivara::MemorySettings store;
+    EXPECT_FALSE(store.isOn("MIR_ATTIVO")) << "missing";
+    for (const char *on : {"1", "-1", " 2 ", "True", "VERO", "sì", "si", "on", "yes"}) {
+        store.write("Mir_Attivo", QString::fromUtf8(on));
+        EXPECT_TRUE(store.isOn("MIR_ATTIVO")) << on;
+    }
+    for (const char *off : {"", " ", "0", "-0", "0.0", "false", "falso", "no", "off", "1x"}) {
+        store.write("MIR_ATTIVO", QString::fromUtf8(off));
+        EXPECT_FALSE(store.isOn("MIR_ATTIVO")) << off;
+    }
+}
+
 TEST_F(UserFolder, ProcessesSeeEachOthersWritesAtOnce)
 {
     const auto first = openUserSettings();

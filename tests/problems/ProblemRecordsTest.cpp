@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/ProblemRecords.h"
+
+#include "ProblemFixture.h"
+#include "data/Connection.h"
+
+namespace clivara {
+namespace {
+
+class ProblemRecordsTest : public ProblemFixture {
+protected:
+    ProblemDetail detail(const QString &code, const QString &description)
+    {
+        ProblemDetail problem;
+        problem.code = code;
+        problem.description = description;
+        problem.state = 1;
+        problem.opened = problem.started = clock.today();
+        return problem;
+    }
+
+    QStringList descriptions()
+    {
+        QStringList found;
+        for (const ProblemRow &row : listProblems(*environment.clinical, 17))
+            found.append(row.description);
+        return found;
+    }
+};
+
+TEST_F(ProblemRecordsTest, ListShowsThePatientsProblemsNewestFirst)
+{
+    addProblem("401.9", "senza inizio");
+    addProblem("401.9", " vecchio ", QDate(1925, 3, 1), 2);
+    addProblem("401.9", "nuovo", QDate(2026, 1, 31), 7);
+    addProblem("401.9", "nuovo, inserito dopo", QDate(2026, 1, 31));
+    execute("INSERT INTO PROBLEMS (cod_paz, descr_mal) VALUES (18, 'di un altro')");
+    execute("UPDATE PROBLEMS SET DataChiusura = #02/28/1925#, CodICDFinale = ' 402 ' WHERE stato_probl = 2");
+    EXPECT_EQ(descriptions(), (QStringList{"nuovo, inserito dopo", "nuovo", "vecchio", "senza inizio"}));
+
+    const QList<ProblemRow> rows = listProblems(*environment.clinical, 17);
+    EXPECT_EQ(rows[2].start, QDate(1925, 3, 1));
+    EXPECT_EQ(rows[2].closed, QDate(1925, 2, 28));
+    EXPECT_TRUE(rows[2].closedBeforeStart());
+    EXPECT_EQ(rows[2].finalCode, "402");
+    EXPECT_EQ(rows[1].state, 7) << "a state that nobody knows is kept";
+    EXPECT_FALSE(rows[3].start.isValid());
+    for (const int other : {0, 1, 3})
+        EXPECT_FALSE(rows[other].closedBeforeStart()) << other;
+    EXPECT_TRUE(listProblems(*environment.clinical, 99).isEmpty());
+
+    const QStringList states{"<non specificato>", "Aperto", "Chiuso", "Cronico", "<non specificato>"};
+    for (qint16 i = 0; i < states.size(); ++i)
+        EXPECT_EQ(problemStateText(i), states[i]);
+}
+
+TEST_F(ProblemRecordsTest, NewProblemIsReadBackAsItWasTyped)
+{
+    ProblemDetail problem = detail("250.00", awkwardText(255));
+    problem.started = QDate(1925, 2, 28);
+    problem.closed = QDate(1924, 12, 31); // before it started: as the doctor says
+    problem.state = 2;
+    problem.texts = {awkwardText(), " \r\n\t ", "  con spazi  ", ""};
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_GT(problem.id, 0);
+
+    const auto read = readProblem(*environment.clinical, problem.id);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->code, "250.00");
+    EXPECT_EQ(read->description, problem.description);
+    EXPECT_EQ(read->opened, clock.today());
+    EXPECT_EQ(read->started, problem.started);
+    EXPECT_EQ(read->closed, problem.closed);
+    EXPECT_EQ(read->state, 2);
+    EXPECT_EQ(read->texts, (std::array<QString, 4>{awkwardText(), "", "  con spazi  ", ""}));
+    EXPECT_EQ(clinical("SELECT cod_paz, " + stamps + " FROM PROBLEMS"),
+              QStringList("17|" + newStamps(1, "DP")));
+    EXPECT_EQ(clinical("SELECT esameob, pianificazione FROM PROBLEMS"), QStringList("|"))
+        << "blank texts are empty, not Null";
+}
+
+TEST_F(ProblemRecordsTest, EditKeepsWhoseTheRowIs)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    clock.set(jet::dateTime(2026, 11, 25, 18));
+    state.uidAuthor = bruno;
+    problem.closed = {};
+    problem.opened = {};
+    problem.code = "";
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    const QString created = newStamps(1, "DP").section('|', 0, 6);
+    EXPECT_EQ(clinical("SELECT DataApertura, DataChiusura, CodICDSospetto, " + stamps + " FROM PROBLEMS"),
+              QStringList("Null|Null||" + created + "|2026-11-25 18:00:00|" + bruno));
+
+    // A row from before rows had identities gets one and keeps what it never had.
+    const qint32 old = addProblem("401.9", "Ipertensione");
+    auto read = readProblem(*environment.clinical, old);
+    ASSERT_TRUE(read);
+    ASSERT_EQ(saveProblem(state, *read), WriteResult::Done);
+    EXPECT_EQ(
+        clinical(QStringLiteral("SELECT %1 FROM PROBLEMS WHERE idProblems = %2").arg(stamps).arg(old)),
+        QStringList(guid(3) + "|{" + guid(4) + "}|Null|Null|Null|Null|Null|2026-11-25 18:00:00|" + bruno));
+}
+
+TEST_F(ProblemRecordsTest, SameCodeOrSameDescriptionIsADuplicate)
+{
+    const qint32 coded = addProblem("250.00", "Diabete dell'anziano");
+    const qint32 described = addProblem("", "C'è \"altro\" [*] 100%");
+    state.header.patientCode = 18;
+    addProblem("401.9", "di un altro");
+    state.header.patientCode = 17;
+    const auto duplicate = [&](const QString &code, const QString &description, qint32 id = noProblem) {
+        ProblemDetail problem = detail(code, description);
+        problem.id = id;
+        return isDuplicateProblem(*environment.clinical, 17, problem);
+    };
+    EXPECT_TRUE(duplicate("250.00", "con altre parole"));
+    EXPECT_FALSE(duplicate("250.01", "Diabete dell'anziano")) << "with a code only the code counts";
+    EXPECT_TRUE(duplicate("", "diabete DELL'ANZIANO")) << "without one the description does";
+    EXPECT_TRUE(duplicate("  ", "c'È \"altro\" [*] 100%"));
+    EXPECT_FALSE(duplicate("", "C'è \"altro\" *")) << "no pattern";
+    EXPECT_FALSE(duplicate("401.9", "di un altro")) << "of another patient";
+    EXPECT_FALSE(duplicate("250.00", "", coded)) << "itself";
+    EXPECT_TRUE(duplicate("250.00", "", described));
+    EXPECT_FALSE(duplicate("x' or '1'='1", ""));
+}
+
+TEST_F(ProblemRecordsTest, ClosingChangesTheStateAndTheStampsOnly)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    clock.set(jet::dateTime(2026, 11, 22, 9));
+    state.header.patientCode = 18;
+    EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished) << "not this patient's";
+    state.header.patientCode = 17;
+    EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Done);
+    EXPECT_EQ(clinical("SELECT stato_probl, DataChiusura, dCreationDate, dLastModifiedDate FROM PROBLEMS"),
+              QStringList("2|Null|2026-11-21 10:00:00|2026-11-22 09:00:00"));
+}
+
+TEST_F(ProblemRecordsTest, DeletingDetachesTheVisitsAndLeavesATrace)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    const qint32 other = addProblem("401.9", "Ipertensione"); // without a record UID
+    for (const int visit : {1, 2, 3})
+        execute(
+            QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (%1, 17, %2)")
+                .arg(visit)
+                .arg(visit < 3 ? problem.id : other));
+
+    state.header.patientCode = 18;
+    EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Vanished) << "not this patient's";
+    state.header.patientCode = 17;
+    EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Done);
+    EXPECT_EQ(clinical("SELECT idProblems FROM PROBLEMS"), QStringList(QString::number(other)));
+    EXPECT_EQ(clinical("SELECT IdVisitaProbl, id_Probl FROM VISITAPROBL ORDER BY IdVisitaProbl"),
+              (QStringList{"1|Null", "2|Null", "3|" + QString::number(other)}));
+    EXPECT_EQ(clinical("SELECT sRecordUid, sTableCode, sOwnerUid, sAuthorUid FROM DELETIONS"),
+              QStringList(guid(1) + "|DP|" + bruno + '|' + anna));
+
+    EXPECT_EQ(deleteProblem(state, other), WriteResult::Done);
+    EXPECT_EQ(clinical("SELECT sRecordUid FROM DELETIONS ORDER BY idDeletion").value(1), guid(4))
+        << "a row without record UID gets one to be known by";
+    EXPECT_EQ(deleteProblem(state, other), WriteResult::Vanished);
+}
+
+// Whatever fails half way, nothing of the deletion stays.
+TEST_F(ProblemRecordsTest, DeletionIsWholeOrNotAtAll)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    const QString rows = "SELECT descr_mal, sOwnerUid FROM PROBLEMS";
+    const QStringList before = clinical(rows);
+    for (const char *table : {"VISITAPROBL", "DELETIONS"}) {
+        execute(QStringLiteral("DROP TABLE ") + table);
+        EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Failed) << table;
+        EXPECT_EQ(clinical(rows), before) << table;
+        EXPECT_EQ(tableExists(*environment.clinical, "DELETIONS") ? clinical("DELETIONS") : QStringList(),
+                  QStringList())
+            << table;
+    }
+    EXPECT_EQ(logged().filter("PROBLEMS - Error 3078 - ").size(), 1);
+    EXPECT_EQ(saveProblem(state, problem), WriteResult::Done) << "no transaction was left behind";
+}
+
+TEST_F(ProblemRecordsTest, AnotherWorkstationDeletesTheRow)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    const auto other = otherWorkstation();
+    other->Execute("DELETE * FROM PROBLEMS");
+    problem.texts[0] = "scritto intanto";
+    EXPECT_EQ(saveProblem(state, problem), WriteResult::Vanished);
+    EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished);
+    EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Vanished);
+    EXPECT_FALSE(readProblem(*environment.clinical, problem.id));
+    EXPECT_TRUE(clinical("DELETIONS").isEmpty());
+    EXPECT_TRUE(pauses.taken.isEmpty()) << "nothing to wait for";
+
+    problem.id = noProblem; // the doctor keeps what was typed as a new problem
+    EXPECT_EQ(saveProblem(state, problem), WriteResult::Done);
+    EXPECT_EQ(readProblem(*environment.clinical, problem.id)->texts[0], "scritto intanto");
+}
+
+TEST_F(ProblemRecordsTest, ALockIsWaitedForAndOneThatStaysFailsTheSave)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    {
+        LockHolder other(path("Orvale.sqlite"));
+        EXPECT_EQ(saveProblem(state, problem), WriteResult::Failed);
+        EXPECT_EQ(problem.id, noProblem) << "still to be saved";
+        EXPECT_EQ(pauses.taken.size(), 19);
+        EXPECT_EQ(logged().last(), "Workspace_BeginTrans - Failed");
+        EXPECT_TRUE(descriptions().isEmpty()) << "reading goes on";
+
+        pauses.actAt = 21;
+        pauses.during = [&] { other.release(); };
+        EXPECT_EQ(saveProblem(state, problem), WriteResult::Done);
+    }
+    EXPECT_EQ(descriptions(), QStringList("Diabete"));
+}
+
+TEST_F(ProblemRecordsTest, ATooLongDescriptionIsRefusedWhole)
+{
+    ProblemDetail problem = detail("250.00", QString(256, 'x'));
+    EXPECT_EQ(saveProblem(state, problem), WriteResult::Failed);
+    EXPECT_TRUE(clinical("PROBLEMS").isEmpty());
+    EXPECT_EQ(logged().filter("PROBLEMS - Error 3163 - ").size(), 1);
+
+    state.environment = nullptr;
+    EXPECT_EQ(saveProblem(state, problem), WriteResult::Failed) << "no host";
+    EXPECT_EQ(deleteProblem(state, 1), WriteResult::Failed);
+}
+
+TEST_F(ProblemRecordsTest, AProblemIsCalledByItsDescriptionElseByItsCodesName)
+{
+    struct Case {
+        const char *code, *description;
+        QString text;
+    };
+    const Case cases[]{
+        {" 250.00 ", "  Diabete dell'anziano ", "[250.00] Diabete dell'anziano"},
+        {"250.00", " ", "[250.00] Diabete mellito tipo 2"},
+        {"ml001", "", "[ml001] CATARRO D'ESTATE"},
+        {"x' or 1=1", "", "x' or 1=1"},
+        {"", "Solo a parole", "Solo a parole"},
+        {"", "", ""},
+    };
+    for (const Case &c : cases) {
+        const qint32 id = addProblem(QString::fromUtf8(c.code), QString::fromUtf8(c.description));
+        EXPECT_EQ(problemText(*environment.clinical, *environment.codes, id), c.text);
+    }
+    for (const qint32 none : {noProblem, unassociated, 999})
+        EXPECT_EQ(problemText(*environment.clinical, *environment.codes, none), "");
+    EXPECT_EQ(diagnosisName(*environment.codes, " 250.00 "), "Diabete mellito tipo 2");
+    EXPECT_EQ(diagnosisName(*environment.codes, "999"), "");
+}
+
+} // namespace
+} // namespace clivara

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/VisitRecords.h"
+
+#include "ProblemFixture.h"
+
+namespace clivara {
+namespace {
+
+class VisitRecordsTest : public ProblemFixture {
+protected:
+    VisitDetail detail(QDate date)
+    {
+        VisitDetail visit;
+        visit.date = date;
+        return visit;
+    }
+    VisitDetail saved(QDate date)
+    {
+        VisitDetail visit = detail(date);
+        EXPECT_EQ(saveVisit(state, visit), WriteResult::Done);
+        return visit;
+    }
+};
+
+TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
+{
+    VisitDetail visit = detail(QDate(2031, 5, 4)); // in the future: as entered
+    visit.problem = 5;
+    visit.validity = QDate(2031, 6, 4);
+    visit.type = 2;
+    visit.symptom = "S01";
+    visit.texts = {awkwardText(), " \n ", "  c'è  ", "100%", "[*]"};
+    ASSERT_EQ(saveVisit(state, visit), WriteResult::Done);
+    EXPECT_EQ(visit.id, 1) << "the first visit ever";
+    const auto read = readVisit(*environment.clinical, 1);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->problem, 5);
+    EXPECT_EQ(read->date, visit.date);
+    EXPECT_EQ(read->validity, visit.validity);
+    EXPECT_EQ(read->type, 2);
+    EXPECT_EQ(read->symptom, "S01");
+    EXPECT_EQ(read->texts, (std::array<QString, visitTexts>{awkwardText(), "", "  c'è  ", "100%", "[*]"}));
+    EXPECT_EQ(clinical("SELECT cod_paz, esameob, " + stamps + " FROM VISITAPROBL"),
+              QStringList("17||" + newStamps(1, "DV")));
+    EXPECT_FALSE(readVisit(*environment.clinical, 2));
+}
+
+TEST_F(VisitRecordsTest, WhatIsNotChosenIsNullAndComesBackSo)
+{
+    const VisitDetail visit = saved(QDate(2026, 11, 21));
+    EXPECT_EQ(clinical("SELECT id_Probl, validita, idtipo, SINTOMO, anamnesi FROM VISITAPROBL"),
+              QStringList("Null|Null|Null|Null|"));
+    const auto read = readVisit(*environment.clinical, visit.id);
+    ASSERT_TRUE(read);
+    EXPECT_FALSE(read->problem);
+    EXPECT_FALSE(read->type);
+    EXPECT_FALSE(read->validity.isValid());
+    EXPECT_EQ(read->symptom, "");
+}
+
+TEST_F(VisitRecordsTest, EditKeepsTheKeyAndAValidityThatIsNotGivenAnew)
+{
+    VisitDetail visit = detail(QDate(2026, 11, 20));
+    visit.validity = QDate(2026, 12, 1);
+    ASSERT_EQ(saveVisit(state, visit), WriteResult::Done);
+    clock.set(jet::dateTime(2026, 11, 22, 9));
+    visit.validity = {};
+    visit.problem = noProblem;
+    visit.texts[4] = "nota";
+    ASSERT_EQ(saveVisit(state, visit), WriteResult::Done);
+    EXPECT_EQ(clinical("SELECT IdVisitaProbl, id_Probl, validita, txtNote, dCreationDate, dLastModifiedDate, "
+                       "sOwnerUid FROM VISITAPROBL"),
+              QStringList("1|0|2026-12-01 00:00:00|nota|2026-11-21 10:00:00|2026-11-22 09:00:00|" + bruno));
+}
+
+TEST_F(VisitRecordsTest, KeysFollowTheHighestAndNoTwoWorkstationsTakeTheSame)
+{
+    execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (40, 18)");
+    execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (7, 18)");
+    EXPECT_EQ(saved(QDate(2026, 11, 1)).id, 41);
+
+    const auto other = otherWorkstation();
+    std::optional<dao::Transaction> theirs(std::in_place, otherWorkspace());
+    other->Execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (42, 18)");
+    pauses.actAt = 1;
+    pauses.during = [&] { theirs->commit(); };
+    EXPECT_EQ(saved(QDate(2026, 11, 2)).id, 43);
+    EXPECT_EQ(pauses.taken.size(), 1);
+}
+
+TEST_F(VisitRecordsTest, APatientHasOneVisitADay)
+{
+    const VisitDetail visit = saved(QDate(2026, 2, 1)); // not the 2nd of January
+    execute(
+        "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (9, 17, #03/05/1925 23:59:59#)");
+    dao::Database &database = *environment.clinical;
+    EXPECT_TRUE(hasVisitOn(database, 17, visit.date, 0));
+    EXPECT_FALSE(hasVisitOn(database, 17, visit.date, visit.id)) << "itself";
+    EXPECT_TRUE(hasVisitOn(database, 17, QDate(1925, 3, 5), visit.id)) << "with a time of day";
+    EXPECT_FALSE(hasVisitOn(database, 17, QDate(1925, 3, 6), 0));
+    EXPECT_FALSE(hasVisitOn(database, 17, QDate(2025, 3, 5), 0)) << "a hundred years later";
+    EXPECT_FALSE(hasVisitOn(database, 17, QDate(2026, 1, 2), 0));
+    EXPECT_FALSE(hasVisitOn(database, 18, visit.date, 0));
+    EXPECT_FALSE(hasVisitOn(database, 17, {}, 0));
+}
+
+TEST_F(VisitRecordsTest, DeletingLeavesATraceAndOtherVisitsAlone)
+{
+    const VisitDetail first = saved(QDate(2026, 11, 1));
+    const VisitDetail second = saved(QDate(2026, 11, 2));
+    EXPECT_EQ(deleteVisit(state, first.id), WriteResult::Done);
+    EXPECT_EQ(clinical("SELECT IdVisitaProbl FROM VISITAPROBL"), QStringList(QString::number(second.id)));
+    EXPECT_EQ(clinical("SELECT sRecordUid, sTableCode, sOwnerUid, sAuthorUid FROM DELETIONS"),
+              QStringList(guid(1) + "|DV|" + bruno + '|' + anna));
+    EXPECT_EQ(deleteVisit(state, first.id), WriteResult::Vanished);
+
+    otherWorkstation()->Execute("DELETE * FROM VISITAPROBL");
+    VisitDetail gone = second;
+    EXPECT_EQ(saveVisit(state, gone), WriteResult::Vanished);
+    EXPECT_EQ(saved(QDate(2026, 11, 3)).id, 1) << "an empty table begins again";
+}
+
+TEST_F(VisitRecordsTest, AFailedSaveWritesNothing)
+{
+    VisitDetail visit = detail(QDate(2026, 11, 1));
+    visit.symptom = "troppo lungo";
+    EXPECT_EQ(saveVisit(state, visit), WriteResult::Failed);
+    EXPECT_EQ(visit.id, 0);
+    EXPECT_TRUE(clinical("VISITAPROBL").isEmpty());
+    EXPECT_EQ(logged().filter("VISITAPROBL - Error 3163 - ").size(), 1);
+    visit.symptom = "S02";
+    EXPECT_EQ(saveVisit(state, visit), WriteResult::Done);
+}
+
+TEST_F(VisitRecordsTest, TypesAndSymptomsComeByName)
+{
+    QStringList found;
+    for (const CodeName &type : visitTypes(*environment.codes))
+        found.append(type.code + u' ' + type.name);
+    for (const CodeName &symptom : symptoms(*environment.codes))
+        found.append(symptom.code + u' ' + symptom.name);
+    EXPECT_EQ(found,
+              (QStringList{"2 Visita domiciliare", "1 Visita ambulatoriale", "S02 Febbre", "S01 Tosse"}));
+}
+
+} // namespace
+} // namespace clivara
