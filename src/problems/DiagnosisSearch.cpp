@@ -45,14 +45,15 @@ DiagnosisSearch::DiagnosisSearch(dao::Database &codes)
 {
     QSet<QString> known;
     const auto read = [&](const QString &query, const QString &code, const QString &name) {
-        for (const auto rows = codes.OpenRecordset(query, dao::RecordsetType::Snapshot); !rows->Eof();
-             rows->MoveNext()) {
-            const QString found = rows->Fields(code).text().trimmed();
+        const auto rows = codes.OpenRecordset(query, dao::RecordsetType::Snapshot);
+        const dao::Field codeField = rows->Fields(code), nameField = rows->Fields(name);
+        for (; !rows->Eof(); rows->MoveNext()) {
+            const QString found = codeField.text().trimmed();
             const QString key = found.toLower();
             if (found.isEmpty() || known.contains(key))
                 continue;
             known.insert(key);
-            add(found, rows->Fields(name).text().trimmed());
+            add(found, nameField.text().trimmed());
         }
     };
     read(QStringLiteral("select cod, des from icd9"), QStringLiteral("cod"), QStringLiteral("des"));

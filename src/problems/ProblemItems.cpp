@@ -39,96 +39,123 @@ std::unique_ptr<dao::Recordset> open(dao::Database &local, const QString &query)
     return local.OpenRecordset(query, dao::RecordsetType::Snapshot);
 }
 
+// A field of every row to come; found once, since a list may have thousands of rows.
+dao::Field field(dao::Recordset &rows, const char *name)
+{
+    return rows.Fields(QString::fromLatin1(name));
+}
+
+qint32 key(const dao::Field &field)
+{
+    return qint32(field.number());
+}
+
+QString trimmed(const dao::Field &field)
+{
+    return field.text().trimmed();
+}
+
 QList<ItemRow> visits(dao::Database &local, const QString &query)
 {
+    const auto rows = open(local, query);
     struct Text {
-        QString prefix, field;
+        QString prefix;
+        dao::Field field;
     };
     const std::array<Text, 5> texts{{
-        {QStringLiteral("Anamnesi: "), QStringLiteral("VISITAPROBL.anamnesi")},
-        {QStringLiteral("Esame obiett.: "), QStringLiteral("VISITAPROBL.esameob")},
-        {QStringLiteral("Conclusioni: "), QStringLiteral("VISITAPROBL.conclusioni")},
-        {QStringLiteral("Pianificazione: "), QStringLiteral("VISITAPROBL.pianificazione")},
-        {QStringLiteral("Note: "), QStringLiteral("VISITAPROBL.txtNote")},
+        {QStringLiteral("Anamnesi: "), field(*rows, "VISITAPROBL.anamnesi")},
+        {QStringLiteral("Esame obiett.: "), field(*rows, "VISITAPROBL.esameob")},
+        {QStringLiteral("Conclusioni: "), field(*rows, "VISITAPROBL.conclusioni")},
+        {QStringLiteral("Pianificazione: "), field(*rows, "VISITAPROBL.pianificazione")},
+        {QStringLiteral("Note: "), field(*rows, "VISITAPROBL.txtNote")},
     }};
+    const dao::Field date = field(*rows, "datareg"), type = field(*rows, "descr_tipo"),
+                     id = field(*rows, "idvisitaprobl"), code = field(*rows, "codicdsospetto");
     QList<ItemRow> items;
-    for (const auto rows = open(local, query); !rows->Eof(); rows->MoveNext()) {
-        ItemRow visit;
-        visit.kind = ItemRow::Kind::Visit;
-        visit.date = shownDate(rows->Fields(QStringLiteral("datareg")).date());
-        visit.description = rows->Fields(QStringLiteral("descr_tipo")).text().trimmed();
-        visit.key = qint32(rows->Fields(QStringLiteral("idvisitaprobl")).number());
-        visit.problemCode = rows->Fields(QStringLiteral("codicdsospetto")).text().trimmed();
+    for (; !rows->Eof(); rows->MoveNext()) {
+        ItemRow visit{
+            ItemRow::Kind::Visit, shownDate(date.date()), trimmed(type), key(id), {}, trimmed(code), {}};
         for (const Text &text : texts) {
-            const QString written = rows->Fields(text.field).text().trimmed();
+            const QString written = trimmed(text.field);
             if (!written.isEmpty())
                 visit.lines.append({{}, text.prefix + written});
         }
-        items.append(visit);
+        items.append(std::move(visit));
     }
     return items;
 }
 
 void appendDrugs(QList<ItemRow> &items, dao::Database &local, const QString &query)
 {
-    for (const auto rows = open(local, query); !rows->Eof(); rows->MoveNext()) {
-        ItemRow drug;
-        drug.kind = ItemRow::Kind::Drug;
-        drug.date = shownDate(rows->Fields(QStringLiteral("da_pre")).date());
-        drug.description = rows->Fields(QStringLiteral("specialita")).text().trimmed();
-        drug.key = qint32(rows->Fields(QStringLiteral("cod_pre")).number());
-        drug.minsan = rows->Fields(QStringLiteral("minsan")).text().trimmed();
-        const dao::Field packs = rows->Fields(QStringLiteral("num_conf"));
+    const auto rows = open(local, query);
+    const dao::Field date = field(*rows, "da_pre"), name = field(*rows, "specialita"),
+                     order = field(*rows, "cod_pre"), minsan = field(*rows, "minsan"),
+                     packs = field(*rows, "num_conf");
+    for (; !rows->Eof(); rows->MoveNext()) {
+        ItemRow drug{
+            ItemRow::Kind::Drug, shownDate(date.date()), trimmed(name), key(order), trimmed(minsan), {}, {}};
         if (!packs.isNull())
             drug.lines.append({{}, QStringLiteral("Num. confezioni: ") + packs.text()});
-        items.append(drug);
+        items.append(std::move(drug));
     }
 }
 
-// "S-Sodio Esito: NORMALE 141, Referto: …, N.sed: 10", of which what is there. The result is the field for it
-// (risposta_e) or, without that, the answer (risposta), and always the measured value (unita), which must not be
-// hidden by either; an answer beside a result is the report on it.
-QString resultText(dao::Recordset &row)
-{
-    const auto text = [&](const char *field) {
-        return row.Fields(QString::fromLatin1(field)).text().trimmed();
-    };
-    const QString answer = text("risposta");
-    const QString outcome = text("risposta_e");
-    const QString value = text("unita");
-    const QString sessions = text("numter");
-    const QString &words = outcome.isEmpty() ? answer : outcome;
-    const QString result = words.isEmpty() || value.isEmpty() ? words + value : words + u' ' + value;
-    QString shown = text("esame");
-    if (!result.isEmpty())
-        shown += (shown.isEmpty() ? QString() : QStringLiteral(" ")) + QStringLiteral("Esito: ") + result;
-    if (!outcome.isEmpty() && !answer.isEmpty())
-        shown += QStringLiteral(", Referto: ") + answer;
-    if (!sessions.isEmpty())
-        shown += QStringLiteral(", N.sed: ") + sessions;
-    return shown;
-}
+// The texts of a result's row.
+class ResultFields {
+public:
+    explicit ResultFields(dao::Recordset &rows)
+        : m_exam(field(rows, "esame"))
+        , m_answer(field(rows, "risposta"))
+        , m_outcome(field(rows, "risposta_e"))
+        , m_value(field(rows, "unita"))
+        , m_sessions(field(rows, "numter"))
+    {
+    }
+
+    // "S-Sodio Esito: NORMALE 141, Referto: …, N.sed: 10", of which what is there. The result is the field for it
+    // (risposta_e) or, without that, the answer (risposta), and always the measured value (unita), which must
+    // not be hidden by either; an answer beside a result is the report on it.
+    QString shown() const
+    {
+        const QString answer = trimmed(m_answer);
+        const QString outcome = trimmed(m_outcome);
+        const QString value = trimmed(m_value);
+        const QString sessions = trimmed(m_sessions);
+        const QString &words = outcome.isEmpty() ? answer : outcome;
+        const QString result = words.isEmpty() || value.isEmpty() ? words + value : words + u' ' + value;
+        QString text = trimmed(m_exam);
+        if (!result.isEmpty())
+            text += (text.isEmpty() ? QString() : QStringLiteral(" ")) + QStringLiteral("Esito: ") + result;
+        if (!outcome.isEmpty() && !answer.isEmpty())
+            text += QStringLiteral(", Referto: ") + answer;
+        if (!sessions.isEmpty())
+            text += QStringLiteral(", N.sed: ") + sessions;
+        return text;
+    }
+
+private:
+    dao::Field m_exam, m_answer, m_outcome, m_value, m_sessions;
+};
 
 void appendTests(QList<ItemRow> &items, dao::Database &local, const QString &query)
 {
+    const auto rows = open(local, query);
+    const dao::Field prescribed = field(*rows, "da_pre"), group = field(*rows, "tipo"),
+                     name = field(*rows, "descr_esa"), order = field(*rows, "cod_pre"),
+                     minsan = field(*rows, "minsan"), done = field(*rows, "data_eff");
+    const ResultFields result(*rows);
     QDateTime previousDate = jet::dateTime(1900, 1, 1);
     int previousType = 0; // no group has it
-    for (const auto rows = open(local, query); !rows->Eof(); rows->MoveNext()) {
-        const QDateTime date = rows->Fields(QStringLiteral("da_pre")).date();
-        const int type = int(rows->Fields(QStringLiteral("tipo")).number());
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const QDateTime date = prescribed.date();
+        const int type = int(group.number());
         if (date != previousDate || type != previousType) {
-            ItemRow group;
-            group.kind = ItemRow::Kind::Test;
-            group.date = shownDate(date);
-            group.description = rows->Fields(QStringLiteral("descr_esa")).text().trimmed();
-            group.key = qint32(rows->Fields(QStringLiteral("cod_pre")).number());
-            group.minsan = rows->Fields(QStringLiteral("minsan")).text().trimmed();
-            items.append(group);
+            items.append(
+                {ItemRow::Kind::Test, shownDate(date), trimmed(name), key(order), trimmed(minsan), {}, {}});
             previousDate = date;
             previousType = type;
         }
-        items.last().lines.append(
-            {shownDate(rows->Fields(QStringLiteral("data_eff")).date()), resultText(*rows)});
+        items.last().lines.append({shownDate(done.date()), result.shown()});
     }
 }
 
