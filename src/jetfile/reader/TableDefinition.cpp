@@ -4,6 +4,7 @@
 #include "jetfile/wire/Wire.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 namespace jetreader {

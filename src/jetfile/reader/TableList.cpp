@@ -51,7 +51,7 @@ public:
         entry.page = quint32(row.values[Id].toInt()) & pageMask;
         entry.name = row.values[Name].toString();
         entry.userTable = (row.values[Type].toInt() & typeMask) == localTable
-            && (quint32(row.values[Flags].toInt()) & systemFlags) == 0;
+                          && (quint32(row.values[Flags].toInt()) & systemFlags) == 0;
         return entry;
     }
 

@@ -3,6 +3,7 @@
 
 #include "jetfile/reader/RowDecoder.h"
 
+#include <array>
 #include <functional>
 
 namespace jetreader {

@@ -2,6 +2,7 @@
 #include "jetfile/reader/TextDecoder.h"
 #include "jetfile/wire/RowCoding.h"
 
+#include <cerrno>
 #include <cstring>
 
 #include <iconv.h>

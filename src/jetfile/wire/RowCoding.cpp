@@ -2,9 +2,6 @@
 #include "jetfile/wire/RowCoding.h"
 
 #include <QDateTime>
-#include <QtEndian>
-
-#include <algorithm>
 
 namespace jetfile::wire {
 

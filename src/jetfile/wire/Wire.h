@@ -6,9 +6,9 @@
 #include <QStringView>
 
 #include <cstring>
-#include <limits>
 #include <span>
 #include <stdexcept>
+#include <type_traits>
 
 // What orvale-jet-reader and JetFileReader say to each other over the pipe. Both run on the same machine and are
 // built together, so numbers travel as they lie in memory.
