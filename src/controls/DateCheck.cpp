@@ -62,6 +62,19 @@ QString withFullYear(const QString &text)
     return trimmed.size() == 8 ? trimmed.left(6) + QString::number(yearOf(trimmed)) : trimmed;
 }
 
+std::optional<QDate> calendarDay(const QString &text)
+{
+    const QString trimmed = text.trimmed();
+    if (trimmed.size() != 8 && trimmed.size() != 10)
+        return std::nullopt;
+    const auto date = jet::dateFromText(trimmed);
+    // A text whose day and month only make sense the other way round was typed wrongly.
+    if (!date || date->date().day() != fieldNumber(trimmed, 1, 2)
+        || date->date().month() != fieldNumber(trimmed, 4, 2))
+        return std::nullopt;
+    return date->date();
+}
+
 bool checkDate(const QString &text, bool dayFirst, Prompts &prompts)
 {
     const DateCheckResult result = checkDateText(text, dayFirst);

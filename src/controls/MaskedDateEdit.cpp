@@ -7,22 +7,37 @@
 
 namespace clivara {
 
+namespace {
+
+bool isByPerson(const QFocusEvent &event)
+{
+    return event.reason() != Qt::PopupFocusReason && event.reason() != Qt::ActiveWindowFocusReason;
+}
+
+} // namespace
+
 MaskedDateEdit::MaskedDateEdit(QWidget *parent)
     : QLineEdit(parent)
 {
-    setInputMask(QStringLiteral("99/99/9999;_"));
+    setSeparator(QLatin1Char('/'));
+}
+
+void MaskedDateEdit::setSeparator(QChar separator)
+{
+    m_separator = separator;
+    setInputMask(QStringLiteral("99/99/9999;_").replace(u'/', separator));
 }
 
 QString MaskedDateEdit::dateText() const
 {
-    QStringList parts = text().split(QLatin1Char('/'));
+    QStringList parts = text().split(m_separator);
     if (parts.join(QString()).trimmed().isEmpty())
         return {};
     for (int i = 0; i < 2 && i < parts.size(); ++i) {
         if (parts[i].size() == 1)
             parts[i].prepend(QLatin1Char('0'));
     }
-    return parts.join(QLatin1Char('/'));
+    return parts.join(m_separator);
 }
 
 void MaskedDateEdit::setDateText(const QString &text)
@@ -42,13 +57,21 @@ QSize MaskedDateEdit::sizeHint() const
     return {whole.width(), base.height()};
 }
 
+void MaskedDateEdit::focusInEvent(QFocusEvent *event)
+{
+    QLineEdit::focusInEvent(event);
+    if (isByPerson(*event))
+        emit entered();
+}
+
 void MaskedDateEdit::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
     // A menu, a message box or another window does not end the typing; nor does the form when it goes away.
-    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason
-        && isVisible())
-        emit committed();
+    if (!isByPerson(*event) || !isVisible())
+        return;
+    emit committed();
+    emit left();
 }
 
 void MaskedDateEdit::keyPressEvent(QKeyEvent *event)

@@ -5,12 +5,16 @@
 
 namespace clivara {
 
-// A field for a date typed as dd/mm/yyyy over the mask "__/__/____". It does not judge what is typed.
+// A field for a date typed as dd/mm/yyyy over the mask "__/__/____", or with another separator. It does not judge
+// what is typed.
 class MaskedDateEdit : public QLineEdit {
     Q_OBJECT
 
 public:
     explicit MaskedDateEdit(QWidget *parent = nullptr);
+
+    // '-' makes the mask "__-__-____". Empties the field.
+    void setSeparator(QChar separator);
 
     // What is typed, without the mask's blanks; days and months of one digit get their zero: "1/2/24" is
     // "01/02/24". Empty when nothing is typed.
@@ -23,13 +27,21 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 signals:
+    // The field was entered, and left: by the keyboard or the mouse, not for a menu, a message box or another
+    // window.
+    void entered();
+    void left();
     // The field was left or Enter was pressed in it, whatever it holds.
     void committed();
 
 protected:
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    QChar m_separator;
 };
 
 } // namespace clivara

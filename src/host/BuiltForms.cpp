@@ -3,7 +3,11 @@
 #include "calculators/CalcFiltGlom.h"
 #include "calculators/CalcLDL.h"
 #include "host/FormShelf.h"
+#include "problems/Probl1.h"
 #include "problems/Problemi.h"
+#include "problems/RicercaDiagnosi.h"
+#include "problems/SelezProblema.h"
+#include "problems/Visita2.h"
 #include "problems/Visite2.h"
 
 namespace clivara {
@@ -26,6 +30,10 @@ const FormFactories &builtForms()
         {QStringLiteral("calcFiltGlom"), create<CalcFiltGlom>},
         {QStringLiteral("Problemi"), create<Problemi>},
         {QStringLiteral("Visite2"), create<Visite2>},
+        {QStringLiteral("Probl1"), create<Probl1>},
+        {QStringLiteral("RicercaDiagnosi"), create<RicercaDiagnosi>},
+        {QStringLiteral("SelezProblema"), create<SelezProblema>},
+        {QStringLiteral("Visita2"), create<Visita2>},
     };
     return forms;
 }

@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/Probl1.h"
+
+#include "host/working_state/WorkingState.h"
+#include "problems/DiagnosisAnswer.h"
+#include "problems/VisitCommands.h"
+#include "ui_Probl1.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+constexpr QSize usualSize(960, 640);
+
+} // namespace
+
+Probl1::Probl1(WorkingState &state)
+    : RecordDialog(QStringLiteral("Probl1"), state)
+    , m_ui(std::make_unique<Ui::Probl1>())
+{
+    m_ui->setupUi(contents());
+    resize(usualSize);
+    m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
+    setButtons(m_ui->chameleonButton1_0, m_ui->chameleonButton1_1);
+    for (qint16 value = 0; value <= qint16(ProblemState::Chronic); ++value)
+        m_ui->Combo1->addItem(problemStateText(value));
+    m_ui->Problema->setPlaceholder(QStringLiteral("nessuna diagnosi: scegliere dall'elenco"));
+    for (MaskedDateEdit *const edit : {m_ui->MaskEdBox1, m_ui->MaskEdBox2, m_ui->MaskEdBox3}) {
+        addDate(edit);
+        dates().watch(edit, DateFieldGuard::Empty::Allowed);
+    }
+    connect(m_ui->Combo1, &QComboBox::currentIndexChanged, this,
+            [this](int index) { m_ui->MaskEdBox3->setEnabled(index == int(ProblemState::Closed)); });
+    connect(m_ui->Problema, &QPushButton::clicked, this, &Probl1::chooseDiagnosis);
+    connect(m_ui->Togli, &QPushButton::clicked, this, [this] {
+        m_problem.code.clear();
+        showDiagnosis({});
+        m_ui->Problema->setFocus();
+    });
+}
+
+Probl1::~Probl1() = default;
+
+std::array<MemoEdit *, 4> Probl1::texts() const
+{
+    return {m_ui->Text1_0, m_ui->Text1_1, m_ui->Text1_2, m_ui->Text1_3};
+}
+
+void Probl1::load()
+{
+    const bool isNew = m_state.problemSelector <= noProblem;
+    ProblemDetail problem;
+    QString diagnosis;
+    if (isNew) {
+        problem.opened = problem.started = m_state.clock.today();
+        problem.state = qint16(ProblemState::Open);
+    } else {
+        const auto found = readProblem(m_state.clinical(), m_state.problemSelector);
+        if (!found)
+            refuseToOpen(QStringLiteral("Il problema è stato eliminato da un'altra postazione."));
+        problem = *found;
+        diagnosis = diagnosisName(m_state.codes(), problem.code);
+    }
+    m_problem = problem;
+    setWindowTitle(isNew ? QStringLiteral("Nuovo problema") : QStringLiteral("Modifica dati problema"));
+    showDiagnosis(diagnosis);
+    m_ui->txtDescr->setText(problem.description);
+    m_ui->txtDescr->home(false);
+    // A state that the list does not have is shown as none, and stays unless another one is chosen.
+    m_ui->Combo1->showIndex(problem.state < m_ui->Combo1->count() ? problem.state : -1);
+    m_ui->MaskEdBox3->setEnabled(m_ui->Combo1->currentIndex() == int(ProblemState::Closed));
+    showStoredDate(m_ui->MaskEdBox1, problem.opened);
+    showStoredDate(m_ui->MaskEdBox2, problem.started);
+    m_ui->MaskEdBox3->setDateText(dashedDate(problem.closed));
+    for (std::size_t i = 0; i < texts().size(); ++i)
+        texts()[i]->setStoredText(problem.texts[i]);
+    if (isNew)
+        m_ui->Problema->setFocus();
+    else
+        m_ui->Text1_0->setFocus();
+}
+
+void Probl1::showDiagnosis(const QString &name)
+{
+    // A code that no list knows speaks for itself.
+    m_ui->Problema->setCode(name.isEmpty() ? QString() : m_problem.code);
+    m_ui->Problema->setValue(name.isEmpty() ? m_problem.code : name);
+    m_ui->Togli->setEnabled(!m_ui->Problema->value().isEmpty());
+}
+
+void Probl1::chooseDiagnosis()
+{
+    try {
+        const DiagnosisAnswer answer = askForDiagnosis(m_state, m_problem.code);
+        m_problem.code = answer.code;
+        showDiagnosis(answer.name.isEmpty() ? diagnosisName(m_state.codes(), answer.code) : answer.name);
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Probl1.Problema_Click"), error);
+    }
+}
+
+ProblemDetail Probl1::entered() const
+{
+    ProblemDetail problem = m_problem;
+    if (m_ui->txtDescr->isModified())
+        problem.description = m_ui->txtDescr->text();
+    if (m_ui->Combo1->currentIndex() >= 0)
+        problem.state = qint16(m_ui->Combo1->currentIndex());
+    problem.opened = enteredDate(m_ui->MaskEdBox1, m_problem.opened);
+    problem.started = enteredDate(m_ui->MaskEdBox2, m_problem.started);
+    problem.closed = enteredDate(m_ui->MaskEdBox3, m_problem.closed);
+    for (std::size_t i = 0; i < texts().size(); ++i)
+        problem.texts[i] = texts()[i]->storedText();
+    return problem;
+}
+
+bool Probl1::mayWrite()
+{
+    const ProblemDetail problem = entered();
+    if (m_ui->Problema->value().trimmed().isEmpty() && problem.description.trimmed().isEmpty()) {
+        m_state.prompts.warn(
+            QStringLiteral("E' necessario selezionare un problema o inserire una descrizione!"));
+        m_ui->Problema->setFocus();
+        return false;
+    }
+    for (MaskedDateEdit *const edit : {m_ui->MaskEdBox1, m_ui->MaskEdBox2, m_ui->MaskEdBox3}) {
+        if (edit->isEnabled() && holdsNoDate(edit)) {
+            dates().refuse(edit);
+            return false;
+        }
+    }
+    if (isDuplicateProblem(m_state.clinical(), m_state.header.patientCode, problem)) {
+        m_state.prompts.ask({QStringLiteral("Attenzione!"),
+                             QStringLiteral("Il problema selezionato è già stato inserito."),
+                             PromptIcon::Information});
+        return false;
+    }
+    return true;
+}
+
+WriteResult Probl1::write()
+{
+    ProblemDetail problem = entered();
+    const WriteResult result = saveProblem(m_state, problem);
+    if (result == WriteResult::Done)
+        m_problem = problem;
+    return result;
+}
+
+void Probl1::becomeNew()
+{
+    m_problem.id = noProblem;
+    m_state.problemSelector = noProblem;
+    setWindowTitle(QStringLiteral("Nuovo problema"));
+}
+
+QString Probl1::vanishedQuestion() const
+{
+    return QStringLiteral("Il problema è stato eliminato da un'altra postazione mentre lo si modificava.\n"
+                          "Quanto scritto è ancora nella finestra. Salvarlo come nuovo problema?");
+}
+
+void Probl1::written()
+{
+    m_state.problemSelector = m_problem.id;
+    // The kind of network that is joined to the region's.
+    if (jet::leadingNumber(m_state.settings.text(QStringLiteral("TIPORETE"))) == 1
+        && m_state.settings.isOn(QStringLiteral("MIR_ATTIVO")))
+        sendToRegion();
+}
+
+void Probl1::sendToRegion()
+{
+    const QString answer = m_state.connector.send(m_problem.id, m_state.header.patientCode,
+                                                  m_state.settings.text(QStringLiteral("OSM_ASRIFT")));
+    const bool done = answer.isEmpty();
+    m_state.prompts.ask({QStringLiteral("OSM connector"),
+                         done ? QStringLiteral("Operazione effettuata con successo.") : answer,
+                         done ? PromptIcon::Information : PromptIcon::Warning});
+}
+
+} // namespace clivara

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "problems/ProblemRecords.h"
+#include "problems/RecordDialog.h"
+
+#include <memory>
+
+namespace Ui {
+class Probl1;
+}
+
+namespace clivara {
+
+class MemoEdit;
+
+// Writes one problem: the selected one (WorkingState::problemSelector), or a new one when none is selected. A new
+// problem is the selected one once it is saved.
+class Probl1 : public RecordDialog {
+    Q_OBJECT
+
+public:
+    explicit Probl1(WorkingState &state);
+    ~Probl1() override;
+
+protected:
+    void load() override;
+    bool mayWrite() override;
+    WriteResult write() override;
+    void becomeNew() override;
+    QString vanishedQuestion() const override;
+    void written() override;
+
+private:
+    std::array<MemoEdit *, 4> texts() const;
+    ProblemDetail entered() const;
+    void showDiagnosis(const QString &name);
+    void chooseDiagnosis();
+    void sendToRegion();
+
+    std::unique_ptr<Ui::Probl1> m_ui;
+    ProblemDetail m_problem; // as it was read; its code is the one that Problema shows
+};
+
+} // namespace clivara

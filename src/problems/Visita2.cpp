@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/Visita2.h"
+
+#include "host/working_state/FormOpener.h"
+#include "host/working_state/WorkingState.h"
+#include "problems/VisitCommands.h"
+#include "ui_Visita2.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+constexpr QSize usualSize(960, 680);
+const auto editMode = QStringLiteral("11");
+
+void fillList(ChoiceBox *list, const QList<CodeName> &entries)
+{
+    list->clear();
+    for (const CodeName &entry : entries)
+        list->addItem(entry.name, entry.code);
+}
+
+// The entry of the code; none when the list does not have it.
+void chooseCode(ChoiceBox *list, const QString &code)
+{
+    int index = list->count() - 1;
+    while (index >= 0 && !jet::sameText(list->itemData(index).toString().trimmed(), code.trimmed()))
+        --index;
+    list->showIndex(code.trimmed().isEmpty() ? -1 : index);
+}
+
+QString typeCode(const VisitDetail &visit)
+{
+    return visit.type ? QString::number(*visit.type) : QString();
+}
+
+} // namespace
+
+Visita2::Visita2(WorkingState &state)
+    : RecordDialog(QStringLiteral("Visita2"), state)
+    , m_ui(std::make_unique<Ui::Visita2>())
+{
+    m_ui->setupUi(contents());
+    resize(usualSize);
+    m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
+    setButtons(m_ui->chameleonButton1_0, m_ui->chameleonButton1_1);
+    m_ui->Problema->setPlaceholder(QStringLiteral("nessun problema: scegliere dall'elenco"));
+    addDate(m_ui->MaskEdBox1);
+    dates().watch(m_ui->MaskEdBox1, DateFieldGuard::Empty::Refused);
+    addDate(m_ui->MaskEdBox2);
+    connect(m_ui->MaskEdBox2, &QLineEdit::textChanged, this, &Visita2::noteValidity);
+    connect(m_ui->Problema, &QPushButton::clicked, this, &Visita2::chooseProblem);
+    connect(m_ui->Togli, &QPushButton::clicked, this, &Visita2::removeProblem);
+    // However the dialog goes away.
+    connect(this, &QDialog::finished, this, [this] {
+        m_state.problemSelector = m_callers.id;
+        m_state.problemText = m_callers.text;
+    });
+}
+
+Visita2::~Visita2() = default;
+
+std::array<MemoEdit *, visitTexts> Visita2::texts() const
+{
+    return {m_ui->Text1_0, m_ui->Text1_1, m_ui->Text1_2, m_ui->Text1_3, m_ui->Text1_4};
+}
+
+void Visita2::load()
+{
+    const bool isNew = m_state.visitMode != editMode;
+    VisitDetail visit;
+    if (isNew) {
+        visit.date = m_state.clock.today();
+        visit.problem = m_state.problemSelector;
+    } else {
+        const auto found = readVisit(m_state.clinical(), m_state.visitId);
+        if (!found)
+            refuseToOpen(QStringLiteral("La visita è stata eliminata da un'altra postazione."));
+        visit = *found;
+    }
+    const qint32 problem = visit.problem.value_or(noProblem);
+    const QString text = problemText(m_state.clinical(), m_state.codes(), problem);
+    fillLists();
+
+    m_callers = {m_state.problemSelector, m_state.problemText};
+    m_state.problemSelector = problem;
+    m_visit = visit;
+    setWindowTitle(isNew ? QStringLiteral("Nuova visita") : QStringLiteral("Modifica dati visita"));
+    showStoredDate(m_ui->MaskEdBox1, visit.date);
+    m_ui->MaskEdBox2->setDateText(dashedDate(visit.validity));
+    noteValidity();
+    chooseCode(m_ui->Combo1, typeCode(visit));
+    chooseCode(m_ui->Combo2, visit.symptom);
+    showProblem(text);
+    for (std::size_t i = 0; i < texts().size(); ++i)
+        texts()[i]->setStoredText(visit.texts[i]);
+    m_ui->Text1_0->setFocus();
+}
+
+void Visita2::fillLists()
+{
+    fillList(m_ui->Combo1, visitTypes(m_state.codes()));
+    fillList(m_ui->Combo2, symptoms(m_state.codes()));
+}
+
+void Visita2::showProblem(const QString &text)
+{
+    m_state.problemText = text;
+    m_ui->Problema->setValue(text);
+    m_ui->Togli->setEnabled(!text.isEmpty());
+}
+
+void Visita2::chooseProblem()
+{
+    const Selection before{m_state.problemSelector, m_state.problemText};
+    try {
+        const bool shown = m_state.forms->showForm(QStringLiteral("SelezProblema"));
+        if (shown && m_state.problemSelector > noProblem) {
+            m_visit.problem = m_state.problemSelector;
+            showProblem(problemText(m_state.clinical(), m_state.codes(), m_state.problemSelector));
+            return;
+        }
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Visita2.Problema_Click"), error);
+    }
+    // Nothing was chosen: the visit stays where it is filed.
+    m_state.problemSelector = before.id;
+    m_state.problemText = before.text;
+}
+
+void Visita2::removeProblem()
+{
+    m_visit.problem = noProblem;
+    m_state.problemSelector = noProblem;
+    showProblem({});
+    m_ui->Problema->setFocus();
+}
+
+// Says beside the field what becomes of a validity that is no date.
+void Visita2::noteValidity()
+{
+    QString note;
+    if (holdsNoDate(m_ui->MaskEdBox2))
+        note = QStringLiteral("La validità non è una data: non sarà salvata.");
+    else if (m_ui->MaskEdBox2->isEmptyDate() && m_visit.validity.isValid())
+        note = QStringLiteral("Resta la validità registrata: %1.").arg(dashedDate(m_visit.validity));
+    m_ui->validityNote->setText(note);
+    m_ui->validityNote->setVisible(!note.isEmpty());
+}
+
+VisitDetail Visita2::entered() const
+{
+    VisitDetail visit = m_visit;
+    visit.date = enteredDate(m_ui->MaskEdBox1, m_visit.date);
+    visit.validity = enteredDate(m_ui->MaskEdBox2, m_visit.validity);
+    // A code that its list does not have stays until another entry is chosen or the field is emptied.
+    if (m_ui->Combo1->isChosen()) {
+        const QVariant type = m_ui->Combo1->currentData();
+        visit.type = type.isValid() ? std::optional(qint32(type.toInt())) : std::nullopt;
+    }
+    if (m_ui->Combo2->isChosen())
+        visit.symptom = m_ui->Combo2->currentData().toString();
+    for (std::size_t i = 0; i < texts().size(); ++i)
+        visit.texts[i] = texts()[i]->storedText();
+    return visit;
+}
+
+bool Visita2::mayWrite()
+{
+    const VisitDetail visit = entered();
+    const bool isUntouched = !m_ui->MaskEdBox1->isModified();
+    if (!visit.date.isValid() && !isUntouched) {
+        m_state.prompts.ask(
+            {QStringLiteral("Attenzione"), QStringLiteral("Data visita non valida."), PromptIcon::Warning});
+        m_ui->MaskEdBox1->setFocus();
+        return false;
+    }
+    if (hasVisitOn(m_state.clinical(), m_state.header.patientCode, visit.date, visit.id)) {
+        m_state.prompts.ask({QStringLiteral("Attenzione!"),
+                             QStringLiteral("Esiste già una visita nella data indicata."),
+                             PromptIcon::Information});
+        m_ui->MaskEdBox1->setFocus();
+        return false;
+    }
+    return mayKeepProblem();
+}
+
+bool Visita2::mayKeepProblem()
+{
+    if (m_ui->Problema->value().isEmpty()
+        || readProblem(m_state.clinical(), m_visit.problem.value_or(noProblem)))
+        return true;
+    // Filed against a problem that is gone, the visit would be in no list.
+    const PromptButton answer = m_state.prompts.ask(
+        {QStringLiteral("Attenzione!"),
+         QStringLiteral("Il problema associato è stato eliminato da un'altra postazione.\n"
+                        "Salvare la visita senza problema associato?"),
+         PromptIcon::Warning,
+         {PromptButton::Yes, PromptButton::No},
+         PromptButton::Yes});
+    removeProblem();
+    return answer == PromptButton::Yes;
+}
+
+WriteResult Visita2::write()
+{
+    VisitDetail visit = entered();
+    const WriteResult result = saveVisit(m_state, visit);
+    if (result == WriteResult::Done)
+        m_state.visitId = visit.id;
+    return result;
+}
+
+void Visita2::becomeNew()
+{
+    m_visit.id = 0;
+    setWindowTitle(QStringLiteral("Nuova visita"));
+}
+
+QString Visita2::vanishedQuestion() const
+{
+    return QStringLiteral("La visita è stata eliminata da un'altra postazione mentre la si modificava.\n"
+                          "Quanto scritto è ancora nella finestra. Salvarla come nuova visita?");
+}
+
+} // namespace clivara

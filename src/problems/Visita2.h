@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "problems/RecordDialog.h"
+#include "problems/VisitRecords.h"
+
+#include <memory>
+
+namespace Ui {
+class Visita2;
+}
+
+namespace clivara {
+
+class ChoiceBox;
+class MemoEdit;
+
+// Writes one visit: that of WorkingState::visitId in the mode "11", else a new one, filed against the selected
+// problem. While it is open the selected problem is that of the visit; whoever opened it finds the own one again. A new visit is the
+// one of visitId once it is saved.
+class Visita2 : public RecordDialog {
+    Q_OBJECT
+
+public:
+    explicit Visita2(WorkingState &state);
+    ~Visita2() override;
+
+protected:
+    void load() override;
+    bool mayWrite() override;
+    WriteResult write() override;
+    void becomeNew() override;
+    QString vanishedQuestion() const override;
+
+private:
+    std::array<MemoEdit *, visitTexts> texts() const;
+    VisitDetail entered() const;
+    void fillLists();
+    void showProblem(const QString &text);
+    void chooseProblem();
+    void removeProblem();
+    bool mayKeepProblem();
+    void noteValidity();
+
+    std::unique_ptr<Ui::Visita2> m_ui;
+    VisitDetail m_visit; // as it was read; its problem is the one that Problema shows
+    struct Selection {
+        qint32 id = noProblem;
+        QString text;
+    };
+    Selection m_callers;
+};
+
+} // namespace clivara
