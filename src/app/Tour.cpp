@@ -9,6 +9,7 @@
 #include "host/working_state/WorkingState.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -72,6 +73,23 @@ private:
     QStringList m_written;
 };
 
+// Selects the problem under which most is filed.
+void showRichestProblem(QAbstractItemView &problems, const QAbstractItemModel &items)
+{
+    int most = -1;
+    QModelIndex richest;
+    // Below the row of what is filed under none.
+    for (int row = 1; row < problems.model()->rowCount(); ++row) {
+        problems.setCurrentIndex(problems.model()->index(row, 0));
+        if (items.rowCount() > most) {
+            most = items.rowCount();
+            richest = problems.currentIndex();
+        }
+    }
+    if (richest.isValid())
+        problems.setCurrentIndex(richest);
+}
+
 // Waits inside the form's own event loop until it is open, has it compute and takes its picture; closes it in
 // any case.
 class FormVisit {
@@ -101,6 +119,10 @@ private:
             // The first of a calculator's buttons computes.
             if (const auto compute = form->findChild<QAbstractButton *>(QStringLiteral("Button2_0")))
                 compute->click();
+            const auto problems = form->findChild<QAbstractItemView *>(QStringLiteral("ReportControl1_0"));
+            const auto items = form->findChild<QAbstractItemView *>(QStringLiteral("ReportControl1_1"));
+            if (problems && items)
+                showRichestProblem(*problems, *items->model());
             settle();
             m_pictures.save(*form, form->objectName());
             m_tookPicture = true;

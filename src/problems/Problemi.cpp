@@ -192,7 +192,8 @@ void Problemi::showProblem(int row, ItemTreeView::Place place)
     const ProblemListModel::Row &problem = m_problems->at(row);
     m_state.problemSelector = problem.id;
     m_state.problemText = problem.problem;
-    m_ui->lblProblema->setText(problem.problem.trimmed());
+    m_ui->lblProblema->setText(problem.id == unassociated ? QStringLiteral("nessun problema")
+                                                          : problem.problem);
     CaricaTab_Visite(place);
 }
 

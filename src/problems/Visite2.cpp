@@ -83,8 +83,7 @@ void Visite2::CaricaTab_Visite(ItemTreeView::Place place)
     }
     const qsizetype count = visits.size();
     m_ui->ReportControl1->showItems(std::move(visits), place);
-    m_ui->lblConteggio->setText(count == 1 ? QStringLiteral("1 visita")
-                                           : QStringLiteral("%1 visite").arg(count));
+    m_ui->lblConteggio->setText(QString::number(count));
 }
 
 void Visite2::addVisit()
