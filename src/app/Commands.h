@@ -12,6 +12,7 @@ namespace orvale {
 CommandLine windowCommandLine(); // the options of runWindow
 int runWindow(const QStringList &arguments); // orvale [--practice P]
 int runDemo(const QStringList &arguments); // orvale demo P [--patients N] [--years Y] [--seed S]
+int runImport(const QStringList &arguments); // orvale import SOURCE P [--region NN] [--replace]
 int runPlay(const QStringList &arguments); // orvale play [--practice P] [--today D] [--shots FOLDER] FILE
 int runTour(const QStringList &arguments); // orvale tour FOLDER
 int runCheck(const QStringList &arguments); // orvale check P

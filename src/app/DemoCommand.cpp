@@ -2,30 +2,10 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/Demo.h"
+#include "app/TerminalProgress.h"
 #include "support/Clock.h"
 
-#include <cstdio>
-#include <unistd.h>
-
 namespace orvale {
-
-namespace {
-
-// A bar on the terminal's last line; nothing where standard error is no terminal.
-void showProgress(int done, int total)
-{
-    static const bool terminal = isatty(STDERR_FILENO) == 1;
-    if (!terminal)
-        return;
-    constexpr int width = 40;
-    const int filled = int(qint64(done) * width / total);
-    std::fprintf(stderr, "\r[%s%s] %3d%%%s", std::string(size_t(filled), '#').c_str(),
-                 std::string(size_t(width - filled), '.').c_str(), int(qint64(done) * 100 / total),
-                 done == total ? "\n" : "");
-    std::fflush(stderr);
-}
-
-} // namespace
 
 int runDemo(const QStringList &arguments)
 {
@@ -47,7 +27,9 @@ int runDemo(const QStringList &arguments)
     options.years = line.number(QStringLiteral("years"), options.years, 1, 40);
     options.seed = quint64(line.number(QStringLiteral("seed"), 1, 0, 2147483647));
     options.today = clivara::SystemClock().today();
-    createDemo(line.argument(0), options, showProgress);
+    TerminalProgress bar;
+    createDemo(line.argument(0), options, [&](int done, int total) { bar.show({}, done, total); });
+    bar.end();
     printLine(QStringLiteral("Creato l'archivio dimostrativo %1: %2 pazienti, %3 anni.")
                   .arg(line.argument(0))
                   .arg(options.patients)

@@ -1,30 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/Practice.h"
 
+#include "app/PracticeBuild.h"
 #include "app/PracticeProbe.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 namespace orvale {
 
 namespace {
-
-QString fullPath(const QString &path)
-{
-    if (path.startsWith(QLatin1String("postgresql://")))
-        throw UserError(
-            QStringLiteral("Gli archivi su PostgreSQL non si aprono ancora: indicare una cartella."));
-    if (path.trimmed().isEmpty())
-        throw UserError(QStringLiteral("Indicare la cartella dell'archivio."));
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
 
 UserError cannotOpen(const QString &path, const dao::Error &error)
 {
@@ -96,7 +85,7 @@ QString Practice::damagedFile(const QString &path)
 
 std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &schema, Pages pages)
 {
-    const QString folder = fullPath(path);
+    const QString folder = practicePath(path);
     probePractice(folder, schema);
     std::unique_ptr<Practice> practice(new Practice(folder));
     try {
@@ -121,29 +110,15 @@ std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &sche
 
 void Practice::build(const QString &path, const std::function<void(Practice &)> &fill)
 {
-    const QString folder = fullPath(path);
-    const QFileInfo info(folder);
-    if (info.exists() && !info.isDir())
-        throw UserError(QStringLiteral("%1 esiste già e non è una cartella.").arg(folder));
-    if (info.exists() && !QDir(folder).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
-        throw UserError(QStringLiteral("La cartella %1 esiste già e non è vuota.").arg(folder));
-    if (!QDir().mkpath(info.path()))
-        throw UserError(QStringLiteral("La cartella %1 non si può creare.").arg(info.path()));
-    QTemporaryDir part(folder + QStringLiteral(".part-XXXXXX"));
-    if (!part.isValid())
-        throw UserError(QStringLiteral("Manca il permesso di scrittura nella cartella %1.").arg(info.path()));
     try {
-        Practice practice(part.path());
-        practice.openDatabases(true);
-        Schema::current().apply(practice.m_engine->DefaultWorkspace(), practice.databases(), 0);
-        practice.setProperty(QStringLiteral("created"), QDateTime::currentDateTime().toString(Qt::ISODate));
-        fill(practice);
+        PracticeBuild build(path);
+        fill(build.practice());
+        build.finish();
+        build.place();
     } catch (const dao::Error &error) {
-        throw UserError(QStringLiteral("L'archivio %1 non si può creare: %2").arg(folder, error.text()));
+        throw UserError(
+            QStringLiteral("L'archivio %1 non si può creare: %2").arg(practicePath(path), error.text()));
     }
-    if ((info.exists() && !QDir().rmdir(folder)) || !QDir().rename(part.path(), folder))
-        throw UserError(QStringLiteral("L'archivio %1 non si può creare.").arg(folder));
-    part.setAutoRemove(false);
 }
 
 std::unique_ptr<Practice> Practice::create(const QString &path)
@@ -168,6 +143,16 @@ QString Practice::property(const QString &name) const
 void Practice::setProperty(const QString &name, const QString &value)
 {
     writeProperty(*m_environment.clinical, name, value);
+}
+
+QString practicePath(const QString &path)
+{
+    if (path.startsWith(QLatin1String("postgresql://")))
+        throw UserError(
+            QStringLiteral("Gli archivi su PostgreSQL non si aprono ancora: indicare una cartella."));
+    if (path.trimmed().isEmpty())
+        throw UserError(QStringLiteral("Indicare la cartella dell'archivio."));
+    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
 }
 
 QString defaultPracticePath()

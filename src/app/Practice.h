@@ -51,6 +51,7 @@ public:
     void setProperty(const QString &name, const QString &value);
 
 private:
+    friend class PracticeBuild;
     explicit Practice(const QString &path);
     void openDatabases(bool create);
     QMap<QString, std::shared_ptr<dao::Database>> databases() const;
@@ -59,6 +60,9 @@ private:
     std::unique_ptr<dao::DBEngine> m_engine;
     clivara::HostEnvironment m_environment;
 };
+
+// The absolute path of a practice's folder; throws UserError for an address that is none.
+QString practicePath(const QString &path);
 
 // Where `orvale` without --practice looks: "practice" in the user's data folder.
 QString defaultPracticePath();

@@ -18,6 +18,7 @@ const QList<Command> &commands()
 {
     static const QList<Command> list{
         {QStringLiteral("demo"), orvale::runDemo, false},
+        {QStringLiteral("import"), orvale::runImport, false},
         {QStringLiteral("check"), orvale::runCheck, false},
         {QStringLiteral("play"), orvale::runPlay, true},
         {QStringLiteral("tour"), orvale::runTour, true},
@@ -31,6 +32,7 @@ QString help()
                           "     orvale COMANDO [ARGOMENTI]\n\n"
                           "Senza comando apre la finestra sull'archivio P (o su quello dell'utente).\n\n"
                           "  demo P            crea un archivio dimostrativo nella cartella P\n"
+                          "  import SOURCE P   porta i file Jet della cartella SOURCE nell'archivio P\n"
                           "  check P           legge l'archivio P e dice che cosa è incoerente\n"
                           "  play SCENARIO     esegue uno scenario e ne scrive i risultati\n"
                           "  tour CARTELLA     apre ogni sezione e ne salva un'immagine\n"

@@ -8,7 +8,9 @@ struct BulkInsert::Private {
     std::shared_ptr<Session> session;
     QList<ColumnInfo> columns;
     std::shared_ptr<const TableSet> tables; // keeps a linked table's file attached
-    QSqlQuery insert;
+    TableInfo table;
+    std::unique_ptr<NativeInsert> insert;
+    QVariantList converted;
 };
 
 BulkInsert::BulkInsert(Database &database, const QString &table, const QStringList &fields)
@@ -30,10 +32,14 @@ BulkInsert::BulkInsert(Database &database, const QString &table, const QStringLi
         names.append(from.session->dialect().identifier(columns.last().name));
         marks.append(QStringLiteral("?"));
     }
-    QSqlQuery insert = from.session->prepare(
+    QSqlDatabase connection = from.session->connection();
+    auto insert = from.session->dialect().openInsert(
+        connection,
         QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-            .arg(info->nativeName, names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))));
-    d = std::make_unique<Private>(Private{from.session, columns, from.catalog->tables(), std::move(insert)});
+            .arg(info->nativeName, names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))),
+        columns);
+    d = std::make_unique<Private>(
+        Private{from.session, columns, from.catalog->tables(), *info, std::move(insert), {}});
 }
 
 BulkInsert::~BulkInsert() = default;
@@ -43,11 +49,16 @@ void BulkInsert::add(const QVariantList &values)
     if (values.size() != d->columns.size())
         throw Error(InvalidArgument,
                     QStringLiteral("Il numero dei valori e quello dei campi non coincidono"));
-    for (int i = 0; i < values.size(); ++i) {
-        const ColumnInfo &column = d->columns[i];
-        d->insert.bindValue(i, d->session->dialect().toNative(fieldValue(values[i], column), column.type));
-    }
-    d->session->execute(d->insert);
+    d->converted.resize(values.size());
+    for (int i = 0; i < values.size(); ++i)
+        d->converted[i] = fieldValue(values[i], d->columns[i]);
+    d->session->insert(*d->insert, d->converted);
+}
+
+IndexInfo BulkInsert::brokenIndex(const Error &error) const
+{
+    const IndexInfo *index = d->session->dialect().brokenIndex(error, d->table);
+    return index ? *index : IndexInfo();
 }
 
 } // namespace dao

@@ -188,6 +188,8 @@ private:
     friend class TableDefs;
     friend class Recordset;
     friend class BulkInsert;
+    friend class BulkLoad;
+    friend class BulkReader;
     struct Private;
     explicit Database(std::unique_ptr<Private> d);
     std::unique_ptr<Private> d;
@@ -257,7 +259,11 @@ class BulkInsert {
 public:
     BulkInsert(Database &database, const QString &table, const QStringList &fields);
     ~BulkInsert();
-    void add(const QVariantList &values); // one per field; a null or invalid variant is Null
+    // One per field; a null or invalid variant is Null. After an error the row is not there, and the next one
+    // can be added.
+    void add(const QVariantList &values);
+    // The unique index that a DuplicateKey error of add() speaks of; empty when it cannot be told.
+    IndexInfo brokenIndex(const Error &error) const;
 
 private:
     struct Private;

@@ -23,7 +23,7 @@ struct Database::Private {
     // --- definitions
     QString nativeName(const QString &table) const;
     void define(const Translation &statement);
-    void createTable(const Definition &definition);
+    void createTable(const QString &table, const QList<ColumnInfo> &columns, const QList<IndexInfo> &indexes);
     void createIndex(const TableInfo &table, const IndexInfo &index);
     // Makes the table anew with these columns, its rows and indexes kept: SQL has no statement for what is
     // asked.

@@ -16,7 +16,7 @@ void Database::Private::define(const Translation &statement)
     const SqlDialect &dialect = session->dialect();
     Atomic atomic(*session);
     if (statement.kind == StatementKind::CreateTable) {
-        createTable(definition);
+        createTable(definition.table, definition.columns, definition.indexes);
     } else if (catalog->link(definition.table)) {
         if (statement.kind != StatementKind::DropTable)
             throw Error(InvalidOperation,
@@ -62,20 +62,21 @@ void Database::Private::define(const Translation &statement)
     atomic.commit();
 }
 
-void Database::Private::createTable(const Definition &definition)
+void Database::Private::createTable(const QString &table, const QList<ColumnInfo> &columns,
+                                    const QList<IndexInfo> &indexes)
 {
-    if (catalog->contains(definition.table))
-        throw Error(TableExists, QStringLiteral("La tabella '%1' esiste già").arg(definition.table));
-    QStringList columns;
-    for (ColumnInfo column : definition.columns) {
-        for (const IndexInfo &index : definition.indexes)
+    if (catalog->contains(table))
+        throw Error(TableExists, QStringLiteral("La tabella '%1' esiste già").arg(table));
+    QStringList declarations;
+    for (ColumnInfo column : columns) {
+        for (const IndexInfo &index : indexes)
             column.required |= index.primary && index.fields.contains(column.name, Qt::CaseInsensitive);
-        columns.append(session->dialect().columnDeclaration(column));
+        declarations.append(session->dialect().columnDeclaration(column));
     }
     session->execute(QStringLiteral("CREATE TABLE %1 (%2)")
-                         .arg(nativeName(definition.table), columns.join(QStringLiteral(", "))));
-    for (const IndexInfo &index : definition.indexes)
-        session->execute(session->dialect().createIndex(attachment->schema, definition.table, index));
+                         .arg(nativeName(table), declarations.join(QStringLiteral(", "))));
+    for (const IndexInfo &index : indexes)
+        session->execute(session->dialect().createIndex(attachment->schema, table, index));
 }
 
 void Database::Private::createIndex(const TableInfo &table, const IndexInfo &index)

@@ -41,6 +41,9 @@ enum ErrorNumber {
     ConversionError = 3421,
     TransactionError = 3034,
     Corrupt = 3049,
+    RecordTooLarge = 3047,
+    DiskError = 3043,
+    DiskFull = 3183,
     SelectNotExecuted = 3065, // Execute of a SELECT
     Failed = 3146, // the native engine failed; the text is its own
 };

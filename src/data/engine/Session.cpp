@@ -131,6 +131,13 @@ int Session::execute(QSqlQuery &prepared)
     return prepared.numRowsAffected();
 }
 
+void Session::insert(NativeInsert &prepared, const QVariantList &values)
+{
+    drainReaders();
+    requireTransaction();
+    prepared.add(values);
+}
+
 void Session::drainReaders()
 {
     // Draining takes the reader off the list.

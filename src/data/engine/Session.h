@@ -57,6 +57,8 @@ public:
     // The same with a statement prepared once.
     int execute(QSqlQuery &prepared);
     QSqlQuery prepare(const QString &sql) const;
+    // A row through a statement prepared once.
+    void insert(NativeInsert &prepared, const QVariantList &values);
 
     void begin();
     void commit();

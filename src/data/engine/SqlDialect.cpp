@@ -43,6 +43,12 @@ QString errorDescription(int number, const QString &native)
         return QStringLiteral("Il database è danneggiato: %1").arg(native);
     case NotADatabase:
         return QStringLiteral("Formato di database non riconosciuto: %1").arg(native);
+    case DiskFull:
+        return QStringLiteral("Spazio su disco insufficiente: %1").arg(native);
+    case DiskError:
+        return QStringLiteral("Errore di lettura o scrittura sul disco: %1").arg(native);
+    case RecordTooLarge:
+        return QStringLiteral("Il record è troppo grande: %1").arg(native);
     default:
         return native;
     }
@@ -81,6 +87,34 @@ private:
     QSqlQuery m_query;
 };
 
+// Through Qt's driver, with values as toNative() makes them.
+class QueryInsert final : public NativeInsert {
+public:
+    QueryInsert(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
+                const QList<ColumnInfo> &columns)
+        : m_dialect(dialect)
+        , m_columns(columns)
+        , m_query(connection)
+    {
+        m_query.setForwardOnly(true);
+        if (!m_query.prepare(sql))
+            throw dialect.error(m_query.lastError(), sql);
+    }
+
+    void add(const QVariantList &values) override
+    {
+        for (int i = 0; i < values.size(); ++i)
+            m_query.bindValue(i, m_dialect.toNative(values[i], m_columns[i].type));
+        if (!m_query.exec())
+            throw m_dialect.error(m_query.lastError(), m_query.lastQuery());
+    }
+
+private:
+    const SqlDialect &m_dialect;
+    QList<ColumnInfo> m_columns;
+    QSqlQuery m_query;
+};
+
 } // namespace
 
 QString SqlDialect::identifier(const QString &name) const
@@ -102,6 +136,12 @@ std::unique_ptr<NativeCursor> SqlDialect::openCursor(QSqlDatabase &connection, c
                                                      const QVariantList &values) const
 {
     return std::make_unique<QueryCursor>(*this, connection, sql, values);
+}
+
+std::unique_ptr<NativeInsert> SqlDialect::openInsert(QSqlDatabase &connection, const QString &sql,
+                                                     const QList<ColumnInfo> &columns) const
+{
+    return std::make_unique<QueryInsert>(*this, connection, sql, columns);
 }
 
 Error SqlDialect::error(const QSqlError &error, const QString &sql) const

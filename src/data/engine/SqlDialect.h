@@ -3,7 +3,9 @@
 
 #include "data/engine/Catalog.h"
 #include "data/engine/Error.h"
+#include "data/engine/ExclusiveUse.h"
 #include "data/engine/NativeCursor.h"
+#include "data/engine/NativeInsert.h"
 
 #include <QDateTime>
 #include <QList>
@@ -92,10 +94,26 @@ public:
     // A number that changes with every definition in the schema, by whatever process.
     virtual qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const = 0;
     virtual qint64 lastAutoNumber(QSqlDatabase &connection) const = 0;
+    // The autonumber field of a table goes on after this number, or after its highest row if that is more.
+    virtual void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
+                                   qint64 number) const = 0;
+    // While a schema is being loaded that is thrown away if anything fails, nothing waits for the disk;
+    // afterwards it is again a database that survives the loss of power and that several programs share.
+    virtual void beginLoad(QSqlDatabase &connection, const QString &schema) const = 0;
+    virtual void endLoad(QSqlDatabase &connection, const QString &schema) const = 0;
+    // Takes the database of that name for one's own, until the result goes away: nobody has it open, and
+    // nobody can open it. Throws Error (Locked).
+    virtual std::unique_ptr<ExclusiveUse> useExclusively(const QString &name) const = 0;
     // A statement that reads, its values bound; its rows are stepped through with the cursor. Throws Error.
     // The default reads through Qt's driver.
     virtual std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                                      const QVariantList &values) const;
+    // A statement that adds one row; `sql` has a mark for the value of each column. The default writes through
+    // Qt's driver.
+    virtual std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &sql,
+                                                     const QList<ColumnInfo> &columns) const;
+    // The unique index of the table that a DuplicateKey error speaks of; null when it cannot be told.
+    virtual const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const = 0;
     // The error of a native error: the engine's own text where people meet it, the native text beside it.
     Error error(const QSqlError &error, const QString &sql) const;
     // The engine's error number for a native error.

@@ -1,48 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/SqliteCursor.h"
 
-#include "data/engine/SqlDialect.h"
-
-#include <QSqlError>
 #include <sqlite3.h>
 
 namespace dao {
 
-void SqliteCursor::Finalize::operator()(sqlite3_stmt *statement) const
-{
-    sqlite3_finalize(statement);
-}
-
 SqliteCursor::SqliteCursor(const SqlDialect &dialect, sqlite3 *connection, const QString &sql)
-    : m_dialect(dialect)
-    , m_connection(connection)
-    , m_sql(sql)
+    : m_statement(dialect, connection, sql)
 {
-    const QByteArray text = sql.toUtf8();
-    sqlite3_stmt *statement = nullptr;
-    if (sqlite3_prepare_v2(connection, text.constData(), int(text.size()), &statement, nullptr) != SQLITE_OK)
-        fail();
-    m_statement.reset(statement);
-}
-
-void SqliteCursor::fail() const
-{
-    throw m_dialect.error(QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(m_connection)),
-                                    QSqlError::StatementError,
-                                    QString::number(sqlite3_extended_errcode(m_connection))),
-                          m_sql);
 }
 
 bool SqliteCursor::next()
 {
-    switch (sqlite3_step(m_statement.get())) {
-    case SQLITE_ROW:
-        return true;
-    case SQLITE_DONE:
-        return false;
-    default:
-        fail();
-    }
+    return m_statement.step();
 }
 
 QVariant SqliteCursor::value(int column) const
@@ -55,7 +25,12 @@ QVariant SqliteCursor::value(int column) const
         return sqlite3_column_double(statement, column);
     case SQLITE_TEXT: {
         const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
-        return QString::fromUtf8(text, sqlite3_column_bytes(statement, column));
+        const int size = sqlite3_column_bytes(statement, column);
+        // Qt takes a first U+FEFF for a mark of the encoding and drops it; here it is a character.
+        constexpr QByteArrayView mark("\xEF\xBB\xBF", 3);
+        if (QByteArrayView(text, size).startsWith(mark))
+            return QString(QChar(0xFEFF) + QString::fromUtf8(text + mark.size(), size - int(mark.size())));
+        return QString::fromUtf8(text, size);
     }
     case SQLITE_BLOB: {
         const auto *bytes = static_cast<const char *>(sqlite3_column_blob(statement, column));

@@ -7,7 +7,7 @@ namespace dao {
 
 // SQLite 3.40: one connection, each database attached under its schema name. Text columns collate by JET_TEXT
 // and Jet's functions are registered on the connection (SqliteFunctions). The language is in
-// SqliteDialect.cpp, files, tables and values are in SqliteStorage.cpp.
+// SqliteDialect.cpp, files, tables and values are in SqliteStorage.cpp, loading of whole files in SqliteLoading.cpp.
 class SqliteDialect final : public SqlDialect {
 public:
     QString textLiteral(const QString &text) const override;
@@ -47,8 +47,16 @@ public:
     bool inTransaction(QSqlDatabase &connection) const override;
     qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
     qint64 lastAutoNumber(QSqlDatabase &connection) const override;
+    void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
+                           qint64 number) const override;
+    void beginLoad(QSqlDatabase &connection, const QString &schema) const override;
+    void endLoad(QSqlDatabase &connection, const QString &schema) const override;
+    std::unique_ptr<ExclusiveUse> useExclusively(const QString &name) const override;
     std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                              const QVariantList &values) const override;
+    std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &sql,
+                                             const QList<ColumnInfo> &columns) const override;
+    const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const override;
     int errorNumber(const QSqlError &error) const override;
     QString errorText(const QSqlError &error) const override;
 };

@@ -405,6 +405,12 @@ int SqliteDialect::errorNumber(const QSqlError &error) const
         return NotADatabase;
     case SQLITE_CANTOPEN:
         return CannotFindFile;
+    case SQLITE_FULL:
+        return DiskFull;
+    case SQLITE_IOERR:
+        return DiskError;
+    case SQLITE_TOOBIG:
+        return RecordTooLarge;
     default:
         break;
     }

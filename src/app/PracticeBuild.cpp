@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/PracticeBuild.h"
+
+#include "app/PracticeProbe.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+
+namespace orvale {
+
+namespace {
+
+std::vector<std::unique_ptr<dao::ExclusiveUse>> takePractice(const QString &folder)
+{
+    probePractice(folder, Schema::current());
+    std::vector<std::unique_ptr<dao::ExclusiveUse>> uses;
+    for (const PracticeFile &file : practiceFiles()) {
+        try {
+            uses.push_back(dao::useExclusively(QDir(folder).filePath(file.fileName)));
+        } catch (const dao::Error &error) {
+            if (error.number() == dao::Locked)
+                throw UserError(
+                    QStringLiteral("L'archivio %1 è aperto: chiuderlo in tutti i programmi e riprovare.")
+                        .arg(folder));
+            throw UserError(
+                QStringLiteral("L'archivio %1 non si può sostituire: %2").arg(folder, error.text()));
+        }
+    }
+    return uses;
+}
+
+// A practice's folder holds its six files, what SQLite puts beside them while they are open, and the files of the
+// components that work on it, all databases.
+bool holdsOnlyDatabases(const QString &folder)
+{
+    const QFileInfoList entries =
+        QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    return std::all_of(entries.begin(), entries.end(), [](const QFileInfo &entry) {
+        return entry.isFile()
+               && QDir::match({QStringLiteral("*.sqlite"), QStringLiteral("*.sqlite-wal"),
+                               QStringLiteral("*.sqlite-shm"), QStringLiteral("*.sqlite-journal")},
+                              entry.fileName());
+    });
+}
+
+} // namespace
+
+PracticeBuild::PracticeBuild(const QString &path, Existing existing)
+    : m_target(practicePath(path))
+{
+    const QFileInfo info(m_target);
+    const bool holdsSomething =
+        info.isDir()
+        && !QDir(m_target).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    if (info.exists() && !info.isDir())
+        throw UserError(QStringLiteral("%1 esiste già e non è una cartella.").arg(m_target));
+    if (holdsSomething && existing == Existing::Refused)
+        throw UserError(QStringLiteral("La cartella %1 esiste già e non è vuota.").arg(m_target));
+    if (holdsSomething)
+        m_previous = takePractice(m_target);
+    m_part = std::make_unique<PartFolder>(m_target);
+    m_practice.reset(new Practice(m_part->path()));
+    m_practice->openDatabases(true);
+    const auto databases = m_practice->databases();
+    for (auto it = databases.begin(); it != databases.end(); ++it)
+        m_loads.emplace(it.key(), std::make_unique<dao::BulkLoad>(*it.value()));
+    Schema::current().apply(m_practice->m_engine->DefaultWorkspace(), databases, 0);
+    m_practice->setProperty(QStringLiteral("created"), QDateTime::currentDateTime().toString(Qt::ISODate));
+}
+
+PracticeBuild::~PracticeBuild() = default;
+
+dao::Database &PracticeBuild::database(const QString &role)
+{
+    return *m_practice->databases().value(role);
+}
+
+void PracticeBuild::finish()
+{
+    for (const auto &[role, load] : m_loads)
+        load->finish();
+    m_loads.clear();
+    m_practice.reset();
+    m_part->sync();
+}
+
+QString PracticeBuild::place(Previous previous)
+{
+    if (m_previous.empty()) {
+        m_part->place();
+        return {};
+    }
+    const bool keep = previous == Previous::Kept || !holdsOnlyDatabases(m_target);
+    for (const auto &use : m_previous)
+        use->aboutToMove();
+    const QString beside = m_part->placeInstead();
+    m_previous.clear();
+    if (!keep && QDir(beside).removeRecursively())
+        return {};
+    return beside;
+}
+
+} // namespace orvale

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/PartFolder.h"
+#include "app/Practice.h"
+#include "data/engine/BulkLoad.h"
+#include "data/engine/ExclusiveUse.h"
+
+#include <map>
+#include <vector>
+
+namespace orvale {
+
+// A practice in the making: built in a folder beside its place with the tables of the current schema version,
+// and put in its place as a whole. Without place() nothing of it is left. Everything throws UserError, or
+// dao::Error where the practice itself is written.
+class PracticeBuild {
+public:
+    enum class Existing { Refused, Replaced };
+
+    // The place must not exist or be an empty folder; with Existing::Replaced it may be a practice that nobody
+    // has open, which is kept from being opened as long as this object lives.
+    explicit PracticeBuild(const QString &path, Existing existing = Existing::Refused);
+    ~PracticeBuild();
+
+    QString target() const { return m_target; }
+    QString folder() const { return m_part->path(); } // where it stands meanwhile
+    bool replaces() const { return !m_previous.empty(); }
+
+    // Until finish(). Nothing that is written reaches the disk yet, so it is fast.
+    Practice &practice() { return *m_practice; }
+    dao::Database &database(const QString &role);
+    dao::BulkLoad &load(const QString &role) { return *m_loads.at(role); }
+
+    // Closes the practice; its files are complete and on the disk.
+    void finish();
+
+    enum class Previous { Removed, Kept };
+    // Puts the finished practice in its place. The path where the practice that was there is kept: asked for,
+    // or because the folder also holds files that are none of a practice's; empty otherwise.
+    QString place(Previous previous = Previous::Removed);
+
+private:
+    QString m_target;
+    std::vector<std::unique_ptr<dao::ExclusiveUse>> m_previous;
+    // What is declared later is closed before the folder goes.
+    std::unique_ptr<PartFolder> m_part;
+    std::unique_ptr<Practice> m_practice;
+    std::map<QString, std::unique_ptr<dao::BulkLoad>> m_loads; // by role
+};
+
+} // namespace orvale
