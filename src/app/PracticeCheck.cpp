@@ -169,6 +169,17 @@ QList<Rule> valueRules()
     };
 }
 
+// Rows that an import could not write: they are in no chart.
+QList<Rule> refusedRules(dao::Database &clinical)
+{
+    const QString table = QStringLiteral("orvale_refused_rows");
+    if (!clinical.TableDefs().contains(table))
+        return {};
+    return {{QStringLiteral("%1: righe rifiutate da un'importazione (tabella, riga, motivo)").arg(table),
+             QStringLiteral("SELECT [database] & '.' & [table], [row], [reason] FROM %1 ORDER BY id")
+                 .arg(table)}};
+}
+
 void applyRule(const Databases &databases, const Rule &rule, int mostKeys, QList<Finding> &found)
 {
     Finding finding{rule.kind, rule.text, 0, {}};
@@ -242,7 +253,8 @@ QList<Finding> checkPractice(Practice &practice, int mostKeys)
     if (!found.isEmpty())
         return found; // the rows of such a practice prove nothing
     const QList<Rule> rules = patientRules() + linkRules() + QList<Rule>{visitTypeRule(*environment.codes)}
-                              + primaryKeyRules(databases) + keyRules() + valueRules();
+                              + primaryKeyRules(databases) + keyRules() + valueRules()
+                              + refusedRules(*environment.clinical);
     for (const Rule &rule : rules)
         applyRule(databases, rule, mostKeys, found);
     std::stable_partition(found.begin(), found.end(), [](const Finding &finding) {

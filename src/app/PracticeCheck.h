@@ -20,7 +20,7 @@ struct Finding {
 };
 
 // Reads a practice through: pages and indexes of its files, rows that belong to nothing, code strings of
-// wrong length, keys that stand twice, problems of unknown state, rows that an import set aside. Empty when
+// wrong length, keys that stand twice, problems of unknown state, rows that an import refused. Empty when
 // there is nothing to tell. Of each finding at most `mostKeys` keys are kept. Throws dao::Error when the
 // practice cannot be read.
 QList<Finding> checkPractice(Practice &practice, int mostKeys = 20);

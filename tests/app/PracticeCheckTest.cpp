@@ -173,6 +173,23 @@ TEST_F(PracticeCheckTest, NamesTablesThatAreNotThere)
     EXPECT_EQ(found.first().keys, QStringList{QStringLiteral("TIPOVISITA")});
 }
 
+TEST_F(PracticeCheckTest, ListsTheRowsThatAnImportRefused)
+{
+    const auto practice = Practice::create(path(QStringLiteral("p")));
+    dao::Database &clinical = *practice->environment().clinical;
+    clinical.Execute(
+        QStringLiteral("CREATE TABLE orvale_refused_rows (id COUNTER, [database] TEXT(20), [table] MEMO, "
+                       "[row] DOUBLE, [reason] MEMO, [content] MEMO)"));
+    EXPECT_TRUE(orvale::checkPractice(*practice).isEmpty());
+    clinical.Execute(
+        QStringLiteral("INSERT INTO orvale_refused_rows ([database], [table], [row], [reason]) VALUES "
+                       "('codes', 'icd9', 12, 'chiave doppia')"));
+    const auto found = orvale::checkPractice(*practice);
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found.first().kind, Finding::Kind::Inconsistency);
+    EXPECT_EQ(found.first().keys, QStringList{QStringLiteral("codes.icd9 / 12 / chiave doppia")});
+}
+
 // Medicines leave the list when they are no longer sold: that is no fault of the practice.
 TEST_F(PracticeCheckTest, TellsWhatIsOnlyWorthKnowingApart)
 {
