@@ -71,6 +71,7 @@ HostWindow::HostWindow(Practice &practice, const clivara::Services &services, Ho
     m_ui->splitter->setSizes({searchCharacters * fontMetrics().averageCharWidth(), width()});
     m_search->setMinimumWidth(256);
 
+    makeArchiveMenu();
     makePatientMenu();
     makeSections();
     enableSections();
@@ -96,6 +97,13 @@ HostWindow::~HostWindow() = default;
 bool HostWindow::isLoadingPatients() const
 {
     return m_loader->isLoading();
+}
+
+void HostWindow::makeArchiveMenu()
+{
+    QMenu *menu = m_ui->menubar->addMenu(QStringLiteral("Arch&ivio"));
+    menu->addAction(QStringLiteral("&Importa da file Jet…"), this, &HostWindow::importAsked)
+        ->setObjectName(QStringLiteral("importFromJet"));
 }
 
 void HostWindow::makePatientMenu()

@@ -47,8 +47,10 @@ public:
 
 signals:
     void patientsLoaded();
+    void importAsked(); // by the doctor, from the menu
 
 private:
+    void makeArchiveMenu();
     void makePatientMenu();
     void makeSections();
     void enableSections();

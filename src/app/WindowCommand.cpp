@@ -6,6 +6,7 @@
 #include "app/HostServices.h"
 #include "app/HostStyle.h"
 #include "app/HostWindow.h"
+#include "app/ImportDialog.h"
 #include "app/Practice.h"
 #include "app/StartupReport.h"
 #include "app/WorkDialog.h"
@@ -49,6 +50,51 @@ void refuseDamaged(QWidget &window, const QString &file)
     QApplication::exit(1);
 }
 
+struct Showing {
+    int status = 0;
+    QString next; // the practice to open now; empty to end the program
+};
+
+// Shows the window on a practice until it is closed.
+Showing showPractice(Practice &practice, HostServices &host, bool reportsStartup)
+{
+    Showing showing;
+    HostWindow window(practice, host.services());
+    QSettings remembered(QStringLiteral("Orvale"), QStringLiteral("orvale"));
+    window.restoreGeometry(remembered.value(geometryKey).toByteArray());
+    if (reportsStartup)
+        new StartupReport(window);
+    QObject::connect(&window, &HostWindow::importAsked, &window, [&] {
+        ImportDialog dialog(practice.path(), host.services().prompts, importPractice, &window);
+        if (dialog.exec() != QDialog::Accepted)
+            return;
+        showing.next = dialog.practiceToOpen();
+        // The setting is that of the practice that was left.
+        host.services().settings.write(QStringLiteral("CODICE REGIONE"), dialog.region());
+        window.close();
+    });
+    window.show();
+    const DamageWatch watch(practice.path());
+    QObject::connect(&watch, &DamageWatch::finished, &window, [&window](const QString &damagedFile) {
+        if (!damagedFile.isEmpty())
+            refuseDamaged(window, damagedFile);
+    });
+    showing.status = QApplication::exec();
+    remembered.setValue(geometryKey, window.saveGeometry());
+    return showing;
+}
+
+Showing openPractice(const QString &path, HostServices &host, bool reportsStartup = false)
+{
+    const std::unique_ptr<Practice> practice =
+        Practice::open(path, Schema::current(), Practice::Pages::ReadLater);
+    try {
+        return showPractice(*practice, host, reportsStartup);
+    } catch (const dao::Error &error) {
+        throw UserError(QStringLiteral("L'archivio %1 non si legge: %2").arg(path, error.text()));
+    }
+}
+
 } // namespace
 
 CommandLine windowCommandLine()
@@ -71,31 +117,25 @@ int runWindow(const QStringList &arguments)
 
     applyHostStyle(*qApp);
     const bool isOwn = !line.isSet(QStringLiteral("practice"));
-    const QString path = isOwn ? defaultPracticePath() : line.value(QStringLiteral("practice"));
+    QString path = isOwn ? defaultPracticePath() : line.value(QStringLiteral("practice"));
     if (isOwn && !prepareFirstPractice(path))
         return 0;
 
-    const std::unique_ptr<Practice> practice =
-        Practice::open(path, Schema::current(), Practice::Pages::ReadLater);
     HostServices host;
-    try {
-        HostWindow window(*practice, host.services());
-        QSettings remembered(QStringLiteral("Orvale"), QStringLiteral("orvale"));
-        window.restoreGeometry(remembered.value(geometryKey).toByteArray());
-        if (line.isSet(QStringLiteral("startup-report")))
-            new StartupReport(window);
-        window.show();
-        const DamageWatch watch(practice->path());
-        QObject::connect(&watch, &DamageWatch::finished, &window, [&window](const QString &damagedFile) {
-            if (!damagedFile.isEmpty())
-                refuseDamaged(window, damagedFile);
-        });
-        const int status = QApplication::exec();
-        remembered.setValue(geometryKey, window.saveGeometry());
-        return status;
-    } catch (const dao::Error &error) {
-        throw UserError(QStringLiteral("L'archivio %1 non si legge: %2").arg(path, error.text()));
+    Showing showing = openPractice(path, host, line.isSet(QStringLiteral("startup-report")));
+    while (!showing.next.isEmpty()) {
+        const QString next = showing.next;
+        try {
+            showing = openPractice(next, host);
+            path = next;
+        } catch (const UserError &error) {
+            if (next == path)
+                throw;
+            host.services().prompts.warn(error.text());
+            showing.next = path; // the one that was open before
+        }
     }
+    return showing.status;
 }
 
 } // namespace orvale

@@ -194,3 +194,10 @@ TEST_F(HostWindowTest, TellsADatabaseErrorAndStaysUsable)
     EXPECT_EQ(m_prompts.texts, QStringList{"Il paziente con codice 4711 non è in archivio."});
     EXPECT_EQ(m_window->currentPatient(), 12);
 }
+
+TEST_F(HostWindowTest, AsksForAnImportFromItsMenu)
+{
+    QSignalSpy asked(m_window.get(), &HostWindow::importAsked);
+    widget<QAction>("importFromJet").trigger();
+    EXPECT_EQ(asked.count(), 1);
+}
