@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/Visita2.h"
+
+#include "DialogFixture.h"
+
+#include <QLabel>
+
+namespace clivara {
+namespace {
+
+class Visita2Test : public DialogFixture {
+protected:
+    // Opens the dialog for a visit; 0 for a new one.
+    void openVisit(qint32 id, const std::function<void()> &act)
+    {
+        state.visitMode = id == 0 ? "10" : "11";
+        state.visitId = id;
+        open(form, act);
+    }
+    // The visits, a line each.
+    std::string
+    stored(const char *fields = "id_Probl, DataReg, validita, idtipo, SINTOMO, anamnesi, esameob, "
+                                "conclusioni, pianificazione, txtNote")
+    {
+        return clinical(QStringLiteral("SELECT %1 FROM VISITAPROBL ORDER BY IdVisitaProbl").arg(fields))
+            .join(u'/')
+            .toStdString();
+    }
+
+    Visita2 form{state};
+};
+
+TEST_F(Visita2Test, ANewVisitIsOfTodayAndOfTheSelectedProblem)
+{
+    state.problemSelector = addProblem("250.00", "Diabete");
+    state.problemText = "come lo chiama l'elenco";
+    const qint32 problem = state.problemSelector;
+    openVisit(0, [&] {
+        EXPECT_EQ(form.windowTitle(), "Nuova visita");
+        EXPECT_EQ(value("MaskEdBox1") + value("MaskEdBox2"), "21-11-2026__-__-____");
+        EXPECT_EQ(value("Problema"), "[250.00] Diabete");
+        EXPECT_EQ(value("Combo1") + value("Combo2") + value("Text1_0") + value("Text1_4"), "");
+        choose("Combo1", "Visita domiciliare");
+        choose("Combo2", "Tosse");
+        type("Text1_0", "prima\rseconda");
+        type("Text1_2", " \r ");
+        type("Text1_4", "nota");
+        type("MaskEdBox2", "3-1-27");
+        click(save);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored(),
+              QStringLiteral("%1|2026-11-21 00:00:00|2027-01-03 00:00:00|2|S01|prima\r\nseconda||||nota")
+                  .arg(problem)
+                  .toStdString());
+    EXPECT_EQ(stored("IdVisitaProbl, cod_paz"), "1|17") << "the first visit ever";
+    EXPECT_EQ(state.visitId, 1) << "the list can show which one it is";
+    EXPECT_EQ(state.problemText, "come lo chiama l'elenco");
+}
+
+TEST_F(Visita2Test, WhatTheDoctorDoesNotEditStaysAsItIs)
+{
+    const qint32 visit = addVisit("Null", "Null");
+    const auto table = environment.clinical->OpenRecordset("VISITAPROBL");
+    table->Edit();
+    table->Fields("validita").setValue(jet::dateTime(QDate(2020, 2, 29)));
+    table->Fields("idtipo").setValue(77); // types and symptoms that the lists do not have
+    table->Fields("SINTOMO").setValue("zz");
+    for (const char *text : {"anamnesi", "esameob", "conclusioni", "pianificazione", "txtNote"})
+        table->Fields(text).setValue(awkwardText());
+    table->Update();
+    const std::string before = stored();
+    openVisit(visit, [&] {
+        EXPECT_EQ(form.windowTitle(), "Modifica dati visita");
+        EXPECT_EQ(value("MaskEdBox1") + value("MaskEdBox2"), "01-01-198029-02-2020");
+        EXPECT_EQ(value("Combo1") + value("Combo2") + value("Problema"), "");
+        click(save);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored(), before);
+
+    openVisit(visit, [&] {
+        QTest::keyClick(control("Combo1"), Qt::Key_Delete);
+        QTest::keyClick(control("Combo2"), Qt::Key_Backspace);
+        type("MaskEdBox1", "31-12-2030"); // a visit to come is accepted
+        type("MaskEdBox2", "31-02-2020");
+        EXPECT_EQ(control<QLabel>("validityNote")->text(), "La validità non è una data: non sarà salvata.");
+        for (const char *text : {"Text1_0", "Text1_1", "Text1_2", "Text1_3", "Text1_4"})
+            type(text, text);
+        click(save);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored(),
+              "Null|2030-12-31 00:00:00|2020-02-29 00:00:00|Null|Null|Text1_0|Text1_1|Text1_2|Text1_3|"
+              "Text1_4");
+}
+
+TEST_F(Visita2Test, ADayHasOneVisitAndAVisitADay)
+{
+    addVisit("Null", "#11/20/2026 10:30:00#");
+    const qint32 visit = addVisit("Null", "#11/19/2026#");
+    execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (90, 18, #11/21/2026#)");
+    const auto twice = "Attenzione!|Esiste già una visita nella data indicata.|information";
+    const auto invalid = "Attenzione|Data visita non valida.|warning";
+    openVisit(visit, [&] {
+        type("Text1_0", "scritto");
+        type("MaskEdBox1", "20-11-2026");
+        EXPECT_EQ(boxOf(save), twice);
+        type("MaskEdBox1", "31-02-2026");
+        EXPECT_EQ(boxOf(save), invalid);
+        EXPECT_TRUE(control("MaskEdBox1")->hasFocus());
+        type("MaskEdBox1", "");
+        EXPECT_EQ(boxOf(save), invalid);
+        EXPECT_EQ(value("Text1_0"), "scritto");
+        prompts.queue();
+        type("MaskEdBox1", "");
+        QTest::keyClick(control("MaskEdBox1"), Qt::Key_Tab);
+        settle();
+        EXPECT_EQ(prompts.last(), "Attenzione!|Data non valida !|warning") << "a visit has a date";
+        EXPECT_TRUE(control("MaskEdBox1")->hasFocus());
+        control("Text1_0")->setFocus(Qt::ActiveWindowFocusReason);
+        control("MaskEdBox1")->setFocus();
+        EXPECT_EQ(value("MaskEdBox1"), "21-11-2026");
+        type("MaskEdBox1", "19-11-2026");
+        click(save);
+        EXPECT_FALSE(form.isVisible()) << "its own date";
+    });
+    EXPECT_EQ(stored("IdVisitaProbl, DataReg, anamnesi"),
+              "1|2026-11-20 10:30:00|Null/2|2026-11-19 00:00:00|scritto/90|2026-11-21 00:00:00|Null");
+    openVisit(0, [&] {
+        click(save);
+        EXPECT_FALSE(form.isVisible()) << "the other visit of today is another patient's";
+    });
+    EXPECT_EQ(state.visitId, 91);
+}
+
+TEST_F(Visita2Test, TheProblemIsChosenKeptAndTakenAway)
+{
+    const qint32 cough = addProblem("", "Tosse");
+    const qint32 fever = addProblem("", "Febbre");
+    const qint32 visit = addVisit(QString::number(cough), "#11/19/2026#");
+    openVisit(visit, [&] {
+        EXPECT_EQ(state.problemSelector, cough);
+        EXPECT_EQ(value("Problema"), "Tosse");
+        forms.act = {}; // the chooser cannot be opened
+        click("Problema");
+        EXPECT_EQ(forms.take(), "SelezProblema");
+        forms.act = [&] {
+            EXPECT_EQ(state.problemSelector, cough);
+            state.problemSelector = noProblem;
+            state.problemText.clear();
+        };
+        click("Problema");
+        EXPECT_EQ(value("Problema"), "Tosse") << "whoever cancels keeps what was there";
+        EXPECT_EQ(state.problemSelector, cough);
+        EXPECT_EQ(state.problemText, "Tosse");
+        forms.act = [&] { state.problemSelector = fever; };
+        QTest::keyClick(control("Problema"), Qt::Key_Space);
+        EXPECT_EQ(value("Problema"), "Febbre");
+        click(save);
+    });
+    EXPECT_EQ(stored("id_Probl"), std::to_string(fever));
+    openVisit(visit, [&] {
+        EXPECT_EQ(value("Problema"), "Febbre");
+        click("Togli");
+        EXPECT_EQ(value("Problema"), "");
+        EXPECT_EQ(state.problemSelector, noProblem);
+        click(save);
+    });
+    EXPECT_EQ(stored("id_Probl"), "0");
+}
+
+TEST_F(Visita2Test, TheCallersSelectionComesBackOnEveryWayOut)
+{
+    const qint32 own = addProblem("", "Tosse");
+    const qint32 visit = addVisit(QString::number(own), "#11/19/2026#");
+    const std::function<void()> waysOut[] = {
+        [&] { click(save); },  [&] { click(leave); },  [&] { QTest::keyClick(&form, Qt::Key_Escape); },
+        [&] { form.close(); }, [&] { form.unload(); }, [&] { form.abandon(); },
+    };
+    for (const auto &wayOut : waysOut) {
+        state.problemSelector = 4711;
+        state.problemText = "di chi chiama";
+        openVisit(visit, [&] {
+            EXPECT_EQ(state.problemSelector, own);
+            type("Text1_0", "mai salvato");
+            type("Text1_0", "");
+            wayOut();
+            EXPECT_FALSE(form.isVisible());
+        });
+        EXPECT_EQ(state.problemSelector, 4711);
+        EXPECT_EQ(state.problemText, "di chi chiama");
+    }
+    prompts.queue();
+    EXPECT_THROW(openVisit(99, [] {}), dao::Error);
+    EXPECT_EQ(prompts.last(), "Attenzione!|La visita è stata eliminata da un'altra postazione.|warning");
+    EXPECT_EQ(state.problemSelector, 4711);
+}
+
+TEST_F(Visita2Test, ClosingWithoutSavingWritesNothing)
+{
+    for (const bool byKey : {true, false}) {
+        openVisit(0, [&] {
+            type("Text1_0", "mai salvato");
+            type("MaskEdBox1", "31-02-2026"); // nor is anything asked
+            if (byKey) {
+                QTest::keyClick(control("MaskEdBox1"), Qt::Key_Escape);
+            } else {
+                control(leave)->setFocus(Qt::MouseFocusReason);
+                click(leave);
+            }
+            settle();
+            EXPECT_FALSE(form.isVisible());
+        });
+    }
+    EXPECT_EQ(stored(), "");
+}
+
+TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
+{
+    const qint32 cough = addProblem("", "Tosse");
+    const qint32 visit = addVisit(QString::number(cough), "#11/19/2026#");
+    openVisit(visit, [&] {
+        type("Text1_0", "scritto intanto");
+        otherWorkstation()->Execute("DELETE * FROM VISITAPROBL");
+        EXPECT_EQ(boxOf(save, PromptButton::No),
+                  "Attenzione!|La visita è stata eliminata da un'altra postazione mentre la si modificava.\n"
+                  "Quanto scritto è ancora nella finestra. Salvarla come nuova visita?|warning");
+        EXPECT_TRUE(form.isVisible());
+        otherWorkstation()->Execute("DELETE * FROM PROBLEMS");
+        const std::string gone =
+            "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"
+            "Salvare la visita senza problema associato?|warning";
+        EXPECT_EQ(boxOf(save, PromptButton::No), gone);
+        EXPECT_EQ(value("Text1_0") + value("Problema"), "scritto intanto");
+        boxOf(save, PromptButton::Yes);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored("id_Probl, DataReg, anamnesi"), "0|2026-11-19 00:00:00|scritto intanto");
+}
+
+TEST_F(Visita2Test, ASaveThatFailsKeepsTheDialogOpen)
+{
+    openVisit(0, [&] {
+        type("Text1_0", "scritto");
+        {
+            const NoNewRows refused(*environment.clinical, "VISITAPROBL");
+            EXPECT_EQ(boxOf(save), notSaved);
+        }
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(state.visitId, 0);
+        QTest::keyClick(control("Text1_0"), Qt::Key_S, Qt::ControlModifier);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored("anamnesi"), "scritto");
+}
+
+} // namespace
+} // namespace clivara
