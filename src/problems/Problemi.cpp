@@ -268,7 +268,9 @@ void Problemi::runProblemCommand(ProblemCommand command)
     case ProblemCommand::Edit:
         m_state.problemSelector = problem.id;
         m_state.forms->showForm(problemForm);
-        m_state.problemSelector = problem.id;
+        // What the dialog saved: another one when it was deleted meanwhile and saved anew.
+        if (m_state.problemSelector <= noProblem)
+            m_state.problemSelector = problem.id;
         CaricaTab_Problemi();
         break;
     case ProblemCommand::Delete:
