@@ -11,9 +11,6 @@ namespace jetfile {
 
 namespace {
 
-// Rows are addressed by one byte within their page.
-constexpr qint64 mostRowsOfPage = 256;
-
 QString oneLine(QString text)
 {
     for (QChar &c : text) {
@@ -30,7 +27,7 @@ struct JetFileReader::Private {
         : name(QDir::toNativeSeparators(path))
         , header(JetHeader::read(path))
         , program(path, patience)
-        , rowsAllowed(header.pages * mostRowsOfPage)
+        , rowsAllowed(header.pages * wire::mostRowsOfPage)
     {
     }
 

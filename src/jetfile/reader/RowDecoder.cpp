@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "jetfile/reader/RowDecoder.h"
-#include "jetfile/reader/RowLayout.h"
 #include "jetfile/wire/RowCoding.h"
 
 #include <cmath>
@@ -46,6 +45,11 @@ QByteArray fixedPointText(Bytes bytes, int scale)
     return bytes[0] & 0x80 ? '-' + digits : digits;
 }
 
+QString placeText(RowAddress place)
+{
+    return QStringLiteral("pagina %1, riga %2").arg(place.page).arg(place.row);
+}
+
 void writeFixedPoint(Bytes bytes, const Column &column, wire::Writer &writer)
 {
     const QByteArray text = fixedPointText(bytes, column.scale);
@@ -58,8 +62,8 @@ void writeFixedPoint(Bytes bytes, const Column &column, wire::Writer &writer)
 } // namespace
 
 RowDecoder::RowDecoder(const PageFile &file, LongValues &longValues)
-    : m_jet3(file.isJet3())
-    , m_longValues(longValues)
+    : m_longValues(longValues)
+    , m_layout(file.isJet3())
     , m_text(file)
 {
 }
@@ -71,27 +75,26 @@ void RowDecoder::writeUnreadable(const TableDefinition &table, const QString &pr
     writer.putText(problem);
 }
 
-void RowDecoder::write(const TableDefinition &table, Bytes row, const QString &place, wire::Writer &writer)
+void RowDecoder::write(const TableDefinition &table, Bytes row, RowAddress place, wire::Writer &writer)
 {
-    RowLayout layout(m_jet3);
-    if (!layout.begin(row)) {
-        writeUnreadable(table, QStringLiteral("%1: la riga è illeggibile").arg(place), writer);
+    if (!m_layout.begin(row)) {
+        writeUnreadable(table, QStringLiteral("%1: la riga è illeggibile").arg(placeText(place)), writer);
         return;
     }
     const qsizetype rowStart = writer.size();
     QStringList problems;
     for (const Column &column : table.columns) {
         if (column.type == MDB_BOOL) {
-            wire::putValue(writer, layout.bit(column) ? wire::Tag::True : wire::Tag::False);
+            wire::putValue(writer, m_layout.bit(column) ? wire::Tag::True : wire::Tag::False);
             continue;
         }
-        if (!layout.bit(column)) {
+        if (!m_layout.bit(column)) {
             wire::putValue(writer, wire::Tag::Null);
             continue;
         }
         const qsizetype valueStart = writer.size();
         QString problem = QStringLiteral("è fuori dalla riga");
-        if (const auto bytes = layout.value(column))
+        if (const auto bytes = m_layout.value(column))
             problem = writeValue(column, *bytes, writer);
         if (problem.isEmpty() && writer.size() - rowStart > wire::longestRow)
             problem = QStringLiteral("renderebbe troppo lunga la riga");
@@ -104,7 +107,8 @@ void RowDecoder::write(const TableDefinition &table, Bytes row, const QString &p
     if (problems.isEmpty())
         writer.putText({});
     else
-        writer.putText(QStringLiteral("%1: %2").arg(place, problems.join(QStringLiteral("; "))).left(400));
+        writer.putText(
+            QStringLiteral("%1: %2").arg(placeText(place), problems.join(QStringLiteral("; "))).left(400));
 }
 
 // Empty, or why the value cannot be read; then what was written is taken back.

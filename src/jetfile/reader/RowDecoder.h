@@ -2,6 +2,7 @@
 #pragma once
 
 #include "jetfile/reader/LongValues.h"
+#include "jetfile/reader/RowLayout.h"
 #include "jetfile/reader/TableDefinition.h"
 #include "jetfile/reader/TextDecoder.h"
 
@@ -15,7 +16,7 @@ public:
 
     // Writes the row; what cannot be read of it becomes Null and is told in the row's problem. `place` says where
     // the row lies.
-    void write(const TableDefinition &table, Bytes row, const QString &place, jetfile::wire::Writer &writer);
+    void write(const TableDefinition &table, Bytes row, RowAddress place, jetfile::wire::Writer &writer);
     // Writes a row of Nulls with that problem.
     static void writeUnreadable(const TableDefinition &table, const QString &problem,
                                 jetfile::wire::Writer &writer);
@@ -24,8 +25,8 @@ private:
     QString writeValue(const Column &column, Bytes bytes, jetfile::wire::Writer &writer);
     QString writeText(Bytes bytes, jetfile::wire::Writer &writer);
 
-    bool m_jet3;
     LongValues &m_longValues;
+    RowLayout m_layout;
     TextDecoder m_text;
 };
 

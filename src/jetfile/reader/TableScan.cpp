@@ -7,13 +7,7 @@ namespace jetreader {
 
 namespace {
 
-constexpr int mostRowsOfPage = 256; // a row is addressed by one byte within its page
 constexpr std::size_t addressSize = 4;
-
-QString placeOf(quint32 page, int row)
-{
-    return QStringLiteral("pagina %1, riga %2").arg(page).arg(row);
-}
 
 } // namespace
 
@@ -34,7 +28,8 @@ void TableScan::run(const TableDefinition &table, jetfile::wire::Writer &writer,
         if (PageFile::isDataPage(page) && PageFile::owner(page) == PageFile::LongValues)
             continue;
         const int rows = m_pages.rowCount(page);
-        if (!PageFile::isDataPage(page) || PageFile::owner(page) != table.page || rows > mostRowsOfPage) {
+        if (!PageFile::isDataPage(page) || PageFile::owner(page) != table.page
+            || rows > jetfile::wire::mostRowsOfPage) {
             RowDecoder::writeUnreadable(
                 table, QStringLiteral("pagina %1: dovrebbe contenere righe ed è illeggibile").arg(number),
                 writer);
@@ -45,7 +40,7 @@ void TableScan::run(const TableDefinition &table, jetfile::wire::Writer &writer,
             const RowSlot slot = m_pages.slot(row);
             if (slot.deleted)
                 continue;
-            writeRow(table, number, row, slot, writer);
+            writeRow(table, {number, row}, slot, writer);
             written();
         }
     }
@@ -65,14 +60,14 @@ quint32 TableScan::nextPage(const TableDefinition &table, quint32 page) const
     return quint32(next);
 }
 
-void TableScan::writeRow(const TableDefinition &table, quint32 page, int row, const RowSlot &slot,
+void TableScan::writeRow(const TableDefinition &table, RowAddress place, const RowSlot &slot,
                          jetfile::wire::Writer &writer)
 {
     Bytes bytes = slot.bytes;
     if (slot.moved)
         bytes =
             bytes.size() < addressSize ? Bytes() : movedRow(table, RowAddress::unpack(number32(bytes, 0)));
-    m_decoder.write(table, bytes, placeOf(page, row), writer);
+    m_decoder.write(table, bytes, place, writer);
 }
 
 // Empty when there is no such row.

@@ -22,7 +22,7 @@ public:
 
 private:
     quint32 nextPage(const TableDefinition &table, quint32 page) const;
-    void writeRow(const TableDefinition &table, quint32 page, int row, const RowSlot &slot,
+    void writeRow(const TableDefinition &table, RowAddress place, const RowSlot &slot,
                   jetfile::wire::Writer &writer);
     Bytes movedRow(const TableDefinition &table, RowAddress address);
 

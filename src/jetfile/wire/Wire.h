@@ -34,6 +34,7 @@ constexpr qsizetype fullBatch = 64 * 1024; // a frame of rows is sent once it is
 constexpr qsizetype longestFrame = longestRow + fullBatch + 64 * 1024;
 constexpr qsizetype longestProblem = 2000; // bytes of what is said about a row or a file
 
+constexpr int mostRowsOfPage = 256; // a row is addressed by one byte within its page
 constexpr int mostTables = 32768;
 constexpr int mostColumns = 255;
 constexpr int mostIndexes = 1000;
