@@ -97,7 +97,7 @@ int runImport(const QStringList &arguments)
     printError(QStringLiteral("L'archivio %1 è al suo posto, ma %2: vedere il rapporto %3.")
                    .arg(options.target,
                         report.tablesAgree()
-                            ? QStringLiteral("%1 righe sono state rifiutate").arg(report.refused())
+                            ? QStringLiteral("con righe rifiutate (%1)").arg(report.refused())
                             : QStringLiteral("la prova non è riuscita"),
                         report.reportFile));
     return 1;

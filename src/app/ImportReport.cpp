@@ -182,7 +182,7 @@ QStringList tableLines(const ImportReport &report)
 
 QStringList summaryLines(const ImportReport &report)
 {
-    QStringList lines{QStringLiteral("Importate %1 righe di %2 tabelle in %3.")
+    QStringList lines{QStringLiteral("Righe importate: %1 (tabelle: %2) in %3.")
                           .arg(report.rows())
                           .arg(report.tables.size())
                           .arg(report.practice)};

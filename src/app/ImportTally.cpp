@@ -112,7 +112,7 @@ quint64 ColumnTally::add(const QVariant &value)
         hash = addWhole(value.toInt());
         break;
     case dao::FieldType::Currency:
-        hash = addWhole(std::llround(value.toDouble() * currencyUnit));
+        hash = addWhole(std::llround(static_cast<long double>(value.toDouble()) * currencyUnit));
         break;
     case dao::FieldType::Single:
     case dao::FieldType::Double: {
