@@ -125,8 +125,8 @@ def examine(options, environment, whole, case, folder):
         check, check_output, check_errors, _, _ = run([options.orvale, "check", str(target)], environment, options.limit)
         if check not in (0, 1) or NOISE.search(check_errors + check_output):
             faults.append(f"check: status {check} {check_errors[:500]}")
-    message = re.sub(r"\d+", "N", lines[0].replace(str(folder), "")) if refused and lines else ""
-    message = message.replace(victim, "FILE")
+    message = lines[0].replace(str(source / victim), "FILE") if refused and lines else ""
+    message = re.sub(r"\d+", "N", re.sub(r"tabella \S+", "tabella T", message)) # of one kind
     return Outcome(case, f"{what} ({victim}: {', '.join(kinds)})", faults, message or what, seconds, megabytes)
 
 

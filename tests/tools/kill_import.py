@@ -23,6 +23,13 @@ SIGNALS = (signal.SIGKILL, signal.SIGINT, signal.SIGTERM)
 LIMIT = 120
 
 
+def connect(file):
+    """A database of a practice. Its texts are sorted as the program does; nothing here depends on their order."""
+    database = sqlite3.connect(file)
+    database.create_collation("JET_TEXT", lambda one, other: (one > other) - (one < other))
+    return database
+
+
 def rows(practice):
     """Rows of each table of each database. Reads a copy: opening a database may write beside it."""
     counts = {}
@@ -30,7 +37,7 @@ def rows(practice):
         copy = pathlib.Path(folder, "copy")
         shutil.copytree(practice, copy)
         for file in sorted(copy.glob("*.sqlite")):
-            database = sqlite3.connect(file)
+            database = connect(file)
             names = [name for (name,) in database.execute("select name from sqlite_master where type = 'table'")]
             for name in names:
                 quoted = name.replace('"', '""')
@@ -40,9 +47,9 @@ def rows(practice):
 
 
 def thin_out(practice):
-    """Takes every other patient's rows away, so that the practice can be told from the imported one."""
-    database = sqlite3.connect(practice / "Orvale.sqlite")
-    database.execute("delete from VISITAPROBL where rowid % 2 = 0")
+    """Takes rows of a table without texts away, so that the practice can be told from the imported one."""
+    database = connect(practice / "Orvale.sqlite")
+    database.execute("delete from Carta_Rischio where rowid % 2 = 0")
     database.commit()
     database.execute("pragma wal_checkpoint(truncate)")
     database.close()
@@ -103,37 +110,50 @@ class Trial:
                 self.faults.append(f"{where}: status 0")
         return in_time
 
+    def measure(self, folder, old):
+        """Seconds of an import that is left alone; the practice stands in the folder afterwards."""
+        target = folder / "practice"
+        if old:
+            shutil.copytree(old["path"], target)
+        started = time.monotonic()
+        status = self.start(self.options.source, target, *(["--replace"] if old else [])).wait(LIMIT)
+        if status != 0:
+            sys.exit(f"the import fails without being killed: status {status}")
+        return time.monotonic() - started
+
     def run(self, scratch):
-        whole = scratch / "whole"
-        seconds = []
-        for attempt in range(3):
-            target = scratch / f"whole-{attempt}"
-            started = time.monotonic()
-            status = self.start(self.options.source, target).wait(LIMIT)
-            seconds.append(time.monotonic() - started)
-            if status != 0:
-                sys.exit(f"the import fails without being killed: status {status}")
-        shutil.copytree(scratch / "whole-0", whole)
-        self.new_rows = rows(whole)
-        old_path = scratch / "old"
-        shutil.copytree(whole, old_path)
-        thin_out(old_path)
-        old = {"path": old_path, "rows": rows(old_path)}
+        first = scratch / "first"
+        first.mkdir()
+        seconds = self.measure(first, None)
+        self.new_rows = rows(first / "practice")
+        thin_out(first / "practice")
+        old = {"path": first / "practice", "rows": rows(first / "practice")}
         assert old["rows"] != self.new_rows
+        second = scratch / "second"
+        second.mkdir()
+        seconds_over_old = self.measure(second, old)
+        if rows(second / "practice") != self.new_rows:
+            sys.exit("the import does not replace the practice")
 
         chosen = random.Random(self.options.seed)
-        length = sorted(seconds)[1]
         killed = 0
         for number in range(self.options.moments):
             # Spread over the whole run: one moment in each equal part of it.
+            old_one = old if number // len(SIGNALS) % 2 else None
+            length = seconds_over_old if old_one else seconds
             moment = length * (number + chosen.random()) / self.options.moments
-            folder = scratch / f"run-{number}"
-            folder.mkdir()
-            killed += self.kill(folder, moment, SIGNALS[number % len(SIGNALS)],
-                                old if number // len(SIGNALS) % 2 else None)
-            shutil.rmtree(folder)
-        print(f"{killed} of {self.options.moments} imports of {length:.2f} s were killed in time")
-        if killed < self.options.moments // 2:
+            # A run that happens to be faster than the measured ones is tried again, earlier.
+            for attempt in range(4):
+                folder = scratch / f"run-{number}-{attempt}"
+                folder.mkdir()
+                in_time = self.kill(folder, moment, SIGNALS[number % len(SIGNALS)], old_one)
+                shutil.rmtree(folder)
+                killed += in_time
+                if in_time:
+                    break
+                moment *= 0.6
+        print(f"{killed} of {self.options.moments} imports of {seconds:.2f} s were killed in time")
+        if killed < 0.8 * self.options.moments:
             self.faults.append("too few of them to say anything")
 
 
