@@ -63,6 +63,24 @@ TEST_F(JetFileDamage, RefusedFiles)
     expectOneLine(refusal(m_folder.filePath(QStringLiteral("Orvale.mdb"))), QStringLiteral("cartella"));
 }
 
+TEST_F(JetFileDamage, NamesThatCannotBeCreatedAnywhere)
+{
+    const QString names[]{{},
+                          QStringLiteral("DELET\uFFFFONS"),
+                          QStringLiteral("mezza \xD83D coppia"),
+                          QStringLiteral("due\nrighe"),
+                          QString(65, QLatin1Char('x'))};
+    for (const QString &name : names) {
+        SCOPED_TRACE(name.toStdString());
+        JetFileWriter badTable;
+        badTable.table(name, {number});
+        expectOneLine(refusal(badTable.bytes()), QStringLiteral("danneggiato"));
+        JetFileWriter badColumn;
+        badColumn.table(QStringLiteral("t"), {number, {name, JetType::Long}});
+        expectOneLine(refusal(badColumn.bytes()), QStringLiteral("danneggiato"));
+    }
+}
+
 TEST_F(JetFileDamage, FileThatMayNotBeRead)
 {
     JetFileWriter writer;

@@ -91,8 +91,8 @@ void addColumn(TableDefinition &definition, const MdbColumn &native, bool jet3)
     const QString &table = definition.table.name;
     if (!type)
         damagedTable(table, QStringLiteral("ha un campo di tipo sconosciuto: %1").arg(name));
-    if (name.isEmpty())
-        damagedTable(table, QStringLiteral("ha un campo senza nome"));
+    if (!isName(name))
+        damagedTable(table, QStringLiteral("ha un campo dal nome impossibile"));
     if (native.col_type == MDB_NUMERIC && precision > mostPrecision)
         damagedTable(table, QStringLiteral("ha un campo con troppe cifre: %1").arg(name));
 

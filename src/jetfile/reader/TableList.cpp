@@ -92,7 +92,7 @@ std::vector<TableDefinition> readTableList(TableScan &scan)
     std::vector<TableDefinition> tables;
     QSet<quint32> pages;
     for (const CatalogRow &entry : entries) {
-        if (entry.name.isEmpty() || entry.name.size() > 64 || pages.contains(entry.page))
+        if (!isName(entry.name) || pages.contains(entry.page))
             throw Damage(
                 QStringLiteral("il catalogo elenca una tabella impossibile («%1»)").arg(entry.name.left(64)));
         pages.insert(entry.page);

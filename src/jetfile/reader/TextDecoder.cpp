@@ -2,6 +2,7 @@
 #include "jetfile/reader/TextDecoder.h"
 #include "jetfile/wire/RowCoding.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -102,6 +103,15 @@ bool TextDecoder::put(Bytes bytes, jetfile::wire::Writer &writer)
         break;
     }
     return false;
+}
+
+bool isName(QStringView text)
+{
+    constexpr qsizetype longestName = 64;
+    return !text.isEmpty() && text.size() <= longestName && text.isValidUtf16()
+           && std::none_of(text.begin(), text.end(), [](QChar c) {
+                  return c.isNonCharacter() || c.category() == QChar::Other_Control;
+              });
 }
 
 QString TextDecoder::decode(Bytes bytes)

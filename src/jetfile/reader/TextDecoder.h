@@ -31,4 +31,8 @@ private:
     Bytes m_latin;
 };
 
+// Whether a text may be the name of a table or field: up to 64 characters, none of which is a control character,
+// half of a surrogate pair or one that stands for nothing. Others cannot be created anywhere.
+bool isName(QStringView text);
+
 } // namespace jetreader
