@@ -90,12 +90,22 @@ void showRichestProblem(QAbstractItemView &problems, const QAbstractItemModel &i
         problems.setCurrentIndex(richest);
 }
 
-// Waits inside the form's own event loop until it is open, has it compute and takes its picture; closes it in
-// any case.
+// The control by which a form opens one that is no section of its own.
+struct DialogOpener {
+    const char *form;
+    const char *control;
+};
+constexpr DialogOpener dialogOpeners[]{
+    {"Problemi", "bt_Probl_2"}, {"Problemi", "bt_Visita_2"}, {"Probl1", "Problema"}, {"Visita2", "Problema"}};
+
+// Waits inside the form's own event loop until it is open, has it show what it can and takes its picture, then
+// those of the dialogs that open out of it; closes it in any case.
 class FormVisit {
 public:
-    explicit FormVisit(Pictures &pictures)
+    // `beneath` is the form that the visited one opens over; null for a section.
+    FormVisit(Pictures &pictures, const QWidget *beneath)
         : m_pictures(pictures)
+        , m_beneath(beneath)
     {
         QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this] { look(); });
         m_poll.start(formPollMilliseconds);
@@ -112,27 +122,49 @@ private:
     void look()
     {
         QWidget *form = QApplication::activeModalWidget();
-        if (!form || !form->isVisible())
+        if (!form || form == m_beneath || !form->isVisible())
             return;
         m_poll.stop();
         try {
-            // The first of a calculator's buttons computes.
-            if (const auto compute = form->findChild<QAbstractButton *>(QStringLiteral("Button2_0")))
-                compute->click();
-            const auto problems = form->findChild<QAbstractItemView *>(QStringLiteral("ReportControl1_0"));
-            const auto items = form->findChild<QAbstractItemView *>(QStringLiteral("ReportControl1_1"));
-            if (problems && items)
-                showRichestProblem(*problems, *items->model());
+            prepare(*form);
             settle();
             m_pictures.save(*form, form->objectName());
             m_tookPicture = true;
+            visitDialogs(*form);
         } catch (const UserError &) {
             m_error = std::current_exception();
         }
         form->close();
     }
 
+    static void prepare(QWidget &form)
+    {
+        // The first of a calculator's buttons computes.
+        if (const auto compute = form.findChild<QAbstractButton *>(QStringLiteral("Button2_0")))
+            compute->click();
+        const auto problems = form.findChild<QAbstractItemView *>(QStringLiteral("ReportControl1_0"));
+        const auto items = form.findChild<QAbstractItemView *>(QStringLiteral("ReportControl1_1"));
+        if (!problems || !items)
+            return;
+        showRichestProblem(*problems, *items->model());
+        items->setCurrentIndex(items->model()->index(0, 0));
+    }
+
+    void visitDialogs(QWidget &form)
+    {
+        for (const DialogOpener &opener : dialogOpeners) {
+            if (form.objectName() != QLatin1String(opener.form))
+                continue;
+            if (const auto control = form.findChild<QAbstractButton *>(QLatin1String(opener.control))) {
+                FormVisit dialog(m_pictures, &form);
+                control->click();
+                dialog.rethrow();
+            }
+        }
+    }
+
     Pictures &m_pictures;
+    const QWidget *m_beneath;
     QTimer m_poll;
     bool m_tookPicture = false;
     std::exception_ptr m_error;
@@ -178,7 +210,7 @@ QStringList takeTour(Practice &practice, clivara::Clock &clock, const QString &f
         for (const Section &section : group.sections) {
             if (!clivara::Class3::isBuilt(section.action))
                 continue;
-            FormVisit visit(pictures);
+            FormVisit visit(pictures, nullptr);
             window.openSection(section);
             visit.rethrow();
             if (!visit.tookPicture())

@@ -108,7 +108,8 @@ void ReportDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
         const QSize size = m_view.iconSize();
         const int line = QFontMetrics(m_view.font()).height();
         const QRect place({area.left(), area.top() + (line - size.height()) / 2}, size);
-        icon.paint(painter, place, Qt::AlignCenter, selected ? QIcon::Selected : QIcon::Normal);
+        icon.paint(painter, place, Qt::AlignCenter,
+                   selected && m_view.hasFocus() ? QIcon::Selected : QIcon::Normal);
         area.setLeft(place.right() + 1 + horizontalPadding);
     }
     drawLines(*painter, area, index, selected);
@@ -121,7 +122,7 @@ void ReportDelegate::drawLines(QPainter &painter, const QRect &area, const QMode
     const QString text = index.data().toString();
     if (text.isEmpty() || area.width() <= 0)
         return;
-    const QPalette palette = m_view.palette();
+    const QPalette palette = m_view.rowPalette();
     const QColor quiet = selected ? palette.color(QPalette::HighlightedText) : quietColour(palette);
     const QColor colour = selected                             ? palette.color(QPalette::HighlightedText)
                           : toneOf(index) == ReportTone::Quiet ? quiet

@@ -189,11 +189,28 @@ void ReportView::paintEvent(QPaintEvent *event)
 void ReportView::drawRow(QPainter *painter, const QStyleOptionViewItem &option,
                          const QModelIndex &index) const
 {
-    QTreeView::drawRow(painter, option, index);
+    QStyleOptionViewItem row = option;
+    row.palette = rowPalette();
+    QTreeView::drawRow(painter, row, index);
     if (index.parent().isValid())
         return;
     painter->setPen(palette().color(QPalette::Button));
     painter->drawLine(option.rect.topLeft(), option.rect.topRight());
+}
+
+QPalette ReportView::rowPalette() const
+{
+    QPalette colours = palette();
+    if (!hasFocus()) {
+        const QColor full = colours.color(QPalette::Highlight);
+        const QColor paper = colours.color(QPalette::Base);
+        const auto mix = [](int ink, int ground) { return (ink + 3 * ground) / 4; };
+        colours.setColor(QPalette::Highlight,
+                         QColor(mix(full.red(), paper.red()), mix(full.green(), paper.green()),
+                                mix(full.blue(), paper.blue())));
+        colours.setColor(QPalette::HighlightedText, colours.color(QPalette::Text));
+    }
+    return colours;
 }
 
 void ReportView::showWholeText()

@@ -33,6 +33,9 @@ public:
     void setTextColumn(int column, int most);
     int textColumn() const { return m_textColumn; }
     int textLines() const { return m_textLines; }
+    // The view's colours; without the focus the selected row is paler, so that it is plain which list the keys
+    // act on.
+    QPalette rowPalette() const;
     // Stands in the view while it has no rows.
     void setPlaceholder(const QString &text);
 

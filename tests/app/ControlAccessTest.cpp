@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -76,6 +77,25 @@ TEST_F(ControlAccessTest, FindsControlsByName)
     EXPECT_EQ(&findControl(m_dialog, QStringLiteral("riga")), twin) << "then the visible one";
     EXPECT_EQ(refusal([&] { findControl(m_dialog, QStringLiteral("Button2(1)")); }),
               "la maschera Prova non ha il controllo Button2(1)");
+}
+
+TEST_F(ControlAccessTest, ClicksButtonsAndEntriesOfMenusByName)
+{
+    QMenu menu(&m_dialog);
+    QAction *entry = menu.addAction(QStringLiteral("Nuovo"));
+    entry->setObjectName(QStringLiteral("nuovo0"));
+    auto *button = add<QPushButton>("Button2_0", QStringLiteral("a"));
+    show();
+    const QSignalSpy triggered(entry, &QAction::triggered);
+    const QSignalSpy clicked(button, &QPushButton::clicked);
+    clickControl(m_dialog, QStringLiteral("Nuovo0"));
+    clickControl(m_dialog, QStringLiteral("Button2(0)"));
+    EXPECT_EQ(triggered.count(), 1);
+    EXPECT_EQ(clicked.count(), 1);
+    entry->setEnabled(false);
+    EXPECT_EQ(refusal([&] { clickControl(m_dialog, QStringLiteral("nuovo0")); }), "nuovo0 è disabilitato");
+    EXPECT_EQ(refusal([&] { clickControl(m_dialog, QStringLiteral("nuovo9")); }),
+              "la maschera Prova non ha il controllo nuovo9");
 }
 
 TEST_F(ControlAccessTest, TypesAsAPersonDoes)

@@ -24,6 +24,7 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
                             "('A', 'EOG', 'peso', 4, 5)"));
     clinical(QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES "
                             "(11, 'A', '20260903', cdate('03/09/2026'), '165 70.0')"));
+    clinical(QStringLiteral("UPDATE VISITAPROBL SET id_Probl = 1"));
     const QString folder = path(QStringLiteral("pictures/of the tour"));
     const QStringList written = orvale::takeTour(*m_practice, m_clock, folder);
 
@@ -36,10 +37,12 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
             std::count_if(group.sections.begin(), group.sections.end(), [](const orvale::Section &section) {
                 return clivara::Class3::isBuilt(section.action);
             });
-    ASSERT_EQ(names.size(), 1 + built);
+    const QStringList dialogs{"Probl1", "RicercaDiagnosi", "Visita2", "SelezProblema"};
+    ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
-    for (const char *form : {"Problemi", "Visite2", "calcLDL", "calcCockCroft", "calcFiltGlom"})
-        EXPECT_EQ(names.filter(QStringLiteral("_%1.png").arg(QLatin1String(form))).size(), 1) << form;
+    const QStringList sections{"Problemi", "Visite2", "calcLDL", "calcCockCroft", "calcFiltGlom"};
+    for (const QString &form : sections + dialogs)
+        EXPECT_EQ(names.filter(QStringLiteral("_%1.png").arg(form)).size(), 1) << form.toStdString();
     for (const QString &file : written) {
         const QImage picture(file);
         ASSERT_FALSE(picture.isNull()) << file.toStdString();
