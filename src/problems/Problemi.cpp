@@ -133,6 +133,7 @@ void Problemi::connectItems()
 void Problemi::load()
 {
     m_state.log.write(QStringLiteral("+--- Clivara.Problemi begin"));
+    m_diagnosisNames.clear(); // the host may have changed its databases meanwhile
     m_ui->BtnSchedaDiabete->setVisible(!diabetesChartOf(m_state.doctor.region).isEmpty());
     try {
         attachProblemTables(m_state);

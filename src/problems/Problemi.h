@@ -65,7 +65,7 @@ private:
     ProblemListModel *m_problems;
     QMenu *m_problemMenu;
     QMenu *m_visitMenu;
-    QHash<QString, QString> m_diagnosisNames; // by code; of the code tables, which do not change in a session
+    QHash<QString, QString> m_diagnosisNames; // by code; kept while the form is open
     bool m_filling = false; // the selection is being set by the form
 };
 
