@@ -79,5 +79,30 @@ TEST(DateCheck, TellsWhatIsWrong)
     EXPECT_EQ(prompts.last(), "Attenzione!|Inserire la data nel formato MM/GG/AAAA|warning");
 }
 
+TEST(DateCheck, CalendarDayKnowsTheCalendar)
+{
+    const struct {
+        const char *text;
+        QDate day; // invalid: no day
+    } cases[] = {
+        {"29-02-2024", {2024, 2, 29}},
+        {"29-02-2023", {}},
+        {"29/02/24", {2024, 2, 29}},
+        {"31-12-29", {2029, 12, 31}},
+        {"01-01-30", {1930, 1, 1}},
+        {"31-04-2026", {}},
+        {"12-31-2026", {}},
+        {"00-01-2026", {}},
+        {"01-01-202", {}},
+        {"1-1-26", {}},
+        {"01-01-", {}},
+        {"", {}},
+        {"--", {}},
+        {"10.30.00", {}},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(calendarDay(c.text).value_or(QDate()), c.day) << c.text;
+}
+
 } // namespace
 } // namespace clivara
