@@ -67,7 +67,6 @@ TEST_F(JetFileDamage, NamesThatCannotBeCreatedAnywhere)
 {
     const QString names[]{{},
                           QStringLiteral("DELET\uFFFFONS"),
-                          QStringLiteral("mezza \xD83D coppia"),
                           QStringLiteral("due\nrighe"),
                           QString(65, QLatin1Char('x'))};
     for (const QString &name : names) {
@@ -79,6 +78,9 @@ TEST_F(JetFileDamage, NamesThatCannotBeCreatedAnywhere)
         badColumn.table(QStringLiteral("t"), {number, {name, JetType::Long}});
         expectOneLine(refusal(badColumn.bytes()), QStringLiteral("danneggiato"));
     }
+    JetFileWriter halfPair; // in a field's name the library under the reader replaces it
+    halfPair.table(QStringLiteral("mezza \xD83D coppia"), {number});
+    expectOneLine(refusal(halfPair.bytes()), QStringLiteral("danneggiato"));
 }
 
 TEST_F(JetFileDamage, FileThatMayNotBeRead)
