@@ -2,8 +2,8 @@
 #include "problems/ProblemItems.h"
 
 #include "data/Connection.h"
+#include "data/SqlText.h"
 #include "host/working_state/WorkingState.h"
-#include "problems/SqlText.h"
 #include "values/JetValues.h"
 
 namespace clivara {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/ProblemRecords.h"
 
+#include "data/SqlText.h"
 #include "host/working_state/WorkingState.h"
-#include "problems/SqlText.h"
 #include "values/JetValues.h"
 
 namespace clivara {

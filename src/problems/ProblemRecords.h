@@ -2,7 +2,7 @@
 #pragma once
 
 #include "data/engine/Dao.h"
-#include "problems/SharedWrites.h"
+#include "host/working_state/SharedWrites.h"
 
 #include <QDate>
 #include <QList>

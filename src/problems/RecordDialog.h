@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/DateFieldGuard.h"
-#include "problems/SharedWrites.h"
+#include "host/working_state/SharedWrites.h"
 #include "support/ui/ChartForm.h"
 
 #include <QDate>

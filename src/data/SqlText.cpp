@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "problems/SqlText.h"
+#include "data/SqlText.h"
 
 #include "values/JetValues.h"
 

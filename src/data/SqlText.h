@@ -7,7 +7,7 @@
 
 namespace clivara {
 
-// How values of the problem-oriented record go into queries and fields.
+// How values go into queries and fields of the clinical database.
 
 // A text between quotes, those inside it doubled.
 QString sqlText(const QString &text);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "problems/SharedWrites.h"
+#include "host/working_state/SharedWrites.h"
 
 #include "host/working_state/WorkingState.h"
 
