@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "controls/ReportView.h"
 #include "problems/ItemTreeModel.h"
-#include "problems/ReportView.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/MatchDelegate.h"
 
-#include "problems/ReportDelegate.h"
+#include "controls/ReportDelegate.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Probl1.h"
 
+#include "host/working_state/ErrorLog.h"
+#include "host/working_state/RegionalNotice.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
-#include "problems/VisitCommands.h"
 #include "ui_Probl1.h"
-#include "values/JetValues.h"
 
 namespace clivara {
 
@@ -164,20 +164,7 @@ QString Probl1::vanishedQuestion() const
 void Probl1::written()
 {
     m_state.problemSelector = m_problem.id;
-    // The kind of network that is joined to the region's.
-    if (jet::leadingNumber(m_state.settings.text(QStringLiteral("TIPORETE"))) == 1
-        && m_state.settings.isOn(QStringLiteral("MIR_ATTIVO")))
-        sendToRegion();
-}
-
-void Probl1::sendToRegion()
-{
-    const QString answer = m_state.connector.send(m_problem.id, m_state.header.patientCode,
-                                                  m_state.settings.text(QStringLiteral("OSM_ASRIFT")));
-    const bool done = answer.isEmpty();
-    m_state.prompts.ask({QStringLiteral("OSM connector"),
-                         done ? QStringLiteral("Operazione effettuata con successo.") : answer,
-                         done ? PromptIcon::Information : PromptIcon::Warning});
+    tellRegion(m_state, m_problem.id);
 }
 
 } // namespace clivara

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "frames/RecordDialog.h"
 #include "problems/ProblemRecords.h"
-#include "problems/RecordDialog.h"
 
 #include <memory>
 
@@ -36,7 +36,6 @@ private:
     ProblemDetail entered() const;
     void showDiagnosis(const QString &name);
     void chooseDiagnosis();
-    void sendToRegion();
 
     std::unique_ptr<Ui::Probl1> m_ui;
     ProblemDetail m_problem; // as it was read; its code is the one that Problema shows

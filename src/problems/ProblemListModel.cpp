@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/ProblemListModel.h"
 
+#include "controls/ReportView.h"
 #include "problems/ReportIcons.h"
-#include "problems/ReportView.h"
 #include "values/JetValues.h"
 
 namespace clivara {

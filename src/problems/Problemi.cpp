@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Problemi.h"
 
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/ProblemRecords.h"
@@ -296,7 +297,7 @@ void Problemi::newProblem()
 
 void Problemi::deleteProblem(const ProblemListModel::Row &problem)
 {
-    if (!confirmed(m_state, QStringLiteral("Cancellare il problema\n%1?").arg(problem.problem)))
+    if (!m_state.prompts.confirm(QStringLiteral("Cancellare il problema\n%1?").arg(problem.problem)))
         return;
     tell(clivara::deleteProblem(m_state, problem.id),
          QStringLiteral("Non è stato possibile cancellare il problema."));
@@ -311,7 +312,7 @@ void Problemi::closeProblem(const ProblemListModel::Row &problem)
                              PromptIcon::Warning});
         return;
     }
-    if (!confirmed(m_state, QStringLiteral("Chiudere il problema\n%1?").arg(problem.problem)))
+    if (!m_state.prompts.confirm(QStringLiteral("Chiudere il problema\n%1?").arg(problem.problem)))
         return;
     tell(clivara::closeProblem(m_state, problem.id),
          QStringLiteral("Non è stato possibile chiudere il problema."));

@@ -2,10 +2,10 @@
 #include "problems/SelezProblema.h"
 
 #include "data/engine/Error.h"
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
-#include "problems/VisitCommands.h"
 #include "ui_SelezProblema.h"
 #include "values/JetValues.h"
 

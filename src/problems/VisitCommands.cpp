@@ -33,7 +33,7 @@ void editVisit(WorkingState &state, qint32 id)
 
 bool askAndDeleteVisit(WorkingState &state, qint32 id)
 {
-    if (!confirmed(state, QStringLiteral("Cancellare la voce?")))
+    if (!state.prompts.confirm(QStringLiteral("Cancellare la voce?")))
         return false;
     switch (deleteVisit(state, id)) {
     case WriteResult::Done:
@@ -60,23 +60,6 @@ void openItemIdentifier(WorkingState &state, const ItemRow &item)
 {
     openIdentifier(state, item.key,
                    item.kind == ItemRow::Kind::Visit ? visitTable : QString(itemKindLetter(item.kind)));
-}
-
-bool confirmed(WorkingState &state, const QString &question)
-{
-    return state.prompts.ask({QStringLiteral("Attenzione!"),
-                              question,
-                              PromptIcon::Question,
-                              {PromptButton::Yes, PromptButton::No},
-                              PromptButton::No})
-           == PromptButton::Yes;
-}
-
-void logError(WorkingState &state, const QString &routine, const dao::Error &error)
-{
-    state.log.write(
-        QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, routine).arg(error.number())
-        + error.text());
 }
 
 } // namespace clivara

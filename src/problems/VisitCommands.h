@@ -3,10 +3,6 @@
 
 #include <QString>
 
-namespace dao {
-class Error;
-}
-
 namespace clivara {
 
 struct ItemRow;
@@ -25,10 +21,5 @@ bool askAndDeleteVisit(WorkingState &state, qint32 id);
 // itemKindLetter() for the others.
 void openIdentifier(WorkingState &state, qint32 key, const QString &table);
 void openItemIdentifier(WorkingState &state, const ItemRow &item);
-
-// A Yes/No box; true for Yes, which is not the default.
-bool confirmed(WorkingState &state, const QString &question);
-// The line in the log for an error that ended a routine ("Problemi.CaricaTab_Visite").
-void logError(WorkingState &state, const QString &routine, const dao::Error &error);
 
 } // namespace clivara

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Visita2.h"
 
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
-#include "problems/VisitCommands.h"
 #include "ui_Visita2.h"
 #include "values/JetValues.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "problems/RecordDialog.h"
+#include "frames/RecordDialog.h"
 #include "problems/VisitRecords.h"
 
 #include <memory>

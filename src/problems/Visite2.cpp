@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Visite2.h"
 
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/VisitCommands.h"
 #include "ui_Visite2.h"

@@ -8,6 +8,16 @@ void Prompts::warn(const QString &text)
     ask({QStringLiteral("Attenzione!"), text, PromptIcon::Warning, {PromptButton::Ok}, PromptButton::Ok});
 }
 
+bool Prompts::confirm(const QString &question)
+{
+    return ask({QStringLiteral("Attenzione!"),
+                question,
+                PromptIcon::Question,
+                {PromptButton::Yes, PromptButton::No},
+                PromptButton::No})
+           == PromptButton::Yes;
+}
+
 QString promptButtonName(PromptButton button)
 {
     switch (button) {

@@ -26,6 +26,8 @@ public:
 
     // "Attenzione!" with the exclamation icon and an Ok button.
     void warn(const QString &text);
+    // "Attenzione!" with the question icon, Yes and No; true for Yes, which is not the default.
+    bool confirm(const QString &question);
 };
 
 // The names used by scenarios and their output: "Ok", "Yes" ... and "warning", "question" ...

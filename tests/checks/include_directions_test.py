@@ -38,6 +38,7 @@ class IncludeDirections(unittest.TestCase):
             ("calculators/CalcLDL.cpp", '#include "problems/Problemi.h"', "calculators must not include problems"),
             ("calculators/CalcLDL.cpp", '#include "host/Class3.h"', "calculators must not include host"),
             ("data/engine/Session.cpp", '#include "support/Log.h"', "data/engine must not include support"),
+            ("frames/RecordDialog.cpp", '#include "problems/Problemi.h"', "frames must not include problems"),
             ("support/Prompts.cpp", "#include <QMessageBox>", "support has no window"),
             ("data/Connection.cpp", "#include <QtWidgets>", "data has no window"),
             ("data/Connection.cpp", "#include <sqlite3.h>", "only the SQLite dialect"),

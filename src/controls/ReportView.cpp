@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "problems/ReportView.h"
+#include "controls/ReportView.h"
 
-#include "problems/ReportDelegate.h"
+#include "controls/ReportDelegate.h"
 
 #include <QContextMenuEvent>
 #include <QHeaderView>

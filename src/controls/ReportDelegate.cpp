@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "problems/ReportDelegate.h"
+#include "controls/ReportDelegate.h"
 
-#include "problems/ReportView.h"
+#include "controls/ReportView.h"
 
 #include <QApplication>
 #include <QHelpEvent>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "problems/RecordDialog.h"
+#include "frames/RecordDialog.h"
 
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "data/engine/Error.h"
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/WorkingState.h"
-#include "problems/VisitCommands.h"
 
 #include <QAbstractButton>
 #include <QApplication>
