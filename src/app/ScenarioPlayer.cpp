@@ -4,12 +4,15 @@
 #include "app/ControlAccess.h"
 #include "app/ControlReading.h"
 #include "app/CurrentPatient.h"
+#include "app/Extraction.h"
 #include "app/Practice.h"
 #include "app/ScenarioReports.h"
 #include "data/PatientHeaderLoader.h"
 #include "data/engine/Error.h"
+#include "extraction/ModEstrazDati.h"
 #include "host/Class3.h"
 #include "host/working_state/WorkingState.h"
+#include "support/Log.h"
 #include "support/ui/ChartForm.h"
 
 #include <QApplication>
@@ -175,8 +178,11 @@ void ScenarioPlayer::perform(const ScenarioLine &line)
         print(JsonLine().add(QStringLiteral("affected"), target.RecordsAffected()));
         break;
     }
-    default: // Extract
-        throw UserError(QStringLiteral("il comando extract non è ancora disponibile"));
+    default: { // Extract
+        clivara::Log unstarted(m_clock);
+        print(extractionReport(clivara::ModEstrazDati(*m_practice.environment().clinical, unstarted),
+                               line.name, line.text));
+    }
     }
 }
 

@@ -58,8 +58,15 @@ TEST_F(PlayTest, StopsAtALineThatCannotBeDone)
          "riga 3: finestra di messaggio senza risposta: Inserire il peso!\n"},
         {"box without the button", "patient 1\nanswer Yes\naction 81\nclick Button2(0)\n", "",
          "riga 4: la finestra di messaggio non ha il pulsante Yes: Inserire il peso!\n"},
-        {"not there yet", "form\nextract Trova 1\n", "{\"form\":null,\"caption\":null}\n",
-         "riga 2: il comando extract non è ancora disponibile\n"},
+        {"unknown routine", "form\nextract Trova 1\n", "{\"form\":null,\"caption\":null}\n",
+         "riga 2: routine sconosciuta: Trova\n"},
+        {"patient that is none", "extract StatoFumo x\n", "", "riga 1: codice del paziente non valido: x\n"},
+        {"date that is none", "extract UltimoRischioCardio 1 2026-02-30 0\n", "",
+         "riga 1: la data si scrive AAAA-MM-GG o 0, non 2026-02-30\n"},
+        {"argument missing", "extract PressioneMassima 1 0\n", "", "riga 1: manca una data\n"},
+        {"argument too many", "extract StatoFumo 1 0\n", "", "riga 1: argomento di troppo: 0\n"},
+        {"open quotes", "extract SommaConfezioniATC 1 \"C10 0 0\n", "",
+         "riga 1: mancano le virgolette che chiudono\n"},
     };
     for (const auto &[name, scenario, output, error] : cases) {
         const Outcome outcome = play(scenario);

@@ -65,10 +65,8 @@ TEST_F(JetFileDamage, RefusedFiles)
 
 TEST_F(JetFileDamage, NamesThatCannotBeCreatedAnywhere)
 {
-    const QString names[]{{},
-                          QStringLiteral("DELET\uFFFFONS"),
-                          QStringLiteral("due\nrighe"),
-                          QString(65, QLatin1Char('x'))};
+    const QString names[]{
+        {}, QStringLiteral("DELET\uFFFFONS"), QStringLiteral("due\nrighe"), QString(65, QLatin1Char('x'))};
     for (const QString &name : names) {
         SCOPED_TRACE(name.toStdString());
         JetFileWriter badTable;

@@ -6,6 +6,7 @@
 #include "data/DataFixture.h"
 #include "data/LockHolder.h"
 #include "data/NumberedGuids.h"
+#include "data/SchemaFile.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/ProblemItems.h"
 
@@ -16,9 +17,9 @@ class ProblemFixture : public DataFixture {
 protected:
     ProblemFixture()
     {
-        environment.clinical = create("Orvale.sqlite", schema("clinical"));
-        environment.codes = create("Tabelle.sqlite", schema("codes"));
-        environment.doctors = create("Medici.sqlite", schema("doctors"));
+        environment.clinical = create("Orvale.sqlite", schemaStatements("clinical"));
+        environment.codes = create("Tabelle.sqlite", schemaStatements("codes"));
+        environment.doctors = create("Medici.sqlite", schemaStatements("doctors"));
         environment.local = create("Locale.sqlite", {});
         environment.workspace = &engine.DefaultWorkspace();
         execute("INSERT INTO archivio (cod_paz, idRowGuid, sOwnerUid) VALUES (17, "
@@ -93,24 +94,6 @@ protected:
     WorkingState state{Services{settings, clock, prompts, pauses, guids, middleware}};
 
 private:
-    // The statements that make a database of a practice.
-    static QStringList schema(const QString &database)
-    {
-        QFile file(QStringLiteral(SCHEMA_FOLDER "/0001_") + database + QStringLiteral(".sql"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(file.fileName());
-        QString sql;
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            if (!line.startsWith("--"))
-                sql += QString::fromUtf8(line) + u'\n';
-        }
-        QStringList statements;
-        for (const QString &statement : sql.split(QStringLiteral(";\n"))) {
-            if (!statement.trimmed().isEmpty())
-                statements.append(statement.trimmed());
-        }
-        return statements;
-    }
-
     dao::DBEngine m_otherEngine;
 };
 
