@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -55,6 +56,16 @@ void sendKey(QWidget &target, Qt::Key key, const QString &text = {})
         if (alive)
             QApplication::sendEvent(alive, &event);
     }
+}
+
+// A text that nobody types is pasted: key by key, each of its keys would lay out the whole paragraph anew.
+constexpr qsizetype longestTyped = 1000;
+
+void paste(QWidget &field, const QString &text)
+{
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QApplication::sendEvent(&field, &event);
 }
 
 bool isReadOnly(const QWidget &field)
@@ -175,7 +186,9 @@ void typeText(QWidget &control, const QString &text)
     sendKey(*field, Qt::Key_Delete);
     if (const auto line = qobject_cast<QLineEdit *>(field))
         line->home(false);
-    for (const QChar character : text) {
+    if (text.size() > longestTyped)
+        paste(*field, text);
+    for (const QChar character : text.size() > longestTyped ? QString() : text) {
         if (!alive)
             return;
         const bool newLine = character == u'\n';

@@ -149,6 +149,24 @@ TEST_F(ControlAccessTest, LeavesTheFieldAfterTyping)
     EXPECT_TRUE(next->hasFocus());
 }
 
+TEST_F(ControlAccessTest, PastesWhatNobodyWouldType)
+{
+    auto *line = add<QLineEdit>("line", QStringLiteral("prima"));
+    line->setMaxLength(100000);
+    auto *memo = add<QPlainTextEdit>("memo");
+    memo->setPlainText(QStringLiteral("prima"));
+    show();
+    const QSignalSpy edited(line, &QLineEdit::textEdited);
+    const QString text = QStringLiteral("è '100%' ").repeated(7000);
+    typeText(*line, text);
+    typeText(*memo, text);
+    EXPECT_EQ(line->text(), text);
+    EXPECT_TRUE(line->isModified());
+    EXPECT_GT(edited.count(), 0);
+    EXPECT_EQ(memo->toPlainText(), text);
+    EXPECT_TRUE(memo->document()->isModified());
+}
+
 TEST_F(ControlAccessTest, UsesOnlyWhatAPersonCouldUse)
 {
     auto *button = add<QPushButton>("button", QStringLiteral("ok"));
