@@ -19,6 +19,10 @@ MemoEdit::MemoEdit(QWidget *parent)
 {
     setTabChangesFocus(true);
     document()->setDocumentMargin(margin);
+    // On screens with a scale such as 125 % the viewport would cover the frame's right and lower edge.
+    setViewportMargins(0, 0, 1, 1);
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
 }
 
 void MemoEdit::setStoredText(const QString &text)

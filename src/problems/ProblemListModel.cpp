@@ -133,6 +133,8 @@ QVariant ProblemListModel::data(const QModelIndex &index, int role) const
             return isProblem ? problemStateText(row.state) : unassociatedText.trimmed();
         return {};
     case ToneRole:
+        if (index.column() == Description && row.closedBeforeStart)
+            return int(ReportTone::Strong);
         return int(!isProblem || row.state == qint16(ProblemState::Closed) ? ReportTone::Quiet
                    : index.column() == Problem                             ? ReportTone::Strong
                                                                            : ReportTone::Plain);

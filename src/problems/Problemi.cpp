@@ -46,6 +46,8 @@ Problemi::Problemi(WorkingState &state)
     m_ui->ReportControl1_1->setThirdColumn(ItemTreeModel::Third::Kind);
     m_ui->splitter->setStretchFactor(0, 2);
     m_ui->splitter->setStretchFactor(1, 3);
+    // Not by what the parts show when the form opens: an empty list below would stay a narrow one.
+    m_ui->splitter->setSizes({2 * preferredSize.height() / 5, 3 * preferredSize.height() / 5});
     m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
     resize(preferredSize);
     makeMenus();

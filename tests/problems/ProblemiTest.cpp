@@ -121,6 +121,8 @@ TEST_F(ProblemiTest, WithoutProblemsOnlyNewOnesCanBeMade)
         EXPECT_EQ(rows(problems), QStringList("||| Elementi non associati a problemi|"));
         EXPECT_EQ(state.problemSelector, unassociated);
         EXPECT_TRUE(isShown("SSPanel1"));
+        EXPECT_GT(control("itemsPart")->height(), control("problemsPart")->height())
+            << "the room for what is to come";
         for (const char *button : {"bt_Probl_2", "bt_Probl_3", "bt_Probl_4", "bt_Visita_2", "bt_Visita_3"})
             click(button);
         key(problems, Qt::Key_Return);
