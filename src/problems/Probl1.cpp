@@ -32,6 +32,7 @@ Probl1::Probl1(WorkingState &state)
     }
     connect(m_ui->Combo1, &QComboBox::currentIndexChanged, this,
             [this](int index) { m_ui->MaskEdBox3->setEnabled(index == int(ProblemState::Closed)); });
+    connect(m_ui->txtDescr, &QLineEdit::textChanged, this, &Probl1::noteDescription);
     connect(m_ui->Problema, &QPushButton::clicked, this, &Probl1::chooseDiagnosis);
     connect(m_ui->Togli, &QPushButton::clicked, this, [this] {
         m_problem.code.clear();
@@ -67,6 +68,7 @@ void Probl1::load()
     showDiagnosis(diagnosis);
     m_ui->txtDescr->setText(problem.description);
     m_ui->txtDescr->home(false);
+    noteDescription();
     // A state that the list does not have is shown as none, and stays unless another one is chosen.
     m_ui->Combo1->showIndex(problem.state < m_ui->Combo1->count() ? problem.state : -1);
     m_ui->MaskEdBox3->setEnabled(m_ui->Combo1->currentIndex() == int(ProblemState::Closed));
@@ -79,6 +81,24 @@ void Probl1::load()
         m_ui->Problema->setFocus();
     else
         m_ui->Text1_0->setFocus();
+}
+
+// A description that was not edited is stored as it was.
+bool Probl1::isDescriptionTooLong() const
+{
+    return m_ui->txtDescr->isModified() && m_ui->txtDescr->text().size() > longestDescription;
+}
+
+// The field takes any length, so that nothing of a pasted text is lost unseen; what is too much is said at once.
+void Probl1::noteDescription()
+{
+    const bool isTooLong = isDescriptionTooLong();
+    m_ui->descriptionNote->setVisible(isTooLong);
+    if (isTooLong)
+        m_ui->descriptionNote->setText(
+            QStringLiteral("La descrizione ha %L1 caratteri: può averne al massimo %L2.")
+                .arg(m_ui->txtDescr->text().size())
+                .arg(longestDescription));
 }
 
 void Probl1::showDiagnosis(const QString &name)
@@ -124,6 +144,12 @@ bool Probl1::mayWrite()
         m_ui->Problema->setFocus();
         return false;
     }
+    if (isDescriptionTooLong()) {
+        m_state.prompts.warn(m_ui->descriptionNote->text()
+                             + QStringLiteral("\nAccorciarla, o scriverne una parte in un altro testo."));
+        m_ui->txtDescr->setFocus();
+        return false;
+    }
     for (MaskedDateEdit *const edit : {m_ui->MaskEdBox1, m_ui->MaskEdBox2, m_ui->MaskEdBox3}) {
         if (edit->isEnabled() && holdsNoDate(edit)) {
             dates().refuse(edit);
@@ -136,6 +162,20 @@ bool Probl1::mayWrite()
                              PromptIcon::Information});
         return false;
     }
+    return mayReplace();
+}
+
+// False when another workstation has written the problem since it was read and the doctor wants that to stay.
+bool Probl1::mayReplace()
+{
+    const auto stored = readProblem(m_state.clinical(), m_problem.id);
+    if (!stored || stored->modified == m_problem.modified)
+        return true;
+    if (!m_state.prompts.confirm(QStringLiteral(
+            "Il problema è stato modificato da un'altra postazione mentre era aperto qui.\n"
+            "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
+        return false;
+    m_problem.modified = stored->modified;
     return true;
 }
 

@@ -34,6 +34,9 @@ protected:
 private:
     std::array<MemoEdit *, 4> texts() const;
     ProblemDetail entered() const;
+    bool isDescriptionTooLong() const;
+    void noteDescription();
+    bool mayReplace();
     void showDiagnosis(const QString &name);
     void chooseDiagnosis();
 

@@ -113,6 +113,7 @@ std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id)
     problem.closed = row->Fields(QStringLiteral("datachiusura")).date().date();
     for (std::size_t i = 0; i < problemTexts.size(); ++i)
         problem.texts[i] = row->Fields(QString::fromLatin1(problemTexts[i])).text();
+    problem.modified = modifiedDate(*row);
     return problem;
 }
 
@@ -128,25 +129,38 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
     return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
 }
 
+QDateTime modifiedDate(dao::Recordset &row)
+{
+    return row.Fields(QStringLiteral("dLastModifiedDate")).date();
+}
+
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem)
 {
     const bool isNew = problem.id == noProblem;
     qint32 id = problem.id;
+    QDateTime modified;
     const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
+        if (isDuplicateProblem(state.clinical(), state.header.patientCode, problem))
+            return WriteResult::Failed;
         const auto row =
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from Problems ") : byId(id));
+        if (!isNew && !row->Eof() && modifiedDate(*row) != problem.modified)
+            return WriteResult::Failed;
         if (const WriteResult begun = begin(state, *row, isNew); begun != WriteResult::Done)
             return begun;
         state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DP"), state.uidAuthor);
         fill(*row, problem);
+        modified = modifiedDate(*row);
         if (state.operations.Recordset_Update(*row) != 0)
             return WriteResult::Failed;
         if (isNew)
             id = qint32(row->LastAutoNumber());
         return WriteResult::Done;
     });
-    if (result == WriteResult::Done)
+    if (result == WriteResult::Done) {
         problem.id = id;
+        problem.modified = modified;
+    }
     return result;
 }
 

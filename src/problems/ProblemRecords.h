@@ -38,6 +38,9 @@ struct ProblemRow {
 // Newest start first, then the higher key; those without a start last. Throws dao::Error.
 QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode);
 
+// So many characters the description of a problem may have (descr_mal).
+constexpr int longestDescription = 255;
+
 // A problem as its dialog edits it.
 struct ProblemDetail {
     qint32 id = noProblem; // noProblem: a new one
@@ -46,15 +49,21 @@ struct ProblemDetail {
     qint16 state = 0;
     QDate opened, started, closed; // DataApertura, DataInizio, DataChiusura; null is Null
     std::array<QString, 4> texts; // anamnesi, esameob, conclusioni, pianificazione
+    QDateTime
+        modified; // dLastModifiedDate as it was read; tells whether another workstation has written since
 };
 std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); // empty when it is not there
 
 // Another problem of the patient with the same code or, without a code, with the same description.
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem);
 
+// When a shared row was last written (dLastModifiedDate); null when no one noted it.
+QDateTime modifiedDate(dao::Recordset &row);
+
 // Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
 // blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was written
-// the struct is as it was.
+// the struct is as it was. Failed also when another workstation wrote meanwhile, while this one waited: the
+// problem itself, or another that this one is a duplicate of.
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem);
 // Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
 // (id_Probl becomes empty). All or nothing.

@@ -57,6 +57,8 @@ void SelezProblema::load()
 {
     const qint32 before = m_state.problemSelector;
     m_chosen = -1;
+    // Until one is chosen the answer is none, also when the form cannot be opened.
+    writeDiagnosisAborted(m_state.settings, {});
     m_state.problemSelector = noProblem;
     m_state.problemText.clear();
     fill(before);

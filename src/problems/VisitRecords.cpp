@@ -75,6 +75,7 @@ std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id)
     visit.symptom = row->Fields(QStringLiteral("SINTOMO")).text();
     for (std::size_t i = 0; i < textFields.size(); ++i)
         visit.texts[i] = row->Fields(QString::fromLatin1(textFields[i])).text();
+    visit.modified = modifiedDate(*row);
     return visit;
 }
 
@@ -96,11 +97,16 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit)
 {
     const bool isNew = visit.id == 0;
     qint32 id = visit.id;
+    QDateTime modified;
     const WriteResult result = writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
         const auto row =
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from VisitaProbl ") : byId(id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
+        if (!isNew && modifiedDate(*row) != visit.modified)
+            return WriteResult::Failed;
+        if (hasVisitOn(state.clinical(), state.header.patientCode, visit.date, visit.id))
+            return WriteResult::Failed;
         if (isNew)
             id = nextVisitId(state.clinical());
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
@@ -111,10 +117,13 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit)
         }
         state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DV"), state.uidAuthor);
         fill(*row, visit);
+        modified = modifiedDate(*row);
         return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
     });
-    if (result == WriteResult::Done)
+    if (result == WriteResult::Done) {
         visit.id = id;
+        visit.modified = modified;
+    }
     return result;
 }
 

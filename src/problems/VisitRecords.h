@@ -18,6 +18,7 @@ struct VisitDetail {
     std::optional<qint32> type; // idtipo
     QString symptom; // SINTOMO; empty when none
     std::array<QString, visitTexts> texts;
+    QDateTime modified; // as in ProblemDetail
 };
 std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id); // empty when it is not there
 

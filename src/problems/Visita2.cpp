@@ -183,7 +183,21 @@ bool Visita2::mayWrite()
         m_ui->MaskEdBox1->setFocus();
         return false;
     }
-    return mayKeepProblem();
+    return mayKeepProblem() && mayReplace();
+}
+
+// As in Probl1.
+bool Visita2::mayReplace()
+{
+    const auto stored = readVisit(m_state.clinical(), m_visit.id);
+    if (!stored || stored->modified == m_visit.modified)
+        return true;
+    if (!m_state.prompts.confirm(QStringLiteral(
+            "La visita è stata modificata da un'altra postazione mentre era aperta qui.\n"
+            "Salvarla come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
+        return false;
+    m_visit.modified = stored->modified;
+    return true;
 }
 
 bool Visita2::mayKeepProblem()

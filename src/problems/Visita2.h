@@ -40,6 +40,7 @@ private:
     void chooseProblem();
     void removeProblem();
     bool mayKeepProblem();
+    bool mayReplace();
     void noteValidity();
 
     std::unique_ptr<Ui::Visita2> m_ui;

@@ -79,6 +79,11 @@ TEST_F(PickersTest, AProblemIsChosenOrNot)
         EXPECT_EQ(mailbox(), way.mailbox);
         EXPECT_EQ(selection(), way.selection);
     }
+    settings.write("DIAGNOSI", "di prima");
+    settings.write("CODICE DIAGNOSI", "999");
+    state.environment = nullptr;
+    EXPECT_THROW(form.showModal(), dao::Error);
+    EXPECT_EQ(mailbox(), "*ABORT*|") << "a form that cannot be opened leaves no older answer";
 }
 
 TEST_F(PickersTest, ANewProblemCanBeWrittenAndIsTheOneToChoose)

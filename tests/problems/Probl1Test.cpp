@@ -119,13 +119,33 @@ TEST_F(Probl1Test, LongAwkwardTextsAreSavedAsTheyWerePasted)
     Probl1 form(state);
     const QString text = awkwardText().trimmed();
     open(form, [&] {
-        control<QLineEdit>("txtDescr")->insert(QString(300, '%'));
+        control<QLineEdit>("txtDescr")->insert(QString(255, '%'));
         for (const char *field : {"Text1_0", "Text1_1", "Text1_2", "Text1_3"})
             control<QPlainTextEdit>(field)->insertPlainText(text);
         click(save);
     });
     EXPECT_EQ(clinical("SELECT anamnesi, esameob, conclusioni, pianificazione, descr_mal FROM PROBLEMS"),
               QStringList((text + u'|').repeated(4) + QString(255, '%')));
+}
+
+TEST_F(Probl1Test, NothingOfATooLongDescriptionIsLostUnseen)
+{
+    Probl1 form(state);
+    open(form, [&] {
+        auto *const description = control<QLineEdit>("txtDescr");
+        description->insert(QString(60000, 'x'));
+        EXPECT_TRUE(control("descriptionNote")->isVisible());
+        const std::string box = boxOf(save);
+        EXPECT_NE(box.find("può averne al massimo 255."), std::string::npos) << box;
+        EXPECT_NE(box.find("|warning"), std::string::npos) << box;
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(description->text().size(), 60000);
+        description->setSelection(255, 60000);
+        description->insert({});
+        EXPECT_FALSE(control("descriptionNote")->isVisible());
+        click(save);
+    });
+    EXPECT_EQ(clinical("SELECT descr_mal FROM PROBLEMS"), QStringList(QString(255, 'x')));
 }
 
 TEST_F(Probl1Test, RefusesNothingAndTheSameTwice)
@@ -300,6 +320,45 @@ TEST_F(Probl1Test, AProblemDeletedMeanwhileIsSavedAsANewOneIfTheDoctorWants)
     EXPECT_THROW(form.showModal(), dao::Error);
     EXPECT_EQ(prompts.last(), "Attenzione!|Il problema è stato eliminato da un'altra postazione.|warning");
     EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(Probl1Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
+{
+    state.problemSelector = addProblem("", "Tosse");
+    Probl1 form(state);
+    const auto change = [&](int minute) {
+        otherWorkstation()->Execute(
+            QStringLiteral(
+                "UPDATE PROBLEMS SET anamnesi = 'di là', dLastModifiedDate = #11/21/2026 10:%1:00#")
+                .arg(minute));
+    };
+    open(form, [&] {
+        type("Text1_0", "di qua");
+        change(10);
+        EXPECT_NE(boxOf(save, PromptButton::No).find("|Il problema è stato modificato da un'altra"),
+                  std::string::npos);
+        EXPECT_EQ(value("Text1_0"), "di qua");
+        EXPECT_EQ(clinical("SELECT anamnesi FROM PROBLEMS"), QStringList("di là"));
+        boxOf(save, PromptButton::Yes);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(clinical("SELECT anamnesi FROM PROBLEMS"), QStringList("di qua"));
+
+    // A second problem of the same description, written elsewhere while this save was waiting.
+    state.problemSelector = noProblem;
+    const auto other = otherWorkstation();
+    std::optional<dao::Transaction> theirs;
+    pauses.actAt = 1;
+    pauses.during = [&] { theirs->commit(); };
+    open(form, [&] {
+        type("txtDescr", "Febbre");
+        theirs.emplace(otherWorkspace());
+        other->Execute("INSERT INTO PROBLEMS (cod_paz, descr_mal) VALUES (17, 'febbre')");
+        EXPECT_EQ(boxOf(save), notSaved);
+        EXPECT_EQ(boxOf(save), "Attenzione!|Il problema selezionato è già stato inserito.|information");
+        EXPECT_TRUE(form.isVisible());
+    });
+    EXPECT_EQ(count(), 2);
 }
 
 TEST_F(Probl1Test, ASaveThatFailsKeepsTheDialogOpen)

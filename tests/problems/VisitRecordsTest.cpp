@@ -104,6 +104,26 @@ TEST_F(VisitRecordsTest, APatientHasOneVisitADay)
     EXPECT_FALSE(hasVisitOn(database, 17, {}, 0));
 }
 
+TEST_F(VisitRecordsTest, AnotherWorkstationWritesMeanwhile)
+{
+    const auto other = otherWorkstation();
+    std::optional<dao::Transaction> theirs(std::in_place, otherWorkspace());
+    other->Execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (5, 17, #11/01/2026#)");
+    pauses.actAt = 1;
+    pauses.during = [&] { theirs->commit(); };
+    VisitDetail visit = detail(QDate(2026, 11, 1));
+    EXPECT_EQ(saveVisit(state, visit), WriteResult::Failed) << "the day, while this save was waiting";
+    EXPECT_EQ(visit.id, 0);
+    EXPECT_EQ(clinical("SELECT IdVisitaProbl FROM VISITAPROBL"), QStringList("5"));
+
+    visit = saved(QDate(2026, 11, 2));
+    EXPECT_EQ(saveVisit(state, visit), WriteResult::Done) << "what this workstation wrote last";
+    other->Execute("UPDATE VISITAPROBL SET anamnesi = 'di là', dLastModifiedDate = #11/21/2026 10:05:00#");
+    visit.texts[0] = QStringLiteral("di qua");
+    EXPECT_EQ(saveVisit(state, visit), WriteResult::Failed);
+    EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL WHERE IdVisitaProbl = 6"), QStringList("di là"));
+}
+
 TEST_F(VisitRecordsTest, DeletingLeavesATraceAndOtherVisitsAlone)
 {
     const VisitDetail first = saved(QDate(2026, 11, 1));

@@ -239,6 +239,26 @@ TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
     EXPECT_EQ(stored("id_Probl, DataReg, anamnesi"), "0|2026-11-19 00:00:00|scritto intanto");
 }
 
+TEST_F(Visita2Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
+{
+    const qint32 visit = addVisit("NULL", "#11/19/2026#");
+    openVisit(visit, [&] {
+        type("Text1_0", "scritto qui");
+        otherWorkstation()->Execute(
+            "UPDATE VISITAPROBL SET anamnesi = 'di là', dLastModifiedDate = #11/21/2026 10:05:00#");
+        EXPECT_EQ(boxOf(save, PromptButton::No),
+                  "Attenzione!|La visita è stata modificata da un'altra postazione mentre era aperta qui.\n"
+                  "Salvarla come è in questa finestra? Quanto è stato scritto altrove sarà "
+                  "sostituito.|question");
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(value("Text1_0"), "scritto qui");
+        EXPECT_EQ(stored("anamnesi"), "di là");
+        boxOf(save, PromptButton::Yes);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored("anamnesi"), "scritto qui");
+}
+
 TEST_F(Visita2Test, ASaveThatFailsKeepsTheDialogOpen)
 {
     openVisit(0, [&] {
