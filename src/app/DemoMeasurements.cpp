@@ -58,6 +58,7 @@ void writePressures(DemoWriter &writer, const DemoPatient &patient)
     }
 }
 
+// Nothing is missing in the patient with very many rows, who is the one to look at.
 // Height in characters 1-3, weight in 4-8, waist in 9-13.
 void writeAnthropometry(DemoWriter &writer, const DemoPatient &patient)
 {
@@ -75,13 +76,15 @@ void writeAnthropometry(DemoWriter &writer, const DemoPatient &patient)
         const QString height = random.chance(0.08)
                                    ? (random.chance(0.5) ? QStringLiteral("000") : QStringLiteral("   "))
                                    : QString::number(int(patient.heightCm)).rightJustified(3);
-        const QString text = height + packed(random.normal(patient.weightOn(day), 0.8), random.chance(0.04))
-                             + packed(random.normal(waistOn(patient, day), 1.5), random.chance(0.3));
-        writer.add(
-            "clinical", "ESAME_OB",
-            {patient.code, QStringLiteral("A"), day.toString(QStringLiteral("yyyyMMdd")),
-             DemoWriter::midnight(day),
-             random.chance(0.01) ? QVariant() : QVariant(text + QString(random.between(11, 19), u' '))});
+        const QString text =
+            height + packed(random.normal(patient.weightOn(day), 0.8), random.chance(0.04) && !patient.rich)
+            + packed(random.normal(waistOn(patient, day), 1.5), random.chance(0.3) && !patient.rich);
+        writer.add("clinical", "ESAME_OB",
+                   {patient.code, QStringLiteral("A"), day.toString(QStringLiteral("yyyyMMdd")),
+                    DemoWriter::midnight(day),
+                    random.chance(0.01) && !patient.rich
+                        ? QVariant()
+                        : QVariant(text + QString(random.between(11, 19), u' '))});
     }
 }
 

@@ -194,7 +194,7 @@ qint32 PatientRecords::instructivePatient(QDate since) const
         QStringLiteral("SELECT DISTINCT r.cod_paz, r2.codice FROM riepil AS r, riepil2 AS r2 "
                        "WHERE r2.cod_rie = r.minsan AND r.tipo = 1 AND r.da_pre > cdate('%1 0.0.0') "
                        "AND NOT isnull(r2.unita) AND r2.codice IN ('90.14.1', '90.14.3', '90.43.2', "
-                       "'90.16.4', '90.16.04')")
+                       "'90.16.4', '90.16.04', '90.27.1')")
             .arg(clivara::jet::formatDate(clivara::jet::dateTime(since), u"dd/mm/yyyy")),
         dao::RecordsetType::Snapshot);
     for (; !results->Eof(); results->MoveNext())
@@ -211,6 +211,16 @@ qint32 PatientRecords::instructivePatient(QDate since) const
     for (auto each = weighed.cbegin(); each != weighed.cend(); ++each) {
         if (*each)
             exams[each.key()].insert(QStringLiteral("peso"));
+    }
+
+    // So do the evaluations of which there is a course to see.
+    for (const char *table : {"Rischio_Cardio", "SindrMetabolica"}) {
+        const auto evaluations = m_environment.clinical->OpenRecordset(
+            QStringLiteral("SELECT cod_paz FROM %1 GROUP BY cod_paz HAVING count(*) > 2")
+                .arg(QLatin1String(table)),
+            dao::RecordsetType::Snapshot);
+        for (; !evaluations->Eof(); evaluations->MoveNext())
+            exams[static_cast<qint32>(evaluations->Fields(0).number())].insert(QLatin1String(table));
     }
 
     // Each exam counts more than any number of problems.

@@ -28,12 +28,14 @@ constexpr int patientsWaitMilliseconds = 60000;
 constexpr int settleMilliseconds = 150;
 constexpr int formPollMilliseconds = 20;
 
-// A tour answers every message box by its default and remembers the text: a box is a finding of the tour.
+// A tour answers every message box by its default. A box that asks nothing is a finding of the tour: its text is
+// remembered.
 class TourPrompts final : public clivara::Prompts {
 public:
     clivara::PromptButton ask(const clivara::Prompt &prompt) override
     {
-        m_texts << prompt.text;
+        if (prompt.buttons.size() == 1)
+            m_texts << prompt.text;
         return prompt.defaultButton;
     }
     QStringList takeTexts() { return std::exchange(m_texts, {}); }
@@ -90,6 +92,20 @@ void showRichestProblem(QAbstractItemView &problems, const QAbstractItemModel &i
         problems.setCurrentIndex(richest);
 }
 
+// What the doctor measures at the visit where the records have nothing recent, so that an evaluation is complete.
+constexpr std::pair<const char *, const char *> measuredNow[]{
+    {"me_ca", "96"},   {"me_pas", "135"}, {"me_pad", "85"},   {"me_glic", "98"},
+    {"me_col", "205"}, {"me_hdl", "48"},  {"me_trigl", "140"}};
+
+void completeEvaluation(QWidget &form)
+{
+    for (const auto &[name, value] : measuredNow) {
+        const auto edit = form.findChild<QLineEdit *>(QLatin1String(name));
+        if (edit && edit->text().trimmed().isEmpty())
+            edit->setText(QLatin1String(value));
+    }
+}
+
 // The control by which a form opens one that is no section of its own.
 struct DialogOpener {
     const char *form;
@@ -139,6 +155,8 @@ private:
 
     static void prepare(QWidget &form)
     {
+        if (form.findChild<QWidget *>(QStringLiteral("Grid1")))
+            completeEvaluation(form);
         // The first of a calculator's buttons computes.
         if (const auto compute = form.findChild<QAbstractButton *>(QStringLiteral("Button2_0")))
             compute->click();

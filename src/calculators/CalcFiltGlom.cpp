@@ -14,7 +14,7 @@ CalcFiltGlom::CalcFiltGlom(WorkingState &state)
     m_inputs->setupUi(inputArea());
     addInput(m_inputs->me_col, m_inputs->me_colSource);
     addInput(m_inputs->me_hdl, m_inputs->me_hdlSource);
-    connect(m_inputs->Check1, &QCheckBox::toggled, this, [this] { resultsOutdated(); });
+    connect(m_inputs->Check1, &QCheckBox::toggled, this, [this] { inputsChanged(); });
     inputsComplete();
 }
 

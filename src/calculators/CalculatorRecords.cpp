@@ -14,22 +14,6 @@ std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql
     return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
 }
 
-// The characters of the examination's text that hold the weight. Empty when the layout table does not say
-// where.
-std::optional<QString> cutWeight(dao::Database &clinical, const QString &examination)
-{
-    const auto layout =
-        open(clinical, QStringLiteral("SELECT * FROM DEFCAMPI WHERE Tiporec LIKE 'A' AND Formapp LIKE "
-                                      "'EOG' and descrizione like 'peso'"));
-    if (layout->Eof())
-        return std::nullopt;
-    const int offset = int(layout->Fields(QStringLiteral("offset")).number()); // from 1
-    const int length = int(layout->Fields(QStringLiteral("lunghezza")).number());
-    if (offset < 1 || length < 0)
-        return std::nullopt;
-    return examination.mid(offset - 1, length);
-}
-
 } // namespace
 
 std::optional<CalculatorPatient> readCalculatorPatient(dao::Database &clinical, qint32 patientCode)
@@ -42,6 +26,22 @@ std::optional<CalculatorPatient> readCalculatorPatient(dao::Database &clinical, 
                              row->Fields(QStringLiteral("data_nasc")).date().date()};
 }
 
+std::optional<QString> cutMeasurement(dao::Database &clinical, const QString &description,
+                                      const QString &examination)
+{
+    const auto layout =
+        open(clinical, QStringLiteral("SELECT * FROM DEFCAMPI WHERE Tiporec LIKE 'A' AND Formapp LIKE "
+                                      "'EOG' and descrizione like '")
+                           + description + u'\'');
+    if (layout->Eof())
+        return std::nullopt;
+    const int offset = int(layout->Fields(QStringLiteral("offset")).number()); // from 1
+    const int length = int(layout->Fields(QStringLiteral("lunghezza")).number());
+    if (offset < 1 || length < 0)
+        return std::nullopt;
+    return examination.mid(offset - 1, length);
+}
+
 std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode)
 {
     const auto rows =
@@ -50,7 +50,8 @@ std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode)
                            + QStringLiteral(") order by data_reg desc, chiave desc"));
     if (rows->Eof() || rows->Fields(QStringLiteral("dati_paz")).isNull())
         return std::nullopt;
-    const auto weight = cutWeight(clinical, rows->Fields(QStringLiteral("dati_paz")).text());
+    const auto weight =
+        cutMeasurement(clinical, QStringLiteral("peso"), rows->Fields(QStringLiteral("dati_paz")).text());
     if (!weight)
         return std::nullopt;
     return Proposal{*weight, rows->Fields(QStringLiteral("data_reg")).date().date(), weight->trimmed()};
@@ -59,18 +60,35 @@ std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode)
 std::optional<Proposal> readNewestResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
                                          QDate today)
 {
+    return scanResults(clinical, patientCode, examCode, {}, [today](QDate date, const QString &stored) {
+        if (!isRecent(date, today))
+            return Scan::Stop; // and those after it are older still
+        return stored.isEmpty() ? Scan::Skip : Scan::Take;
+    });
+}
+
+std::optional<Proposal> scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode,
+                                    QDate since, const ResultJudge &judge)
+{
+    QString sql = QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice = '")
+                  + examCode
+                  + QStringLiteral("') and (r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
+                  + QString::number(patientCode);
+    if (since.isValid())
+        sql += QStringLiteral(") and (r.da_pre >= CDATE('%1')").arg(dayText(since));
     // Of results of the same day the one with the higher key is the newest.
-    const auto rows = open(
-        clinical, QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice = '")
-                      + examCode
-                      + QStringLiteral("') and (r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
-                      + QString::number(patientCode)
-                      + QStringLiteral(") ORDER BY r.da_pre DESC, r.cod_pre DESC, r2.idriepil2 DESC"));
-    for (; !rows->Eof(); rows->MoveNext()) {
+    sql += QStringLiteral(") ORDER BY r.da_pre DESC, r.cod_pre DESC, r2.idriepil2 DESC");
+    for (const auto rows = open(clinical, sql); !rows->Eof(); rows->MoveNext()) {
         const QDate date = rows->Fields(QStringLiteral("da_pre")).date().date();
         const QString stored = rows->Fields(QStringLiteral("unita")).text().trimmed();
-        if (isRecent(date, today) && !stored.isEmpty())
+        switch (judge(date, stored)) {
+        case Scan::Take:
             return Proposal{jet::numberText(jet::leadingNumber(stored)), date, stored};
+        case Scan::Stop:
+            return std::nullopt;
+        case Scan::Skip:
+            break;
+        }
     }
     return std::nullopt;
 }

@@ -3,6 +3,7 @@
 
 #include <QDate>
 #include <QString>
+#include <functional>
 #include <optional>
 
 namespace dao {
@@ -27,6 +28,11 @@ struct Proposal {
     QString stored; // the result as the laboratory wrote it, trimmed
 };
 
+// A measurement inside the fixed-layout text of an objective examination: the characters that the layout table names
+// for its description ("peso"), unchanged. Empty when the layout table does not say where.
+std::optional<QString> cutMeasurement(dao::Database &clinical, const QString &description,
+                                      const QString &examination);
+
 // The weight of the newest objective examination: the characters of its fixed-layout text that the layout
 // table names, unchanged. Empty without an examination, without a text and without a layout.
 std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode);
@@ -36,5 +42,14 @@ std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode);
 // and 1).
 std::optional<Proposal> readNewestResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
                                          QDate today);
+
+// What a scan of results does with the one it has come to.
+enum class Scan { Take, Skip, Stop };
+using ResultJudge = std::function<Scan(QDate date, const QString &stored)>;
+
+// The laboratory results of an exam, newest first, until the judge takes one (as the number that it begins with) or
+// stops. `since` leaves out the results before that day and those without a date; a null one leaves out none.
+std::optional<Proposal> scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode,
+                                    QDate since, const ResultJudge &judge);
 
 } // namespace clivara

@@ -6,6 +6,7 @@
 #include "data/engine/Error.h"
 #include "host/working_state/ErrorLog.h"
 #include "host/working_state/WorkingState.h"
+#include "support/ui/WaitCursor.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -18,15 +19,6 @@ namespace clivara {
 namespace {
 
 const QDate unknownDay(1980, 1, 1);
-
-// Waiting for another workstation takes some seconds.
-class WaitCursor {
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
-};
 
 void setQuiet(MaskedDateEdit *edit, bool quiet)
 {
@@ -91,7 +83,7 @@ void RecordDialog::trySave()
             return;
         WriteResult result = WriteResult::Failed;
         {
-            const WaitCursor waiting;
+            const WaitCursor waiting; // for another workstation it takes some seconds
             result = write();
         }
         switch (result) {

@@ -2,6 +2,8 @@
 #include "calculators/CalcCockCroft.h"
 #include "calculators/CalcFiltGlom.h"
 #include "calculators/CalcLDL.h"
+#include "calculators/Rischio_Cardio.h"
+#include "calculators/SindrMetabolica.h"
 #include "host/FormShelf.h"
 #include "problems/Probl1.h"
 #include "problems/Problemi.h"
@@ -28,6 +30,8 @@ const FormFactories &builtForms()
         {QStringLiteral("calcLDL"), create<CalcLDL>},
         {QStringLiteral("calcCockCroft"), create<CalcCockCroft>},
         {QStringLiteral("calcFiltGlom"), create<CalcFiltGlom>},
+        {QStringLiteral("Rischio_Cardio"), create<Rischio_Cardio>},
+        {QStringLiteral("SindrMetabolica"), create<SindrMetabolica>},
         {QStringLiteral("Problemi"), create<Problemi>},
         {QStringLiteral("Visite2"), create<Visite2>},
         {QStringLiteral("Probl1"), create<Probl1>},

@@ -40,7 +40,8 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
     const QStringList dialogs{"Probl1", "RicercaDiagnosi", "Visita2", "SelezProblema"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
-    const QStringList sections{"Problemi", "Visite2", "calcLDL", "calcCockCroft", "calcFiltGlom"};
+    const QStringList sections{"Problemi", "Visite2",       "Rischio_Cardio", "SindrMetabolica",
+                               "calcLDL",  "calcCockCroft", "calcFiltGlom"};
     for (const QString &form : sections + dialogs)
         EXPECT_EQ(names.filter(QStringLiteral("_%1.png").arg(form)).size(), 1) << form.toStdString();
     for (const QString &file : written) {

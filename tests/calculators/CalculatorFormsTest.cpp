@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "FormDriver.h"
 #include "calculators/CalcCockCroft.h"
 #include "calculators/CalcFiltGlom.h"
 #include "calculators/CalcLDL.h"
 #include "calculators/CalculatorFixture.h"
+#include "calculators/FormControls.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
 
@@ -16,65 +16,7 @@
 namespace clivara {
 namespace {
 
-class CalculatorFormsTest : public CalculatorFixture {
-protected:
-    // Opens a form and acts in it by its controls.
-    template <typename Form>
-    void open(Form &form, const std::function<void()> &act)
-    {
-        m_form = &form;
-        inside(form, [&] {
-            QApplication::setActiveWindow(&form);
-            act();
-        });
-        form.showModal();
-    }
-
-    template <typename Widget>
-    Widget *control(const char *name) const
-    {
-        auto *found = m_form->findChild<Widget *>(name);
-        if (!found)
-            throw std::runtime_error(name);
-        return found;
-    }
-    std::string text(const char *label) const { return control<QLabel>(label)->text().toStdString(); }
-    std::string value(const char *edit) const { return control<QLineEdit>(edit)->text().toStdString(); }
-    std::string colour(const char *label) const
-    {
-        return control<QLabel>(label)
-            ->palette()
-            .color(QPalette::Active, QPalette::WindowText)
-            .name()
-            .toStdString();
-    }
-    void type(const char *edit, const char *keys) const
-    {
-        auto *target = control<QLineEdit>(edit);
-        target->setFocus();
-        target->selectAll();
-        QTest::keyClick(target, Qt::Key_Delete);
-        QTest::keyClicks(target, keys);
-    }
-    void click(const char *button) const { control<QPushButton>(button)->click(); }
-    // Presses the compute button, which warns and puts the focus on the field that lacks its value.
-    void expectWarning(const char *warning, const char *field)
-    {
-        prompts.queue();
-        click("Button2_0");
-        EXPECT_EQ(prompts.last().toStdString(), std::string("Attenzione!|") + warning + "|warning");
-        EXPECT_EQ(m_form->focusWidget(), control<QWidget>(field));
-    }
-    // "valutazione" and the number, as the host gets it.
-    QString handedBack() const
-    {
-        const QVariantList list = state.result.toList();
-        return list.size() == 2 ? list[0].toString() + ' ' + QString::number(list[1].toDouble(), 'f', 2)
-                                : QStringLiteral("?");
-    }
-
-    ChartForm *m_form = nullptr;
-};
+using CalculatorFormsTest = FormControls<CalculatorFixture>;
 
 TEST_F(CalculatorFormsTest, ClearanceFromProposedValues)
 {

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "calculators/CalculatorRecords.h"
+#include "calculators/CalculatorRules.h"
+#include "calculators/CardiovascularRules.h"
+#include "calculators/EvaluationRecords.h"
+
+// The evaluations of the cardiovascular risk (Rischio_Cardio) and what is proposed for a new one. Except for saving,
+// every function throws dao::Error.
+namespace clivara {
+
+struct CardiovascularEvaluation {
+    std::optional<int> ageYears; // empty when unknown
+    std::optional<double> risk; // a fraction
+    std::optional<double> systolicMmHg, totalCholesterolMgDl, hdlMgDl;
+    bool smoker = false;
+    bool diabetic = false;
+    bool treatedHypertension = false;
+};
+
+QList<HistoryRow> readCardiovascularHistory(dao::Database &clinical, qint32 patientCode);
+// Empty when there is no such evaluation (any more). A Null of the row is an empty value, a Null box is not set.
+std::optional<CardiovascularEvaluation> readCardiovascular(dao::Database &clinical, qint32 patientCode,
+                                                           const QDateTime &when);
+SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
+                               const CardiovascularEvaluation &evaluation, Existing existing);
+WriteResult deleteCardiovascular(WorkingState &state, const QDateTime &when);
+
+// A condition that the chart knows of the patient, and in Italian where that stands.
+struct Condition {
+    bool present = false;
+    QString source;
+};
+// Diabetes: among the chronic diseases, in the remote history, among the patient's diagnoses. None has a date.
+Condition readDiabetes(dao::Database &clinical, qint32 patientCode);
+// A smoker by any of the lifestyle questionnaires, however old.
+Condition readSmoking(dao::Database &clinical, qint32 patientCode);
+
+// The newest systolic pressure since a day that lies in the equation's range.
+std::optional<Proposal> readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate since);
+// The newest result of an exam since a day that, as a whole number, lies in a range: that whole number.
+std::optional<Proposal> readRecentResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
+                                         QDate since, WholeRange range);
+
+// The band of the risk chart, 0 for a row without one; empty when the chart has no row for such a patient.
+std::optional<int> readChartBand(dao::Database &clinical, Sex sex, int ageYears, bool diabetic, bool smoker,
+                                 int systolicMmHg, int totalCholesterolMgDl);
+
+} // namespace clivara

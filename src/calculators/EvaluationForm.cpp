@@ -1,0 +1,336 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/EvaluationForm.h"
+
+#include "calculators/CardiovascularRules.h"
+#include "calculators/HistoryModel.h"
+#include "controls/DateCheck.h"
+#include "controls/MaskedDateEdit.h"
+#include "controls/NumericEdit.h"
+#include "data/engine/Error.h"
+#include "host/working_state/ErrorLog.h"
+#include "host/working_state/SharedWrites.h"
+#include "host/working_state/WorkingState.h"
+#include "support/ui/WaitCursor.h"
+#include "ui_EvaluationForm.h"
+#include "values/JetValues.h"
+
+#include <QShortcut>
+
+namespace clivara {
+
+namespace {
+
+constexpr QSize preferredSize(920, 520);
+constexpr int visibleRows = 7;
+
+} // namespace
+
+EvaluationForm::EvaluationForm(const QString &name, const Words &words, HistoryPlot::Scale scale,
+                               WorkingState &state)
+    : PatientInputForm(name, words.caption, state)
+    , m_ui(std::make_unique<Ui::EvaluationForm>())
+    , m_history(new HistoryModel(words.valueHeading, this))
+    , m_referenceLabel(new QLabel(this))
+{
+    m_ui->setupUi(contents());
+    setUpPerson(m_ui->person, m_ui->esci);
+    m_referenceLabel->setObjectName(QStringLiteral("Label2_1"));
+    m_referenceLabel->setTextFormat(Qt::PlainText);
+    addBesideAge(m_referenceLabel);
+
+    QPalette paper = m_ui->results->palette();
+    paper.setColor(QPalette::Window, Qt::white);
+    m_ui->results->setPalette(paper);
+    QFont large = m_ui->SSPanel1->font();
+    large.setPointSizeF(large.pointSizeF() * 1.25);
+    large.setBold(true);
+    m_ui->SSPanel1->setFont(large);
+    // Room for the longest lines, so that the form does not grow under the doctor's eyes.
+    const QFontMetrics metrics(large);
+    m_ui->SSPanel1->setMinimumSize(
+        metrics.horizontalAdvance(QStringLiteral("Sindrome Metabolica NON diagnosticata.")),
+        metrics.height());
+    m_ui->SSPanel2->setMinimumHeight(2 * fontMetrics().height());
+    m_ui->SSPanel2->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_ui->status->setMinimumHeight(2 * fontMetrics().height());
+    m_ui->status->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    makeQuiet(m_ui->hint);
+    makeQuiet(m_ui->plotPoint);
+
+    m_ui->Grid1->setModel(m_history);
+    m_ui->Grid1->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    m_ui->Grid1->setColumnWidth(0, fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + 32);
+    m_ui->Grid1->setMinimumHeight(visibleRows * m_ui->Grid1->verticalHeader()->defaultSectionSize());
+    m_ui->plotLabel->setText(words.course);
+    m_ui->plot->setAccessibleName(QString(words.course).remove(u'&'));
+    m_ui->plot->setScale(scale);
+    resize(preferredSize);
+
+    connectHistory();
+    connect(dateEdit(), &QLineEdit::textChanged, this, [this] {
+        if (!std::exchange(m_refusedDate, {}).isEmpty())
+            showStatus({});
+    });
+    connect(m_ui->Button1_0, &QPushButton::clicked, this, &EvaluationForm::newEvaluation);
+    connect(m_ui->Button1_1, &QPushButton::clicked, this, &EvaluationForm::deleteChosen);
+    connect(m_ui->Button2_0, &QPushButton::clicked, this, [this] { guarded([this] { compute(); }); });
+    connect(m_ui->Button2_1, &QPushButton::clicked, this, &EvaluationForm::trySave);
+    connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, m_ui->Button2_1,
+            &QPushButton::click);
+    connect(m_ui->esci, &QPushButton::clicked, this, &EvaluationForm::reject);
+}
+
+EvaluationForm::~EvaluationForm() = default;
+
+QWidget *EvaluationForm::inputArea() const
+{
+    return m_ui->inputs;
+}
+
+QString EvaluationForm::regionCode() const
+{
+    return state().doctor.region;
+}
+
+void EvaluationForm::inputsComplete()
+{
+    orderTabs(m_ui->inputs, {m_ui->Button2_0, m_ui->Button2_1, m_ui->Grid1, m_ui->plot, m_ui->Button1_0,
+                             m_ui->Button1_1, m_ui->esci});
+}
+
+void EvaluationForm::connectHistory()
+{
+    connect(m_ui->Grid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &row) {
+                if (!m_filling)
+                    choose(row);
+            });
+    // The row that was chosen before is read again, whatever was typed since.
+    connect(m_ui->Grid1, &QTableView::clicked, this, [this](const QModelIndex &row) {
+        if (m_chosen != m_history->at(row.row()).when)
+            choose(row);
+    });
+    connect(m_ui->plot, &HistoryPlot::currentChanged, this, [this](int point) {
+        m_ui->plotPoint->setText(point < 0 ? QString() : m_ui->plot->points().at(point).text);
+    });
+    connect(m_ui->plot, &HistoryPlot::chosen, this,
+            [this](int point) { m_ui->Grid1->setCurrentIndex(m_history->index(m_plotted.at(point), 0)); });
+}
+
+void EvaluationForm::guarded(const std::function<void()> &routine)
+{
+    try {
+        routine();
+    } catch (const dao::Error &error) {
+        logError(state(), objectName(), error);
+    }
+}
+
+void EvaluationForm::load()
+{
+    showPatient();
+    showReferenceAge();
+    refreshHistory();
+    newEvaluation();
+}
+
+void EvaluationForm::showReferenceAge()
+{
+    const QDate day = referenceDay(regionCode());
+    m_referenceAge = day.isValid() ? std::max(0, exactAge(birth(), day)) : int(ageYears());
+    m_referenceLabel->setVisible(day.isValid() && birth().isValid());
+    m_referenceLabel->setText(m_referenceLabel->isHidden()
+                                  ? QString()
+                                  : QStringLiteral("%1 anni al %2")
+                                        .arg(m_referenceAge)
+                                        .arg(jet::formatDate(jet::dateTime(day), u"d/m/yy")));
+}
+
+void EvaluationForm::refreshHistory()
+{
+    QList<HistoryRow> rows;
+    guarded([&] { rows = history(); });
+    m_filling = true;
+    m_history->setRows(rows);
+    m_filling = false;
+
+    QList<HistoryPlot::Point> points;
+    m_plotted.clear();
+    for (int row = int(rows.size()) - 1; row >= 0; --row) {
+        const HistoryRow &saved = rows.at(row);
+        if (!saved.number)
+            continue;
+        points.append({saved.when.date(), *saved.number, saved.date + QStringLiteral(": ") + saved.value});
+        m_plotted.append(row);
+    }
+    m_ui->plot->setPoints(points);
+}
+
+void EvaluationForm::newEvaluation()
+{
+    m_filling = true;
+    m_ui->Grid1->clearSelection();
+    m_ui->Grid1->setCurrentIndex({});
+    m_filling = false;
+    m_ui->plot->setCurrent(-1);
+    m_chosen = {};
+    m_refusedDate.clear();
+    m_ui->Button1_1->setEnabled(false);
+    clearInputs();
+    showResult({});
+    setSavable(false);
+    showStatus({});
+    guarded([this] { propose(); });
+    focusFirstEmpty(m_ui->Button2_0);
+}
+
+void EvaluationForm::choose(const QModelIndex &row)
+{
+    if (row.isValid())
+        showChosen(m_history->at(row.row()).when);
+}
+
+void EvaluationForm::showChosen(const QDateTime &when)
+{
+    bool shown = false;
+    guarded([&] { shown = showSaved(when); });
+    if (!shown) {
+        showStatus(QStringLiteral("La rilevazione del %1 non si può leggere.").arg(dayText(when.date())),
+                   true);
+        return;
+    }
+    m_chosen = when;
+    m_ui->Button1_1->setEnabled(true);
+    showDate(dayText(when.date()));
+    m_refusedDate.clear();
+    setSavable(false);
+    const int row = m_ui->Grid1->currentIndex().row();
+    m_ui->plot->setCurrent(int(m_plotted.indexOf(row)));
+    showStatus(QStringLiteral("Rilevazione del %1: per modificarla premere Calcola, poi Salva.")
+                   .arg(dayText(when.date())));
+}
+
+void EvaluationForm::showHint(const QString &text)
+{
+    m_ui->hint->setText(text);
+    m_ui->hint->setVisible(!text.isEmpty());
+}
+
+void EvaluationForm::showResult(const QString &text, const QString &second)
+{
+    m_ui->results->setEnabled(true);
+    m_ui->results->setToolTip({});
+    m_ui->SSPanel1->setText(text);
+    m_ui->SSPanel2->setText(second);
+}
+
+void EvaluationForm::setSavable(bool savable)
+{
+    m_ui->Button2_1->setEnabled(savable);
+}
+
+void EvaluationForm::showStatus(const QString &text, bool warning)
+{
+    m_ui->status->setText(warning && !text.isEmpty() ? QStringLiteral("⚠ ") + text : text);
+    setForeColour(m_ui->status, warning ? darkRedText : blackText);
+}
+
+void EvaluationForm::showNotReloaded(const NumericEdit *edit, QLabel *source)
+{
+    source->setText(edit->text().isEmpty() ? QString() : QStringLiteral("non di questa rilevazione"));
+    source->setToolTip({});
+}
+
+void EvaluationForm::inputsChanged()
+{
+    setSavable(false);
+    if (m_ui->SSPanel1->text().isEmpty())
+        return;
+    m_ui->results->setEnabled(false);
+    m_ui->results->setToolTip(QStringLiteral("I dati sono cambiati: premere Calcola"));
+}
+
+void EvaluationForm::dateRefused()
+{
+    m_refusedDate = dateEdit()->dateText();
+    showStatus(QStringLiteral("La data non è valida: correggerla per salvare."), true);
+}
+
+void EvaluationForm::refuseDate()
+{
+    dateRefused();
+    dateEdit()->setFocus();
+    dateEdit()->selectAll();
+}
+
+void EvaluationForm::trySave()
+{
+    // Who was told when leaving the field is led back to it without a second box.
+    const QString typed = dateEdit()->dateText();
+    if ((typed == m_refusedDate && typed != validDate()) || !checkDateField()) {
+        refuseDate();
+        return;
+    }
+    const auto day = calendarDay(dateEdit()->dateText());
+    if (!day) { // the check lets 29 February pass in years that have none
+        state().prompts.warn(QStringLiteral("Data non valida !"));
+        refuseDate();
+        return;
+    }
+    m_refusedDate.clear();
+    saveOn(*day);
+}
+
+void EvaluationForm::saveOn(QDate day)
+{
+    // A chosen evaluation that gets another date is a new one: it must not replace the one of that date.
+    const bool isNew = !m_chosen.isValid() || m_chosen.date() != day;
+    SaveOutcome outcome = SaveOutcome::Failed;
+    {
+        const WaitCursor waiting; // for another workstation it takes some seconds
+        guarded([&] { outcome = save(isNew ? jet::dateTime(day) : m_chosen, isNew); });
+    }
+    switch (outcome) {
+    case SaveOutcome::AlreadyThere:
+        state().prompts.ask({windowTitle(),
+                             QStringLiteral("Esiste già una rilevazione effettuata nella stessa data."),
+                             PromptIcon::None,
+                             {PromptButton::Ok},
+                             PromptButton::Ok});
+        return;
+    case SaveOutcome::Failed:
+        state().prompts.warn(
+            QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
+                           "Quanto scritto resta nella finestra: riprovare tra poco."));
+        return;
+    case SaveOutcome::Saved:
+        break;
+    }
+    refreshHistory();
+    afterSave();
+    showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(dayText(day)));
+}
+
+void EvaluationForm::deleteChosen()
+{
+    if (!m_chosen.isValid()
+        || !state().prompts.confirm(QStringLiteral("Confermi l'eliminazione della rilevazione selezionata?")))
+        return;
+    const QString day = dayText(m_chosen.date());
+    WriteResult result = WriteResult::Failed;
+    {
+        const WaitCursor waiting;
+        guarded([&] { result = remove(m_chosen); });
+    }
+    if (result != WriteResult::Done) {
+        state().prompts.warn(
+            QStringLiteral("Eliminazione non riuscita: l'archivio è occupato o non si può scrivere.\n"
+                           "Riprovare tra poco."));
+        return;
+    }
+    refreshHistory();
+    newEvaluation();
+    showStatus(QStringLiteral("Rilevazione del %1 eliminata.").arg(day));
+}
+
+} // namespace clivara

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/EvaluationRecords.h"
+
+#include "data/engine/Dao.h"
+#include "host/working_state/SharedWrites.h"
+#include "host/working_state/WorkingState.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+QString evaluationCondition(const QString &table, qint32 patientCode, const QDateTime &when)
+{
+    const QString date = jet::formatDate(
+        when, when.time() == QTime(0, 0) ? QStringView(u"dd/mm/yyyy") : QStringView(u"dd/mm/yyyy hh.nn.ss"));
+    return QStringLiteral("* FROM %1 WHERE cod_paz = %2 AND data_val = CDATE('%3')")
+        .arg(table)
+        .arg(patientCode)
+        .arg(date);
+}
+
+} // namespace
+
+QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query)
+{
+    QList<HistoryRow> history;
+    for (const auto rows = clinical.OpenRecordset(query, dao::RecordsetType::Snapshot); !rows->Eof();
+         rows->MoveNext()) {
+        HistoryRow row{rows->Fields(2).date(), rows->Fields(0).text(), rows->Fields(1).text(), std::nullopt};
+        if (!rows->Fields(3).isNull())
+            row.number = rows->Fields(3).number();
+        history.append(row);
+    }
+    return history;
+}
+
+QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when)
+{
+    return QStringLiteral("SELECT ") + evaluationCondition(table, patientCode, when);
+}
+
+SaveOutcome saveEvaluation(WorkingState &state, const QString &table, const QDateTime &when,
+                           Existing existing, const std::function<void(dao::Recordset &)> &fill)
+{
+    const QString query = evaluationQuery(table, state.header.patientCode, when);
+    bool refused = false;
+    const auto write = [&] {
+        const auto row = state.clinical().OpenRecordset(query);
+        const bool isNew = row->Eof();
+        refused = !isNew && existing == Existing::Refuse;
+        if (refused)
+            return WriteResult::Failed;
+        if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
+            return WriteResult::Failed;
+        if (isNew)
+            row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
+        row->Fields(QStringLiteral("Data_Val")).setValue(when);
+        fill(*row);
+        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+    };
+    try {
+        // Told at once, without waiting for other workstations; the transaction looks again.
+        if (existing == Existing::Refuse
+            && !state.clinical().OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof())
+            return SaveOutcome::AlreadyThere;
+    } catch (const dao::Error &) {
+        // The transaction finds the same error and logs it.
+    }
+    if (writeTogether(state, table, write) == WriteResult::Done)
+        return SaveOutcome::Saved;
+    return refused ? SaveOutcome::AlreadyThere : SaveOutcome::Failed;
+}
+
+WriteResult deleteEvaluation(WorkingState &state, const QString &table, const QDateTime &when)
+{
+    return writeTogether(state, table, [&] {
+        state.clinical().Execute(QStringLiteral("DELETE ")
+                                 + evaluationCondition(table, state.header.patientCode, when));
+        return WriteResult::Done;
+    });
+}
+
+std::optional<double> optionalNumber(dao::Recordset &row, const QString &field)
+{
+    const dao::Field value = row.Fields(field);
+    return value.isNull() ? std::nullopt : std::optional(value.number());
+}
+
+QVariant numberValue(const std::optional<double> &number)
+{
+    return number ? QVariant(*number) : QVariant();
+}
+
+QString optionalText(const std::optional<double> &number)
+{
+    return number ? jet::numberText(*number) : QString();
+}
+
+} // namespace clivara

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/HistoryModel.h"
+
+namespace clivara {
+
+namespace {
+
+enum Column { Date, Value, ColumnCount };
+
+} // namespace
+
+HistoryModel::HistoryModel(const QString &valueHeading, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_valueHeading(valueHeading)
+{
+}
+
+void HistoryModel::setRows(const QList<HistoryRow> &rows)
+{
+    beginResetModel();
+    m_rows = rows;
+    endResetModel();
+}
+
+int HistoryModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
+
+int HistoryModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant HistoryModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || role != Qt::DisplayRole)
+        return {};
+    const HistoryRow &row = m_rows.at(index.row());
+    return index.column() == Date ? row.date : row.value;
+}
+
+QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return int(Qt::AlignLeft | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return {};
+    return section == Date ? QStringLiteral("Data") : m_valueHeading;
+}
+
+} // namespace clivara

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/MetabolicRecords.h"
+
+#include "calculators/CalculatorRules.h"
+#include "data/engine/Dao.h"
+#include "host/working_state/SharedWrites.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+const auto metabolicTable = QStringLiteral("SindrMetabolica");
+
+std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
+{
+    return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
+}
+
+} // namespace
+
+QList<HistoryRow> readMetabolicHistory(dao::Database &clinical, qint32 patientCode)
+{
+    return readHistory(
+        clinical,
+        QStringLiteral("SELECT format(data_val,'dd/mm/yyyy'), IIF((valutazione=1), 'SI', 'NO') As valutaz, "
+                       "data_val, valutazione FROM SindrMetabolica WHERE cod_paz = %1 ORDER BY data_val Desc")
+            .arg(patientCode));
+}
+
+std::optional<MetabolicEvaluation> readMetabolic(dao::Database &clinical, qint32 patientCode,
+                                                 const QDateTime &when)
+{
+    const auto row = open(clinical, evaluationQuery(metabolicTable, patientCode, when));
+    if (row->Eof())
+        return std::nullopt;
+    MetabolicEvaluation evaluation;
+    evaluation.verdict = int(row->Fields(QStringLiteral("valutazione")).number());
+    evaluation.waistCm = optionalNumber(*row, QStringLiteral("circAdd"));
+    evaluation.systolicMmHg = optionalNumber(*row, QStringLiteral("pressSist"));
+    evaluation.diastolicMmHg = optionalNumber(*row, QStringLiteral("pressDiast"));
+    evaluation.glucoseMgDl = optionalNumber(*row, QStringLiteral("glicemia"));
+    evaluation.triglyceridesMgDl = optionalNumber(*row, QStringLiteral("trigliceridi"));
+    return evaluation;
+}
+
+SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation)
+{
+    return saveEvaluation(state, metabolicTable, when, Existing::Replace, [&evaluation](dao::Recordset &row) {
+        row.Fields(QStringLiteral("valutazione")).setValue(evaluation.verdict);
+        row.Fields(QStringLiteral("circAdd")).setValue(numberValue(evaluation.waistCm));
+        row.Fields(QStringLiteral("pressSist")).setValue(numberValue(evaluation.systolicMmHg));
+        row.Fields(QStringLiteral("pressDiast")).setValue(numberValue(evaluation.diastolicMmHg));
+        row.Fields(QStringLiteral("glicemia")).setValue(numberValue(evaluation.glucoseMgDl));
+        row.Fields(QStringLiteral("trigliceridi")).setValue(numberValue(evaluation.triglyceridesMgDl));
+    });
+}
+
+WriteResult deleteMetabolic(WorkingState &state, const QDateTime &when)
+{
+    return deleteEvaluation(state, metabolicTable, when);
+}
+
+std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinical, const QString &regionCode)
+{
+    bool isNumber = false;
+    const int region = regionCode.toInt(&isNumber);
+    if (!isNumber)
+        return std::nullopt;
+    const auto row = open(
+        clinical,
+        QStringLiteral("select * from TabParamSM where (codRegione=%1) order by data_reg desc").arg(region));
+    if (row->Eof())
+        return std::nullopt;
+    MetabolicThresholds thresholds;
+    thresholds.since = row->Fields(QStringLiteral("data_reg")).date().date();
+    thresholds.waistWomenCm = optionalNumber(*row, QStringLiteral("circAdd_d"));
+    thresholds.waistMenCm = optionalNumber(*row, QStringLiteral("circAdd_u"));
+    thresholds.triglyceridesMgDl = optionalNumber(*row, QStringLiteral("trigliceridi"));
+    thresholds.hdlWomenMgDl = optionalNumber(*row, QStringLiteral("hdl_d"));
+    thresholds.hdlMenMgDl = optionalNumber(*row, QStringLiteral("hdl_u"));
+    thresholds.glucoseMgDl = optionalNumber(*row, QStringLiteral("glicemia"));
+    thresholds.systolicMmHg = optionalNumber(*row, QStringLiteral("pa_sist"));
+    thresholds.diastolicMmHg = optionalNumber(*row, QStringLiteral("pa_diast"));
+    return thresholds;
+}
+
+std::optional<Proposal> readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today)
+{
+    const auto newest =
+        open(clinical, QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND (COD_PAZ = ")
+                           + QString::number(patientCode)
+                           + QStringLiteral(") order by data_reg desc, chiave desc"));
+    if (newest->Eof())
+        return std::nullopt;
+    const QDate date = newest->Fields(QStringLiteral("data_reg")).date().date();
+    if (!isRecent(date, today))
+        return std::nullopt;
+    const auto cut = cutMeasurement(clinical, QStringLiteral("circonf_addom"),
+                                    newest->Fields(QStringLiteral("dati_paz")).text());
+    const double waistCm = jet::leadingNumber(cut.value_or(QString()));
+    // Blanks in the text stand for a waist that was not measured.
+    if (waistCm == 0)
+        return std::nullopt;
+    return Proposal{jet::numberText(waistCm), date, cut->trimmed()};
+}
+
+std::optional<Proposal> readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode,
+                                                  const QString &examCode, QDate today)
+{
+    return scanResults(clinical, patientCode, examCode, {}, [today](QDate date, const QString &stored) {
+        return isRecent(date, today) && !stored.isEmpty() ? Scan::Take : Scan::Stop;
+    });
+}
+
+PressureProposals readRecentPressures(dao::Database &clinical, qint32 patientCode, QDate today)
+{
+    const auto newest =
+        open(clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ") + QString::number(patientCode)
+                           + QStringLiteral(") ORDER BY data_ob DESC"));
+    if (newest->Eof())
+        return {};
+    const QDate date = newest->Fields(QStringLiteral("data_ob")).date().date();
+    if (!isRecent(date, today))
+        return {};
+    const auto pressure = [&](const QString &field) -> std::optional<Proposal> {
+        const auto number = optionalNumber(*newest, field);
+        if (!number)
+            return std::nullopt;
+        return Proposal{jet::numberText(*number), date, jet::numberText(*number)};
+    };
+    return {pressure(QStringLiteral("presmax")), pressure(QStringLiteral("presmin"))};
+}
+
+} // namespace clivara
