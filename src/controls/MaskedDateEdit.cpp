@@ -9,6 +9,14 @@ namespace clivara {
 
 namespace {
 
+// What people write between day, month and year.
+bool isSeparator(const QKeyEvent &event)
+{
+    static const QString separators = QStringLiteral("/-., ");
+    return event.text().size() == 1 && separators.contains(event.text())
+           && !(event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier));
+}
+
 bool isByPerson(const QFocusEvent &event)
 {
     return event.reason() != Qt::PopupFocusReason && event.reason() != Qt::ActiveWindowFocusReason;
@@ -78,6 +86,13 @@ void MaskedDateEdit::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         emit committed();
+    if (isSeparator(*event)) {
+        // Only the mask's own one leads on to the next part; another would be passed over, and the next part's
+        // digits would go into this one.
+        QKeyEvent own(event->type(), event->key(), event->modifiers(), QString(m_separator));
+        QLineEdit::keyPressEvent(&own);
+        return;
+    }
     QLineEdit::keyPressEvent(event);
 }
 

@@ -77,6 +77,20 @@ TEST(ChooserButton, ShowsAnyTextAndOpensByKeyboard)
     EXPECT_LT(button.minimumSizeHint().width(), 300) << "a long name gives way";
 }
 
+TEST(MaskedDateEdit, EverySeparatorLeadsToTheNextPart)
+{
+    for (const QChar separator : {u'/', u'-'}) {
+        for (const char *typed : {"1/2/2024", "01/02/2024", "1-2-2024", "01-02-2024", "1.2.2024",
+                                  "01.02.2024", "1,2,2024", "1 2 2024", "01022024", "01/2-2024"}) {
+            MaskedDateEdit edit;
+            edit.setSeparator(separator);
+            QTest::keyClicks(&edit, typed);
+            EXPECT_EQ(edit.dateText(), QString("01/02/2024").replace(u'/', separator))
+                << typed << " over " << QString(separator).toStdString();
+        }
+    }
+}
+
 TEST(DateFieldGuard, TwoWrongDatesDoNotFightForTheFocus)
 {
     FixedClock clock{QDate(2026, 11, 21)};
