@@ -189,6 +189,8 @@ bool Visita2::mayWrite()
 // As in Probl1.
 bool Visita2::mayReplace()
 {
+    if (m_visit.id == 0)
+        return true; // also where an old practice has a row with that key
     const auto stored = readVisit(m_state.clinical(), m_visit.id);
     if (!stored || stored->modified == m_visit.modified)
         return true;

@@ -241,6 +241,13 @@ TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
 
 TEST_F(Visita2Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
 {
+    execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, dLastModifiedDate) "
+            "VALUES (0, 17, #11/01/2026#, #11/01/2026#)"); // no new visit is taken for it
+    openVisit(0, [&] {
+        click(save);
+        EXPECT_FALSE(form.isVisible());
+    });
+    execute("DELETE * FROM VISITAPROBL");
     const qint32 visit = addVisit("NULL", "#11/19/2026#");
     openVisit(visit, [&] {
         type("Text1_0", "scritto qui");
