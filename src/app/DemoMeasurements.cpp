@@ -88,6 +88,9 @@ void writeAnthropometry(DemoWriter &writer, const DemoPatient &patient)
     }
 }
 
+// The key of the patient's one row of a questionnaire: empty, not Null, so that the index finds it.
+const auto noKey = QStringLiteral("");
+
 // The lifestyle questionnaire: pairs of characters, the smoking code (1 never, 2 stopped, 3 smoker) in 96-97.
 void writeLifestyle(DemoWriter &writer, const DemoPatient &patient)
 {
@@ -104,7 +107,7 @@ void writeLifestyle(DemoWriter &writer, const DemoPatient &patient)
                  : random.chance(0.7) ? QStringLiteral("01")
                                       : QStringLiteral("02"));
     writer.add("clinical", "ESAME_OB",
-               {patient.code, QStringLiteral("H"), QVariant(),
+               {patient.code, QStringLiteral("H"), noKey,
                 random.chance(0.15) ? QVariant()
                                     : QVariant(DemoWriter::midnight(random.day(patient.since, writer.today))),
                 text});
@@ -119,33 +122,35 @@ void writeAllergies(DemoWriter &writer, const DemoPatient &patient)
     QString text;
     for (const int items : {17, 2, 5, 41, 12, 9, 15, 10, 4}) {
         for (int i = 0; i < items; ++i)
-            text += random.chance(0.04) ? QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'))
-                                        : QStringLiteral("99");
+            text += random.chance(patient.rich ? 0.08 : 0.04)
+                        ? QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'))
+                        : QStringLiteral("99");
     }
     writer.add("clinical", "ESAME_OB",
-               {patient.code, QStringLiteral("X"), QVariant(), QVariant(),
-                random.chance(0.05) ? QVariant() : QVariant(text)});
+               {patient.code, QStringLiteral("X"), noKey, QVariant(),
+                random.chance(0.05) && !patient.rich ? QVariant() : QVariant(text)});
 }
 
 // Past infectious diseases: 15 pairs, then five blocks of a pair and a note of 30 characters.
 void writeInfections(DemoWriter &writer, const DemoPatient &patient)
 {
     DemoRandom &random = writer.random;
-    if (!random.chance(0.4))
+    if (!random.chance(0.4) && !patient.rich)
         return;
     static const QStringList notes{QStringLiteral("nel 1987, ricovero"), QStringLiteral("recidiva più volte"),
                                    QStringLiteral("in età scolare"), QStringLiteral("profilassi eseguita")};
     QString text;
     for (int i = 0; i < 15; ++i)
-        text +=
-            random.chance(0.15) ? QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0')) : QStringLiteral("99");
+        text += random.chance(patient.rich ? 0.4 : 0.15)
+                    ? QStringLiteral("%1").arg(i, 2, 10, QLatin1Char('0'))
+                    : QStringLiteral("99");
     for (int block = 0; block < 5; ++block) {
-        const bool had = random.chance(0.12);
+        const bool had = random.chance(patient.rich ? 0.5 : 0.12);
         text += had ? QStringLiteral("0%1").arg(block) : QStringLiteral("99");
         text += (random.chance(had ? 0.6 : 0.03) ? random.pick(notes) : QString()).leftJustified(30);
     }
     const QDate day = random.day(patient.since, writer.today);
-    writer.add("clinical", "ESAME_OB", {patient.code, QStringLiteral("M"), QVariant(), writer.at(day), text});
+    writer.add("clinical", "ESAME_OB", {patient.code, QStringLiteral("M"), noKey, writer.at(day), text});
 }
 
 } // namespace

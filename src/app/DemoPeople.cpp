@@ -163,7 +163,8 @@ void writeRegistry(DemoWriter &writer, const DemoPatient &patient)
                 random.chance(0.05)
                     ? QVariant()
                     : QVariant(QStringLiteral("555%1").arg(random.below(10000), 4, 10, QLatin1Char('0'))),
-                towns.at(birthTown).at(1), writer.sentences(QStringLiteral("allergy notes"), 0.7, 2)});
+                towns.at(birthTown).at(1),
+                writer.sentences(QStringLiteral("allergy notes"), patient.rich ? 0 : 0.7, 2)});
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "app/Sections.h"
 #include "host/Class3.h"
 #include "host/working_state/WorkingState.h"
+#include "support/ui/ChartForm.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -111,8 +112,11 @@ struct DialogOpener {
     const char *form;
     const char *control;
 };
-constexpr DialogOpener dialogOpeners[]{
-    {"Problemi", "bt_Probl_2"}, {"Problemi", "bt_Visita_2"}, {"Probl1", "Problema"}, {"Visita2", "Problema"}};
+constexpr DialogOpener dialogOpeners[]{{"Problemi", "bt_Probl_2"},
+                                       {"Problemi", "bt_Visita_2"},
+                                       {"Probl1", "Problema"},
+                                       {"Visita2", "Problema"},
+                                       {"InfGen", "Apri_PregMalInf"}};
 
 // Waits inside the form's own event loop until it is open, has it show what it can and takes its picture, then
 // those of the dialogs that open out of it; closes it in any case.
@@ -142,6 +146,8 @@ private:
             return;
         m_poll.stop();
         try {
+            // The screen of a tour without a display is smaller than any real one.
+            form->resize(form->size().expandedTo(form->sizeHint()).boundedTo(windowSize));
             prepare(*form);
             settle();
             m_pictures.save(*form, form->objectName());
@@ -150,7 +156,11 @@ private:
         } catch (const UserError &) {
             m_error = std::current_exception();
         }
-        form->close();
+        // A look at a form is no reason to save it.
+        if (const auto chart = qobject_cast<clivara::ChartForm *>(form))
+            chart->abandon();
+        else
+            form->close();
     }
 
     static void prepare(QWidget &form)

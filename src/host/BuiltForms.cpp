@@ -4,6 +4,9 @@
 #include "calculators/CalcLDL.h"
 #include "calculators/Rischio_Cardio.h"
 #include "calculators/SindrMetabolica.h"
+#include "general_info/Allergie.h"
+#include "general_info/InfGen.h"
+#include "general_info/PregMalInf.h"
 #include "host/FormShelf.h"
 #include "problems/Probl1.h"
 #include "problems/Problemi.h"
@@ -22,6 +25,11 @@ std::unique_ptr<ChartForm> create(WorkingState &state)
     return std::make_unique<Form>(state);
 }
 
+std::unique_ptr<ChartForm> createLauncher(WorkingState &state)
+{
+    return std::make_unique<InfGen>(state, [](const QString &form) { return builtForms().contains(form); });
+}
+
 } // namespace
 
 const FormFactories &builtForms()
@@ -38,6 +46,9 @@ const FormFactories &builtForms()
         {QStringLiteral("RicercaDiagnosi"), create<RicercaDiagnosi>},
         {QStringLiteral("SelezProblema"), create<SelezProblema>},
         {QStringLiteral("Visita2"), create<Visita2>},
+        {QStringLiteral("InfGen"), createLauncher},
+        {QStringLiteral("Allergie"), create<Allergie>},
+        {QStringLiteral("PregMalInf"), create<PregMalInf>},
     };
     return forms;
 }

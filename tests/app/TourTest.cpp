@@ -37,11 +37,11 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
             std::count_if(group.sections.begin(), group.sections.end(), [](const orvale::Section &section) {
                 return clivara::Class3::isBuilt(section.action);
             });
-    const QStringList dialogs{"Probl1", "RicercaDiagnosi", "Visita2", "SelezProblema"};
+    const QStringList dialogs{"Probl1", "RicercaDiagnosi", "Visita2", "SelezProblema", "PregMalInf"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
-    const QStringList sections{"Problemi", "Visite2",       "Rischio_Cardio", "SindrMetabolica",
-                               "calcLDL",  "calcCockCroft", "calcFiltGlom"};
+    const QStringList sections{"Problemi", "Visite2", "Rischio_Cardio", "SindrMetabolica", "Allergie",
+                               "InfGen",   "calcLDL", "calcCockCroft",  "calcFiltGlom"};
     for (const QString &form : sections + dialogs)
         EXPECT_EQ(names.filter(QStringLiteral("_%1.png").arg(form)).size(), 1) << form.toStdString();
     for (const QString &file : written) {
@@ -54,6 +54,10 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
         }
         EXPECT_GT(colours.size(), 20) << file.toStdString();
     }
+    // Forms that save when they are closed have not saved.
+    const auto answers = m_practice->environment().clinical->OpenRecordset(
+        "SELECT count(*) FROM ESAME_OB WHERE tipo_dati <> 'A'");
+    EXPECT_EQ(answers->Fields(0).number(), 0);
 }
 
 TEST_F(TourTest, RefusesAFolderItCannotWrite)

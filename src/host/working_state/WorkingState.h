@@ -87,6 +87,8 @@ struct WorkingState {
     qint32 visitId = 0; // the visit being edited
     qint32 identifierKey = 0; // of the record-identifier form: the row's key and the code of its table
     QString identifierTable;
+    QString loadedCode; // the code string that the allergies or the past infections loaded last
+    bool networkedPractice = false; // the setting "Mir_Attivo", as of the last saved allergies
     GroupSettings group;
     DoctorSettings doctor;
     PatientHeader header;

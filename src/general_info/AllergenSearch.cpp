@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/AllergenSearch.h"
+
+#include <algorithm>
+
+namespace clivara {
+
+namespace {
+
+// Lower case letters and digits; accents fall away, everything else parts words.
+QStringList wordsOf(const QString &text)
+{
+    QString plain;
+    for (const QChar character : text.normalized(QString::NormalizationForm_D).toLower()) {
+        if (character.isLetterOrNumber())
+            plain += character;
+        else if (!character.isMark())
+            plain += u' ';
+    }
+    return plain.split(u' ', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+AllergenSearch::AllergenSearch(const QString &typed)
+    : m_words(wordsOf(typed))
+{
+}
+
+bool AllergenSearch::finds(const QString &text) const
+{
+    const QStringList words = wordsOf(text);
+    return !m_words.isEmpty() && std::all_of(m_words.begin(), m_words.end(), [&](const QString &typed) {
+        return std::any_of(words.begin(), words.end(),
+                           [&](const QString &word) { return word.contains(typed); });
+    });
+}
+
+} // namespace clivara

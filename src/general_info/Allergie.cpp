@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/Allergie.h"
+
+#include "general_info/AllergyCode.h"
+#include "general_info/CodePairs.h"
+#include "host/working_state/WorkingState.h"
+#include "ui_Allergie.h"
+
+#include <QScreen>
+#include <QShortcut>
+
+namespace clivara {
+
+Allergie::Allergie(WorkingState &state)
+    : QuestionnaireForm(QStringLiteral("Allergie"), state, QuestionnaireKind::Allergies)
+    , m_ui(std::make_unique<Ui::Allergie>())
+{
+    m_ui->setupUi(contents());
+    setNotices(m_ui->avvisi);
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    connect(m_ui->gruppi, &AllergenPanel::selectionChanged, this, &Allergie::showSelection);
+    connect(m_ui->cerca, &QLineEdit::textChanged, this, &Allergie::showSearch);
+    connect(m_ui->cerca, &QLineEdit::returnPressed, this, [this] { m_ui->gruppi->focusFound(); });
+    connect(m_ui->Text1, &QPlainTextEdit::textChanged, this, [this] { m_textChanged = true; });
+    connect(m_ui->Uscita, &QPushButton::clicked, this, &Allergie::reject);
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+        m_ui->cerca->setFocus(Qt::ShortcutFocusReason);
+        m_ui->cerca->selectAll();
+    });
+}
+
+Allergie::~Allergie() = default;
+
+void Allergie::load()
+{
+    const PatientIdentity &patient = m_state.header.identity;
+    setWindowTitle(
+        QStringLiteral("Allergie di  ")
+        + QStringLiteral("%1 %2").arg(patient.surname.trimmed(), patient.name.trimmed()).trimmed());
+    m_unreadText.clear();
+    m_ui->cerca->clear();
+    m_ui->Text1->setStoredText({});
+    m_ui->gruppi->setCatalogue(readCatalogue(m_state.clinical()));
+
+    const Loaded loaded = loadCode(isIntactAllergyCode);
+    if (loaded == Loaded::NoRow)
+        m_state.loadedCode.clear();
+    m_ui->gruppi->setSelection(decodeAllergies(m_state.loadedCode));
+    // With a row that says nothing the free text is not shown either.
+    if (loaded == Loaded::Blank)
+        noteUnreadText();
+    else
+        loadFreeText();
+    m_textChanged = false;
+    showSelection();
+    resize(sizeHint().boundedTo(screen()->availableSize()));
+    m_ui->cerca->setFocus();
+}
+
+void Allergie::loadFreeText()
+{
+    const auto text = readFreeText(m_state.clinical(), m_state.header.patientCode);
+    m_ui->Text1->setStoredText(text.value_or(QString()));
+    if (!text)
+        addNotice(QStringLiteral("Il paziente non ha la scheda delle informazioni generali: il testo di "
+                                 "«Varie» non si può salvare."));
+}
+
+void Allergie::noteUnreadText()
+{
+    m_unreadText = readFreeText(m_state.clinical(), m_state.header.patientCode).value_or(QString()).trimmed();
+    if (!m_unreadText.isEmpty())
+        addNotice(QStringLiteral("La scheda registrata è vuota e il testo già registrato in «Varie» non è "
+                                 "mostrato: quanto si scrive vi si aggiunge."));
+}
+
+QString Allergie::freeTextToWrite() const
+{
+    const QString typed = m_ui->Text1->storedText();
+    if (m_unreadText.isEmpty())
+        return typed;
+    return typed.trimmed().isEmpty() ? m_unreadText : m_unreadText + QStringLiteral("\r\n") + typed;
+}
+
+bool Allergie::askAndSave()
+{
+    const QString code = encodeAllergies(m_ui->gruppi->selection());
+    // Without a patient there is no chart to write into.
+    if (m_state.header.patientCode < 1 || !(isChangedCode(code) || m_textChanged))
+        return true;
+    switch (m_state.prompts.ask({QStringLiteral("Attenzione!"),
+                                 QStringLiteral("Salvare le modifiche?"),
+                                 PromptIcon::Question,
+                                 {PromptButton::Yes, PromptButton::No, PromptButton::Cancel},
+                                 PromptButton::Yes})) {
+    case PromptButton::Yes:
+        return saveAll(code);
+    case PromptButton::No:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool Allergie::saveAll(const QString &code)
+{
+    bool textRefused = false;
+    const bool saved = save([&] {
+        const WriteResult written = writeCode(m_state, m_kind, code);
+        if (written != WriteResult::Done || !m_textChanged)
+            return written;
+        const WriteResult text = writeFreeText(m_state, freeTextToWrite());
+        textRefused = text == WriteResult::Vanished;
+        return textRefused ? WriteResult::Done : text;
+    });
+    if (!saved) {
+        m_state.prompts.warn(saveFailedText()
+                             + QStringLiteral("\nQuanto scritto resta nella finestra: riprovare tra poco."));
+        return false;
+    }
+    m_state.networkedPractice = m_state.settings.isOn(QStringLiteral("Mir_Attivo"));
+    if (textRefused) {
+        // The window stays open with the text, and only that is still to be saved.
+        m_state.loadedCode = code;
+        m_state.prompts.warn(
+            QStringLiteral("Gli allergeni segnati sono salvati, il testo di «Varie» no: il paziente "
+                           "non ha la scheda delle informazioni generali."));
+        m_ui->Text1->setFocus();
+        return false;
+    }
+    m_textChanged = false;
+    return true;
+}
+
+bool Allergie::queryUnload()
+{
+    if (askAndSave())
+        return true;
+    unloading(); // the host refreshes its view also when the form stays open
+    return false;
+}
+
+void Allergie::unloading()
+{
+    m_state.settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("RAF"));
+}
+
+void Allergie::showSelection()
+{
+    const QStringList names = m_ui->gruppi->selectedNames();
+    m_ui->selezionati->setText(names.isEmpty()
+                                   ? QStringLiteral("Nessun allergene selezionato")
+                                   : QStringLiteral("%1: ").arg(names.size()) + names.join(u", "));
+}
+
+void Allergie::showSearch()
+{
+    const QString typed = m_ui->cerca->text();
+    const int found = m_ui->gruppi->search(typed);
+    m_ui->trovati->setText(typed.trimmed().isEmpty() ? QString()
+                           : found == 0              ? QStringLiteral("nessuno trovato")
+                           : found == 1              ? QStringLiteral("1 trovato – Invio per raggiungerlo")
+                                        : QStringLiteral("%1 trovati – Invio per il primo").arg(found));
+}
+
+} // namespace clivara

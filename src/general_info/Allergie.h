@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "general_info/QuestionnaireForm.h"
+
+#include <memory>
+
+namespace Ui {
+class Allergie;
+}
+
+namespace clivara {
+
+// The patient's allergies: the allergens of the catalogue, and others as free text. Closing asks when something has
+// changed, which a patient without a stored code always has.
+class Allergie final : public QuestionnaireForm {
+    Q_OBJECT
+
+public:
+    explicit Allergie(WorkingState &state);
+    ~Allergie() override;
+
+protected:
+    void load() override;
+    bool queryUnload() override;
+    void unloading() override;
+
+private:
+    void loadFreeText();
+    void noteUnreadText();
+    bool askAndSave();
+    bool saveAll(const QString &code);
+    QString freeTextToWrite() const;
+    void showSelection();
+    void showSearch();
+
+    std::unique_ptr<Ui::Allergie> m_ui;
+    bool m_textChanged = false;
+    QString m_unreadText; // stored, but not shown: see load()
+};
+
+} // namespace clivara

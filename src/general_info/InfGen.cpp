@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/InfGen.h"
+
+#include "host/working_state/FormOpener.h"
+#include "host/working_state/WorkingState.h"
+#include "ui_InfGen.h"
+
+#include <QGroupBox>
+
+namespace clivara {
+
+namespace {
+
+struct Section {
+    const char *form;
+    const char16_t *title; // with its mnemonic
+};
+
+struct SectionGroup {
+    const char16_t *title;
+    std::vector<Section> sections;
+};
+
+const std::vector<SectionGroup> &sectionGroups()
+{
+    static const std::vector<SectionGroup> groups{
+        {u"Anamnesi",
+         {{"Anagrafica", u"A&nagrafica"},
+          {"Anamfis", u"Anamnesi fisiolo&gica"},
+          {"Family", u"Anamnesi &familiare"},
+          {"PregMalInf", u"Malattie &infettive pregresse"},
+          {"Allergie", u"&Allergie"},
+          {"RAF", u"RAF"},
+          {"Esenzioni", u"Esen&zioni"}}},
+        {u"Cartella clinica",
+         {{"Problemi", u"&Problemi"},
+          {"Visite2", u"&Visite"},
+          {"CRONIC", u"Patologie cr&oniche"},
+          {"Monitoraggio", u"Moni&toraggio"},
+          {"PrGraph", u"Grafici"},
+          {"Zoom", u"Zoo&m"}}},
+        {u"Rischio e calcolatori",
+         {{"Rischio_Cardio", u"Risc&hio cardiovascolare"},
+          {"SindrMetabolica", u"Sindrome meta&bolica"},
+          {"calcLDL", u"Colesterolo L&DL"},
+          {"calcCockCroft", u"&Clearance della creatinina"},
+          {"calcFiltGlom", u"Filtrato glom&erulare"}}},
+        {u"Ricoveri e schede",
+         {{"Ricoveri_Gestione", u"&Ricoveri"},
+          {"Domiciliari_Gestione", u"Assistenza domici&liare"},
+          {"AIR15_Gestione", u"&Schede regionali"}}},
+    };
+    return groups;
+}
+
+} // namespace
+
+InfGen::InfGen(WorkingState &state, const std::function<bool(const QString &form)> &isBuilt)
+    : ChartForm(QStringLiteral("InfGen"), state.header, state.clock)
+    , m_state(state)
+    , m_ui(std::make_unique<Ui::InfGen>())
+{
+    m_ui->setupUi(contents());
+    setWindowTitle(QStringLiteral("Informazioni generali"));
+    QWidget *before = nullptr;
+    int column = 0;
+    for (const SectionGroup &group : sectionGroups()) {
+        auto *const frame = new QGroupBox(QString::fromUtf16(group.title), contents());
+        auto *const layout = new QVBoxLayout(frame);
+        layout->setContentsMargins(16, 8, 16, 16);
+        layout->setSpacing(8);
+        for (const Section &section : group.sections) {
+            const QString form = QLatin1String(section.form);
+            auto *const button = new QPushButton(QString::fromUtf16(section.title));
+            button->setObjectName(QStringLiteral("Apri_") + form);
+            button->setMinimumSize(208, 32);
+            button->setAutoDefault(true);
+            if (!isBuilt(form)) {
+                button->setEnabled(false);
+                button->setToolTip(QStringLiteral("Non ancora disponibile"));
+            }
+            connect(button, &QPushButton::clicked, this, [this, form] { openSection(form); });
+            layout->addWidget(button);
+            if (before)
+                setTabOrder(before, button);
+            before = button;
+        }
+        layout->addStretch(1);
+        m_ui->groups->addWidget(frame, 0, column++);
+    }
+    setTabOrder(before, m_ui->Uscita);
+    connect(m_ui->Uscita, &QPushButton::clicked, this, &InfGen::reject);
+}
+
+InfGen::~InfGen() = default;
+
+void InfGen::load()
+{
+    // The first section that can be opened.
+    for (QPushButton *const button : findChildren<QPushButton *>()) {
+        if (button->isEnabled()) {
+            button->setFocus();
+            break;
+        }
+    }
+}
+
+void InfGen::openSection(const QString &form)
+{
+    m_state.forms->showForm(form);
+}
+
+} // namespace clivara

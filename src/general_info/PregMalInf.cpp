@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/PregMalInf.h"
+
+#include "host/working_state/WorkingState.h"
+#include "ui_PregMalInf.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+
+namespace clivara {
+
+PregMalInf::PregMalInf(WorkingState &state)
+    : QuestionnaireForm(QStringLiteral("PregMalInf"), state, QuestionnaireKind::Infections)
+    , m_ui(std::make_unique<Ui::PregMalInf>())
+{
+    m_ui->setupUi(contents());
+    setWindowTitle(QStringLiteral("Pregresse malattie infettive"));
+    setNotices(m_ui->avvisi);
+    QGroupBox *const frames[] = {m_ui->respiratorie, m_ui->altre, m_ui->epatite, m_ui->esantemi};
+    static_assert(std::size(frames) == infectionFrames.size());
+    for (std::size_t i = 0; i < infectionFrames.size(); ++i) {
+        frames[i]->setTitle(QString::fromUtf16(infectionFrames[i].caption));
+        for (const InfectionFrame::Item &item : infectionFrames[i].items) {
+            if (item.caption)
+                addBox(static_cast<QBoxLayout *>(frames[i]->layout()), item);
+        }
+        static_cast<QBoxLayout *>(frames[i]->layout())->addStretch(1);
+    }
+    setTabOrder(m_ui->esantemi, m_ui->Uscita);
+    connect(m_ui->Uscita, &QPushButton::clicked, this, &PregMalInf::reject);
+}
+
+PregMalInf::~PregMalInf() = default;
+
+void PregMalInf::addBox(QBoxLayout *layout, const InfectionFrame::Item &item)
+{
+    auto *const box = new QCheckBox(QString::fromUtf16(item.caption));
+    box->setObjectName(QStringLiteral("SSCheck1_%1").arg(item.number));
+    m_boxes[std::size_t(item.number)] = box;
+    const int note = item.number - plainInfections;
+    if (note < 0) {
+        layout->addWidget(box);
+        return;
+    }
+    auto *const edit = new QLineEdit;
+    edit->setObjectName(QStringLiteral("Text1_%1").arg(note));
+    edit->setMaxLength(infectionNoteLength);
+    edit->setAccessibleName(QStringLiteral("Nota: ") + box->text());
+    edit->setToolTip(QStringLiteral("Al più %1 caratteri").arg(infectionNoteLength));
+    // Room for the whole note.
+    edit->setMinimumWidth(edit->fontMetrics().averageCharWidth() * infectionNoteLength + 24);
+    QPalette colours = edit->palette();
+    colours.setColor(QPalette::Disabled, QPalette::Base, colours.color(QPalette::Window));
+    edit->setPalette(colours);
+    m_notes[std::size_t(note)] = edit;
+    auto *const line = new QHBoxLayout;
+    line->setSpacing(8);
+    line->addWidget(box, 1);
+    line->addWidget(edit);
+    layout->addLayout(line);
+    connect(box, &QCheckBox::clicked, this, [this, note] { askForNote(std::size_t(note)); });
+}
+
+void PregMalInf::load()
+{
+    const Loaded loaded = loadCode(isIntactInfectionCode);
+    m_hasRow = loaded != Loaded::NoRow;
+    showAnswers(loaded == Loaded::Code ? decodeInfections(m_state.loadedCode) : InfectionAnswers());
+    adjustSize();
+    m_boxes[std::size_t(plainInfections)]->setFocus();
+}
+
+void PregMalInf::showAnswers(const InfectionAnswers &answers)
+{
+    for (std::size_t i = 0; i < m_boxes.size(); ++i)
+        m_boxes[i]->setChecked(answers.had[i]);
+    for (std::size_t k = 0; k < m_notes.size(); ++k) {
+        const bool had = answers.had[plainInfections + k];
+        m_notes[k]->setText(had ? answers.notes[k] : QString());
+        m_notes[k]->setCursorPosition(0);
+        setNoteReady(k, had);
+        m_hiddenNotes[k] = had ? QString() : answers.notes[k];
+    }
+}
+
+InfectionAnswers PregMalInf::answers() const
+{
+    InfectionAnswers answers;
+    for (std::size_t i = 0; i < m_boxes.size(); ++i)
+        answers.had[i] = m_boxes[i]->isChecked();
+    for (std::size_t k = 0; k < m_notes.size(); ++k)
+        answers.notes[k] = m_hiddenNotes[k].isEmpty() ? m_notes[k]->text() : m_hiddenNotes[k];
+    return answers;
+}
+
+void PregMalInf::setNoteReady(std::size_t note, bool ready)
+{
+    m_notes[note]->setEnabled(ready);
+    m_notes[note]->setPlaceholderText(ready ? QStringLiteral("nota") : QString());
+}
+
+void PregMalInf::askForNote(std::size_t note)
+{
+    setNoteReady(note, true);
+    if (QString &hidden = m_hiddenNotes[note]; !hidden.isEmpty())
+        m_notes[note]->setText(std::exchange(hidden, {}));
+}
+
+bool PregMalInf::queryUnload()
+{
+    const QString code = encodeInfections(answers());
+    // Without a patient there is no chart to write into.
+    if (m_state.header.patientCode < 1)
+        return true;
+    // A patient without a row gets one, also when the answers are by chance those that were loaded last.
+    if (m_hasRow && !isChangedCode(code))
+        return true;
+    if (save([&] { return writeCode(m_state, m_kind, code, m_state.clock.local()); }))
+        return true;
+    return m_state.prompts.ask({QStringLiteral("Attenzione!"),
+                                saveFailedText() + QStringLiteral("\nChiudere senza salvare?"),
+                                PromptIcon::Warning,
+                                {PromptButton::Yes, PromptButton::No},
+                                PromptButton::No})
+           == PromptButton::Yes;
+}
+
+} // namespace clivara

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "general_info/InfectionCode.h"
+#include "general_info/QuestionnaireForm.h"
+
+#include <array>
+#include <memory>
+
+class QBoxLayout;
+class QCheckBox;
+class QLineEdit;
+
+namespace Ui {
+class PregMalInf;
+}
+
+namespace clivara {
+
+// The infectious diseases that the patient has had. Closing saves without asking when something has changed, which
+// without a stored code is always so. The box of disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
+class PregMalInf final : public QuestionnaireForm {
+    Q_OBJECT
+
+public:
+    explicit PregMalInf(WorkingState &state);
+    ~PregMalInf() override;
+
+protected:
+    void load() override;
+    bool queryUnload() override;
+
+private:
+    void addBox(QBoxLayout *layout, const InfectionFrame::Item &item);
+    void showAnswers(const InfectionAnswers &answers);
+    InfectionAnswers answers() const;
+    void setNoteReady(std::size_t note, bool ready);
+    void askForNote(std::size_t note);
+
+    std::unique_ptr<Ui::PregMalInf> m_ui;
+    std::array<QCheckBox *, std::size_t(infectionCount)> m_boxes{};
+    std::array<QLineEdit *, std::size_t(notedInfections)> m_notes{};
+    bool m_hasRow = false;
+    // Notes that were stored beside diseases the patient has not had: they show when the box is ticked.
+    std::array<QString, std::size_t(notedInfections)> m_hiddenNotes;
+};
+
+} // namespace clivara

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/QuestionnaireForm.h"
+
+#include "general_info/CodePairs.h"
+#include "host/working_state/WorkingState.h"
+#include "support/ui/WaitCursor.h"
+
+#include <QLabel>
+
+namespace clivara {
+
+QuestionnaireForm::QuestionnaireForm(const QString &name, WorkingState &state, QuestionnaireKind kind)
+    : ChartForm(name, state.header, state.clock)
+    , m_state(state)
+    , m_kind(kind)
+{
+}
+
+void QuestionnaireForm::setNotices(QLabel *label)
+{
+    m_notices = label;
+    label->hide();
+}
+
+void QuestionnaireForm::addNotice(const QString &text)
+{
+    const QString before = m_notices->text();
+    m_notices->setText((before.isEmpty() ? QString() : before + u'\n') + QStringLiteral("⚠  ") + text);
+    m_notices->show();
+}
+
+QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QString &code))
+{
+    m_notices->clear();
+    m_notices->hide();
+    const StoredCode stored = readCode(m_state.clinical(), m_state.header.patientCode, m_kind);
+    if (!stored.exists)
+        return Loaded::NoRow;
+    if (stored.code)
+        m_state.loadedCode = *stored.code;
+    if (withoutOuterBlanks(m_state.loadedCode).isEmpty())
+        return Loaded::Blank;
+    if (!stored.code) {
+        addNotice(QStringLiteral("La scheda registrata di questo paziente è vuota: le voci segnate vengono "
+                                 "dall'ultima scheda aperta, forse di un altro paziente."));
+    } else if (!isIntact(m_state.loadedCode)) {
+        addNotice(QStringLiteral(
+            "La scheda registrata non è integra: le voci segnate vanno verificate prima di salvare."));
+    }
+    return Loaded::Code;
+}
+
+bool QuestionnaireForm::isChangedCode(const QString &code) const
+{
+    return withoutOuterBlanks(code) != withoutOuterBlanks(m_state.loadedCode);
+}
+
+bool QuestionnaireForm::save(const std::function<WriteResult()> &write)
+{
+    const WaitCursor waiting;
+    return writeTogether(m_state, QStringLiteral("%1.%2.Salva").arg(m_state.componentName, objectName()),
+                         write)
+           == WriteResult::Done;
+}
+
+QString saveFailedText()
+{
+    return QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.");
+}
+
+} // namespace clivara
