@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyleOption>
 #include <QToolTip>
 
 namespace clivara {
@@ -184,6 +185,22 @@ void ReportView::paintEvent(QPaintEvent *event)
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_placeholder);
+}
+
+// The base class draws a selected row's arrow in the colour of the others, which the selection hides.
+void ReportView::drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const
+{
+    if (!hasFocus() || !selectionModel()->isSelected(index) || !model()->hasChildren(index)) {
+        QTreeView::drawBranches(painter, rect, index);
+        return;
+    }
+    QStyleOption arrow;
+    arrow.initFrom(this);
+    arrow.rect = QRect(rect.right() - indentation() + 1, rect.top(), indentation(), rect.height());
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        arrow.palette.setColor(role, palette().color(QPalette::HighlightedText));
+    style()->drawPrimitive(isExpanded(index) ? QStyle::PE_IndicatorArrowDown : QStyle::PE_IndicatorArrowRight,
+                           &arrow, painter, this);
 }
 
 void ReportView::drawRow(QPainter *painter, const QStyleOptionViewItem &option,
