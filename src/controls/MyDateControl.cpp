@@ -54,6 +54,7 @@ MyDateControl::MyDateControl(QWidget *parent)
     layout->addWidget(m_picker);
 
     m_edit->installEventFilter(this);
+    connect(m_edit, &QLineEdit::textChanged, this, &MyDateControl::textChanged);
     connect(m_edit, &MaskedDateEdit::committed, this, &MyDateControl::commit);
     connect(m_picker, &DatePicker::aboutToOpen, this, &MyDateControl::prepareCalendar);
     connect(m_picker, &DatePicker::dismissed, this, [this] { showDate(m_picker->date()); });
@@ -72,6 +73,11 @@ void MyDateControl::setClock(const Clock &clock)
 QDate MyDateControl::Value() const
 {
     return dayFromText(m_edit->dateText()).value_or(zeroDay());
+}
+
+bool MyDateControl::isEmpty() const
+{
+    return m_edit->isEmptyDate();
 }
 
 void MyDateControl::setValue(QDate date)

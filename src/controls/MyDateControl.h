@@ -30,6 +30,8 @@ public:
     // The date that the edit shows; the zero date (30/12/1899) when it shows none.
     QDate Value() const;
     void setValue(QDate date);
+    // Nothing is typed: neither a date nor the beginning of one.
+    bool isEmpty() const;
     QColor BackColor() const { return m_backColor; }
     void setBackColor(const QColor &colour);
 
@@ -43,6 +45,7 @@ signals:
     // The control changed the edit's text or the picker's date; typing alone is no change until it is
     // committed.
     void changed();
+    void textChanged(); // what the edit shows is another text, typing included
     void backColorChanged();
 
 protected:

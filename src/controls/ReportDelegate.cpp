@@ -119,9 +119,9 @@ void ReportDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option
 void ReportDelegate::drawLines(QPainter &painter, const QRect &area, const QModelIndex &index,
                                bool selected) const
 {
-    const QString text = index.data().toString();
-    if (text.isEmpty() || area.width() <= 0)
+    if (area.width() <= 0)
         return;
+    const QString text = index.data().toString();
     const QPalette palette = m_view.rowPalette();
     const QColor quiet = selected ? palette.color(QPalette::HighlightedText) : quietColour(palette);
     const QColor colour = selected                             ? palette.color(QPalette::HighlightedText)
@@ -131,6 +131,16 @@ void ReportDelegate::drawLines(QPainter &painter, const QRect &area, const QMode
     const QFontMetrics metrics(font);
     painter.setFont(font);
     painter.setPen(colour);
+    if (text.isEmpty()) {
+        QFont slanted = font;
+        slanted.setItalic(true);
+        painter.setFont(slanted);
+        painter.setPen(quiet);
+        painter.drawText(
+            area, Qt::AlignLeft | Qt::AlignTop,
+            QFontMetrics(slanted).elidedText(index.data(HintRole).toString(), Qt::ElideRight, area.width()));
+        return;
+    }
     if (index.column() != m_view.textColumn()) {
         painter.drawText(area, Qt::AlignLeft | Qt::AlignTop,
                          metrics.elidedText(text, Qt::ElideRight, area.width()));

@@ -237,7 +237,10 @@ void ReportView::showWholeText()
         return;
     scrollTo(text);
     const QRect row = visualRect(text);
-    QToolTip::showText(viewport()->mapToGlobal(row.bottomLeft()), wholeTextTip(text.data().toString()), this);
+    QString tip = text.data(Qt::ToolTipRole).toString();
+    if (tip.isEmpty())
+        tip = text.data().toString();
+    QToolTip::showText(viewport()->mapToGlobal(row.bottomLeft()), wholeTextTip(tip), this);
 }
 
 QString wholeTextTip(const QString &text)

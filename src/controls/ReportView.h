@@ -10,12 +10,13 @@ namespace clivara {
 enum ReportRole {
     ToneRole = Qt::UserRole, // ReportTone; Plain when missing
     LabelRole, // int: so many characters at the text's beginning are its label
+    HintRole, // stands, quiet and slanted, in a cell that has no text
     ValueRole, // int: from this character on the text is what it tells; missing: nothing stands out
 };
 enum class ReportTone { Plain, Strong, Quiet };
 
 // A list or tree of whole rows for the keyboard as much as for the mouse. Ins, Enter and Del ask for what the
-// buttons beside a report do; the blank bar shows the text of the row in full; the menu key and the right button
+// buttons beside a report do; the blank bar shows the row's tool tip, or its text in full; the menu key and the right button
 // ask for the context menu. Rows may be of different heights.
 class ReportView : public QTreeView {
     Q_OBJECT

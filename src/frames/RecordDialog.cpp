@@ -4,9 +4,7 @@
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "data/engine/Error.h"
-#include "host/working_state/ErrorLog.h"
 #include "host/working_state/WorkingState.h"
-#include "support/ui/WaitCursor.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -67,45 +65,9 @@ void RecordDialog::save()
         return;
     m_saving = true;
     const auto done = qScopeGuard([this] { m_saving = false; });
-    try {
-        trySave();
-    } catch (const dao::Error &error) {
-        logError(m_state, objectName() + QStringLiteral(".Salva"), error);
-        m_state.prompts.warn(QStringLiteral("Salvataggio non riuscito: l'archivio non risponde.\n"
-                                            "Quanto scritto resta nella finestra: riprovare tra poco."));
-    }
-}
-
-void RecordDialog::trySave()
-{
-    for (;;) {
-        if (!mayWrite())
-            return;
-        WriteResult result = WriteResult::Failed;
-        {
-            const WaitCursor waiting; // for another workstation it takes some seconds
-            result = write();
-        }
-        switch (result) {
-        case WriteResult::Done:
-            written();
-            unload();
-            return;
-        case WriteResult::Failed:
-            m_state.prompts.warn(
-                QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
-                               "Quanto scritto resta nella finestra: riprovare tra poco."));
-            return;
-        case WriteResult::Vanished:
-            if (m_state.prompts.ask({QStringLiteral("Attenzione!"),
-                                     vanishedQuestion(),
-                                     PromptIcon::Warning,
-                                     {PromptButton::Yes, PromptButton::No},
-                                     PromptButton::Yes})
-                != PromptButton::Yes)
-                return;
-            becomeNew();
-        }
+    if (saveRecord(m_state, objectName(), *this)) {
+        written();
+        unload();
     }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/DateFieldGuard.h"
-#include "host/working_state/SharedWrites.h"
+#include "frames/RecordSaving.h"
 #include "support/ui/ChartForm.h"
 
 #include <QDate>
@@ -18,7 +18,7 @@ struct WorkingState;
 // closes without saving, Ctrl+S and Ctrl+Enter, and what happens when a save does not succeed. Until a save has
 // succeeded the dialog stays open with everything that was typed. Enter leads from field to field; in a long text it
 // is a new line.
-class RecordDialog : public ChartForm {
+class RecordDialog : public ChartForm, protected WrittenRecord {
     Q_OBJECT
 
 protected:
@@ -30,12 +30,6 @@ protected:
     void addDate(MaskedDateEdit *edit);
     DateFieldGuard &dates() { return m_dates; }
 
-    // True when what is typed may be written; otherwise the doctor has been told why not. May throw dao::Error.
-    virtual bool mayWrite() = 0;
-    virtual WriteResult write() = 0;
-    // Another workstation has deleted the record, and the doctor wants what is typed as a new one.
-    virtual void becomeNew() = 0;
-    virtual QString vanishedQuestion() const = 0;
     // After a save, before the dialog closes.
     virtual void written() { }
 
@@ -48,7 +42,6 @@ protected:
 
 private:
     void save();
-    void trySave();
 
     DateFieldGuard m_dates;
     QAbstractButton *m_save = nullptr;

@@ -14,6 +14,9 @@
 #include "problems/SelezProblema.h"
 #include "problems/Visita2.h"
 #include "problems/Visite2.h"
+#include "stays/Domiciliari_Gestione.h"
+#include "stays/Ricoveri_Gestione.h"
+#include "stays/Ricoveri_Inserimento.h"
 
 namespace clivara {
 
@@ -49,6 +52,9 @@ const FormFactories &builtForms()
         {QStringLiteral("InfGen"), createLauncher},
         {QStringLiteral("Allergie"), create<Allergie>},
         {QStringLiteral("PregMalInf"), create<PregMalInf>},
+        {QStringLiteral("Ricoveri_Gestione"), create<Ricoveri_Gestione>},
+        {QStringLiteral("Ricoveri_Inserimento"), create<Ricoveri_Inserimento>},
+        {QStringLiteral("Domiciliari_Gestione"), create<Domiciliari_Gestione>},
     };
     return forms;
 }

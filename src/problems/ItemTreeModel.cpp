@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/ItemTreeModel.h"
 
+#include "controls/ReportIcons.h"
 #include "controls/ReportView.h"
-#include "problems/ReportIcons.h"
 
 namespace clivara {
 

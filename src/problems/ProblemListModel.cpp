@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/ProblemListModel.h"
 
+#include "controls/ReportIcons.h"
 #include "controls/ReportView.h"
-#include "problems/ReportIcons.h"
 #include "values/JetValues.h"
 
 namespace clivara {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/VisitRecords.h"
 
+#include "data/NextKey.h"
 #include "data/SqlText.h"
 #include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
@@ -25,15 +26,6 @@ std::optional<qint32> optionalNumber(const dao::Field &field)
 QVariant optionalValue(const std::optional<qint32> &number)
 {
     return number ? QVariant(*number) : QVariant();
-}
-
-// The highest key plus 1. It stays free only within the transaction that asks.
-qint32 nextVisitId(dao::Database &clinical)
-{
-    const auto highest =
-        clinical.OpenRecordset(QStringLiteral("select max(idvisitaprobl) as idvisita from visitaprobl"),
-                               dao::RecordsetType::Snapshot);
-    return highest->Eof() ? 1 : qint32(highest->Fields(QStringLiteral("idvisita")).number()) + 1;
 }
 
 void fill(dao::Recordset &row, const VisitDetail &visit)
@@ -108,7 +100,7 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit)
         if (hasVisitOn(state.clinical(), state.header.patientCode, visit.date, visit.id))
             return WriteResult::Failed;
         if (isNew)
-            id = nextVisitId(state.clinical());
+            id = nextKey(state.clinical(), QStringLiteral("VISITAPROBL"), QStringLiteral("IdVisitaProbl"));
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
             return WriteResult::Failed;
         if (isNew) {

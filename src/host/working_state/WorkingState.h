@@ -85,6 +85,7 @@ struct WorkingState {
     QString problemText; // what the selected problem is called
     QString visitMode; // "10" new, "11" edit
     qint32 visitId = 0; // the visit being edited
+    qint32 stayId = 0; // the hospital stay being edited; 0 for a new one
     qint32 identifierKey = 0; // of the record-identifier form: the row's key and the code of its table
     QString identifierTable;
     QString loadedCode; // the code string that the allergies or the past infections loaded last

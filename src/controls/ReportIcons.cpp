@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "problems/ReportIcons.h"
+#include "controls/ReportIcons.h"
 
 #include <QIconEngine>
 #include <QPainter>
@@ -21,9 +21,12 @@ QColor colourOf(ReportIcon icon)
     switch (icon) {
     case ReportIcon::OpenProblem:
     case ReportIcon::Visit:
+    case ReportIcon::HomeCare:
         return blue;
     case ReportIcon::ChronicProblem:
     case ReportIcon::Test:
+    case ReportIcon::InHospital:
+    case ReportIcon::Doubtful:
         return amber;
     case ReportIcon::Drug:
         return violet;
@@ -31,6 +34,7 @@ QColor colourOf(ReportIcon icon)
         return green;
     case ReportIcon::UnspecifiedProblem:
     case ReportIcon::NoProblem:
+    case ReportIcon::Discharged:
         break;
     }
     return grey;
@@ -83,6 +87,38 @@ void drawTray(QPainter &painter)
     painter.drawPolyline(slot, int(std::size(slot)));
 }
 
+// A bed, with somebody in it or not.
+void drawBed(QPainter &painter, bool taken, QColor colour)
+{
+    painter.drawLine(QPointF(2, 3.6), QPointF(2, 13));
+    painter.drawLine(QPointF(2, 10.6), QPointF(14, 10.6));
+    painter.drawLine(QPointF(14, 13), QPointF(14, 9));
+    if (!taken)
+        return;
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(4.6, 7.4), 1.1, 1.1);
+    painter.drawRoundedRect(QRectF(7.2, 6.8, 6.6, 2.6), 1.2, 1.2);
+}
+
+void drawHouse(QPainter &painter)
+{
+    const QPointF roof[] = {{1.8, 8.2}, {8, 2.6}, {14.2, 8.2}};
+    painter.drawPolyline(roof, int(std::size(roof)));
+    const QPointF walls[] = {{3.8, 8}, {3.8, 13.6}, {12.2, 13.6}, {12.2, 8}};
+    painter.drawPolyline(walls, int(std::size(walls)));
+    painter.drawLine(QPointF(8, 8.4), QPointF(8, 12));
+    painter.drawLine(QPointF(6.2, 10.2), QPointF(9.8, 10.2));
+}
+
+void drawWarning(QPainter &painter, QColor colour)
+{
+    const QPointF triangle[] = {{8, 2}, {14.2, 13.4}, {1.8, 13.4}, {8, 2}};
+    painter.drawPolyline(triangle, int(std::size(triangle)));
+    painter.drawLine(QPointF(8, 6.4), QPointF(8, 9));
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(8, 11.3), 0.3, 0.3);
+}
+
 void draw(QPainter &painter, ReportIcon icon, QColor colour)
 {
     const QRectF ring(2, 2, 12, 12);
@@ -119,6 +155,16 @@ void draw(QPainter &painter, ReportIcon icon, QColor colour)
         break;
     case ReportIcon::Test:
         drawFlask(painter, colour);
+        break;
+    case ReportIcon::InHospital:
+    case ReportIcon::Discharged:
+        drawBed(painter, icon == ReportIcon::InHospital, colour);
+        break;
+    case ReportIcon::HomeCare:
+        drawHouse(painter);
+        break;
+    case ReportIcon::Doubtful:
+        drawWarning(painter, colour);
         break;
     }
 }

@@ -5,7 +5,7 @@
 
 namespace clivara {
 
-// What a row of the problem-oriented lists is, told by shape as well as by colour.
+// What a row of a list is, told by shape as well as by colour.
 enum class ReportIcon {
     OpenProblem,
     ClosedProblem,
@@ -14,7 +14,11 @@ enum class ReportIcon {
     NoProblem, // the row of what is filed against no problem
     Visit,
     Drug,
-    Test
+    Test,
+    InHospital,
+    Discharged,
+    HomeCare,
+    Doubtful // something about the row cannot be right
 };
 
 // Drawn from shapes, so it is sharp in every size; QIcon::Selected draws it for a row on the highlight colour.

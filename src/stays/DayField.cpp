@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "stays/DayField.h"
+
+#include "controls/MyDateControl.h"
+#include "data/SqlText.h"
+#include "data/engine/Dao.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+void writeDay(dao::Field field, QDate day)
+{
+    if (field.date().date() != day)
+        field.setValue(dateValue(day));
+}
+
+QString dayText(QDate day)
+{
+    return jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy");
+}
+
+void showDay(MyDateControl &control, QDate day)
+{
+    control.SetEmptyValue();
+    control.setValue(day);
+}
+
+QDate shownDay(const MyDateControl &control)
+{
+    const QDate day = control.Value();
+    return day > jet::zeroDate().date() ? day : QDate();
+}
+
+bool holdsNoDay(const MyDateControl &control)
+{
+    return !control.isEmpty() && !shownDay(control).isValid();
+}
+
+} // namespace clivara

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "stays/Domiciliari_Gestione.h"
+
+#include "controls/ReportIcons.h"
+#include "controls/ReportTableModel.h"
+#include "host/working_state/ErrorLog.h"
+#include "host/working_state/WorkingState.h"
+#include "stays/DayField.h"
+#include "ui_Domiciliari_Gestione.h"
+
+#include <QKeyEvent>
+#include <QShortcut>
+
+namespace clivara {
+
+namespace {
+
+constexpr QSize preferredSize(800, 608);
+enum Column { Date, Type, Validity };
+
+const auto newTitle = QStringLiteral("Nuovo domiciliare");
+const auto editTitle = QStringLiteral("Modifica dati domiciliare");
+const auto browseTitle = QStringLiteral("Dati domiciliare");
+const auto browseKeys =
+    QStringLiteral("Ins nuovo  ·  Invio modifica  ·  Canc elimina  ·  Spazio testo intero  ·  Esc esce");
+const auto entryKeys = QStringLiteral("Ctrl+S salva  ·  Esc annulla");
+
+} // namespace
+
+Domiciliari_Gestione::Domiciliari_Gestione(WorkingState &state)
+    : ChartForm(QStringLiteral("Domiciliari_Gestione"), state.header, state.clock)
+    , m_state(state)
+    , m_ui(std::make_unique<Ui::Domiciliari_Gestione>())
+    , m_grid(new ReportTableModel(
+          {QStringLiteral("Data"), QStringLiteral("Tipo"), QStringLiteral("Inizio validità")}, this))
+{
+    setWindowTitle(QStringLiteral("Domiciliari"));
+    m_ui->setupUi(contents());
+    m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
+    m_ui->optionalNote->setForegroundRole(QPalette::PlaceholderText);
+    resize(preferredSize);
+
+    ReportView *const grid = m_ui->Griglia_Domiciliari;
+    grid->setRootIsDecorated(false);
+    grid->setModel(m_grid);
+    grid->setTextColumn(Type, 2);
+    grid->setColumns(
+        {{1200, QStringLiteral("00/00/0000")}, {4000, {}}, {1200, QStringLiteral("Inizio validità")}});
+    grid->setPlaceholder(QStringLiteral("Nessuna prestazione domiciliare registrata per questo paziente."));
+    for (MyDateControl *const date : {m_ui->Data_Dom, m_ui->Data_Val})
+        date->setClock(state.clock);
+    connectControls();
+}
+
+Domiciliari_Gestione::~Domiciliari_Gestione() = default;
+
+void Domiciliari_Gestione::connectControls()
+{
+    ReportView *const grid = m_ui->Griglia_Domiciliari;
+    connect(grid, &ReportView::insertRequested, this, &Domiciliari_Gestione::newEntry);
+    connect(grid, &ReportView::editRequested, this, &Domiciliari_Gestione::editSelected);
+    connect(grid, &ReportView::deleteRequested, this, &Domiciliari_Gestione::deleteSelected);
+    connect(grid->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &Domiciliari_Gestione::showSelected);
+    connect(m_ui->btGestione_0, &QPushButton::clicked, this, &Domiciliari_Gestione::newEntry);
+    connect(m_ui->btGestione_1, &QPushButton::clicked, this, &Domiciliari_Gestione::editSelected);
+    connect(m_ui->btGestione_2, &QPushButton::clicked, this, &Domiciliari_Gestione::deleteSelected);
+    connect(m_ui->btGestione_3, &QPushButton::clicked, this, &Domiciliari_Gestione::save);
+    connect(m_ui->btGestione_4, &QPushButton::clicked, this, &Domiciliari_Gestione::cancel);
+    connect(m_ui->Btm_Uscita, &QPushButton::clicked, this, &Domiciliari_Gestione::leave);
+    for (const auto keys : {Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter})
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, &Domiciliari_Gestione::save);
+}
+
+void Domiciliari_Gestione::load()
+{
+    setMode(Mode::Browse);
+    CaricaListaTipi();
+    Carica_Domiciliari(0);
+    m_ui->Griglia_Domiciliari->setFocus();
+}
+
+void Domiciliari_Gestione::unloading()
+{
+    m_state.settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("PREVENZIONE"));
+}
+
+void Domiciliari_Gestione::leave()
+{
+    m_state.settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("DIARIO"));
+    reject();
+}
+
+void Domiciliari_Gestione::setMode(Mode mode)
+{
+    m_mode = mode;
+    const bool isBrowsing = mode == Mode::Browse;
+    m_ui->Frame1->setEnabled(isBrowsing);
+    m_ui->frDati->setEnabled(!isBrowsing);
+    m_ui->frDati->setTitle(isBrowsing ? browseTitle : mode == Mode::New ? newTitle : editTitle);
+    m_ui->keysHint->setText(isBrowsing ? browseKeys : entryKeys);
+    if (isBrowsing)
+        m_ui->Griglia_Domiciliari->setFocus();
+    else
+        m_ui->Data_Dom->setFocus(Qt::TabFocusReason);
+}
+
+void Domiciliari_Gestione::CaricaListaTipi()
+{
+    m_types.clear();
+    try {
+        m_types = serviceTypes(m_state.codes());
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Domiciliari_Gestione.CaricaListaTipi"), error);
+    }
+}
+
+void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
+{
+    m_entries.clear();
+    try {
+        m_entries = listHomeCare(m_state.clinical(), m_state.codes(), m_state.header.patientCode);
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Domiciliari_Gestione.Carica_Domiciliari"), error);
+    }
+    QList<ReportTableModel::Row> rows;
+    for (const HomeCareEntry &entry : std::as_const(m_entries)) {
+        ReportTableModel::Row row;
+        row.key = entry.id;
+        row.texts = {dayText(entry.date), entry.typeName, dayText(entry.validity)};
+        row.icon = reportIcon(entry.isTypeKnown ? ReportIcon::HomeCare : ReportIcon::Doubtful);
+        if (!entry.isTypeKnown)
+            row.iconText = QStringLiteral("tipo non più in elenco");
+        rows.append(row);
+    }
+    m_grid->setRows(std::move(rows));
+    m_ui->lblConteggio->setText(QString::number(m_entries.size()));
+    m_ui->Griglia_Domiciliari->setCurrentIndex(m_grid->nearest(selected, otherwise));
+    showSelected();
+}
+
+const HomeCareEntry *Domiciliari_Gestione::selectedEntry() const
+{
+    const QModelIndex current = m_ui->Griglia_Domiciliari->currentIndex();
+    return current.isValid() ? &m_entries.at(current.row()) : nullptr;
+}
+
+void Domiciliari_Gestione::showSelected()
+{
+    if (m_mode != Mode::Browse)
+        return;
+    const HomeCareEntry *const entry = selectedEntry();
+    showEntry(entry ? *entry : HomeCareEntry());
+}
+
+void Domiciliari_Gestione::showEntry(const HomeCareEntry &entry)
+{
+    m_entry = entry;
+    showDay(*m_ui->Data_Dom, entry.date);
+    showDay(*m_ui->Data_Val, entry.validity);
+    chooseType(entry);
+}
+
+void Domiciliari_Gestione::chooseType(const HomeCareEntry &entry)
+{
+    ChoiceBox *const list = m_ui->cbTipoDomiciliare;
+    list->clear();
+    for (const ServiceType &type : std::as_const(m_types))
+        list->addItem(type.name, type.id);
+    // A type that the table no longer has can be kept, but not chosen anew.
+    if (entry.type && list->findData(*entry.type) < 0)
+        list->addItem(entry.typeName, *entry.type);
+    list->showIndex(entry.type ? list->findData(*entry.type) : -1);
+}
+
+HomeCareEntry Domiciliari_Gestione::entered() const
+{
+    HomeCareEntry entry = m_entry;
+    entry.date = shownDay(*m_ui->Data_Dom);
+    entry.validity = shownDay(*m_ui->Data_Val);
+    const QVariant type = m_ui->cbTipoDomiciliare->currentData();
+    entry.type = type.isValid() ? std::optional(qint32(type.toInt())) : std::nullopt;
+    return entry;
+}
+
+void Domiciliari_Gestione::newEntry()
+{
+    HomeCareEntry entry;
+    entry.date = m_state.clock.today();
+    setMode(Mode::New);
+    showEntry(entry);
+}
+
+void Domiciliari_Gestione::editSelected()
+{
+    const HomeCareEntry *const entry = selectedEntry();
+    if (!entry)
+        return;
+    setMode(Mode::Edit);
+    showEntry(*entry);
+}
+
+void Domiciliari_Gestione::deleteSelected()
+{
+    const HomeCareEntry *const entry = selectedEntry();
+    if (!entry
+        || !m_state.prompts.confirm(
+            QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?")))
+        return;
+    const int row = m_ui->Griglia_Domiciliari->currentIndex().row();
+    switch (deleteHomeCare(m_state, entry->id)) {
+    case WriteResult::Done:
+        break;
+    case WriteResult::Vanished:
+        m_state.prompts.warn(QStringLiteral("L'elemento era già stato eliminato da un'altra postazione."));
+        break;
+    case WriteResult::Failed:
+        m_state.prompts.warn(QStringLiteral("Non è stato possibile eliminare l'elemento.\n"
+                                            "Nessun dato è stato modificato: riprovare tra poco."));
+        break;
+    }
+    Carica_Domiciliari(entry->id, row);
+}
+
+bool Domiciliari_Gestione::mayWrite()
+{
+    const HomeCareEntry entry = entered();
+    const auto refuse = [&](const Prompt &prompt, QWidget *field) {
+        m_state.prompts.ask(prompt);
+        field->setFocus(Qt::TabFocusReason);
+        return false;
+    };
+    const auto attention = QStringLiteral("Attenzione");
+    if (!entry.date.isValid())
+        return refuse(
+            {attention, QStringLiteral("E' necessario inserire la data."), PromptIcon::Warning},
+            m_ui->Data_Dom);
+    if (!entry.type)
+        return refuse({attention, QStringLiteral("E' necessario indicare il tipo."), PromptIcon::Warning},
+                      m_ui->cbTipoDomiciliare);
+    if (holdsNoDay(*m_ui->Data_Val))
+        return refuse({attention,
+                       QStringLiteral("La data di inizio validità non è una data.\nCorreggerla o vuotarla."),
+                       PromptIcon::Warning},
+                      m_ui->Data_Val);
+    if (isDuplicateEntry(m_entries, entry))
+        return refuse({QStringLiteral("Attenzione!"), QStringLiteral("Elemento già presente in elenco!"),
+                       PromptIcon::Information},
+                      m_ui->Data_Dom);
+    return true;
+}
+
+WriteResult Domiciliari_Gestione::write()
+{
+    HomeCareEntry entry = entered();
+    const WriteResult result = saveHomeCare(m_state, entry);
+    if (result == WriteResult::Done)
+        m_entry = entry;
+    return result;
+}
+
+void Domiciliari_Gestione::becomeNew()
+{
+    m_entry.id = 0;
+    m_mode = Mode::New;
+    m_ui->frDati->setTitle(newTitle);
+}
+
+QString Domiciliari_Gestione::vanishedQuestion() const
+{
+    return QStringLiteral("L'elemento è stato eliminato da un'altra postazione mentre lo si modificava.\n"
+                          "Quanto scritto è ancora nella finestra. Salvarlo come nuovo?");
+}
+
+void Domiciliari_Gestione::save()
+{
+    if (m_mode == Mode::Browse || !saveRecord(m_state, objectName(), *this))
+        return;
+    const qint32 saved = m_entry.id;
+    setMode(Mode::Browse);
+    Carica_Domiciliari(saved);
+}
+
+void Domiciliari_Gestione::cancel()
+{
+    setMode(Mode::Browse);
+    showSelected();
+}
+
+void Domiciliari_Gestione::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (m_mode != Mode::Browse && event->key() == Qt::Key_Escape)
+        cancel();
+    else if (m_mode != Mode::Browse && isEnter && !(event->modifiers() & ~Qt::KeypadModifier))
+        focusNextChild();
+    else
+        ChartForm::keyPressEvent(event);
+}
+
+} // namespace clivara

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "frames/RecordSaving.h"
+#include "stays/HomeCareRecords.h"
+#include "support/ui/ChartForm.h"
+
+#include <memory>
+
+namespace Ui {
+class Domiciliari_Gestione;
+}
+
+namespace clivara {
+
+class ReportTableModel;
+struct WorkingState;
+
+// The patient's home care and the other services that the region has a code for. While browsing, the list is active
+// and the fields below show the selected entry; while an entry is written it is the other way round. Esc and "Annulla" lead
+// back to the list, and from there Esc closes. On closing it asks the host to refresh its views.
+class Domiciliari_Gestione final : public ChartForm, private WrittenRecord {
+    Q_OBJECT
+
+public:
+    explicit Domiciliari_Gestione(WorkingState &state);
+    ~Domiciliari_Gestione() override;
+
+protected:
+    void load() override;
+    void unloading() override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    enum class Mode { Browse, New, Edit };
+
+    bool mayWrite() override;
+    WriteResult write() override;
+    void becomeNew() override;
+    QString vanishedQuestion() const override;
+
+    void connectControls();
+    void setMode(Mode mode);
+    void CaricaListaTipi();
+    // Fills the grid and selects the entry with the key, or what stands in the other row when it is not there.
+    void Carica_Domiciliari(qint32 selected, int otherwise = 0);
+    void showSelected();
+    void showEntry(const HomeCareEntry &entry);
+    void chooseType(const HomeCareEntry &entry);
+    HomeCareEntry entered() const;
+    const HomeCareEntry *selectedEntry() const; // null when none is selected
+
+    void newEntry();
+    void editSelected();
+    void deleteSelected();
+    void save();
+    void cancel();
+    void leave();
+
+    WorkingState &m_state;
+    std::unique_ptr<Ui::Domiciliari_Gestione> m_ui;
+    ReportTableModel *m_grid;
+    Mode m_mode = Mode::Browse;
+    QList<HomeCareEntry> m_entries; // as the grid shows them
+    QList<ServiceType> m_types;
+    HomeCareEntry m_entry; // the one that is written
+};
+
+} // namespace clivara

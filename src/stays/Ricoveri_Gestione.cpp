@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "stays/Ricoveri_Gestione.h"
+
+#include "controls/ReportIcons.h"
+#include "controls/ReportTableModel.h"
+#include "host/working_state/ErrorLog.h"
+#include "host/working_state/FormOpener.h"
+#include "host/working_state/WorkingState.h"
+#include "stays/DayField.h"
+#include "stays/StayRecords.h"
+#include "stays/StayRules.h"
+#include "ui_Ricoveri_Gestione.h"
+
+#include <limits>
+
+namespace clivara {
+
+namespace {
+
+constexpr QSize preferredSize(880, 560);
+constexpr int newest = std::numeric_limits<int>::max(); // the last row
+enum Column { Admitted, Discharged, Hospital, Ward };
+
+ReportTableModel::Row rowOf(const Stay &stay, QDate today)
+{
+    ReportTableModel::Row row;
+    row.key = stay.id;
+    row.texts = {dayText(stay.admitted), dayText(stay.discharged), stay.hospital.trimmed(),
+                 stay.ward.trimmed()};
+    row.hintColumn = Discharged;
+    switch (stayState(stay.admitted, stay.discharged, today)) {
+    case StayState::Open:
+        row.icon = reportIcon(ReportIcon::InHospital);
+        row.hint = row.iconText = QStringLiteral("in ospedale");
+        row.tone = ReportTone::Strong;
+        break;
+    case StayState::Planned:
+        row.icon = reportIcon(ReportIcon::Discharged);
+        row.hint = row.iconText = QStringLiteral("previsto");
+        break;
+    case StayState::Contradictory:
+        row.icon = reportIcon(ReportIcon::Doubtful);
+        row.iconText = QStringLiteral("fine prima dell'accesso");
+        break;
+    case StayState::Closed:
+        row.icon = reportIcon(ReportIcon::Discharged);
+        row.iconText = QStringLiteral("concluso");
+        break;
+    }
+    QStringList tip{stayLengthText(stay.admitted, stay.discharged, today), row.texts.at(Hospital),
+                    row.texts.at(Ward)};
+    tip.removeAll(QString());
+    row.tip = tip.join(u'\n');
+    return row;
+}
+
+} // namespace
+
+Ricoveri_Gestione::Ricoveri_Gestione(WorkingState &state)
+    : ChartForm(QStringLiteral("Ricoveri_Gestione"), state.header, state.clock)
+    , m_state(state)
+    , m_ui(std::make_unique<Ui::Ricoveri_Gestione>())
+    , m_stays(new ReportTableModel({QStringLiteral("Data accesso"), QStringLiteral("Data uscita"),
+                                    QStringLiteral("Sede"), QStringLiteral(" reparto")},
+                                   this))
+{
+    setWindowTitle(QStringLiteral("Ricoveri"));
+    m_ui->setupUi(contents());
+    m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
+    resize(preferredSize);
+
+    ReportView *const list = m_ui->Griglia_Ricoveri;
+    list->setRootIsDecorated(false);
+    list->setModel(m_stays);
+    list->setTextColumn(Hospital, 2);
+    list->setColumns({{1200, QStringLiteral("00/00/0000")},
+                      {1200, QStringLiteral("in ospedale ")},
+                      {4000, {}},
+                      {2600, QStringLiteral("Chirurgia generale")}});
+    list->setPlaceholder(QStringLiteral("Nessun ricovero registrato per questo paziente."));
+    connect(list, &ReportView::insertRequested, this, &Ricoveri_Gestione::newStay);
+    connect(list, &ReportView::editRequested, this, &Ricoveri_Gestione::editSelected);
+    connect(list, &ReportView::deleteRequested, this, &Ricoveri_Gestione::deleteSelected);
+    connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &Ricoveri_Gestione::showLength);
+    connect(m_ui->Btm_Ins_Dom, &QPushButton::clicked, this, &Ricoveri_Gestione::newStay);
+    connect(m_ui->Btn_Modif_Dom, &QPushButton::clicked, this, &Ricoveri_Gestione::editSelected);
+    connect(m_ui->Btm_Elimina, &QPushButton::clicked, this, &Ricoveri_Gestione::deleteSelected);
+    connect(m_ui->Btm_Uscita, &QPushButton::clicked, this, &Ricoveri_Gestione::reject);
+}
+
+Ricoveri_Gestione::~Ricoveri_Gestione() = default;
+
+void Ricoveri_Gestione::load()
+{
+    fill(0, newest);
+    m_ui->Griglia_Ricoveri->setFocus();
+}
+
+void Ricoveri_Gestione::unloading()
+{
+    m_state.settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("DIARIO"));
+}
+
+void Ricoveri_Gestione::fill(qint32 selected, int otherwise)
+{
+    QList<ReportTableModel::Row> rows;
+    try {
+        const QDate today = m_state.clock.today();
+        const QList<Stay> stays = listStays(m_state.clinical(), m_state.header.patientCode);
+        for (const Stay &stay : stays)
+            rows.append(rowOf(stay, today));
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Ricoveri_Gestione.Carica_Ricoveri"), error);
+    }
+    m_ui->lblConteggio->setText(QString::number(rows.size()));
+    m_stays->setRows(std::move(rows));
+    m_ui->Griglia_Ricoveri->setCurrentIndex(m_stays->nearest(selected, otherwise));
+    showLength();
+}
+
+void Ricoveri_Gestione::showLength()
+{
+    const QString tip = m_ui->Griglia_Ricoveri->currentIndex().data(Qt::ToolTipRole).toString();
+    m_ui->lblDurata->setText(tip.section(u'\n', 0, 0));
+}
+
+qint32 Ricoveri_Gestione::selectedStay() const
+{
+    return m_stays->keyOf(m_ui->Griglia_Ricoveri->currentIndex());
+}
+
+void Ricoveri_Gestione::openDialog(qint32 id)
+{
+    m_state.stayId = id;
+    m_state.forms->showForm(QStringLiteral("Ricoveri_Inserimento"));
+}
+
+void Ricoveri_Gestione::newStay()
+{
+    const qint32 before = selectedStay();
+    openDialog(0);
+    fill(m_state.stayId != 0 ? m_state.stayId : before, newest);
+}
+
+void Ricoveri_Gestione::editSelected()
+{
+    const qint32 id = selectedStay();
+    if (id == 0)
+        return;
+    const int row = m_ui->Griglia_Ricoveri->currentIndex().row();
+    openDialog(id);
+    fill(m_state.stayId, row);
+}
+
+void Ricoveri_Gestione::deleteSelected()
+{
+    const qint32 id = selectedStay();
+    if (id == 0
+        || m_state.prompts.ask({QStringLiteral("Attenzione"),
+                                QStringLiteral("Confermi l'eliminazione?"),
+                                PromptIcon::Critical,
+                                {PromptButton::Ok, PromptButton::Cancel},
+                                PromptButton::Cancel})
+               != PromptButton::Ok)
+        return;
+    const int row = m_ui->Griglia_Ricoveri->currentIndex().row();
+    switch (deleteStay(m_state, id)) {
+    case WriteResult::Done:
+        break;
+    case WriteResult::Vanished:
+        m_state.prompts.warn(QStringLiteral("Il ricovero era già stato eliminato da un'altra postazione."));
+        break;
+    case WriteResult::Failed:
+        m_state.prompts.warn(QStringLiteral("Non è stato possibile eliminare il ricovero.\n"
+                                            "Nessun dato è stato modificato: riprovare tra poco."));
+        break;
+    }
+    fill(id, row);
+}
+
+} // namespace clivara

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "frames/RecordDialog.h"
+#include "stays/StayRecords.h"
+
+#include <memory>
+
+namespace Ui {
+class Ricoveri_Inserimento;
+}
+
+namespace clivara {
+
+// Writes one hospital stay: that of WorkingState::stayId, 0 for a new one, which then gets its key there once it is
+// saved.
+class Ricoveri_Inserimento final : public RecordDialog {
+    Q_OBJECT
+
+public:
+    explicit Ricoveri_Inserimento(WorkingState &state);
+    ~Ricoveri_Inserimento() override;
+
+protected:
+    void load() override;
+    bool mayWrite() override;
+    WriteResult write() override;
+    void becomeNew() override;
+    QString vanishedQuestion() const override;
+    void written() override;
+
+private:
+    void fillLists();
+    void showWard(const QString &stored);
+    void noteLength();
+    void noteHospital();
+    // What is typed; a hospital of the list as the list spells it.
+    Stay entered() const;
+    // The rules of mayWrite: a text that is missing or wrong, and dates that contradict each other.
+    bool isComplete();
+    bool isConsistent();
+    void askAboutList();
+    bool refuse(const QString &text, QWidget *field);
+
+    std::unique_ptr<Ui::Ricoveri_Inserimento> m_ui;
+    Stay m_stay; // as it was read
+    QStringList m_hospitals; // the list as it was when it was last read
+    bool m_extendList = false;
+    QString m_askedAbout; // the hospital that the doctor was last asked about; not asked twice
+};
+
+} // namespace clivara

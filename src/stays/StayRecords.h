@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/Dao.h"
+#include "host/working_state/SharedWrites.h"
+
+#include <QDate>
+#include <QStringList>
+#include <optional>
+
+namespace clivara {
+
+struct WorkingState;
+
+// So many characters the names of a hospital and of a ward may have (sede, denominazione; reparto).
+constexpr int longestHospital = 80;
+constexpr int longestWard = 60;
+
+// A hospital stay of a patient.
+struct Stay {
+    qint32 id = 0; // idRicovero; 0: a new one
+    QDate admitted, discharged; // data_accesso, data_fineric; null is Null
+    QString hospital; // sede, as stored
+    QString ward; // reparto, as stored
+};
+// Oldest first; of the same day the lower key first. Throws dao::Error.
+QList<Stay> listStays(dao::Database &clinical, qint32 patientCode);
+std::optional<Stay> readStay(dao::Database &clinical, qint32 id); // empty when it is not there
+
+// The names of sedericov and reparth in their order, trimmed, blank ones left out.
+QStringList hospitals(dao::Database &clinical);
+QStringList wards(dao::Database &codes);
+// The name in the list that is the same as the typed one but for case and blanks around it; empty when there is none.
+QString nameInList(const QStringList &names, const QString &typed);
+
+// Writes the stay of the current patient, with its identity stamps; a new one gets its id. With `extendList` its
+// hospital is added to sedericov in the same transaction, unless it has come to be there. The hour of a date that is still
+// of the same day stays. Raises nothing; when nothing was written the struct is as it was.
+WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList);
+// Sets the owner to the working doctor, records the deletion ("DR") and deletes the row. All or nothing.
+WriteResult deleteStay(WorkingState &state, qint32 id);
+
+} // namespace clivara
