@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "controls/CompletingBox.h"
 
+#include <QAbstractItemView>
 #include <QCompleter>
+#include <QFocusEvent>
 #include <QLineEdit>
 
 namespace clivara {
@@ -9,6 +11,23 @@ namespace clivara {
 namespace {
 
 constexpr int longestText = 1000000;
+
+// Its list goes when the field is left: by default it would stay and take the keys meant for the next field.
+class LeavingCompleter final : public QCompleter {
+public:
+    using QCompleter::QCompleter;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::FocusOut && watched == widget()) {
+            const auto reason = static_cast<const QFocusEvent *>(event)->reason();
+            if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
+                popup()->hide();
+        }
+        return QCompleter::eventFilter(watched, event);
+    }
+};
 
 } // namespace
 
@@ -18,9 +37,11 @@ CompletingBox::CompletingBox(QWidget *parent)
     setEditable(true);
     setInsertPolicy(NoInsert);
     lineEdit()->setMaxLength(longestText);
-    completer()->setCaseSensitivity(Qt::CaseInsensitive);
-    completer()->setFilterMode(Qt::MatchContains);
-    completer()->setCompletionMode(QCompleter::PopupCompletion);
+    auto *const names = new LeavingCompleter(model(), this);
+    names->setCaseSensitivity(Qt::CaseInsensitive);
+    names->setFilterMode(Qt::MatchContains);
+    names->setCompletionMode(QCompleter::PopupCompletion);
+    setCompleter(names);
 }
 
 void CompletingBox::showText(const QString &text)

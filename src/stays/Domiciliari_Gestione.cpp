@@ -77,7 +77,6 @@ void Domiciliari_Gestione::load()
     setMode(Mode::Browse);
     CaricaListaTipi();
     Carica_Domiciliari(0);
-    m_ui->Griglia_Domiciliari->setFocus();
 }
 
 void Domiciliari_Gestione::unloading()
@@ -137,6 +136,7 @@ void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
     m_ui->lblConteggio->setText(QString::number(m_entries.size()));
     m_ui->Griglia_Domiciliari->setCurrentIndex(m_grid->nearest(selected, otherwise));
     showSelected();
+    m_ui->Griglia_Domiciliari->setFocus();
 }
 
 const HomeCareEntry *Domiciliari_Gestione::selectedEntry() const
@@ -204,8 +204,7 @@ void Domiciliari_Gestione::deleteSelected()
 {
     const HomeCareEntry *const entry = selectedEntry();
     if (!entry
-        || !m_state.prompts.confirm(
-            QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?")))
+        || !m_state.prompts.confirm(QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?")))
         return;
     const int row = m_ui->Griglia_Domiciliari->currentIndex().row();
     switch (deleteHomeCare(m_state, entry->id)) {
@@ -232,9 +231,8 @@ bool Domiciliari_Gestione::mayWrite()
     };
     const auto attention = QStringLiteral("Attenzione");
     if (!entry.date.isValid())
-        return refuse(
-            {attention, QStringLiteral("E' necessario inserire la data."), PromptIcon::Warning},
-            m_ui->Data_Dom);
+        return refuse({attention, QStringLiteral("E' necessario inserire la data."), PromptIcon::Warning},
+                      m_ui->Data_Dom);
     if (!entry.type)
         return refuse({attention, QStringLiteral("E' necessario indicare il tipo."), PromptIcon::Warning},
                       m_ui->cbTipoDomiciliare);

@@ -42,7 +42,8 @@ private:
     void connectControls();
     void setMode(Mode mode);
     void CaricaListaTipi();
-    // Fills the grid and selects the entry with the key, or what stands in the other row when it is not there.
+    // Fills the grid and selects the entry with the key, or what stands in the other row when it is not
+    // there. The focus goes to the grid.
     void Carica_Domiciliari(qint32 selected, int otherwise = 0);
     void showSelected();
     void showEntry(const HomeCareEntry &entry);

@@ -35,7 +35,8 @@ QList<qint32> allTypes(dao::Database &codes)
 QString entryCondition(const QList<ServiceType> &services, const QList<qint32> &types)
 {
     // What an ordinary visit of a removed type would hold, in a row of this kind is empty.
-    QString bare = QStringLiteral("(not isnull(idtipo)) and (nz(id_Probl, 0) <= 0) and (nz(SINTOMO, '') = '')");
+    QString bare =
+        QStringLiteral("(not isnull(idtipo)) and (nz(id_Probl, 0) <= 0) and (nz(SINTOMO, '') = '')");
     for (const char *text : {"anamnesi", "esameob", "conclusioni", "pianificazione", "txtNote"})
         bare += QStringLiteral(" and (nz(%1, '') = '')").arg(QLatin1String(text));
     if (!types.isEmpty())
@@ -71,8 +72,9 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
         names.insert(service.id, service.name);
     QList<HomeCareEntry> list;
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral("SELECT IdVisitaProbl, DataReg, validita, idtipo FROM VISITAPROBL WHERE (cod_paz = %1) "
-                       "AND %2 Order By datareg desc, IdVisitaProbl desc")
+        QStringLiteral(
+            "SELECT IdVisitaProbl, DataReg, validita, idtipo FROM VISITAPROBL WHERE (cod_paz = %1) "
+            "AND %2 Order By datareg desc, IdVisitaProbl desc")
             .arg(QString::number(patientCode), entryCondition(services, allTypes(codes))),
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
@@ -84,8 +86,7 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
         entry.type = type;
         const auto name = names.constFind(type);
         entry.isTypeKnown = name != names.constEnd();
-        entry.typeName =
-            entry.isTypeKnown ? *name : QStringLiteral("Tipo %1 (non più in elenco)").arg(type);
+        entry.typeName = entry.isTypeKnown ? *name : QStringLiteral("Tipo %1 (non più in elenco)").arg(type);
         list.append(entry);
     }
     return list;
@@ -132,8 +133,9 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry)
 WriteResult deleteHomeCare(WorkingState &state, qint32 id)
 {
     return writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
-        return deleteSharedRow(
-            state, QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id), sectionCode);
+        return deleteSharedRow(state,
+                               QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id),
+                               sectionCode);
     });
 }
 

@@ -94,7 +94,6 @@ Ricoveri_Gestione::~Ricoveri_Gestione() = default;
 void Ricoveri_Gestione::load()
 {
     fill(0, newest);
-    m_ui->Griglia_Ricoveri->setFocus();
 }
 
 void Ricoveri_Gestione::unloading()
@@ -117,6 +116,7 @@ void Ricoveri_Gestione::fill(qint32 selected, int otherwise)
     m_stays->setRows(std::move(rows));
     m_ui->Griglia_Ricoveri->setCurrentIndex(m_stays->nearest(selected, otherwise));
     showLength();
+    m_ui->Griglia_Ricoveri->setFocus();
 }
 
 void Ricoveri_Gestione::showLength()

@@ -27,7 +27,8 @@ protected:
     void unloading() override;
 
 private:
-    // Fills the list and selects the stay with the key, or what stands in the other row when it is not there.
+    // Fills the list and selects the stay with the key, or what stands in the other row when it is not there. The
+    // focus goes to the list.
     void fill(qint32 selected, int otherwise);
     void showLength();
     void newStay();

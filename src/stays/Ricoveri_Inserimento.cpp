@@ -141,14 +141,16 @@ bool Ricoveri_Inserimento::isConsistent()
 {
     const Stay stay = entered();
     if (stay.hospital.trimmed().size() > longestHospital) {
-        m_state.prompts.warn(QStringLiteral("La sede ha %1 caratteri: può averne al massimo %2.\nAccorciarla.")
-                                 .arg(stay.hospital.trimmed().size())
-                                 .arg(longestHospital));
+        m_state.prompts.warn(
+            QStringLiteral("La sede ha %1 caratteri: può averne al massimo %2.\nAccorciarla.")
+                .arg(stay.hospital.trimmed().size())
+                .arg(longestHospital));
         m_ui->Combo1->setFocus(Qt::TabFocusReason);
         return false;
     }
     if (holdsNoDay(*m_ui->Data_Val)) {
-        m_state.prompts.warn(QStringLiteral("La data di fine ricovero non è una data.\nCorreggerla o vuotarla."));
+        m_state.prompts.warn(
+            QStringLiteral("La data di fine ricovero non è una data.\nCorreggerla o vuotarla."));
         m_ui->Data_Val->setFocus(Qt::TabFocusReason);
         return false;
     }

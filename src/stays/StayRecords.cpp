@@ -92,8 +92,8 @@ WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList)
     const bool isNew = stay.id == 0;
     qint32 id = stay.id;
     const WriteResult result = writeTogether(state, QStringLiteral("ricoveri2"), [&] {
-        const auto row = state.clinical().OpenRecordset(
-            isNew ? QStringLiteral("select * from ricoveri2") : byId(stay.id));
+        const auto row =
+            state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from ricoveri2") : byId(stay.id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
         if (extendList && nameInList(hospitals(state.clinical()), stay.hospital).isEmpty()

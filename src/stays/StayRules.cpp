@@ -29,9 +29,9 @@ QString stayLengthText(QDate admitted, QDate discharged, QDate today)
     case StayState::Planned:
         return QStringLiteral("Ricovero previsto fra %1.").arg(daysText(today.daysTo(admitted)));
     case StayState::Open:
-        return admitted == today ? QStringLiteral("Ancora in ospedale, da oggi.")
-                                 : QStringLiteral("Ancora in ospedale, da %1.")
-                                       .arg(daysText(admitted.daysTo(today)));
+        return admitted == today
+                   ? QStringLiteral("Ancora in ospedale, da oggi.")
+                   : QStringLiteral("Ancora in ospedale, da %1.").arg(daysText(admitted.daysTo(today)));
     case StayState::Closed:
         break;
     }

@@ -25,6 +25,8 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
     clinical(QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES "
                             "(11, 'A', '20260903', cdate('03/09/2026'), '165 70.0')"));
     clinical(QStringLiteral("UPDATE VISITAPROBL SET id_Probl = 1"));
+    clinical(QStringLiteral("INSERT INTO ricoveri2 (cod_paz, data_accesso, sede, reparto) VALUES "
+                            "(11, cdate('20/11/2026'), 'Ospedale Sant''Anna', 'Cardiologia')"));
     const QString folder = path(QStringLiteral("pictures/of the tour"));
     const QStringList written = orvale::takeTour(*m_practice, m_clock, folder);
 
@@ -37,11 +39,13 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
             std::count_if(group.sections.begin(), group.sections.end(), [](const orvale::Section &section) {
                 return clivara::Class3::isBuilt(section.action);
             });
-    const QStringList dialogs{"Probl1", "RicercaDiagnosi", "Visita2", "SelezProblema", "PregMalInf"};
+    const QStringList dialogs{"Probl1", "RicercaDiagnosi", "Visita2", "SelezProblema", "PregMalInf",
+                              "Ricoveri_Inserimento"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
     const QStringList sections{"Problemi", "Visite2", "Rischio_Cardio", "SindrMetabolica", "Allergie",
-                               "InfGen",   "calcLDL", "calcCockCroft",  "calcFiltGlom"};
+                               "InfGen",   "calcLDL", "calcCockCroft",  "calcFiltGlom",
+                               "Ricoveri_Gestione", "Domiciliari_Gestione"};
     for (const QString &form : sections + dialogs)
         EXPECT_EQ(names.filter(QStringLiteral("_%1.png").arg(form)).size(), 1) << form.toStdString();
     for (const QString &file : written) {
