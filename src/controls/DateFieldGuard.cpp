@@ -26,6 +26,11 @@ QString dashedDate(QDate date)
     return jet::formatDate(jet::dateTime(date), u"dd-mm-yyyy");
 }
 
+QString slashedDate(QDate date)
+{
+    return jet::formatDate(jet::dateTime(date), u"dd/mm/yyyy");
+}
+
 DateFieldGuard::DateFieldGuard(const Clock &clock, Prompts &prompts, std::function<bool()> mayLeave)
     : m_clock(clock)
     , m_prompts(prompts)

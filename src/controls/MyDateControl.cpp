@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "controls/MyDateControl.h"
 
+#include "controls/DateFieldGuard.h"
 #include "controls/DatePicker.h"
 #include "controls/MaskedDateEdit.h"
 #include "support/Clock.h"
@@ -24,11 +25,6 @@ std::optional<QDate> dayFromText(const QString &text)
 {
     const auto date = jet::dateFromText(text);
     return date ? std::optional(date->date()) : std::nullopt;
-}
-
-QString dayText(QDate date)
-{
-    return jet::formatDate(jet::dateTime(date), u"dd/mm/yyyy");
 }
 
 } // namespace
@@ -82,7 +78,7 @@ bool MyDateControl::isEmpty() const
 
 void MyDateControl::setValue(QDate date)
 {
-    SetTextValue(dayText(date));
+    SetTextValue(slashedDate(date));
 }
 
 void MyDateControl::setBackColor(const QColor &colour)
@@ -151,7 +147,7 @@ void MyDateControl::setEditText(const QString &text)
 
 void MyDateControl::showDate(QDate date)
 {
-    setEditText(dayText(date));
+    setEditText(slashedDate(date));
 }
 
 void MyDateControl::setPicker(QDate date)

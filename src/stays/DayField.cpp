@@ -14,11 +14,6 @@ void writeDay(dao::Field field, QDate day)
         field.setValue(dateValue(day));
 }
 
-QString dayText(QDate day)
-{
-    return jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy");
-}
-
 void showDay(MyDateControl &control, QDate day)
 {
     control.SetEmptyValue();

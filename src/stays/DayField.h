@@ -17,8 +17,6 @@ class MyDateControl;
 // Sets a date field of the open edit buffer to a day; null is Null. A field that is of that day already is left with
 // its hour, which other programs write.
 void writeDay(dao::Field field, QDate day);
-// "dd/mm/yyyy"; empty for a null date.
-QString dayText(QDate day);
 
 // Shows a day, or nothing for a null one.
 void showDay(MyDateControl &control, QDate day);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Gestione.h"
 
+#include "controls/DateFieldGuard.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
 #include "host/working_state/ErrorLog.h"
@@ -25,7 +26,7 @@ ReportTableModel::Row rowOf(const Stay &stay, QDate today)
 {
     ReportTableModel::Row row;
     row.key = stay.id;
-    row.texts = {dayText(stay.admitted), dayText(stay.discharged), stay.hospital.trimmed(),
+    row.texts = {slashedDate(stay.admitted), slashedDate(stay.discharged), stay.hospital.trimmed(),
                  stay.ward.trimmed()};
     row.hintColumn = Discharged;
     switch (stayState(stay.admitted, stay.discharged, today)) {
