@@ -104,9 +104,10 @@ void CalculatorForm::reset()
     m_ui->results->setToolTip({});
 }
 
-void CalculatorForm::dateRefused()
+void CalculatorForm::dateLeft()
 {
-    showDate(validDate());
+    if (!checkDateField())
+        showDate(validDate());
 }
 
 void CalculatorForm::unloading()

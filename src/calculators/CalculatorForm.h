@@ -44,7 +44,7 @@ protected:
     void showNote(const QString &text, Note kind = Note::Plain);
     // The lines, as long as they are there, no longer belong to what the inputs hold.
     void inputsChanged() override;
-    void dateRefused() override;
+    void dateLeft() override;
 
     void load() override;
     void unloading() override;

@@ -68,7 +68,7 @@ EvaluationForm::EvaluationForm(const QString &name, const Words &words, HistoryP
 
     connectHistory();
     connect(dateEdit(), &QLineEdit::textChanged, this, [this] {
-        if (!std::exchange(m_refusedDate, {}).isEmpty())
+        if (std::exchange(m_refusedDate, std::nullopt))
             showStatus({});
     });
     connect(m_ui->Button1_0, &QPushButton::clicked, this, &EvaluationForm::newEvaluation);
@@ -174,7 +174,7 @@ void EvaluationForm::newEvaluation()
     m_filling = false;
     m_ui->plot->setCurrent(-1);
     m_chosen = {};
-    m_refusedDate.clear();
+    m_refusedDate.reset();
     m_ui->Button1_1->setEnabled(false);
     clearInputs();
     showResult({});
@@ -202,7 +202,7 @@ void EvaluationForm::showChosen(const QDateTime &when)
     m_chosen = when;
     m_ui->Button1_1->setEnabled(true);
     showDate(dayText(when.date()));
-    m_refusedDate.clear();
+    m_refusedDate.reset();
     setSavable(false);
     const int row = m_ui->Grid1->currentIndex().row();
     m_ui->plot->setCurrent(int(m_plotted.indexOf(row)));
@@ -250,15 +250,22 @@ void EvaluationForm::inputsChanged()
     m_ui->results->setToolTip(QStringLiteral("I dati sono cambiati: premere Calcola"));
 }
 
-void EvaluationForm::dateRefused()
+void EvaluationForm::dateLeft()
+{
+    // One box for one text; what was typed stays to be corrected.
+    if (dateEdit()->dateText() != m_refusedDate && !checkDateField())
+        markDateRefused();
+}
+
+void EvaluationForm::markDateRefused()
 {
     m_refusedDate = dateEdit()->dateText();
     showStatus(QStringLiteral("La data non è valida: correggerla per salvare."), true);
 }
 
-void EvaluationForm::refuseDate()
+void EvaluationForm::leadToDate()
 {
-    dateRefused();
+    markDateRefused();
     dateEdit()->setFocus();
     dateEdit()->selectAll();
 }
@@ -266,18 +273,17 @@ void EvaluationForm::refuseDate()
 void EvaluationForm::trySave()
 {
     // Who was told when leaving the field is led back to it without a second box.
-    const QString typed = dateEdit()->dateText();
-    if ((typed == m_refusedDate && typed != validDate()) || !checkDateField()) {
-        refuseDate();
+    if (dateEdit()->dateText() == m_refusedDate || !checkDateField()) {
+        leadToDate();
         return;
     }
     const auto day = calendarDay(dateEdit()->dateText());
     if (!day) { // the check lets 29 February pass in years that have none
         state().prompts.warn(QStringLiteral("Data non valida !"));
-        refuseDate();
+        leadToDate();
         return;
     }
-    m_refusedDate.clear();
+    m_refusedDate.reset();
     saveOn(*day);
 }
 

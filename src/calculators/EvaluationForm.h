@@ -66,7 +66,7 @@ protected:
     void guarded(const std::function<void()> &routine);
 
     void inputsChanged() override;
-    void dateRefused() override;
+    void dateLeft() override;
     void load() override;
 
 private:
@@ -78,7 +78,9 @@ private:
     void trySave();
     void saveOn(QDate day);
     void deleteChosen();
-    void refuseDate();
+    // What the date field holds is no date, and the doctor has been told.
+    void markDateRefused();
+    void leadToDate();
 
     std::unique_ptr<Ui::EvaluationForm> m_ui;
     HistoryModel *m_history;
@@ -86,7 +88,7 @@ private:
     QList<int> m_plotted; // the history's row of each point
     QDateTime m_chosen; // the evaluation that the inputs were filled from; invalid for a new one
     int m_referenceAge = 0;
-    QString m_refusedDate; // what the date field held when the doctor was told
+    std::optional<QString> m_refusedDate; // what the date field held when the doctor was told
     bool m_filling = false; // the form itself moves the selection
 };
 

@@ -42,8 +42,8 @@ void PatientInputForm::setUpPerson(QWidget *place, const QAbstractButton *exit)
     m_person->setupUi(place);
     m_exit = exit;
     connect(m_person->MaskEdBox1, &MaskedDateEdit::committed, this, [this] {
-        if (isLoaded() && QApplication::focusWidget() != m_exit && !checkDateField())
-            dateRefused();
+        if (isLoaded() && QApplication::focusWidget() != m_exit)
+            dateLeft();
     });
 }
 

@@ -78,8 +78,8 @@ protected:
     void showDate(const QString &text);
     // True when the date field holds a date; otherwise the doctor has been told.
     bool checkDateField();
-    // The date field was left with a text that is no date, and the doctor has been told.
-    virtual void dateRefused() = 0;
+    // The date field was left, other than for the exit button.
+    virtual void dateLeft() = 0;
     // What an input holds is no longer what it was.
     virtual void inputsChanged() = 0;
 

@@ -171,9 +171,10 @@ QString Rischio_Cardio::remarks() const
     if (!m_computed.ageYears)
         remarks << QStringLiteral("Data di nascita mancante o futura: il calcolo usa 0 anni.");
     if (sex() == Sex::Unknown)
-        remarks << QStringLiteral(
-            "Sesso non indicato: l'equazione usa i coefficienti maschili, la carta le tabelle "
-            "femminili.");
+        remarks << QStringLiteral("Sesso non indicato: l'equazione usa i coefficienti maschili%1.")
+                       .arg(chartAges.contains(int(ageYears()))
+                                ? QStringLiteral(", la carta le tabelle femminili")
+                                : QString());
     return remarks.join(u' ');
 }
 

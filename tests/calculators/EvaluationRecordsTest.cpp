@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "calculators/CardiovascularRecords.h"
+#include "calculators/EvaluationFixture.h"
+#include "calculators/MetabolicRecords.h"
+#include "host/working_state/SharedWrites.h"
+
+namespace clivara {
+namespace {
+
+class EvaluationRecordsTest : public EvaluationFixture {
+protected:
+    // "value|date" of a proposal, empty when there is none.
+    static std::string shown(const std::optional<Proposal> &proposal)
+    {
+        return proposal ? (proposal->text + u'|' + proposal->date.toString(Qt::ISODate)).toStdString()
+                        : std::string();
+    }
+    std::string systolic() { return shown(readRecentSystolic(database(), 17, limit)); }
+    std::string cholesterol()
+    {
+        return shown(readRecentResult(database(), 17, QStringLiteral("90.14.3"), limit, totalCholesterolRangeMgDl));
+    }
+    std::string waist() { return shown(readRecentWaist(database(), 17, clock.today())); }
+    std::string glucose()
+    {
+        return shown(readRecentMetabolicResult(database(), 17, QStringLiteral("90.27.1"), clock.today()));
+    }
+
+    const QDate limit = riskProposalLimit(QDate(2026, 11, 21)); // 21/08/2026
+    const QDateTime day = jet::dateTime(2026, 11, 21);
+};
+
+TEST_F(EvaluationRecordsTest, SystolicPressureOfThreeMonths)
+{
+    addPressure("#08/20/2026#", "150", "90");
+    EXPECT_EQ(systolic(), "");
+    addPressure("#08/21/2026#", "140", "90");
+    EXPECT_EQ(systolic(), "140|2026-08-21");
+    addPressure("#11/01/2026#", "90", "Null");
+    EXPECT_EQ(systolic(), "90|2026-11-01");
+    // What the equation does not take is passed over.
+    for (const char *pressure : {"89", "201", "Null"})
+        addPressure("#11/02/2026#", pressure, "80");
+    EXPECT_EQ(systolic(), "90|2026-11-01");
+}
+
+TEST_F(EvaluationRecordsTest, CholesterolOfThreeMonthsInItsRange)
+{
+    addResult("90.14.3", "#08/20/2026#", "'200'");
+    EXPECT_EQ(cholesterol(), "");
+    addResult("90.14.3", "#08/21/2026#", "'212.6 mg/dl'");
+    EXPECT_EQ(cholesterol(), "213|2026-08-21");
+    for (const char *value : {"'129.4'", "'320.6'", "''", "Null", "'<130'", "'-200'"})
+        addResult("90.14.3", "#11/01/2026#", value);
+    EXPECT_EQ(cholesterol(), "213|2026-08-21");
+    addResult("90.14.3", "Null", "'250'");
+    addResult("90.14.1", "#11/02/2026#", "'250'");
+    EXPECT_EQ(cholesterol(), "213|2026-08-21");
+    addResult("90.14.3", "#11/02/2026#", "'320.5'"); // rounds to the even 320
+    EXPECT_EQ(cholesterol(), "320|2026-11-02");
+    addResult("90.14.3", "#11/02/2026#", "'129.5'"); // of the same day the later key
+    EXPECT_EQ(cholesterol(), "130|2026-11-02");
+}
+
+TEST_F(EvaluationRecordsTest, DiabetesIsLookedForInThreePlaces)
+{
+    EXPECT_FALSE(readDiabetes(database(), 17).present);
+    for (const char *other :
+         {"cronpat VALUES (17, 31)", "cronpat VALUES (18, 32)", "pat_rem2 VALUES (17, 1, '250.00')",
+          "pat_rem2 VALUES (17, 2, '2500')", "patopers VALUES (17, '25.0')", "patopers VALUES (18, '64801')"})
+        execute(QStringLiteral("INSERT INTO ") + other);
+    EXPECT_FALSE(readDiabetes(database(), 17).present);
+    const std::pair<const char *, const char *> places[]{
+        {"patopers VALUES (17, '64801')", "dalle diagnosi del paziente, senza data"},
+        {"patopers VALUES (17, '250.02')", "dalle diagnosi del paziente, senza data"},
+        {"pat_rem2 VALUES (17, 2, '250.01')", "dall'anamnesi remota, senza data"},
+        {"cronpat VALUES (17, 167)", "dalle patologie croniche, senza data"},
+        {"cronpat VALUES (17, 32)", "dalle patologie croniche, senza data"},
+    };
+    for (const auto &[row, source] : places) {
+        execute(QStringLiteral("INSERT INTO ") + row);
+        const Condition found = readDiabetes(database(), 17);
+        EXPECT_TRUE(found.present) << row;
+        EXPECT_EQ(found.source.toStdString(), source) << row;
+    }
+}
+
+TEST_F(EvaluationRecordsTest, SmokersByTheQuestionnaireHoweverOld)
+{
+    addQuestionnaire("H", "#01/01/2026#", lifestyle("01"));
+    addQuestionnaire("H", "#01/01/2026#", "Null");
+    addQuestionnaire("H", "#01/01/2026#", "'0303'");
+    addQuestionnaire("A", "#01/01/2026#", lifestyle("03"));
+    EXPECT_FALSE(readSmoking(database(), 17).present);
+    addQuestionnaire("H", "Null", lifestyle(" 3"));
+    EXPECT_EQ(readSmoking(database(), 17).source.toStdString(), "dal questionario, senza data");
+    addQuestionnaire("H", "#02/03/1999#", lifestyle("03"));
+    addQuestionnaire("H", "#02/03/1998#", lifestyle("03"));
+    EXPECT_EQ(readSmoking(database(), 17).source.toStdString(), "questionario del 03/02/1999");
+    EXPECT_TRUE(readSmoking(database(), 17).present);
+}
+
+TEST_F(EvaluationRecordsTest, WaistOfTheNewestExamination)
+{
+    addQuestionnaire("A", daysAgo(366), "'170 70.0 99.0  '");
+    EXPECT_EQ(waist(), "");
+    addQuestionnaire("A", daysAgo(365), "'170 70.0 98.5  '");
+    EXPECT_EQ(waist(), "98.5|2025-11-21");
+    addQuestionnaire("A", "Null", "'170 70.0 77.0'");
+    EXPECT_EQ(waist(), "98.5|2025-11-21");
+    // The newest one ends the search even when it holds no waist.
+    addQuestionnaire("A", daysAgo(1), "'170 70.0     '");
+    EXPECT_EQ(waist(), "");
+    addQuestionnaire("A", daysAgo(0), "Null");
+    EXPECT_EQ(waist(), "");
+    addQuestionnaire("A", daysAgo(0), "'170 70.0101.0'");
+    EXPECT_EQ(waist(), "101|2026-11-21");
+    execute("DELETE * FROM DEFCAMPI");
+    EXPECT_EQ(waist(), "");
+}
+
+TEST_F(EvaluationRecordsTest, TheNewestRecentResultEndsTheSearch)
+{
+    addResult("90.27.1", daysAgo(366), "'120'");
+    EXPECT_EQ(glucose(), "");
+    addResult("90.27.1", daysAgo(365), "'118,5'");
+    EXPECT_EQ(glucose(), "118|2025-11-21");
+    addResult("90.27.1", daysAgo(2), "'  '");
+    EXPECT_EQ(glucose(), "") << "blank, and yet the newest";
+    addResult("90.27.1", daysAgo(1), "'99'");
+    EXPECT_EQ(glucose(), "99|2026-11-20");
+}
+
+TEST_F(EvaluationRecordsTest, BothPressuresOfTheNewestMeasurement)
+{
+    addPressure(daysAgo(366), "150", "95");
+    EXPECT_EQ(shown(readRecentPressures(database(), 17, clock.today()).systolic), "");
+    addPressure(daysAgo(365), "140", "90");
+    addPressure(daysAgo(3), "Null", "70");
+    const PressureProposals pressures = readRecentPressures(database(), 17, clock.today());
+    EXPECT_EQ(shown(pressures.systolic), "");
+    EXPECT_EQ(shown(pressures.diastolic), "70|2026-11-18");
+}
+
+TEST_F(EvaluationRecordsTest, TheNewestThresholdsOfTheRegion)
+{
+    execute("INSERT INTO TabParamSM VALUES (3, #01/01/2005#, 88, 102, 150, 50, 40, 110, 130, 85)");
+    execute("INSERT INTO TabParamSM VALUES (3, #04/01/2010#, 80, 94, 149, 51, Null, 100, 131, 86)");
+    execute("INSERT INTO TabParamSM VALUES (16, #01/01/2020#, 1, 1, 1, 1, 1, 1, 1, 1)");
+    const auto thresholds = readMetabolicThresholds(database(), QStringLiteral("03"));
+    ASSERT_TRUE(thresholds);
+    EXPECT_EQ(thresholds->since, QDate(2010, 4, 1));
+    EXPECT_EQ(thresholds->waistWomenCm, 80);
+    EXPECT_EQ(thresholds->waistMenCm, 94);
+    EXPECT_EQ(thresholds->triglyceridesMgDl, 149);
+    EXPECT_EQ(thresholds->hdlWomenMgDl, 51);
+    EXPECT_FALSE(thresholds->hdlMenMgDl);
+    EXPECT_EQ(thresholds->glucoseMgDl, 100);
+    EXPECT_EQ(thresholds->systolicMmHg, 131);
+    EXPECT_EQ(thresholds->diastolicMmHg, 86);
+    for (const char *region : {"", "04", "x"})
+        EXPECT_FALSE(readMetabolicThresholds(database(), QLatin1String(region))) << region;
+}
+
+TEST_F(EvaluationRecordsTest, TheBandOfTheChart)
+{
+    execute("INSERT INTO Carta_Rischio VALUES (true, 60, 69, false, true, 130, 149, 174, 212, 4)");
+    execute("INSERT INTO Carta_Rischio VALUES (false, 60, 69, false, true, 130, 149, 174, 212, Null)");
+    const auto band = [this](Sex sex, int age, bool diabetic, bool smoker, int pressure, int cholesterol) {
+        return readChartBand(database(), sex, age, diabetic, smoker, pressure, cholesterol).value_or(-1);
+    };
+    EXPECT_EQ(band(Sex::Male, 60, false, true, 130, 174), 4);
+    EXPECT_EQ(band(Sex::Male, 69, false, true, 149, 212), 4);
+    EXPECT_EQ(band(Sex::Male, 59, false, true, 130, 174), -1);
+    EXPECT_EQ(band(Sex::Male, 70, false, true, 130, 174), -1);
+    EXPECT_EQ(band(Sex::Male, 60, true, true, 130, 174), -1);
+    EXPECT_EQ(band(Sex::Male, 60, false, false, 130, 174), -1);
+    EXPECT_EQ(band(Sex::Male, 60, false, true, 129, 174), -1);
+    EXPECT_EQ(band(Sex::Male, 60, false, true, 150, 174), -1);
+    EXPECT_EQ(band(Sex::Male, 60, false, true, 130, 173), -1);
+    EXPECT_EQ(band(Sex::Male, 60, false, true, 130, 213), -1);
+    EXPECT_EQ(band(Sex::Female, 60, false, true, 130, 174), 0);
+    EXPECT_EQ(band(Sex::Unknown, 60, false, true, 130, 174), 0) << "whoever is not a man";
+}
+
+TEST_F(EvaluationRecordsTest, SavesRefusesAndReplaces)
+{
+    execute("INSERT INTO Rischio_Cardio (cod_paz, Data_Val, eta) VALUES (18, #11/21/2026#, 50)");
+    CardiovascularEvaluation evaluation;
+    evaluation.ageYears = 60;
+    evaluation.risk = 0.125;
+    evaluation.systolicMmHg = 140;
+    evaluation.totalCholesterolMgDl = 220;
+    evaluation.hdlMgDl = 50;
+    evaluation.diabetic = true;
+    const auto all = QStringLiteral("SELECT * FROM Rischio_Cardio WHERE cod_paz = 17");
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse), SaveOutcome::Saved);
+    EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|60|0.125|140|220|50|false|true|false"});
+    evaluation.ageYears.reset();
+    evaluation.smoker = true;
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse), SaveOutcome::AlreadyThere);
+    EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|60|0.125|140|220|50|false|true|false"});
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace), SaveOutcome::Saved);
+    EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|Null|0.125|140|220|50|true|true|false"});
+
+    EXPECT_EQ(deleteCardiovascular(state, day), WriteResult::Done);
+    EXPECT_EQ(clinical(QStringLiteral("SELECT cod_paz FROM Rischio_Cardio")), QStringList{"18"});
+}
+
+TEST_F(EvaluationRecordsTest, RowsOfOtherProgramsMayHaveATimeAndNulls)
+{
+    execute("INSERT INTO Rischio_Cardio (cod_paz, Data_Val) VALUES (17, #05/02/2026 10:30:05#)");
+    execute("INSERT INTO SindrMetabolica (cod_paz, Data_Val) VALUES (17, #05/02/2026 10:30:05#)");
+    const auto history = readCardiovascularHistory(database(), 17);
+    ASSERT_EQ(history.size(), 1);
+    EXPECT_EQ(history[0].date.toStdString(), "02/05/2026");
+    EXPECT_EQ(history[0].value.toStdString(), "");
+    EXPECT_FALSE(history[0].number);
+    const auto risk = readCardiovascular(database(), 17, history[0].when);
+    ASSERT_TRUE(risk);
+    EXPECT_FALSE(risk->risk || risk->systolicMmHg || risk->ageYears || risk->smoker);
+
+    const auto verdicts = readMetabolicHistory(database(), 17);
+    ASSERT_EQ(verdicts.size(), 1);
+    EXPECT_EQ(verdicts[0].value.toStdString(), "NO");
+    const auto metabolic = readMetabolic(database(), 17, verdicts[0].when);
+    ASSERT_TRUE(metabolic);
+    EXPECT_EQ(metabolic->verdict, 0);
+    EXPECT_FALSE(metabolic->waistCm);
+
+    EXPECT_FALSE(readCardiovascular(database(), 17, jet::dateTime(2026, 5, 2)));
+    EXPECT_EQ(deleteMetabolic(state, verdicts[0].when), WriteResult::Done);
+    EXPECT_TRUE(readMetabolicHistory(database(), 17).isEmpty());
+}
+
+TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
+{
+    MetabolicEvaluation evaluation;
+    evaluation.verdict = 1;
+    evaluation.waistCm = 101.5;
+    {
+        LockHolder other(path("Orvale.sqlite"));
+        EXPECT_EQ(saveMetabolic(state, day, evaluation), SaveOutcome::Failed);
+        EXPECT_EQ(pauses.taken.size(), 19);
+        EXPECT_EQ(deleteMetabolic(state, day), WriteResult::Failed);
+    }
+    EXPECT_EQ(clinical(QStringLiteral("SELECT * FROM SindrMetabolica")), QStringList{});
+    pauses.taken.clear();
+    {
+        LockHolder other(path("Orvale.sqlite"));
+        pauses.actAt = 2;
+        pauses.during = [&] { other.release(); };
+        EXPECT_EQ(saveMetabolic(state, day, evaluation), SaveOutcome::Saved);
+    }
+    EXPECT_EQ(clinical(QStringLiteral("SELECT * FROM SindrMetabolica")),
+              QStringList{"17|2026-11-21 00:00:00|1|101.5|Null|Null|Null|Null"});
+}
+
+} // namespace
+} // namespace clivara
