@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/DemoGenerators.h"
 #include "app/DemoWriter.h"
-
-#include <cmath>
+#include "calculators/CardiovascularRules.h"
 
 namespace orvale {
 
@@ -54,8 +53,8 @@ void writeRiskChart(DemoWriter &writer)
                 for (const bool smoker : {false, true}) {
                     for (const auto &pressure : pressures) {
                         for (const auto &cholesterol : cholesterols) {
-                            const double risk = tenYearRisk(
-                                !male, age + 5, smoker, (pressure[0] + pressure[1]) / 2,
+                            const double risk = clivara::CalcolaRCV(
+                                male ? 0 : 1, age + 5, smoker, (pressure[0] + pressure[1]) / 2,
                                 (cholesterol[0] + cholesterol[1]) / 2, male ? 48 : 56, diabetic, false);
                             int level = 1;
                             for (const double band : bands)
@@ -108,17 +107,6 @@ void writeDoctors(DemoWriter &writer)
 }
 
 } // namespace
-
-double tenYearRisk(bool female, int age, bool smoker, int systolic, int cholesterol, int hdl, bool diabetic,
-                   bool treatedHypertension)
-{
-    const double score = female
-                             ? 0.079 * age + 0.016 * systolic + 0.003 * cholesterol - 0.015 * hdl
-                                   + 0.773 * smoker + 0.339 * diabetic + 0.59 * treatedHypertension - 6.016
-                             : 0.076 * age + 0.013 * systolic + 0.006 * cholesterol - 0.013 * hdl
-                                   + 0.508 * smoker + 0.462 * diabetic + 0.49 * treatedHypertension - 6.583;
-    return 1 - std::pow(female ? 0.989 : 0.953, std::exp(score));
-}
 
 void writeCatalogues(DemoWriter &writer)
 {

@@ -2,6 +2,8 @@
 #include "app/DemoGenerators.h"
 #include "app/DemoPatient.h"
 #include "app/DemoWriter.h"
+#include "calculators/CardiovascularRules.h"
+#include "calculators/MetabolicRules.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,11 +37,11 @@ void writeCardiovascularRisk(DemoWriter &writer, const DemoPatient &patient)
         const int hdl = std::clamp(int(std::round(random.normal(patient.hdl, 3))), 20, 100);
         const bool diabetic = patient.has(Disease::Diabetes, day);
         const bool treated = patient.has(Disease::Hypertension, day);
-        writer.add(
-            "clinical", "Rischio_Cardio",
-            {patient.code, DemoWriter::midnight(day), age,
-             tenYearRisk(patient.female, age, patient.smoker, systolic, cholesterol, hdl, diabetic, treated),
-             systolic, cholesterol, hdl, patient.smoker, diabetic, treated});
+        writer.add("clinical", "Rischio_Cardio",
+                   {patient.code, DemoWriter::midnight(day), age,
+                    clivara::CalcolaRCV(patient.female ? 1 : 0, age, patient.smoker, systolic, cholesterol,
+                                        hdl, diabetic, treated),
+                    systolic, cholesterol, hdl, patient.smoker, diabetic, treated});
     }
 }
 
@@ -53,12 +55,13 @@ void writeMetabolicSyndrome(DemoWriter &writer, const DemoPatient &patient)
         const double glucose = std::round(random.normal(glucoseOn(patient, day), 8));
         const double triglycerides =
             std::round(std::max(35.0, random.normal(triglyceridesOn(patient, day), 22)));
-        const int criteria = (waist >= (patient.female ? 88 : 102)) + (systolic >= 130) + (diastolic >= 85)
-                             + (glucose >= 110) + (patient.hdl < (patient.female ? 50 : 40))
-                             + (triglycerides > 150);
+        const int verdict = clivara::CalcolaSM(patient.female ? u"F" : u"M", patient.ageOn(day),
+                                               {int(waist), int(systolic), int(diastolic), int(glucose),
+                                                clivara::wholeNumber(patient.hdl), int(triglycerides)},
+                                               {});
         writer.add("clinical", "SindrMetabolica",
-                   {patient.code, DemoWriter::midnight(day), criteria >= 3 ? 1 : 0, waist, systolic,
-                    diastolic, glucose, triglycerides});
+                   {patient.code, DemoWriter::midnight(day), verdict, waist, systolic, diastolic, glucose,
+                    triglycerides});
     }
 }
 

@@ -47,9 +47,4 @@ double creatinineOn(const DemoPatient &patient, QDate day); // mg/dl
 double triglyceridesOn(const DemoPatient &patient, QDate day); // mg/dl
 double waistOn(const DemoPatient &patient, QDate day); // cm
 
-// Ten-year probability of a first major cardiovascular event: 1 - S^exp(score), a survival model with
-// coefficients by sex; ages 35 to 69.
-double tenYearRisk(bool female, int age, bool smoker, int systolic, int cholesterol, int hdl, bool diabetic,
-                   bool treatedHypertension);
-
 } // namespace orvale

@@ -100,11 +100,15 @@ void EvaluationForm::inputsComplete()
 
 void EvaluationForm::connectHistory()
 {
-    connect(m_ui->Grid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &row) {
-                if (!m_filling)
-                    choose(row);
+    // The selection, not the current row: that one is also set when Tab leads into the list, which loads nothing.
+    connect(m_ui->Grid1->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection &selected) {
+                if (!m_filling && !selected.isEmpty())
+                    choose(selected.indexes().first());
             });
+    auto *const remove = new QShortcut(Qt::Key_Delete, m_ui->Grid1);
+    remove->setContext(Qt::WidgetShortcut);
+    connect(remove, &QShortcut::activated, m_ui->Button1_1, &QPushButton::click);
     // The row that was chosen before is read again, whatever was typed since.
     connect(m_ui->Grid1, &QTableView::clicked, this, [this](const QModelIndex &row) {
         if (m_chosen != m_history->at(row.row()).when)

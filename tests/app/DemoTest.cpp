@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/Demo.h"
 #include "PracticeFixture.h"
-#include "app/DemoGenerators.h"
 #include "app/DemoLists.h"
 #include "app/DemoRandom.h"
 #include "app/PracticeCheck.h"
@@ -166,14 +165,6 @@ TEST(DemoRandomTest, GivesTheSameNumbersEverywhere)
         const int n = random.between(-3, 3);
         EXPECT_TRUE(n >= -3 && n <= 3);
     }
-}
-
-TEST(DemoRiskTest, FollowsTheSurvivalModel)
-{
-    // 1 - 0.953 ^ exp(0.467) for a man of 60 at 140 mmHg, cholesterol 220 and HDL 50.
-    EXPECT_NEAR(orvale::tenYearRisk(false, 60, false, 140, 220, 50, false, false), 0.0739, 0.0001);
-    EXPECT_LT(orvale::tenYearRisk(true, 60, false, 140, 220, 50, false, false),
-              orvale::tenYearRisk(true, 60, true, 140, 220, 50, false, false));
 }
 
 TEST(DemoListsTest, HaveNineAllergyGroupsOfTheQuestionnaire)

@@ -31,19 +31,18 @@ protected:
     dao::Database &database() { return *environment.clinical; }
 
     // A day before today as the SQL has it.
-    QString daysAgo(int days) const
-    {
-        return clock.today().addDays(-days).toString(u"'#'MM'/'dd'/'yyyy'#'");
-    }
+    QString daysAgo(int days) const { return clock.today().addDays(-days).toString(u"'#'MM'/'dd'/'yyyy'#'"); }
     // A laboratory result; `value` as the SQL has it.
     void addResult(const char *code, const QString &date, const char *value)
     {
         ++m_results;
-        execute(QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan, da_pre) VALUES (%1, 17, 1, "
-                               "'E%1', %2)")
-                    .arg(m_results)
-                    .arg(date));
-        execute(QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie, codice, unita) VALUES (%1, 'E%1', '%2', %3)")
+        execute(
+            QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan, da_pre) VALUES (%1, 17, 1, "
+                           "'E%1', %2)")
+                .arg(m_results)
+                .arg(date));
+        execute(QStringLiteral(
+                    "INSERT INTO riepil2 (idriepil2, cod_rie, codice, unita) VALUES (%1, 'E%1', '%2', %3)")
                     .arg(m_results)
                     .arg(code, value));
     }

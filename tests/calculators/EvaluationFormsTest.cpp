@@ -46,7 +46,8 @@ protected:
         for (const char *sex : {"true", "false"}) {
             for (const char *diabetic : {"true", "false"}) {
                 for (const char *smoker : {"true", "false"})
-                    execute(QStringLiteral("INSERT INTO Carta_Rischio VALUES (%1, 40, 69, %2, %3, 90, 200, 130, 320, 3)")
+                    execute(QStringLiteral(
+                                "INSERT INTO Carta_Rischio VALUES (%1, 40, 69, %2, %3, 90, 200, 130, 320, 3)")
                                 .arg(QLatin1String(sex), QLatin1String(diabetic), QLatin1String(smoker)));
             }
         }
@@ -54,7 +55,8 @@ protected:
     // The patient has that age today.
     void setAge(int years)
     {
-        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = #11/21/%1# WHERE cod_paz = 17").arg(2026 - years));
+        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = #11/21/%1# WHERE cod_paz = 17")
+                    .arg(2026 - years));
     }
     static std::string question(int years)
     {
@@ -106,8 +108,10 @@ TEST_F(EvaluationFormsTest, RiskFromProposalsIsSavedAndStartsANewEvaluation)
         click("Button2_0");
         click("Button2_1");
         EXPECT_EQ(history(), QStringList{"21/11/2026|7.4%"});
-        EXPECT_EQ(clinical("SELECT eta, pressione, colesterolo, hdl, fumatore, diabetico, ipertens FROM Rischio_Cardio"),
-                  QStringList{"60|140|220|50|false|false|false"});
+        EXPECT_EQ(
+            clinical(
+                "SELECT eta, pressione, colesterolo, hdl, fumatore, diabetico, ipertens FROM Rischio_Cardio"),
+            QStringList{"60|140|220|50|false|false|false"});
         EXPECT_EQ(text("SSPanel1"), "");
         EXPECT_FALSE(enabled("Button2_1"));
         EXPECT_EQ(text("status"), "✓ Rilevazione del 21/11/2026 salvata.");
@@ -148,11 +152,14 @@ TEST_F(EvaluationFormsTest, RiskNeedsEveryValueInItsRange)
         const auto pressure = "La pressione arteriosa sistolica deve essere compresa tra 90 e 200 mmHg";
         const auto cholesterol = "La colesterolemia totale deve essere compresa tra 130 e 320 mg/dl";
         const auto hdl = "La HDL-colesterolemia deve essere compresa tra 20 e 100 mg/dl";
-        for (const Refused &c : {Refused{"89", "129", "19", pressure, "me_pas"}, Refused{"201", "220", "50", pressure, "me_pas"},
-                                 Refused{"0.4", "220", "50", pressure, "me_pas"}, Refused{"-140", "220", "50", pressure, "me_pas"},
-                                 Refused{"99999999999", "220", "50", pressure, "me_pas"},
-                                 Refused{"140", "129", "19", cholesterol, "me_col"}, Refused{"140", "321", "50", cholesterol, "me_col"},
-                                 Refused{"140", "220", "19", hdl, "me_hdl"}, Refused{"140", "220", "101", hdl, "me_hdl"}}) {
+        for (const Refused &c :
+             {Refused{"89", "129", "19", pressure, "me_pas"}, Refused{"201", "220", "50", pressure, "me_pas"},
+              Refused{"0.4", "220", "50", pressure, "me_pas"},
+              Refused{"-140", "220", "50", pressure, "me_pas"},
+              Refused{"99999999999", "220", "50", pressure, "me_pas"},
+              Refused{"140", "129", "19", cholesterol, "me_col"},
+              Refused{"140", "321", "50", cholesterol, "me_col"}, Refused{"140", "220", "19", hdl, "me_hdl"},
+              Refused{"140", "220", "101", hdl, "me_hdl"}}) {
             typeRisk(c.pressure, c.cholesterol, c.hdl);
             expectWarning(c.message, c.field, plain);
             EXPECT_EQ(text("SSPanel1"), "");
@@ -179,8 +186,8 @@ TEST_F(EvaluationFormsTest, RiskAsksOutsideItsAges)
         bool asks;
         bool hasBand;
     };
-    for (const Case &c : {Case{34, true, false}, Case{35, false, false}, Case{39, false, false}, Case{40, false, true},
-                          Case{69, false, true}, Case{70, true, false}}) {
+    for (const Case &c : {Case{34, true, false}, Case{35, false, false}, Case{39, false, false},
+                          Case{40, false, true}, Case{69, false, true}, Case{70, true, false}}) {
         setAge(c.age);
         Rischio_Cardio form(state);
         open(form, [&] {
@@ -211,10 +218,12 @@ TEST_F(EvaluationFormsTest, RegionWithAReferenceDayAsksByTheAgeOnIt)
         const char *label;
         int asked; // 0: no question
     };
-    for (const Case &c : {Case{"#01/09/1973#", "35 anni al 9/1/08", 0}, Case{"#01/10/1973#", "34 anni al 9/1/08", 34},
-                          Case{"#01/10/1938#", "69 anni al 9/1/08", 0}, Case{"#01/09/1938#", "70 anni al 9/1/08", 70},
-                          Case{"#01/01/2020#", "0 anni al 9/1/08", -1}}) {
-        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = %1 WHERE cod_paz = 17").arg(QLatin1String(c.birth)));
+    for (const Case &c :
+         {Case{"#01/09/1973#", "35 anni al 9/1/08", 0}, Case{"#01/10/1973#", "34 anni al 9/1/08", 34},
+          Case{"#01/10/1938#", "69 anni al 9/1/08", 0}, Case{"#01/09/1938#", "70 anni al 9/1/08", 70},
+          Case{"#01/01/2020#", "0 anni al 9/1/08", -1}}) {
+        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = %1 WHERE cod_paz = 17")
+                    .arg(QLatin1String(c.birth)));
         Rischio_Cardio form(state);
         open(form, [&] {
             EXPECT_EQ(text("Label2_1"), c.label);
@@ -245,8 +254,9 @@ TEST_F(EvaluationFormsTest, RiskOfAPatientWithoutSexOrAge)
             click("Button2_0");
             EXPECT_EQ(prompts.last().toStdString(), question(0));
             EXPECT_EQ(text("SSPanel1"), "prob. = 0.1%");
-            EXPECT_EQ(text("status"), "⚠ Data di nascita mancante o futura: il calcolo usa 0 anni. Sesso non indicato: "
-                                      "l'equazione usa i coefficienti maschili.");
+            EXPECT_EQ(text("status"),
+                      "⚠ Data di nascita mancante o futura: il calcolo usa 0 anni. Sesso non indicato: "
+                      "l'equazione usa i coefficienti maschili.");
             click("Button2_1");
             EXPECT_EQ(clinical("SELECT eta, pressione FROM Rischio_Cardio"), QStringList{"Null|140"});
         });
@@ -272,13 +282,15 @@ TEST_F(EvaluationFormsTest, ChartWithoutARowAndBandThatIsNotClassified)
         click("Button2_0");
         EXPECT_EQ(text("SSPanel1") + text("SSPanel2"), "prob. = 7.4%");
     });
-    EXPECT_TRUE(logged().last().startsWith("Clivara.Rischio_Cardio - Error ")) << logged().last().toStdString();
+    EXPECT_TRUE(logged().last().startsWith("Clivara.Rischio_Cardio - Error "))
+        << logged().last().toStdString();
 }
 
 TEST_F(EvaluationFormsTest, SavedRiskIsReloadedChangedAndDeleted)
 {
     addChart();
-    execute("INSERT INTO Rischio_Cardio VALUES (17, #05/02/2025#, 58, 0.1234, 150, 240, 40, true, true, true)");
+    execute(
+        "INSERT INTO Rischio_Cardio VALUES (17, #05/02/2025#, 58, 0.1234, 150, 240, 40, true, true, true)");
     execute("INSERT INTO Rischio_Cardio (cod_paz, Data_Val) VALUES (17, #03/01/2024#)");
     Rischio_Cardio form(state);
     open(form, [&] {
@@ -298,7 +310,8 @@ TEST_F(EvaluationFormsTest, SavedRiskIsReloadedChangedAndDeleted)
         // On its date it is replaced, on another it is a new one that must not replace what is there.
         click("Button2_0");
         click("Button2_1");
-        EXPECT_EQ(clinical("SELECT hdl, pressione FROM Rischio_Cardio WHERE data_val = #05/02/2025#"), QStringList{"55|150"});
+        EXPECT_EQ(clinical("SELECT hdl, pressione FROM Rischio_Cardio WHERE data_val = #05/02/2025#"),
+                  QStringList{"55|150"});
         select(0);
         type("me_hdl", "55");
         click("Button2_0");
@@ -306,7 +319,8 @@ TEST_F(EvaluationFormsTest, SavedRiskIsReloadedChangedAndDeleted)
         prompts.queue();
         click("Button2_1");
         EXPECT_EQ(history().size(), 2);
-        EXPECT_EQ(clinical("SELECT hdl FROM Rischio_Cardio WHERE data_val = #03/01/2024#"), QStringList{"Null"});
+        EXPECT_EQ(clinical("SELECT hdl FROM Rischio_Cardio WHERE data_val = #03/01/2024#"),
+                  QStringList{"Null"});
 
         select(1);
         EXPECT_EQ(value("me_pas") + value("me_col"), "");
@@ -343,9 +357,10 @@ TEST_F(EvaluationFormsTest, NothingIsSavedUnderADateThatIsNone)
         prompts.queue();
         type("MaskEdBox1", "31/04/2026");
         control<QWidget>("me_pas")->setFocus();
-        EXPECT_EQ(prompts.last().toStdString(),
-                  "Attenzione!|Il giorno deve essere un numero compreso tra 1 e 30\n\nInserire la data nel formato "
-                  "GG/MM/AAAA|warning");
+        EXPECT_EQ(
+            prompts.last().toStdString(),
+            "Attenzione!|Il giorno deve essere un numero compreso tra 1 e 30\n\nInserire la data nel formato "
+            "GG/MM/AAAA|warning");
         click("Button2_1");
         EXPECT_EQ(value("MaskEdBox1"), "31/04/2026") << "what was typed stays";
         EXPECT_EQ(m_form->focusWidget(), control<QWidget>("MaskEdBox1"));
@@ -385,7 +400,8 @@ TEST_F(EvaluationFormsTest, AFailedSaveKeepsWhatWasTyped)
             click("Button2_1");
         }
         EXPECT_EQ(pauses.taken.size(), 19);
-        EXPECT_TRUE(prompts.last().startsWith("Attenzione!|Salvataggio non riuscito")) << prompts.last().toStdString();
+        EXPECT_TRUE(prompts.last().startsWith("Attenzione!|Salvataggio non riuscito"))
+            << prompts.last().toStdString();
         EXPECT_EQ(value("me_pas"), "140");
         EXPECT_EQ(text("SSPanel1"), "prob. = 7.4%");
         EXPECT_TRUE(enabled("Button2_1"));
@@ -419,8 +435,11 @@ TEST_F(EvaluationFormsTest, WithoutItsTablesTheFormIsStillUsable)
 
 TEST_F(EvaluationFormsTest, TheCourseIsReadWithTheKeyboard)
 {
-    for (const char *row : {"#01/01/2022#, 50, 0.05", "#01/01/2024#, 52, 0.074", "#01/01/2025#, 53, Null", "#01/01/2026#, 54, 0.2"})
-        execute(QStringLiteral("INSERT INTO Rischio_Cardio (cod_paz, Data_Val, eta, pct_rischio) VALUES (17, %1)").arg(QLatin1String(row)));
+    for (const char *row : {"#01/01/2022#, 50, 0.05", "#01/01/2024#, 52, 0.074", "#01/01/2025#, 53, Null",
+                            "#01/01/2026#, 54, 0.2"})
+        execute(
+            QStringLiteral("INSERT INTO Rischio_Cardio (cod_paz, Data_Val, eta, pct_rischio) VALUES (17, %1)")
+                .arg(QLatin1String(row)));
     Rischio_Cardio form(state);
     open(form, [&] {
         auto *plot = control<HistoryPlot>("plot");
@@ -461,26 +480,29 @@ TEST_F(EvaluationFormsTest, MetabolicSyndromeFromProposals)
     SindrMetabolica form(state);
     open(form, [&] {
         EXPECT_EQ(form.windowTitle(), "Sindrome Metabolica");
-        EXPECT_EQ(value("me_ca") + ' ' + value("me_pas") + ' ' + value("me_pad") + ' ' + value("me_glic") + ' ' + value("me_hdl")
-                      + ' ' + value("me_trigl"),
+        EXPECT_EQ(value("me_ca") + ' ' + value("me_pas") + ' ' + value("me_pad") + ' ' + value("me_glic")
+                      + ' ' + value("me_hdl") + ' ' + value("me_trigl"),
                   "101.5 130 84 105 40 149");
         EXPECT_EQ(text("me_triglSource"), "esame del 05/05/2026");
         EXPECT_EQ(text("me_caSource"), "misurata il 22/10/2026");
         EXPECT_EQ(text("me_caThreshold"), "▲ ≥ 94");
         EXPECT_EQ(text("me_padThreshold"), "soglia ≥ 85");
         EXPECT_EQ(text("me_hdlThreshold"), "▲ ≤ 40");
-        EXPECT_EQ(text("hint"), "▲ Valori oltre le soglie regionali: 4 (regione 03, in vigore dal 01/04/2010).");
+        EXPECT_EQ(text("hint"),
+                  "▲ Valori oltre le soglie regionali: 4 (regione 03, in vigore dal 01/04/2010).");
 
         click("Button2_0"); // the waist of 101.5 counts as 102
         EXPECT_EQ(text("SSPanel1"), "Sindrome Metabolica NON diagnosticata.");
         EXPECT_EQ(text("SSPanel2"), "Criteri presenti: 2 (circonferenza addominale, pressione sistolica).");
         type("me_pad", "85");
-        EXPECT_EQ(text("hint"), "▲ Valori oltre le soglie regionali: 5 (regione 03, in vigore dal 01/04/2010).");
+        EXPECT_EQ(text("hint"),
+                  "▲ Valori oltre le soglie regionali: 5 (regione 03, in vigore dal 01/04/2010).");
         EXPECT_FALSE(enabled("Button2_1"));
         click("Button2_0");
         EXPECT_EQ(text("SSPanel1"), "Diagnosticata Sindrome Metabolica.");
         click("Button2_1");
-        EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"), QStringList{"17|2026-11-21 00:00:00|1|101.5|130|85|105|149"});
+        EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"),
+                  QStringList{"17|2026-11-21 00:00:00|1|101.5|130|85|105|149"});
         EXPECT_EQ(history(), QStringList{"21/11/2026|SI"});
         EXPECT_EQ(value("me_pad"), "85") << "what was saved stays to be seen";
 
@@ -489,7 +511,8 @@ TEST_F(EvaluationFormsTest, MetabolicSyndromeFromProposals)
         type("me_pad", "70");
         click("Button2_0");
         click("Button2_1");
-        EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"), QStringList{"17|2026-11-21 00:00:00|0|101.5|130|70|105|88.5"});
+        EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"),
+                  QStringList{"17|2026-11-21 00:00:00|0|101.5|130|70|105|88.5"});
         EXPECT_EQ(history(), QStringList{"21/11/2026|NO"});
         click("esci");
     });
@@ -531,8 +554,9 @@ TEST_F(EvaluationFormsTest, MetabolicVerdictByRegionAgeAndSex)
         const char *sex;
         const char *verdict;
     };
-    for (const Case &c : {Case{"16", 24, "M", "NON"}, Case{"16", 25, "M", "Diagnosticata"}, Case{"16", 70, "M", "Diagnosticata"},
-                          Case{"16", 71, "M", "NON"}, Case{"03", 71, "M", "Diagnosticata"}, Case{"03", 24, "", "Diagnosticata"}}) {
+    for (const Case &c : {Case{"16", 24, "M", "NON"}, Case{"16", 25, "M", "Diagnosticata"},
+                          Case{"16", 70, "M", "Diagnosticata"}, Case{"16", 71, "M", "NON"},
+                          Case{"03", 71, "M", "Diagnosticata"}, Case{"03", 24, "", "Diagnosticata"}}) {
         state.doctor.region = QLatin1String(c.region);
         setAge(c.age);
         execute(QStringLiteral("UPDATE archivio SET sesso = '%1'").arg(QLatin1String(c.sex)));
@@ -556,12 +580,13 @@ TEST_F(EvaluationFormsTest, SavedMetabolicEvaluationIsReloadedAndDeleted)
         EXPECT_EQ(history(), (QStringList{"02/05/2025|SI", "01/03/2024|NO"}));
         type("me_hdl", "45");
         select(0);
-        EXPECT_EQ(value("me_ca") + ' ' + value("me_pas") + ' ' + value("me_pad") + ' ' + value("me_glic") + ' ' + value("me_hdl")
-                      + ' ' + value("me_trigl"),
+        EXPECT_EQ(value("me_ca") + ' ' + value("me_pas") + ' ' + value("me_pad") + ' ' + value("me_glic")
+                      + ' ' + value("me_hdl") + ' ' + value("me_trigl"),
                   "103.5 140 90 120 45 160");
         EXPECT_EQ(text("SSPanel1"), "Diagnosticata Sindrome Metabolica.");
         select(1);
-        EXPECT_EQ(value("me_ca") + value("me_pas") + value("me_pad") + value("me_trigl") + value("me_glic"), "99");
+        EXPECT_EQ(value("me_ca") + value("me_pas") + value("me_pad") + value("me_trigl") + value("me_glic"),
+                  "99");
         EXPECT_EQ(text("SSPanel1"), "Sindrome Metabolica NON diagnosticata.");
         prompts.queue(PromptButton::Yes);
         click("Button1_1");
@@ -570,6 +595,17 @@ TEST_F(EvaluationFormsTest, SavedMetabolicEvaluationIsReloadedAndDeleted)
         click("Button1_0");
         EXPECT_EQ(value("me_ca") + value("me_hdl") + text("SSPanel1"), "");
         EXPECT_FALSE(enabled("Button1_1"));
+
+        // Tab leads into the list without loading anything; the arrow does, and Del asks.
+        auto *grid = control<QTableView>("Grid1");
+        type("me_ca", "99");
+        grid->setFocus(Qt::TabFocusReason);
+        EXPECT_EQ(value("me_ca"), "99");
+        QTest::keyClick(grid, Qt::Key_Down);
+        EXPECT_EQ(value("me_ca"), "103.5");
+        prompts.queue(PromptButton::No);
+        QTest::keyClick(grid, Qt::Key_Delete);
+        EXPECT_EQ(prompts.boxes.size(), 2);
     });
 }
 

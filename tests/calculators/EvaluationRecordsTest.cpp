@@ -18,7 +18,8 @@ protected:
     std::string systolic() { return shown(readRecentSystolic(database(), 17, limit)); }
     std::string cholesterol()
     {
-        return shown(readRecentResult(database(), 17, QStringLiteral("90.14.3"), limit, totalCholesterolRangeMgDl));
+        return shown(
+            readRecentResult(database(), 17, QStringLiteral("90.14.3"), limit, totalCholesterolRangeMgDl));
     }
     std::string waist() { return shown(readRecentWaist(database(), 17, clock.today())); }
     std::string glucose()
