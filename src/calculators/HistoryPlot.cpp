@@ -107,7 +107,8 @@ QRectF HistoryPlot::plotArea() const
 {
     const QFontMetrics metrics = fontMetrics();
     const int left = metrics.horizontalAdvance(QStringLiteral("100%")) + 2 * gap;
-    return QRectF(rect()).adjusted(left, gap + metrics.height() / 2.0, -2 * gap, -metrics.height() - gap);
+    return QRectF(rect()).adjusted(left, gap + metrics.height() / 2.0, -2 * gap,
+                                   -1.5 * metrics.height() - gap);
 }
 
 QPointF HistoryPlot::placeOf(const Point &point) const
@@ -171,7 +172,7 @@ void HistoryPlot::paintAxis(QPainter &painter) const
     // The first and the last day, and as many years between them as have room.
     const QDate first = m_points.first().day;
     const QDate last = m_points.last().day;
-    const double baseline = area.bottom() + gap / 2.0;
+    const double baseline = area.bottom() + metrics.height() / 2.0 + 2; // below the axis' lowest text
     const auto dayLabel = [&](QDate day, Qt::Alignment side) {
         painter.drawText(QRectF(area.left() - 3 * gap, baseline, area.width() + 4 * gap, metrics.height()),
                          side, jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy"));
