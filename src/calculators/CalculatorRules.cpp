@@ -71,9 +71,4 @@ bool isRecent(QDate result, QDate today)
     return day.daysTo(today) < proposalDays;
 }
 
-QString dayText(QDate day)
-{
-    return jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy");
-}
-
 } // namespace clivara

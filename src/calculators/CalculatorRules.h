@@ -51,7 +51,4 @@ constexpr int proposalDays = 366;
 // True when a result of that day may still be proposed; a result without a date counts as very old.
 bool isRecent(QDate result, QDate today);
 
-// A day as forms show it and queries take it, "dd/mm/yyyy"; empty for an invalid one.
-QString dayText(QDate day);
-
 } // namespace clivara

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CardiovascularRecords.h"
+#include "controls/DateFieldGuard.h"
 
 #include "data/engine/Dao.h"
 #include "host/working_state/SharedWrites.h"
@@ -112,7 +113,7 @@ Condition readSmoking(dao::Database &clinical, qint32 patientCode)
         newest = std::max(newest, rows->Fields(QStringLiteral("data_reg")).date().date());
     }
     if (condition.present)
-        condition.source = newest.isValid() ? QStringLiteral("questionario del ") + dayText(newest)
+        condition.source = newest.isValid() ? QStringLiteral("questionario del ") + slashedDate(newest)
                                             : QStringLiteral("dal questionario, senza data");
     return condition;
 }
@@ -122,7 +123,7 @@ std::optional<Proposal> readRecentSystolic(dao::Database &clinical, qint32 patie
     const auto rows = open(
         clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ") + QString::number(patientCode)
                       + QStringLiteral(") AND (presmax >= 90) AND (presmax <= 200) AND (data_ob >= CDATE('")
-                      + dayText(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
+                      + slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
     if (rows->Eof())
         return std::nullopt;
     const QString text = jet::numberText(rows->Fields(QStringLiteral("presmax")).number());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/EvaluationForm.h"
+#include "controls/DateFieldGuard.h"
 
 #include "calculators/CardiovascularRules.h"
 #include "calculators/HistoryModel.h"
@@ -199,19 +200,19 @@ void EvaluationForm::showChosen(const QDateTime &when)
     bool shown = false;
     guarded([&] { shown = showSaved(when); });
     if (!shown) {
-        showStatus(QStringLiteral("La rilevazione del %1 non si può leggere.").arg(dayText(when.date())),
+        showStatus(QStringLiteral("La rilevazione del %1 non si può leggere.").arg(slashedDate(when.date())),
                    true);
         return;
     }
     m_chosen = when;
     m_ui->Button1_1->setEnabled(true);
-    showDate(dayText(when.date()));
+    showDate(slashedDate(when.date()));
     m_refusedDate.reset();
     setSavable(false);
     const int row = m_ui->Grid1->currentIndex().row();
     m_ui->plot->setCurrent(int(m_plotted.indexOf(row)));
     showStatus(QStringLiteral("Rilevazione del %1: per modificarla premere Calcola, poi Salva.")
-                   .arg(dayText(when.date())));
+                   .arg(slashedDate(when.date())));
 }
 
 void EvaluationForm::showHint(const QString &text)
@@ -318,7 +319,7 @@ void EvaluationForm::saveOn(QDate day)
     }
     refreshHistory();
     afterSave();
-    showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(dayText(day)));
+    showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(slashedDate(day)));
 }
 
 void EvaluationForm::deleteChosen()
@@ -326,7 +327,7 @@ void EvaluationForm::deleteChosen()
     if (!m_chosen.isValid()
         || !state().prompts.confirm(QStringLiteral("Confermi l'eliminazione della rilevazione selezionata?")))
         return;
-    const QString day = dayText(m_chosen.date());
+    const QString day = slashedDate(m_chosen.date());
     WriteResult result = WriteResult::Failed;
     {
         const WaitCursor waiting;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/SindrMetabolica.h"
+#include "controls/DateFieldGuard.h"
 
 #include "calculators/CardiovascularRules.h"
 #include "controls/NumericEdit.h"
@@ -127,7 +128,7 @@ void SindrMetabolica::showThresholds()
         return;
     }
     const QString since = m_thresholds->since.isValid()
-                              ? QStringLiteral(", in vigore dal %1").arg(dayText(m_thresholds->since))
+                              ? QStringLiteral(", in vigore dal %1").arg(slashedDate(m_thresholds->since))
                               : QString();
     showHint(QStringLiteral("▲ Valori oltre le soglie regionali: %1 (regione %2%3).")
                  .arg(beyond)
