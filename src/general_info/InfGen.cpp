@@ -62,7 +62,6 @@ InfGen::InfGen(WorkingState &state, const std::function<bool(const QString &form
 {
     m_ui->setupUi(contents());
     setWindowTitle(QStringLiteral("Informazioni generali"));
-    QWidget *before = nullptr;
     int column = 0;
     for (const SectionGroup &group : sectionGroups()) {
         auto *const frame = new QGroupBox(QString::fromUtf16(group.title), contents());
@@ -81,14 +80,14 @@ InfGen::InfGen(WorkingState &state, const std::function<bool(const QString &form
             }
             connect(button, &QPushButton::clicked, this, [this, form] { openSection(form); });
             layout->addWidget(button);
-            if (before)
-                setTabOrder(before, button);
-            before = button;
+            if (!m_buttons.isEmpty())
+                setTabOrder(m_buttons.last(), button);
+            m_buttons.append(button);
         }
         layout->addStretch(1);
         m_ui->groups->addWidget(frame, 0, column++);
     }
-    setTabOrder(before, m_ui->Uscita);
+    setTabOrder(m_buttons.last(), m_ui->Uscita);
     connect(m_ui->Uscita, &QPushButton::clicked, this, &InfGen::reject);
 }
 
@@ -96,13 +95,10 @@ InfGen::~InfGen() = default;
 
 void InfGen::load()
 {
-    // The first section that can be opened.
-    for (QPushButton *const button : findChildren<QPushButton *>()) {
-        if (button->isEnabled()) {
-            button->setFocus();
-            break;
-        }
-    }
+    const auto first = std::find_if(m_buttons.begin(), m_buttons.end(),
+                                    [](const QPushButton *button) { return button->isEnabled(); });
+    if (first != m_buttons.end())
+        (*first)->setFocus();
 }
 
 void InfGen::openSection(const QString &form)

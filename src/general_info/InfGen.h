@@ -3,8 +3,11 @@
 
 #include "support/ui/ChartForm.h"
 
+#include <QList>
 #include <functional>
 #include <memory>
+
+class QPushButton;
 
 namespace Ui {
 class InfGen;
@@ -32,6 +35,7 @@ private:
 
     WorkingState &m_state;
     std::unique_ptr<Ui::InfGen> m_ui;
+    QList<QPushButton *> m_buttons; // of the sections
 };
 
 } // namespace clivara

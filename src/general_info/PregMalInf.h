@@ -18,7 +18,7 @@ class PregMalInf;
 namespace clivara {
 
 // The infectious diseases that the patient has had. Closing saves without asking when something has changed, which
-// without a stored code is always so. The box of disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
+// without a stored row is always so. The box of disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
 class PregMalInf final : public QuestionnaireForm {
     Q_OBJECT
 
@@ -41,6 +41,7 @@ private:
     std::array<QCheckBox *, std::size_t(infectionCount)> m_boxes{};
     std::array<QLineEdit *, std::size_t(notedInfections)> m_notes{};
     bool m_hasRow = false;
+    InfectionAnswers m_shown; // as loaded
     // Notes that were stored beside diseases the patient has not had: they show when the box is ticked.
     std::array<QString, std::size_t(notedInfections)> m_hiddenNotes;
 };

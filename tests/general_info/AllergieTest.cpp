@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/Allergie.h"
+#include "GeneralInfoFixture.h"
+#include "general_info/AllergenBox.h"
+#include "general_info/AllergenPanel.h"
+#include "general_info/AllergenSearch.h"
+#include "general_info/CodePairs.h"
+
+#include <QLineEdit>
+#include <QScrollBar>
+
+namespace clivara {
+
+namespace {
+
+class AllergieTest : public GeneralInfoFixture {
+protected:
+    // Latte di vacca, the second of the foods: positions 51 and 52.
+    static QString milk() { return nines(25) + QStringLiteral("01") + nines(89); }
+    QColor colour(const QString &name) const
+    {
+        const auto *const box = control(name);
+        return box->palette().color(box->foregroundRole());
+    }
+    QString text(const QString &name) const { return control<QAbstractButton>(name)->text(); }
+    QPlainTextEdit *freeTextField() const { return control<QPlainTextEdit>("Text1"); }
+    QString selected() const { return control<QLabel>("selezionati")->text(); }
+
+    Allergie form{state};
+};
+
+TEST_F(AllergieTest, ShowsCatalogueSelectionAndFreeText)
+{
+    store("X", milk());
+    open(form, [&] {
+        EXPECT_EQ(form.windowTitle(), QString::fromUtf8("Allergie di  Dell'Orto Niccolò"));
+        EXPECT_EQ(form.findChildren<AllergenBox *>().size(), 115);
+        EXPECT_EQ(text("grami_0"), "Agrostis");
+        EXPECT_EQ(text("grami_16"), "Canna && giunco"); // no mnemonic
+        EXPECT_EQ(text("epit_3"), "Penne d'uccelli");
+        EXPECT_EQ(text("epit_0"), ""); // the key is compared exactly
+        EXPECT_EQ(text("alim_40"), "");
+        EXPECT_TRUE(isChecked("alim_1"));
+        EXPECT_EQ(colour("alim_1"), QColor(128, 0, 0));
+        EXPECT_EQ(colour("alim_0"), QColor(0, 0, 0));
+        EXPECT_EQ(selected(), "1: Latte di vacca");
+        EXPECT_EQ(freeTextField()->toPlainText(), "Nichel");
+        EXPECT_EQ(notices(), "");
+        click("alim_1");
+        EXPECT_EQ(colour("alim_1"), QColor(0, 0, 0));
+        EXPECT_EQ(selected(), "Nessun allergene selezionato");
+        click("derma_1"); // has no name
+        EXPECT_EQ(selected(), "1: Dermatofagoidi n. 2");
+        click("derma_1");
+        click("alim_1");
+        esc(); // as it was: nothing to ask
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("X"), QStringList{milk()});
+    EXPECT_EQ(mailbox(), "RAF");
+    EXPECT_TRUE(journal().isEmpty());
+}
+
+TEST_F(AllergieTest, AsksSavesAndTellsTheHost)
+{
+    store("X", nines(115));
+    settings.write("Mir_Attivo", "1");
+    open(form, [&] {
+        click("alim_1");
+        prompts.queue(PromptButton::Yes);
+        click("Uscita");
+        EXPECT_FALSE(isOpen());
+    });
+    ASSERT_EQ(prompts.boxes.size(), 1);
+    EXPECT_EQ(prompts.last(), "Attenzione!|Salvare le modifiche?|question");
+    EXPECT_EQ(prompts.boxes[0].buttons, (QList{PromptButton::Yes, PromptButton::No, PromptButton::Cancel}));
+    EXPECT_EQ(codes("X"), QStringList{milk()});
+    EXPECT_EQ(freeText(), QStringList{"Nichel"});
+    EXPECT_EQ(journal(), QStringList{"4|2026-11-21 00:00:00|17|X|Null|false"});
+    EXPECT_EQ(mailbox(), "RAF");
+    EXPECT_TRUE(state.networkedPractice);
+}
+
+TEST_F(AllergieTest, NoSavesNothingAndCancelStays)
+{
+    store("X", nines(115));
+    open(form, [&] {
+        click("alim_1");
+        prompts.queue(PromptButton::Cancel);
+        esc();
+        EXPECT_TRUE(isOpen());
+        EXPECT_TRUE(isChecked("alim_1"));
+        EXPECT_EQ(mailbox(), "RAF"); // already
+        settings.write("AGGIORNA_DIARIO", "");
+        prompts.queue(PromptButton::No);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("X"), QStringList{nines(115)});
+    EXPECT_TRUE(journal().isEmpty());
+    EXPECT_EQ(mailbox(), "RAF");
+}
+
+TEST_F(AllergieTest, TheFirstCloseAsksThoughNothingWasDone)
+{
+    state.loadedCode = milk(); // of the patient before
+    open(form, [&] {
+        EXPECT_FALSE(isChecked("alim_1"));
+        EXPECT_EQ(freeTextField()->toPlainText(), "Nichel");
+        prompts.queue(PromptButton::Yes);
+        esc();
+    });
+    EXPECT_EQ(codes("X"), QStringList{nines(115)});
+    open(form, [&] { esc(); }); // not again
+}
+
+TEST_F(AllergieTest, TheFreeTextAloneWritesBoth)
+{
+    const QString stored =
+        milk().replace(50, 2, QStringLiteral("77")); // selected, as another program says it
+    store("X", stored);
+    open(form, [&] {
+        freeTextField()->selectAll();
+        QTest::keyClicks(freeTextField(), QString::fromLatin1("Sant'Anna"));
+        QTest::keyClick(freeTextField(), Qt::Key_Return);
+        QTest::keyClicks(freeTextField(), QString::fromLatin1("100% \"si'\""));
+        prompts.queue(PromptButton::Yes);
+        esc();
+    });
+    EXPECT_EQ(freeText(), QStringList{"Sant'Anna\r\n100% \"si'\""});
+    EXPECT_EQ(codes("X"), QStringList{milk()});
+    EXPECT_EQ(journal(), (QStringList{"4|2026-11-21 00:00:00|17|X|Null|false",
+                                      "3|2026-11-21 00:00:00|17|Null|Null|false"}));
+}
+
+TEST_F(AllergieTest, WithoutGeneralInformationTheTextStaysInTheWindow)
+{
+    execute("DELETE * FROM inf_gen");
+    store("X", nines(115));
+    open(form, [&] {
+        EXPECT_TRUE(notices().contains("non si può salvare")) << notices().toStdString();
+        click("alim_1");
+        QTest::keyClicks(freeTextField(), QString::fromLatin1("Lattice"));
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::Ok);
+        esc();
+        EXPECT_TRUE(isOpen());
+        EXPECT_TRUE(prompts.last().contains("il testo di «Varie» no")) << prompts.last().toStdString();
+        EXPECT_EQ(freeTextField()->toPlainText(), "Lattice");
+        EXPECT_EQ(codes("X"), QStringList{milk()});
+        // Another workstation has added the row: now the text can be saved.
+        execute("INSERT INTO inf_gen (cod_paz) VALUES (17)");
+        prompts.queue(PromptButton::Yes);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(freeText(), QStringList{"Lattice"});
+}
+
+TEST_F(AllergieTest, ABlankRowHidesTheFreeTextButDoesNotLoseIt)
+{
+    store("X", "  ");
+    open(form, [&] {
+        EXPECT_EQ(freeTextField()->toPlainText(), "");
+        EXPECT_TRUE(notices().contains("vi si aggiunge"));
+        QTest::keyClicks(freeTextField(), QString::fromLatin1("Lattice"));
+        prompts.queue(PromptButton::Yes);
+        esc();
+    });
+    EXPECT_EQ(freeText(), QStringList{"Nichel\r\nLattice"});
+
+    // Saving without a text leaves the stored one alone.
+    execute("UPDATE ESAME_OB SET dati_paz = ''");
+    open(form, [&] {
+        click("alim_1");
+        prompts.queue(PromptButton::Yes);
+        esc();
+    });
+    EXPECT_EQ(freeText(), QStringList{"Nichel\r\nLattice"});
+    EXPECT_EQ(codes("X"), QStringList{milk()});
+}
+
+TEST_F(AllergieTest, ANullCodeShowsTheLastLoadedOneAndSaysSo)
+{
+    store("X", "Null");
+    state.loadedCode = milk();
+    open(form, [&] {
+        EXPECT_TRUE(isChecked("alim_1"));
+        EXPECT_TRUE(notices().contains("forse di un altro paziente"));
+        esc(); // nothing has changed
+    });
+    EXPECT_EQ(codes("X"), QStringList{"Null"});
+}
+
+TEST_F(AllergieTest, DamagedCodes)
+{
+    struct Case {
+        QString code;
+        int selected;
+    };
+    for (const Case &each :
+         {Case{nines(115), 0}, Case{nines(114), 1}, Case{nines(114) + u'9', 1}, Case{nines(120), 0},
+          Case{QStringLiteral("xy") + nines(114), 1}, Case{QStringLiteral("x"), 115}}) {
+        execute("DELETE * FROM ESAME_OB");
+        store("X", each.code);
+        open(form, [&] {
+            EXPECT_EQ(control<AllergenPanel>("gruppi")->selectedNames().size(), each.selected);
+            EXPECT_EQ(notices().contains("non è integra"), each.code != nines(115))
+                << each.code.toStdString();
+        });
+    }
+}
+
+TEST_F(AllergieTest, AFailedSaveKeepsTheWindowOpen)
+{
+    store("X", nines(115));
+    refuseCodes();
+    open(form, [&] {
+        click("alim_1");
+        freeTextField()->setPlainText("Lattice");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::Ok);
+        esc();
+        EXPECT_TRUE(isOpen());
+        EXPECT_TRUE(isChecked("alim_1"));
+        EXPECT_TRUE(prompts.last().startsWith("Attenzione!|Salvataggio non riuscito"));
+    });
+    EXPECT_EQ(freeText(), QStringList{"Nichel"}); // all or nothing
+    EXPECT_TRUE(journal().isEmpty());
+}
+
+TEST_F(AllergieTest, WithoutAPatientNothingIsWritten)
+{
+    state.header.patientCode = -1;
+    open(form, [&] {
+        click("alim_1");
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_TRUE(clinical("SELECT * FROM ESAME_OB").isEmpty());
+}
+
+TEST_F(AllergieTest, TheSearchOnlyShows)
+{
+    store("X", milk());
+    open(form, [&] {
+        auto *const field = control<QLineEdit>("cerca");
+        const auto search = [&](const char *name) { return control<AllergenBox>(name)->search(); };
+        QTest::keyClicks(field, "LATTE");
+        EXPECT_EQ(control<QLabel>("trovati")->text(),
+                  QString::fromUtf8("1 trovato – Invio per raggiungerlo"));
+        EXPECT_EQ(search("alim_1"), AllergenBox::Search::Found);
+        EXPECT_EQ(search("alim_0"), AllergenBox::Search::Other);
+        EXPECT_EQ(colour("alim_1"), QColor(128, 0, 0));
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_TRUE(isOpen());
+        EXPECT_EQ(QApplication::focusWidget(), control("alim_1"));
+        QTest::keyClick(control("alim_1"), Qt::Key_Down);
+        EXPECT_EQ(QApplication::focusWidget(), control("alim_2"));
+        field->setText("polline");
+        EXPECT_EQ(search("alb_14"), AllergenBox::Search::Found);
+        EXPECT_EQ(control<QLabel>("trovati")->text(), QString::fromUtf8("51 trovati – Invio per il primo"));
+        field->setText("zzz");
+        EXPECT_EQ(control<QLabel>("trovati")->text(), "nessuno trovato");
+        field->clear();
+        EXPECT_EQ(search("alim_0"), AllergenBox::Search::None);
+        EXPECT_EQ(control<AllergenPanel>("gruppi")->selection(), decodeAllergies(milk()));
+        esc(); // nothing has changed
+        EXPECT_FALSE(isOpen());
+    });
+}
+
+TEST_F(AllergieTest, FitsAnOrdinaryScreenAndScrollsOneWayOnASmallOne)
+{
+    // The names of the demo practice are as long as any.
+    execute("DELETE * FROM ALLERGIE");
+    QFile file(QStringLiteral(DEMO_CATALOGUES));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString catalogues = QString::fromUtf8(file.readAll());
+    const QString rows =
+        catalogues.section(QLatin1String("[allergie]\n"), 1).section(QLatin1String("\n\n"), 0, 0);
+    for (const QString &row : rows.split(u'\n'))
+        execute(
+            QStringLiteral("INSERT INTO ALLERGIE VALUES ('%1')")
+                .arg(QString(row).replace(u'\'', QLatin1String("''")).replace(u'|', QLatin1String("', '"))));
+    store("X", milk());
+    open(form, [&] {
+        const auto *const panel = control<AllergenPanel>("gruppi");
+        EXPECT_FALSE(text("alim_40").isEmpty());
+        form.resize(1366, 700); // what a screen of 1366x768 leaves
+        QApplication::processEvents();
+        EXPECT_EQ(panel->horizontalScrollBar()->maximum(), 0);
+        EXPECT_EQ(panel->verticalScrollBar()->maximum(), 0);
+        form.resize(1092, 560); // the same screen at 125 %
+        QApplication::processEvents();
+        EXPECT_EQ(panel->horizontalScrollBar()->maximum(), 0);
+        EXPECT_GT(panel->verticalScrollBar()->maximum(), 0);
+    });
+}
+
+TEST(AllergenSearch, FindsPartsOfWordsWithoutCaseAndAccents)
+{
+    const QString about = QString::fromUtf8("Alimenti cibo Cacao e Caffè");
+    for (const char *typed : {"caffe", "CAFFÈ", "affe", "cacao cibo", " alim ", "e"})
+        EXPECT_TRUE(AllergenSearch(QString::fromUtf8(typed)).finds(about)) << typed;
+    for (const char *typed : {"", "  ", "latte", "cacao latte", "cacaoe", "'"})
+        EXPECT_FALSE(AllergenSearch(QString::fromUtf8(typed)).finds(about)) << typed;
+}
+
+} // namespace
+
+} // namespace clivara

@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "general_info/PregMalInf.h"
+#include "GeneralInfoFixture.h"
+#include "general_info/Allergie.h"
+#include "general_info/InfGen.h"
+#include "host/working_state/FormOpener.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace clivara {
+
+namespace {
+
+class PregMalInfTest : public GeneralInfoFixture {
+protected:
+    static QString none() { return encodeInfections({}); }
+    QLineEdit *note(int number) const { return control<QLineEdit>(QStringLiteral("Text1_%1").arg(number)); }
+    QStringList rows()
+    {
+        return clinical("SELECT cod_paz, data_reg, dati_paz FROM ESAME_OB WHERE tipo_dati = 'M'");
+    }
+
+    PregMalInf form{state};
+};
+
+TEST_F(PregMalInfTest, TheFirstCloseWritesARowAndTheNextDoesNot)
+{
+    // Even when the answers are those of the patient before.
+    state.loadedCode = none();
+    open(form, [&] {
+        EXPECT_EQ(form.windowTitle(), "Pregresse malattie infettive");
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(rows(), QStringList{"17|2026-11-21 10:00:00|" + none()});
+    EXPECT_EQ(journal(), QStringList{"4|2026-11-21 00:00:00|17|M|Null|false"});
+    EXPECT_EQ(none().size(), 190);
+
+    execute("UPDATE ESAME_OB SET data_reg = Null");
+    open(form, [&] { esc(); });
+    EXPECT_EQ(rows(), QStringList{"17|Null|" + none()});
+}
+
+TEST_F(PregMalInfTest, SavesAndShowsAgain)
+{
+    store("M", none());
+    open(form, [&] {
+        EXPECT_FALSE(note(1)->isEnabled());
+        click("SSCheck1_0");
+        click("SSCheck1_14");
+        click("SSCheck1_16");
+        EXPECT_TRUE(note(1)->isEnabled());
+        // 31 characters, one of them with an accent: the last is not taken.
+        for (const QChar character : QString::fromUtf8("perché no: l'anno 1987, a marz!"))
+            QTest::sendKeyEvent(QTest::Click, note(1), Qt::Key_unknown, QString(character), {});
+        EXPECT_EQ(note(1)->text().size(), 30);
+        click("Uscita");
+    });
+    InfectionAnswers saved;
+    saved.had.set(0).set(14).set(16);
+    saved.notes[1] = QString::fromUtf8("perché no: l'anno 1987, a marz");
+    EXPECT_EQ(codes("M"), QStringList{encodeInfections(saved)});
+    open(form, [&] {
+        EXPECT_TRUE(isChecked("SSCheck1_0"));
+        EXPECT_TRUE(isChecked("SSCheck1_14"));
+        EXPECT_FALSE(isChecked("SSCheck1_15"));
+        EXPECT_TRUE(isChecked("SSCheck1_16"));
+        EXPECT_EQ(note(1)->text(), saved.notes[1]);
+        EXPECT_TRUE(note(1)->isEnabled());
+        EXPECT_EQ(notices(), "");
+    });
+}
+
+TEST_F(PregMalInfTest, ANoteBesideADiseaseThatWasNotHadIsKept)
+{
+    store("M", none());
+    open(form, [&] {
+        click("SSCheck1_19");
+        QTest::keyClicks(note(4), QString::fromLatin1("dubbia"));
+        click("SSCheck1_19");
+        EXPECT_TRUE(note(4)->isEnabled());
+        esc();
+    });
+    const QStringList stored = codes("M");
+    EXPECT_TRUE(stored.value(0).contains("99dubbia"));
+    open(form, [&] {
+        EXPECT_EQ(note(4)->text(), "");
+        esc();
+    });
+    EXPECT_EQ(codes("M"), stored); // looking has not lost it
+    open(form, [&] {
+        click("SSCheck1_19");
+        EXPECT_EQ(note(4)->text(), "dubbia");
+        note(4)->clear();
+        esc();
+    });
+    InfectionAnswers had;
+    had.had.set(19);
+    EXPECT_EQ(codes("M"), QStringList{encodeInfections(had)});
+}
+
+TEST_F(PregMalInfTest, BothFormsShareTheLoadedCode)
+{
+    const QString milk = nines(25) + QStringLiteral("01") + nines(89);
+    store("X", milk);
+    store("M", "Null");
+    Allergie allergies(state);
+    open(allergies, [&] { esc(); });
+    open(form, [&] {
+        // The string of the allergies, read as if it were one of infections.
+        EXPECT_TRUE(notices().contains("forse di un altro paziente"));
+        for (std::size_t i = 0; i < infectionCount; ++i)
+            EXPECT_EQ(isChecked(QStringLiteral("SSCheck1_%1").arg(i)), decodeInfections(milk).had[i]) << i;
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("M"), QStringList{"Null"}); // a look does not write it into this chart
+
+    // The other way round: what is missing of the shorter string counts as selected.
+    execute("UPDATE ESAME_OB SET dati_paz = Null WHERE tipo_dati = 'X'");
+    execute(QStringLiteral("UPDATE ESAME_OB SET dati_paz = '%1' WHERE tipo_dati = 'M'").arg(none()));
+    open(form, [&] { esc(); });
+    open(allergies, [&] {
+        EXPECT_FALSE(isChecked("grami_0"));
+        EXPECT_TRUE(isChecked("epit_3"));
+        EXPECT_TRUE(notices().contains("forse di un altro paziente"));
+        prompts.queue(PromptButton::No); // 230 characters are not the 190 that were loaded
+        esc();
+    });
+    EXPECT_EQ(codes("X"), QStringList{"Null"});
+}
+
+TEST_F(PregMalInfTest, ADamagedCodeIsWrittenOnlyWhenTheDoctorChangesIt)
+{
+    for (const char *code : {"xy", "0199999", "àè99"}) {
+        execute("DELETE * FROM ESAME_OB");
+        store("M", QString::fromUtf8(code));
+        open(form, [&] {
+            EXPECT_TRUE(notices().contains("non è integra"));
+            esc();
+        });
+        EXPECT_EQ(codes("M"), QStringList{QString::fromUtf8(code)});
+        open(form, [&] {
+            click("SSCheck1_1");
+            esc();
+        });
+        EXPECT_EQ(codes("M").value(0).size(), 190);
+    }
+}
+
+TEST_F(PregMalInfTest, AFailedSaveAsksBeforeItLosesAnything)
+{
+    store("M", none());
+    refuseCodes();
+    open(form, [&] {
+        click("SSCheck1_3");
+        prompts.queue(PromptButton::No);
+        esc();
+        EXPECT_TRUE(isOpen());
+        EXPECT_TRUE(isChecked("SSCheck1_3"));
+        EXPECT_TRUE(prompts.last().contains("Chiudere senza salvare?"));
+        EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
+        prompts.queue(PromptButton::Yes);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("M"), QStringList{none()});
+}
+
+TEST_F(PregMalInfTest, WithoutAPatientNothingIsWritten)
+{
+    state.header.patientCode = -1;
+    open(form, [&] {
+        click("SSCheck1_3");
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_TRUE(rows().isEmpty());
+}
+
+// Notes which forms are opened.
+struct OpenedForms : FormOpener {
+    bool showForm(const QString &name) override
+    {
+        names.append(name);
+        return true;
+    }
+    QStringList names;
+};
+
+TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
+{
+    OpenedForms opened;
+    state.forms = &opened;
+    InfGen launcher(state, [](const QString &form) { return form == QLatin1String("PregMalInf"); });
+    open(launcher, [&] {
+        int on = 0;
+        for (const auto *const button : launcher.findChildren<QPushButton *>()) {
+            if (!button->objectName().startsWith("Apri_"))
+                continue;
+            on += button->isEnabled() ? 1 : 0;
+            EXPECT_EQ(button->isEnabled(), button->toolTip().isEmpty()) << button->objectName().toStdString();
+        }
+        EXPECT_EQ(on, 1);
+        EXPECT_EQ(QApplication::focusWidget(), control("Apri_PregMalInf"));
+        EXPECT_FALSE(control("Apri_Anagrafica")->isEnabled());
+        click("Apri_PregMalInf");
+        EXPECT_TRUE(isOpen());
+        click("Apri_Anagrafica");
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(opened.names, QStringList{"PregMalInf"});
+}
+
+} // namespace
+
+} // namespace clivara
