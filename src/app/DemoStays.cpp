@@ -23,14 +23,14 @@ void writeStays(DemoWriter &writer, const DemoPatient &patient)
     for (const QDate day : days) {
         const QDate discharge = day.addDays(random.between(1, 18));
         writer.add("clinical", "ricoveri2",
-                   QVariantList{++writer.stay, patient.code, DemoWriter::midnight(day),
-                                discharge > writer.today || random.chance(0.05)
-                                    ? QVariant()
-                                    : QVariant(DemoWriter::midnight(discharge)),
-                                random.chance(0.06)
-                                    ? QStringLiteral("Ospedale fuori regione (non in elenco)")
-                                    : random.pick(writer.lists.words(QStringLiteral("sedericov"))),
-                                random.pick(wards).at(1)}
+                   QVariantList{
+                       ++writer.stay, patient.code, DemoWriter::midnight(day),
+                       discharge > writer.today || random.chance(0.05) || (patient.rich && day == days.last())
+                           ? QVariant()
+                           : QVariant(DemoWriter::midnight(discharge)),
+                       random.chance(0.06) ? QStringLiteral("Ospedale fuori regione (non in elenco)")
+                                           : random.pick(writer.lists.words(QStringLiteral("sedericov"))),
+                       random.pick(wards).at(1)}
                        + writer.stamps(patient, QStringLiteral("DR"), day));
     }
 }

@@ -129,11 +129,6 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
     return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
 }
 
-QDateTime modifiedDate(dao::Recordset &row)
-{
-    return row.Fields(QStringLiteral("dLastModifiedDate")).date();
-}
-
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem)
 {
     const bool isNew = problem.id == noProblem;

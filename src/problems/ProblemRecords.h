@@ -57,9 +57,6 @@ std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); //
 // Another problem of the patient with the same code or, without a code, with the same description.
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem);
 
-// When a shared row was last written (dLastModifiedDate); null when no one noted it.
-QDateTime modifiedDate(dao::Recordset &row);
-
 // Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
 // blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was written
 // the struct is as it was. Failed also when another workstation wrote meanwhile, while this one waited: the

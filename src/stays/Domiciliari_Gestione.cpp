@@ -246,6 +246,20 @@ bool Domiciliari_Gestione::mayWrite()
         return refuse({QStringLiteral("Attenzione!"), QStringLiteral("Elemento già presente in elenco!"),
                        PromptIcon::Information},
                       m_ui->Data_Dom);
+    return mayReplace();
+}
+
+// False when another workstation has written the entry since the list was read and the doctor wants that to stay.
+bool Domiciliari_Gestione::mayReplace()
+{
+    const auto stored = m_entry.id == 0 ? std::nullopt : entryModified(m_state.clinical(), m_entry.id);
+    if (!stored || *stored == m_entry.modified)
+        return true;
+    if (!m_state.prompts.confirm(QStringLiteral(
+            "L'elemento è stato modificato da un'altra postazione mentre era aperto qui.\n"
+            "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
+        return false;
+    m_entry.modified = *stored;
     return true;
 }
 

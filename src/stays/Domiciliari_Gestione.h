@@ -35,6 +35,7 @@ private:
     enum class Mode { Browse, New, Edit };
 
     bool mayWrite() override;
+    bool mayReplace();
     WriteResult write() override;
     void becomeNew() override;
     QString vanishedQuestion() const override;

@@ -13,6 +13,11 @@ namespace {
 
 const auto sectionCode = QStringLiteral("DV"); // as all visits
 
+QString byId(qint32 id)
+{
+    return QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id);
+}
+
 QString numberList(const QList<qint32> &numbers)
 {
     QStringList texts;
@@ -72,9 +77,9 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
         names.insert(service.id, service.name);
     QList<HomeCareEntry> list;
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral(
-            "SELECT IdVisitaProbl, DataReg, validita, idtipo FROM VISITAPROBL WHERE (cod_paz = %1) "
-            "AND %2 Order By datareg desc, IdVisitaProbl desc")
+        QStringLiteral("SELECT IdVisitaProbl, DataReg, validita, idtipo, dLastModifiedDate FROM VISITAPROBL "
+                       "WHERE (cod_paz = %1) "
+                       "AND %2 Order By datareg desc, IdVisitaProbl desc")
             .arg(QString::number(patientCode), entryCondition(services, allTypes(codes))),
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
@@ -87,9 +92,16 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
         const auto name = names.constFind(type);
         entry.isTypeKnown = name != names.constEnd();
         entry.typeName = entry.isTypeKnown ? *name : QStringLiteral("Tipo %1 (non più in elenco)").arg(type);
+        entry.modified = modifiedDate(*rows);
         list.append(entry);
     }
     return list;
+}
+
+std::optional<QDateTime> entryModified(dao::Database &clinical, qint32 id)
+{
+    const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
+    return row->Eof() ? std::nullopt : std::optional(modifiedDate(*row));
 }
 
 bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &entry)
@@ -111,6 +123,8 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry)
                         .arg(state.header.patientCode));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
+        if (!isNew && modifiedDate(*row) != entry.modified)
+            return WriteResult::Failed;
         if (isNew)
             id = nextKey(state.clinical(), QStringLiteral("visitaprobl"), QStringLiteral("idvisitaprobl"));
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
@@ -132,11 +146,8 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry)
 
 WriteResult deleteHomeCare(WorkingState &state, qint32 id)
 {
-    return writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
-        return deleteSharedRow(state,
-                               QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id),
-                               sectionCode);
-    });
+    return writeTogether(state, QStringLiteral("VISITAPROBL"),
+                         [&] { return deleteSharedRow(state, byId(id), sectionCode); });
 }
 
 } // namespace clivara

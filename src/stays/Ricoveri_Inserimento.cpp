@@ -163,6 +163,20 @@ bool Ricoveri_Inserimento::isConsistent()
     return true;
 }
 
+// False when another workstation has written the stay since it was read and the doctor wants that to stay.
+bool Ricoveri_Inserimento::mayReplace()
+{
+    const auto stored = m_stay.id == 0 ? std::nullopt : readStay(m_state.clinical(), m_stay.id);
+    if (!stored || stored->modified == m_stay.modified)
+        return true;
+    if (!m_state.prompts.confirm(QStringLiteral(
+            "Il ricovero è stato modificato da un'altra postazione mentre era aperto qui.\n"
+            "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
+        return false;
+    m_stay.modified = stored->modified;
+    return true;
+}
+
 // Offers to add a hospital that the list does not have.
 void Ricoveri_Inserimento::askAboutList()
 {
@@ -185,7 +199,7 @@ void Ricoveri_Inserimento::askAboutList()
 
 bool Ricoveri_Inserimento::mayWrite()
 {
-    if (!isComplete() || !isConsistent())
+    if (!isComplete() || !isConsistent() || !mayReplace())
         return false;
     askAboutList();
     return true;

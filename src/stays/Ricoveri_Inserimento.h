@@ -39,6 +39,7 @@ private:
     // The rules of mayWrite: a text that is missing or wrong, and dates that contradict each other.
     bool isComplete();
     bool isConsistent();
+    bool mayReplace();
     void askAboutList();
     bool refuse(const QString &text, QWidget *field);
 

@@ -24,6 +24,7 @@ Stay stayFrom(dao::Recordset &row)
     stay.discharged = row.Fields(QStringLiteral("data_fineric")).date().date();
     stay.hospital = row.Fields(QStringLiteral("sede")).text();
     stay.ward = row.Fields(QStringLiteral("reparto")).text();
+    stay.modified = modifiedDate(row);
     return stay;
 }
 
@@ -96,6 +97,8 @@ WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList)
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from ricoveri2") : byId(stay.id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
+        if (!isNew && modifiedDate(*row) != stay.modified)
+            return WriteResult::Failed;
         if (extendList && nameInList(hospitals(state.clinical()), stay.hospital).isEmpty()
             && !addHospital(state, stay.hospital))
             return WriteResult::Failed;

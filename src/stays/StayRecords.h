@@ -22,6 +22,8 @@ struct Stay {
     QDate admitted, discharged; // data_accesso, data_fineric; null is Null
     QString hospital; // sede, as stored
     QString ward; // reparto, as stored
+    QDateTime
+        modified; // dLastModifiedDate as it was read; tells whether another workstation has written since
 };
 // Oldest first; of the same day the lower key first. Throws dao::Error.
 QList<Stay> listStays(dao::Database &clinical, qint32 patientCode);
@@ -36,6 +38,7 @@ QString nameInList(const QStringList &names, const QString &typed);
 // Writes the stay of the current patient, with its identity stamps; a new one gets its id. With `extendList` its
 // hospital is added to sedericov in the same transaction, unless it has come to be there. The hour of a date that is still
 // of the same day stays. Raises nothing; when nothing was written the struct is as it was.
+// Failed also when another workstation wrote the stay while this one waited.
 WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList);
 // Sets the owner to the working doctor, records the deletion ("DR") and deletes the row. All or nothing.
 WriteResult deleteStay(WorkingState &state, qint32 id);

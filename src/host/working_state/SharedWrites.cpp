@@ -42,4 +42,9 @@ WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QSt
     return WriteResult::Done;
 }
 
+QDateTime modifiedDate(dao::Recordset &row)
+{
+    return row.Fields(QStringLiteral("dLastModifiedDate")).date();
+}
+
 } // namespace clivara

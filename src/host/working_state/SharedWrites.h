@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <functional>
+
+namespace dao {
+class Recordset;
+}
 
 namespace clivara {
 
@@ -25,5 +30,8 @@ WriteResult writeTogether(WorkingState &state, const QString &subject,
 // code ("DP") and deletes the row. A row without record UID gets one, so that its deletion can be passed on.
 // Throws dao::Error.
 WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode);
+
+// When a shared row was last written (dLastModifiedDate); null when no one noted it. Throws dao::Error.
+QDateTime modifiedDate(dao::Recordset &row);
 
 } // namespace clivara

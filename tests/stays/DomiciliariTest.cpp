@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "problems/DialogFixture.h"
+#include "stays/Domiciliari_Gestione.h"
+
+#include <QGroupBox>
+
+namespace clivara {
+namespace {
+
+constexpr auto grid = "Griglia_Domiciliari";
+
+class DomiciliariTest : public DialogFixture {
+protected:
+    DomiciliariTest()
+    {
+        for (const char *row : {"(7, 'Assistenza', 'ADI01', 'ADI')", "(9, 'Vaccinazione', 'VAC10', 'VAC')",
+                                "(10, 'Senza codice', '', 'X')"})
+            environment.codes->Execute(
+                QStringLiteral("INSERT INTO TIPOVISITA (IdTipo, descr_tipo, CodiceReg, codice) VALUES ")
+                + QLatin1String(row));
+    }
+    void addEntry(int id, const char *date, int type, const char *note = "Null")
+    {
+        execute(QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo, txtNote) "
+                               "VALUES (%1, 17, %2, %3, %4)")
+                    .arg(id)
+                    .arg(QLatin1String(date))
+                    .arg(type)
+                    .arg(QLatin1String(note)));
+    }
+    std::string entries()
+    {
+        return clinical("SELECT IdVisitaProbl, DataReg, validita, idtipo FROM VISITAPROBL ORDER BY IdVisitaProbl")
+            .join(u'/')
+            .toStdString();
+    }
+    static constexpr auto fresh = "btGestione_0", edit = "btGestione_1", remove = "btGestione_2",
+                          store = "btGestione_3", cancel = "btGestione_4";
+    Domiciliari_Gestione form{state};
+};
+
+TEST_F(DomiciliariTest, ListsWhatIsHomeCareAndNothingElse)
+{
+    addEntry(1, "#11/01/2026#", 7);
+    addEntry(2, "#11/03/2026#", 9, "'con una nota'");
+    addEntry(3, "#11/02/2026#", 1); // an ordinary visit
+    addEntry(4, "#11/02/2026#", 10); // a type without regional code
+    addEntry(5, "#11/02/2026#", 77); // a type that was removed
+    addEntry(6, "#11/02/2026#", 77, "'visita'"); // an ordinary visit of such a type
+    open(form, [&] {
+        EXPECT_EQ(form.windowTitle(), "Domiciliari");
+        EXPECT_EQ(rows(grid), (QStringList{"03/11/2026|Vaccinazione|", "02/11/2026|Tipo 77 (non più in elenco)|",
+                                           "01/11/2026|Assistenza|"}));
+        EXPECT_EQ(control<QComboBox>("cbTipoDomiciliare")->count(), 2);
+        key(grid, Qt::Key_Down);
+        EXPECT_EQ(value("cbTipoDomiciliare"), "Tipo 77 (non più in elenco)") << "shown, but not to be chosen";
+        QTest::keyClick(control(grid), Qt::Key_Escape);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "PREVENZIONE");
+    environment.codes->Execute("DELETE * FROM TIPOVISITA");
+    open(form, [&] { EXPECT_EQ(rows(grid).size(), 4) << "all that are bare entries"; form.close(); });
+}
+
+TEST_F(DomiciliariTest, TheKeyIsTakenWhenTheEntryIsWritten)
+{
+    open(form, [&] {
+        key(grid, Qt::Key_Insert);
+        EXPECT_FALSE(control("Frame1")->isEnabled());
+        EXPECT_EQ(control<QGroupBox>("frDati")->title(), "Nuovo domiciliare");
+        EXPECT_TRUE(control("dtEdit")->hasFocus());
+        choose("cbTipoDomiciliare", "Assistenza");
+        otherWorkstation()->Execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (90, 18)");
+        {
+            const NoNewRows refused(*environment.clinical, "VISITAPROBL");
+            EXPECT_EQ(boxOf(store), notSaved);
+        }
+        EXPECT_EQ(value("cbTipoDomiciliare"), "Assistenza");
+        QTest::keyClick(&form, Qt::Key_S, Qt::ControlModifier);
+        EXPECT_TRUE(control("Frame1")->isEnabled());
+        EXPECT_TRUE(control(grid)->hasFocus());
+        click("Btm_Uscita");
+    });
+    EXPECT_EQ(clinical("SELECT IdVisitaProbl, idtipo FROM VISITAPROBL WHERE cod_paz = 17"), QStringList("91|7"));
+}
+
+TEST_F(DomiciliariTest, BothValuesReachTheMailbox)
+{
+    struct Written : SettingsStore {
+        QVariant read(const QString &, const QVariant &fallback) const override { return fallback; }
+        void write(const QString &, const QVariant &value) override { values += value.toString(); }
+        QStringList values;
+    } mailbox;
+    WorkingState other(Services{mailbox, clock, prompts, pauses, guids, middleware});
+    other.environment = &environment;
+    other.header.patientCode = 17;
+    Domiciliari_Gestione watched(other);
+    open(watched, [&] { click("Btm_Uscita"); });
+    EXPECT_EQ(mailbox.values, (QStringList{"DIARIO", "PREVENZIONE"}));
+    mailbox.values.clear();
+    open(watched, [&] { watched.close(); });
+    EXPECT_EQ(mailbox.values, QStringList("PREVENZIONE"));
+}
+
+TEST_F(DomiciliariTest, AnHourOfTheDayIsKeptAndMakesNoOtherEntry)
+{
+    addEntry(1, "#11/01/2026 15:30:00#", 7);
+    open(form, [&] {
+        click(edit);
+        click(store);
+        EXPECT_EQ(entries(), "1|2026-11-01 15:30:00|Null|7");
+        click(fresh);
+        control<QLineEdit>("dtEdit")->setText("01/11/2026");
+        choose("cbTipoDomiciliare", "Assistenza");
+        EXPECT_EQ(boxOf(store), "Attenzione!|Elemento già presente in elenco!|information");
+        click(cancel);
+        EXPECT_EQ(boxOf(remove, PromptButton::No),
+                  "Attenzione!|Sei sicuro di voler eliminare l'elemento selezionato?|question");
+        EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
+        form.close();
+    });
+    EXPECT_EQ(entries(), "1|2026-11-01 15:30:00|Null|7");
+}
+
+} // namespace
+} // namespace clivara

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "controls/CompletingBox.h"
+#include "controls/MaskedDateEdit.h"
+#include "controls/ReportView.h"
+#include "problems/DialogFixture.h"
+#include "stays/Ricoveri_Gestione.h"
+#include "stays/Ricoveri_Inserimento.h"
+
+#include <QClipboard>
+#include <QCompleter>
+#include <QLabel>
+
+namespace clivara {
+namespace {
+
+class RicoveriTest : public DialogFixture {
+protected:
+    RicoveriTest()
+    {
+        environment.codes->Execute("INSERT INTO reparth VALUES ('01', 'Cardiologia')");
+        execute("INSERT INTO sedericov (denominazione) VALUES ('Ospedale Sant''Anna')");
+        execute("INSERT INTO sedericov (denominazione) VALUES ('Clinica Santa Lucia')");
+    }
+    void addStay(const char *admitted, const char *discharged, const char *hospital)
+    {
+        execute(QStringLiteral("INSERT INTO ricoveri2 (cod_paz, data_accesso, data_fineric, sede, reparto) "
+                               "VALUES (17, %1, %2, '%3', 'Cardiologia')")
+                    .arg(QLatin1String(admitted), QLatin1String(discharged), QString::fromUtf8(hospital)));
+    }
+    void openStay(qint32 id, const std::function<void()> &act)
+    {
+        state.stayId = id;
+        open(dialog, act);
+    }
+    void typeHospital(const QString &text) const
+    {
+        auto *const field = control<QComboBox>("Combo1")->lineEdit();
+        field->setFocus(Qt::TabFocusReason);
+        field->selectAll();
+        QApplication::clipboard()->setText(text);
+        field->paste();
+    }
+    std::string stays()
+    {
+        return clinical("SELECT sede, reparto, data_accesso, data_fineric FROM ricoveri2 ORDER BY idRicovero")
+            .join(u'/')
+            .toStdString();
+    }
+    std::string hospitalList()
+    {
+        return clinical("SELECT denominazione FROM sedericov ORDER BY denominazione").join(u'/').toStdString();
+    }
+
+    static constexpr auto memorise = "Btm_Memorizza";
+    Ricoveri_Inserimento dialog{state};
+};
+
+TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
+{
+    addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
+    addStay("#11/01/2026#", "#11/06/2026#", "Clinica Santa Lucia");
+    addStay("#11/08/2026#", "#11/07/2026#", "Clinica Santa Lucia");
+    execute("INSERT INTO ricoveri2 (cod_paz, data_accesso) VALUES (18, #11/01/2026#)"); // of another patient
+    Ricoveri_Gestione form(state);
+    open(form, [&] {
+        EXPECT_EQ(form.windowTitle(), "Ricoveri");
+        EXPECT_EQ(columns("Griglia_Ricoveri"), (QStringList{"Data accesso", "Data uscita", "Sede", " reparto"}));
+        EXPECT_EQ(rows("Griglia_Ricoveri"),
+                  (QStringList{"01/11/2026|06/11/2026|Clinica Santa Lucia|Cardiologia",
+                               "08/11/2026|07/11/2026|Clinica Santa Lucia|Cardiologia",
+                               "10/11/2026||Clinica Santa Lucia|Cardiologia"}));
+        const auto *const model = control<QTreeView>("Griglia_Ricoveri")->model();
+        const auto cell = [&](int row, int column, int role) {
+            return model->index(row, column).data(role).toString().section('\n', 0, 0).toStdString();
+        };
+        EXPECT_EQ(cell(0, 2, Qt::ToolTipRole), "Durata: 5 giorni.");
+        EXPECT_EQ(cell(1, 0, Qt::ToolTipRole), "La fine del ricovero precede l'accesso.");
+        EXPECT_EQ(cell(2, 3, Qt::ToolTipRole), "Ancora in ospedale, da 11 giorni.");
+        EXPECT_EQ(cell(0, 1, HintRole), "");
+        EXPECT_EQ(cell(2, 1, HintRole), "in ospedale");
+        EXPECT_EQ(cell(2, 0, Qt::AccessibleTextRole), "10/11/2026, in ospedale");
+        EXPECT_EQ(control<QLabel>("lblDurata")->text(), "Ancora in ospedale, da 11 giorni.")
+            << "of the selected stay, the newest";
+        EXPECT_TRUE(control("Griglia_Ricoveri")->hasFocus());
+        key("Griglia_Ricoveri", Qt::Key_Up);
+        forms.act = [&] { EXPECT_EQ(state.stayId, 3); };
+        key("Griglia_Ricoveri", Qt::Key_Return);
+        EXPECT_EQ(forms.take(), "Ricoveri_Inserimento");
+        EXPECT_EQ(control<QTreeView>("Griglia_Ricoveri")->currentIndex().row(), 1);
+        QTest::keyClick(control("Griglia_Ricoveri"), Qt::Key_Escape);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "DIARIO");
+}
+
+TEST_F(RicoveriTest, ALongNameIsNeverCut)
+{
+    openStay(0, [&] {
+        choose("Combo2", "Cardiologia");
+        typeHospital(QString(200, 'x'));
+        EXPECT_TRUE(control("lblSede")->isVisible());
+        EXPECT_EQ(boxOf(memorise),
+                  "Attenzione!|La sede ha 200 caratteri: può averne al massimo 80.\nAccorciarla.|warning");
+        EXPECT_EQ(control<CompletingBox>("Combo1")->text().size(), 200);
+        typeHospital(QString(80, 'x'));
+        EXPECT_FALSE(control("lblSede")->isVisible());
+        EXPECT_EQ(boxOf(memorise, PromptButton::Yes),
+                  "Attenzione|Si desidera inserire l'elenco Sedi?|question");
+        EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
+    });
+    EXPECT_EQ(stays(), std::string(80, 'x') + "|Cardiologia|2026-11-21 00:00:00|Null");
+    EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/Ospedale Sant'Anna/" + std::string(80, 'x'));
+}
+
+TEST_F(RicoveriTest, AStayThatIsNotSavedDoesNotExtendTheList)
+{
+    openStay(0, [&] {
+        choose("Combo2", "Cardiologia");
+        typeHospital("L'Aquila");
+        {
+            const NoNewRows refused(*environment.clinical, "ricoveri2");
+            prompts.queue(PromptButton::Yes);
+            prompts.queue();
+            click(memorise);
+            EXPECT_EQ(prompts.last(), QString::fromStdString(notSaved));
+        }
+        EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/Ospedale Sant'Anna");
+        EXPECT_EQ(control<CompletingBox>("Combo1")->text(), "L'Aquila");
+        EXPECT_EQ(state.stayId, 0);
+        click(memorise); // the doctor has answered already
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/L'Aquila/Ospedale Sant'Anna");
+    EXPECT_EQ(state.stayId, 1);
+}
+
+TEST_F(RicoveriTest, TypingProposesTheHospitalsThatContainIt)
+{
+    openStay(0, [&] {
+        auto *const box = control<QComboBox>("Combo1");
+        box->lineEdit()->setFocus(Qt::TabFocusReason);
+        QTest::keyClicks(box->lineEdit(), "SANT'");
+        const QCompleter *const names = box->completer();
+        EXPECT_EQ(names->completionCount(), 1);
+        EXPECT_TRUE(names->popup()->isVisible());
+        control("Combo2")->setFocus(Qt::ShortcutFocusReason);
+        EXPECT_FALSE(names->popup()->isVisible()) << "it would take the keys of the next field";
+        EXPECT_EQ(box->currentText(), "SANT'");
+        click("Btm_Esci");
+    });
+    EXPECT_EQ(stays(), "");
+}
+
+TEST_F(RicoveriTest, WhatAnotherWorkstationWroteIsReplacedOnlyWhenTheDoctorSaysSo)
+{
+    addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
+    const std::string question =
+        "Attenzione!|Il ricovero è stato modificato da un'altra postazione mentre era aperto qui.\n"
+        "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.|question";
+    openStay(1, [&] {
+        control("Data_Val")->setFocus(Qt::TabFocusReason);
+        otherWorkstation()->Execute("UPDATE ricoveri2 SET data_fineric = #11/12/2026#, dLastModifiedDate = "
+                                    "#11/21/2026 09:00:00#");
+        EXPECT_EQ(boxOf(memorise, PromptButton::No), question);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(boxOf(memorise, PromptButton::Yes), question);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_EQ(stays(), "Clinica Santa Lucia|Cardiologia|2026-11-10 00:00:00|Null");
+}
+
+} // namespace
+} // namespace clivara
