@@ -36,6 +36,7 @@ QList<DemoOrder> laboratoryAndServices(DemoWriter &writer, const DemoPatient &pa
 void writeOrders(DemoWriter &writer, const DemoPatient &patient,
                  QList<DemoOrder> orders); // riepil, riepil2, SUGGERIT
 void writeEvaluations(DemoWriter &writer, const DemoPatient &patient); // Rischio_Cardio, SindrMetabolica
+void writeSheets(DemoWriter &writer, const DemoPatient &patient); // AIR15_7
 void writeStaysAndSheets(DemoWriter &writer, const DemoPatient &patient); // ricoveri2, AIR15_7
 void writeJournals(DemoWriter &writer, const QList<DemoPatient> &patients); // Modifiche, DELETIONS, Eventi
 

@@ -35,47 +35,6 @@ void writeStays(DemoWriter &writer, const DemoPatient &patient)
     }
 }
 
-QString digits(DemoRandom &random, int count)
-{
-    QString text;
-    for (int i = 0; i < count; ++i)
-        text += QChar(u'0' + random.below(3));
-    return text;
-}
-
-// Regional sheets of diabetes (type 1) and hypertension (type 2): list boxes as digits, a note of 79
-// characters, numbers of four characters, dates of eight.
-void writeSheets(DemoWriter &writer, const DemoPatient &patient)
-{
-    DemoRandom &random = writer.random;
-    for (const int type : {1, 2}) {
-        if (!patient.has(type == 1 ? Disease::Diabetes : Disease::Hypertension) || !random.chance(0.12))
-            continue;
-        const QDate from = std::max(patient.since, writer.today.addYears(-2));
-        QList<QDate> days{random.day(from, writer.today)};
-        if (random.chance(0.3))
-            days.append(random.day(from, writer.today));
-        std::sort(days.begin(), days.end());
-        for (const QDate day : days) {
-            const auto number = [](double value) {
-                return QStringLiteral("%1").arg(value, 4, 'f', 1, QLatin1Char('0'));
-            };
-            const auto date = [&] {
-                return day.addDays(-random.between(10, 300)).toString(QStringLiteral("ddMMyyyy"));
-            };
-            const double massIndex = patient.weightOn(day) * 10000 / (patient.heightCm * patient.heightCm);
-            const QString sheet =
-                digits(random, type == 1 ? 18 : 12)
-                + random.pick(writer.lists.words(QStringLiteral("notes"))).chopped(1).leftJustified(79)
-                + number(type == 1 ? (glucoseOn(patient, day) + 46.7) / 28.7 : systolicOn(patient, day) / 10)
-                + number(massIndex) + number(std::min(99.9, patient.weightOn(day))) + date() + date() + date()
-                + (type == 1 ? QStringLiteral("00,000300               , ") : QString());
-            writer.add("clinical", "AIR15_7",
-                       {++writer.sheets[type], patient.code, type, DemoWriter::midnight(day), sheet});
-        }
-    }
-}
-
 } // namespace
 
 void writeStaysAndSheets(DemoWriter &writer, const DemoPatient &patient)

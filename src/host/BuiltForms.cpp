@@ -17,6 +17,9 @@
 #include "stays/Domiciliari_Gestione.h"
 #include "stays/Ricoveri_Gestione.h"
 #include "stays/Ricoveri_Inserimento.h"
+#include "sheets/AIR15_Gestione.h"
+#include "sheets/SheetForm.h"
+#include "sheets/SheetLayout.h"
 
 namespace clivara {
 
@@ -31,6 +34,13 @@ std::unique_ptr<ChartForm> create(WorkingState &state)
 std::unique_ptr<ChartForm> createLauncher(WorkingState &state)
 {
     return std::make_unique<InfGen>(state, [](const QString &form) { return builtForms().contains(form); });
+}
+
+// All types of sheet are one form; the type is in its layout.
+template <int type>
+std::unique_ptr<ChartForm> createSheet(WorkingState &state)
+{
+    return std::make_unique<SheetForm>(state, *sheetLayout(type));
 }
 
 } // namespace
@@ -55,6 +65,14 @@ const FormFactories &builtForms()
         {QStringLiteral("Ricoveri_Gestione"), create<Ricoveri_Gestione>},
         {QStringLiteral("Ricoveri_Inserimento"), create<Ricoveri_Inserimento>},
         {QStringLiteral("Domiciliari_Gestione"), create<Domiciliari_Gestione>},
+        {QStringLiteral("AIR15_Gestione"), create<AIR15_Gestione>},
+        {QStringLiteral("AIR15_7_1"), createSheet<1>},
+        {QStringLiteral("AIR15_7_2"), createSheet<2>},
+        {QStringLiteral("AIR15_7_3"), createSheet<3>},
+        {QStringLiteral("AIR15_7_4"), createSheet<4>},
+        {QStringLiteral("AIR15_7_3_2"), createSheet<5>},
+        {QStringLiteral("AIR15_7_6"), createSheet<6>},
+        {QStringLiteral("AIR15_7_7"), createSheet<7>},
     };
     return forms;
 }

@@ -90,6 +90,7 @@ struct WorkingState {
     QString identifierTable;
     QString loadedCode; // the code string that the allergies or the past infections loaded last
     bool networkedPractice = false; // the setting "Mir_Attivo", as of the last saved allergies
+    qint32 sheetNumber = 0; // of the regional sheet to open, 0 a new one
     GroupSettings group;
     DoctorSettings doctor;
     PatientHeader header;

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "sheets/SheetRecords.h"
+#include "sheets/SheetSources.h"
+#include "support/ui/ChartForm.h"
+
+#include <memory>
+
+namespace Ui {
+class SheetForm;
+}
+
+namespace clivara {
+
+class SheetData;
+class SheetFields;
+struct SheetLayout;
+struct WorkingState;
+
+// One regional sheet, of whatever type: opens the sheet of WorkingState::sheetNumber, or a new one for 0, which then
+// has the number that it was saved under. Saving leaves it open; whoever closes it with changes is asked. A stored
+// sheet whose data do not fit the type's layout is shown as it is and never written.
+class SheetForm final : public ChartForm {
+    Q_OBJECT
+
+public:
+    SheetForm(WorkingState &state, const SheetLayout &layout);
+    ~SheetForm() override;
+
+protected:
+    void load() override;
+    bool queryUnload() override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void InitDati(qint32 number);
+    void initNew();
+    void initStored(qint32 number);
+    void PopolaDati(const SheetData &values);
+    void showHeading();
+    void showUnreadable(const QString &fault);
+    void noteMessage(const QString &text);
+    void noteCriteria();
+    bool isChanged() const;
+    bool mayWrite();
+    QDate enteredDate() const; // null when the field holds none
+    bool save();
+    bool trySave();
+    void print();
+    void savePdf();
+    int age() const;
+
+    WorkingState &m_state;
+    const SheetLayout &m_layout;
+    std::unique_ptr<Ui::SheetForm> m_ui;
+    SheetFields *m_fields;
+    StoredSheet m_sheet; // as it was read or saved last; of a new one the number that it will have
+    bool m_isStored = false;
+    bool m_isReadable = true;
+    QStringList m_shown; // the fields' texts and the date when they were shown or saved
+    bool m_saving = false;
+};
+
+} // namespace clivara

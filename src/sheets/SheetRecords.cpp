@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sheets/SheetRecords.h"
+
+#include "data/SqlText.h"
+#include "host/working_state/SharedWrites.h"
+#include "host/working_state/WorkingState.h"
+
+namespace clivara {
+
+namespace {
+
+const auto table = QStringLiteral("AIR15_7");
+
+QString byNumber(int type, qint32 number)
+{
+    return QStringLiteral("select * from AIR15_7 where (idTipo=%1) and (idScheda = %2)")
+        .arg(type)
+        .arg(number);
+}
+
+dao::Field field(dao::Recordset &rows, const char *name)
+{
+    return rows.Fields(QString::fromLatin1(name));
+}
+
+StoredSheet sheetOf(dao::Recordset &rows)
+{
+    return {qint32(field(rows, "idScheda").number()), int(field(rows, "idTipo").number()),
+            field(rows, "DataReg").date().date(), field(rows, "SEQDATI").text()};
+}
+
+bool isOf(dao::Recordset &rows, qint32 patient)
+{
+    return qint32(field(rows, "cod_paz").number()) == patient;
+}
+
+SheetWrite outcome(WriteResult result)
+{
+    switch (result) {
+    case WriteResult::Done:
+        return SheetWrite::Done;
+    case WriteResult::Vanished:
+        return SheetWrite::Vanished;
+    case WriteResult::Failed:
+        break;
+    }
+    return SheetWrite::Failed;
+}
+
+} // namespace
+
+QList<SheetRow> listSheets(dao::Database &clinical, qint32 patient)
+{
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral("select * from AIR15_7 where (cod_paz = ") + QString::number(patient)
+            + QStringLiteral(") Order By datareg desc, idTipo desc, idScheda desc"),
+        dao::RecordsetType::Snapshot);
+    QList<SheetRow> sheets;
+    for (; !rows->Eof(); rows->MoveNext())
+        sheets.append({qint32(field(*rows, "idScheda").number()), int(field(*rows, "idTipo").number()),
+                       field(*rows, "DataReg").date().date()});
+    return sheets;
+}
+
+std::optional<StoredSheet> readSheet(dao::Database &clinical, qint32 patient, int type, qint32 number)
+{
+    const auto rows = clinical.OpenRecordset(byNumber(type, number), dao::RecordsetType::Snapshot);
+    if (rows->Eof() || !isOf(*rows, patient))
+        return std::nullopt;
+    return sheetOf(*rows);
+}
+
+qint32 nextSheetNumber(dao::Database &clinical, int type)
+{
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral("SELECT Max(idScheda) AS maxId FROM AIR15_7 where (idTipo=%1)").arg(type),
+        dao::RecordsetType::Snapshot);
+    return qint32(rows->Eof() ? 0 : field(*rows, "maxId").number()) + 1; // Null is 0
+}
+
+SheetWrite addSheet(WorkingState &state, StoredSheet &sheet)
+{
+    qint32 number = sheet.number;
+    const WriteResult result = writeTogether(state, table, [&] {
+        dao::Database &clinical = state.clinical();
+        if (number < 1 || !clinical.OpenRecordset(byNumber(sheet.type, number))->Eof())
+            number = nextSheetNumber(clinical, sheet.type);
+        const auto rows = clinical.OpenRecordset(QStringLiteral("select * from AIR15_7 "));
+        if (state.operations.Recordset_AddNew(*rows) != 0)
+            return WriteResult::Failed;
+        field(*rows, "idScheda").setValue(number);
+        field(*rows, "cod_paz").setValue(state.header.patientCode);
+        field(*rows, "idTipo").setValue(sheet.type);
+        field(*rows, "DataReg").setValue(dateValue(sheet.date));
+        field(*rows, "SEQDATI").setValue(sheet.data);
+        return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+    if (result == WriteResult::Done)
+        sheet.number = number;
+    return outcome(result);
+}
+
+SheetWrite changeSheet(WorkingState &state, const StoredSheet &sheet,
+                       const std::optional<StoredSheet> &before)
+{
+    bool changed = false;
+    const WriteResult result = writeTogether(state, table, [&] {
+        const auto rows = state.clinical().OpenRecordset(byNumber(sheet.type, sheet.number));
+        if (rows->Eof() || !isOf(*rows, state.header.patientCode))
+            return WriteResult::Vanished;
+        changed = before && sheetOf(*rows) != *before;
+        if (changed || state.operations.Recordset_Edit(*rows) != 0)
+            return WriteResult::Failed;
+        field(*rows, "DataReg").setValue(dateValue(sheet.date));
+        field(*rows, "SEQDATI").setValue(sheet.data);
+        return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+    return changed ? SheetWrite::Changed : outcome(result);
+}
+
+SheetWrite deleteSheet(WorkingState &state, int type, qint32 number)
+{
+    return outcome(writeTogether(state, table, [&] {
+        const auto rows = state.clinical().OpenRecordset(
+            QStringLiteral("select * from AIR15_7 where (idScheda = %1) and (cod_paz = %2) and (idTipo = %3)")
+                .arg(number)
+                .arg(state.header.patientCode)
+                .arg(type));
+        if (rows->Eof())
+            return WriteResult::Vanished;
+        rows->Delete();
+        return WriteResult::Done;
+    }));
+}
+
+} // namespace clivara

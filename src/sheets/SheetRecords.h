@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QDate>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace dao {
+class Database;
+}
+
+namespace clivara {
+
+struct WorkingState;
+
+// Rows of AIR15_7. Numbers are counted for each type over all patients. Reading throws dao::Error.
+
+// A line of the list of sheets.
+struct SheetRow {
+    qint32 number = 0; // idScheda
+    int type = 0; // idTipo
+    QDate date; // null when it has none
+};
+// The sheets of a patient, newest first; of one day the later type and number first.
+QList<SheetRow> listSheets(dao::Database &clinical, qint32 patient);
+
+struct StoredSheet {
+    qint32 number = 0;
+    int type = 0;
+    QDate date; // null when it has none
+    QString data; // SEQDATI as stored; empty for Null
+
+    bool operator==(const StoredSheet &) const = default;
+};
+// Nothing when the patient has no such sheet.
+std::optional<StoredSheet> readSheet(dao::Database &clinical, qint32 patient, int type, qint32 number);
+
+// The highest number of the type plus 1; 1 for the first.
+qint32 nextSheetNumber(dao::Database &clinical, int type);
+
+enum class SheetWrite {
+    Done,
+    Vanished, // another workstation deleted the sheet
+    Changed, // another workstation changed it since it was read
+    Failed // still not possible after the retries; the log tells why
+};
+
+// Adds a sheet of the current patient under its number, or under the next one when that was given away meanwhile;
+// `sheet` then has the number that it was stored under. Raises nothing.
+SheetWrite addSheet(WorkingState &state, StoredSheet &sheet);
+// Replaces date and data of a stored sheet. `before` is the sheet as it was read; none writes over whatever is there.
+SheetWrite changeSheet(WorkingState &state, const StoredSheet &sheet,
+                       const std::optional<StoredSheet> &before);
+// Deletes the sheet of the current patient with that type and number.
+SheetWrite deleteSheet(WorkingState &state, int type, qint32 number);
+
+} // namespace clivara

@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "sheets/SheetSources.h"
+
+#include "SheetFixture.h"
+#include "extraction/ModEstrazDati.h"
+#include "sheets/SheetData.h"
+
+namespace clivara {
+namespace {
+
+class SheetSourcesTest : public SheetFixture {
+protected:
+    // A new sheet of that type for the patient, filled from the record.
+    SheetData recovered(int type, int age = 60)
+    {
+        SheetData sheet(*sheetLayout(type));
+        last = RecuperaDati(sheet, ModEstrazDati(*environment.clinical, log), {17, age, clock.today()});
+        return sheet;
+    }
+    void addProblem(const char *code)
+    {
+        execute(QStringLiteral("INSERT INTO PROBLEMS (idProblems, cod_paz, CodICDSospetto, DataApertura) "
+                               "VALUES (%1, 17, '%2', #1/1/2020#)")
+                    .arg(++m_keys)
+                    .arg(code));
+    }
+    void addDrug(const char *atc, const char *date)
+    {
+        ++m_keys;
+        execute(QStringLiteral("INSERT INTO SPEFAR (CODSPE, atc) VALUES ('F%1', '%2')").arg(m_keys).arg(atc));
+        execute(QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan, da_pre, num_conf) "
+                               "VALUES (%1, 17, 0, 'F%1', %2, 1)")
+                    .arg(m_keys)
+                    .arg(date));
+    }
+    void addResult(const char *code, const char *value, const char *unit, const char *date)
+    {
+        ++m_keys;
+        execute(QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan, da_pre) VALUES (%1, 17, "
+                               "1, 'E%1', %2)")
+                    .arg(m_keys)
+                    .arg(date));
+        execute(QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie, codice, unita, unita_Mis) "
+                               "VALUES (%1, 'E%1', '%2', '%3', '%4')")
+                    .arg(m_keys)
+                    .arg(code, value, unit));
+    }
+
+    RecoveredData last;
+
+private:
+    int m_keys = 0;
+};
+
+TEST_F(SheetSourcesTest, AnEmptyRecordLeavesTheTemplate)
+{
+    execute("DELETE FROM inf_gen");
+    SheetData expected(*sheetLayout(1));
+    // What is prescribed is known: nothing.
+    for (const char *drug : {"Statine", "Antipertensivi", "AceSartani", "Antiaggreganti"})
+        expected.setValue(sheetLayout(1)->indexOf(drug), "1");
+    EXPECT_EQ(CreaStringaDati(recovered(1)), CreaStringaDati(expected));
+    for (int type = firstSheetType; type <= lastSheetType; ++type)
+        EXPECT_TRUE(readSheetString(*sheetLayout(type), CreaStringaDati(recovered(type))).data) << type;
+    EXPECT_TRUE(last.remarks.isEmpty());
+    EXPECT_TRUE(logged().filter("Error").isEmpty());
+}
+
+TEST_F(SheetSourcesTest, FillsTheDiabetesSheet)
+{
+    for (const char *code : {"250.62", "401.9", "414.01", "272.4", "362.01"})
+        addProblem(code);
+    addDrug("C10AA05", "#11/21/2025#"); // twelve months ago to the day
+    addDrug("B01AC06", "#11/20/2025#"); // a day more
+    addDrug("A10BA02", "#5/21/2026#"); // six months
+    addDrug("A10AB01", "#5/20/2026#");
+    addDrug("C09AA05", "#11/21/2026#");
+    addResult("90.28.1", "58", "mmol/mol", "#10/1/2026#");
+    addResult("90.16.04", "1.24", "mg/dl", "#9/1/2026#");
+    addResult("90.16.4", "2.5", "mg/dl", "#8/1/2026#");
+    execute("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES (17, 'A', '1', "
+            "#6/1/2026#, '170112.3')");
+    execute("INSERT INTO ESAME_OB (cod_paz, tipo_dati, data_reg, dati_paz) VALUES (17, 'H', #3/1/2026#, '"
+            + QString(95, '9') + "02')");
+
+    const SheetData sheet = recovered(1);
+    EXPECT_EQ(CreaStringaDati(sheet).left(18).toStdString(), "221200002220212121");
+    EXPECT_EQ(sheet.value("Glicata"), "7.5"); // 58 mmol/mol
+    EXPECT_EQ(sheet.value("DataGlicata"), "01/10/2026");
+    EXPECT_EQ(sheet.value("MassaCorporea"), "38.9");
+    EXPECT_EQ(sheet.value("Creatinina"), "1.2"); // the newest of both codes
+    EXPECT_EQ(sheet.value("Peso"), ""); // the field ends at 99.9
+    EXPECT_EQ(last.remarks, QStringList{"Peso (kg): 112.3 non entra nel campo."});
+    EXPECT_EQ(last.origins.value(sheetLayout(1)->indexOf("Glicata")),
+              "Risultato del 01/10/2026: 58 mmol/mol");
+}
+
+TEST_F(SheetSourcesTest, TellsUnitsOfGlycatedHaemoglobinApart)
+{
+    const struct {
+        const char *value, *unit, *percent;
+    } cases[] = {{"7.2", "%", "7.2"}, {"42", "mmol/mol", "6"}, {"42", "", "6"},
+                 {"20", "", "20"},    {"7,2", "", "7.2"},      {"120", "mmol/mol", "13.1"}};
+    for (const auto &[value, unit, percent] : cases) {
+        execute("DELETE FROM riepil2");
+        addResult("90.28.1", value, unit, "#11/21/2026#");
+        EXPECT_EQ(recovered(1).value("Glicata").toStdString(), percent) << value << unit;
+    }
+}
+
+TEST_F(SheetSourcesTest, KnowsTheKindsOfDiabetesAndItsTherapy)
+{
+    const struct {
+        const char *code, *type;
+    } types[] = {{"250.00", "2"}, {"250.01", "1"}, {"250.53", "1"},
+                 {"250.62", "2"}, {"250", "2"},    {"648.0", "3"}};
+    for (const auto &[code, type] : types) {
+        execute("DELETE FROM PROBLEMS");
+        addProblem(code);
+        EXPECT_EQ(recovered(1).value("TipoDiabete").toStdString(), type) << code;
+    }
+    EXPECT_EQ(recovered(1).entry("Terapia"), 0); // no diabetes in the proper sense, and no drug
+    addProblem("250.00");
+    EXPECT_EQ(recovered(1).entry("Terapia"), 1);
+    addDrug("A10AB01", "#11/1/2026#");
+    EXPECT_EQ(recovered(1).entry("Terapia"), 3);
+    addDrug("A10BA02", "#11/1/2026#");
+    EXPECT_EQ(recovered(1).entry("Terapia"), 4);
+}
+
+TEST_F(SheetSourcesTest, FillsPressuresRiskAndFrailty)
+{
+    for (const char *row : {"#6/1/2026#, 165, 95", "#7/1/2026#, 130, Null", "#1/1/2020#, 220, 130"})
+        execute(QStringLiteral("INSERT INTO esa_ob (cod_paz, data_ob, presmax, presmin) VALUES (17, %1)")
+                    .arg(row));
+    execute("INSERT INTO Rischio_Cardio (cod_paz, Data_Val, pct_rischio) VALUES (17, #2/1/2026#, 0.1234)");
+    const SheetData pressure = recovered(2);
+    EXPECT_EQ(pressure.value("SistolicaMax"), "165");
+    EXPECT_EQ(pressure.value("DiastolicaMax"), "95");
+    EXPECT_EQ(pressure.value("SistolicaMin"), "130");
+    EXPECT_EQ(pressure.value("DiastolicaMin"), ""); // was not written down
+    EXPECT_EQ(pressure.value("Percentuale"), "12.3");
+
+    EXPECT_EQ(recovered(4).entry("Malattie"), 1);
+    for (const char *code : {"401.9", "402", "250.00"})
+        addProblem(code);
+    EXPECT_EQ(recovered(4).entry("Malattie"), 2); // hypertension counts once
+    for (const char *code : {"428.0", "331.0"})
+        addProblem(code);
+    addProblem("162.9");
+    const SheetData frailty = recovered(4);
+    EXPECT_EQ(frailty.entry("Malattie"), 3);
+    EXPECT_EQ(shownValue(frailty, sheetLayout(4)->indexOf("Cognitivo")), "deficit moderato");
+    EXPECT_EQ(frailty.value("Totale"), "4");
+
+    addProblem("491.21");
+    EXPECT_EQ(recovered(3).entry("Diagnosi"), 2);
+    addProblem("493.0");
+    EXPECT_EQ(recovered(5).entry("Diagnosi"), 3);
+}
+
+} // namespace
+} // namespace clivara
