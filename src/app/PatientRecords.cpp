@@ -213,8 +213,8 @@ qint32 PatientRecords::instructivePatient(QDate since) const
             exams[each.key()].insert(QStringLiteral("peso"));
     }
 
-    // So do the evaluations of which there is a course to see.
-    for (const char *table : {"Rischio_Cardio", "SindrMetabolica"}) {
+    // So do the evaluations and the sheets of which there is a course to see.
+    for (const char *table : {"Rischio_Cardio", "SindrMetabolica", "AIR15_7"}) {
         const auto evaluations = m_environment.clinical->OpenRecordset(
             QStringLiteral("SELECT cod_paz FROM %1 GROUP BY cod_paz HAVING count(*) > 2")
                 .arg(QLatin1String(table)),

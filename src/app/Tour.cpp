@@ -112,9 +112,11 @@ struct DialogOpener {
     const char *form;
     const char *control;
 };
-constexpr DialogOpener dialogOpeners[]{{"Problemi", "bt_Probl_2"},    {"Problemi", "bt_Visita_2"},
-                                       {"Probl1", "Problema"},        {"Visita2", "Problema"},
-                                       {"InfGen", "Apri_PregMalInf"}, {"Ricoveri_Gestione", "Btn_Modif_Dom"}};
+constexpr DialogOpener dialogOpeners[]{
+    {"Problemi", "bt_Probl_2"},     {"Problemi", "bt_Visita_2"},
+    {"Probl1", "Problema"},         {"Visita2", "Problema"},
+    {"InfGen", "Apri_PregMalInf"},  {"Ricoveri_Gestione", "Btn_Modif_Dom"},
+    {"AIR15_Gestione", "Btm_Apri"}, {"AIR15_Gestione", "chameleonButton1_1"}};
 
 // Waits inside the form's own event loop until it is open, has it show what it can and takes its picture, then
 // those of the dialogs that open out of it; closes it in any case.

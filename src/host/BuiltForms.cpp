@@ -14,12 +14,12 @@
 #include "problems/SelezProblema.h"
 #include "problems/Visita2.h"
 #include "problems/Visite2.h"
-#include "stays/Domiciliari_Gestione.h"
-#include "stays/Ricoveri_Gestione.h"
-#include "stays/Ricoveri_Inserimento.h"
 #include "sheets/AIR15_Gestione.h"
 #include "sheets/SheetForm.h"
 #include "sheets/SheetLayout.h"
+#include "stays/Domiciliari_Gestione.h"
+#include "stays/Ricoveri_Gestione.h"
+#include "stays/Ricoveri_Inserimento.h"
 
 namespace clivara {
 

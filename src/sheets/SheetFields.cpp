@@ -8,9 +8,11 @@
 #include "controls/NumericEdit.h"
 #include "values/JetValues.h"
 
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QTimer>
 #include <algorithm>
 
 namespace clivara {
@@ -43,6 +45,16 @@ QString controlName(const SheetField &field)
 const MaskedDateEdit *dateEdit(const QWidget *control)
 {
     return control->findChild<const MaskedDateEdit *>(QStringLiteral("dtEdit"));
+}
+
+// Selects the whole text of a field that the mouse has entered; the click itself first sets its cursor. The keyboard
+// selects it anyway.
+void Seleziona_Testo(QLineEdit *edit)
+{
+    QTimer::singleShot(0, edit, [edit] {
+        if (edit->hasFocus())
+            edit->selectAll();
+    });
 }
 
 // "99.9" for the pattern "00.0": the highest number of a field.
@@ -141,12 +153,14 @@ QWidget *SheetFields::makeControl(int index)
     case SheetFieldKind::Text: {
         auto *const edit = new QLineEdit(this);
         edit->setMaxLength(field.width);
+        edit->installEventFilter(this);
         connect(edit, &QLineEdit::textEdited, this, &SheetFields::edited);
         return edit;
     }
     case SheetFieldKind::Number: {
         auto *const edit = new NumericEdit(this);
         edit->setToolTip(QStringLiteral("Al massimo %1").arg(highestNumber(field)));
+        edit->installEventFilter(this);
         connect(edit, &QLineEdit::textEdited, this, &SheetFields::edited);
         return edit;
     }
@@ -291,6 +305,14 @@ void SheetFields::setOrigins(const QHash<int, QString> &origins)
             isNumber ? QStringLiteral("Al massimo %1").arg(highestNumber(m_layout.fields[i])) : QString();
         m_controls[i]->setToolTip(origins.value(i, usual));
     }
+}
+
+bool SheetFields::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn
+        && static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason)
+        Seleziona_Testo(static_cast<QLineEdit *>(watched));
+    return QWidget::eventFilter(watched, event);
 }
 
 void SheetFields::focusFirst()

@@ -7,7 +7,7 @@
 #include <QWidget>
 
 class QGridLayout;
-class QLabel;
+class QLineEdit;
 
 namespace clivara {
 
@@ -38,6 +38,9 @@ public:
     // Says of the fields where their values come from; takes back what was said before.
     void setOrigins(const QHash<int, QString> &origins);
     void focusFirst();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
     void edited(); // the doctor changed a field; totals and bands are up to date

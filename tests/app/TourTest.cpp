@@ -39,8 +39,8 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
             std::count_if(group.sections.begin(), group.sections.end(), [](const orvale::Section &section) {
                 return clivara::Class3::isBuilt(section.action);
             });
-    const QStringList dialogs{"Probl1",        "RicercaDiagnosi", "Visita2",
-                              "SelezProblema", "PregMalInf",      "Ricoveri_Inserimento"};
+    const QStringList dialogs{"Probl1",     "RicercaDiagnosi",      "Visita2",  "SelezProblema",
+                              "PregMalInf", "Ricoveri_Inserimento", "AIR15_7_1"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
     const QStringList sections{"Problemi",
@@ -53,7 +53,8 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
                                "calcCockCroft",
                                "calcFiltGlom",
                                "Ricoveri_Gestione",
-                               "Domiciliari_Gestione"};
+                               "Domiciliari_Gestione",
+                               "AIR15_Gestione"};
     for (const QString &form : sections + dialogs)
         EXPECT_EQ(names.filter(QStringLiteral("_%1.png").arg(form)).size(), 1) << form.toStdString();
     for (const QString &file : written) {

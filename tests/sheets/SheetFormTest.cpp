@@ -336,6 +336,24 @@ TEST_F(SheetFormTest, FrailtyShowsItsTotalsAsTheDoctorChooses)
     EXPECT_EQ(clinical("SELECT mid(SEQDATI, 26, 9) FROM AIR15_7"), QStringList{"202010306"});
 }
 
+TEST_F(SheetFormTest, AFieldThatIsEnteredIsSelected)
+{
+    addSheetRow(1, 1, "#1/1/2026#", quoted(QString(blank(1)).replace(97, 4, "07.2").replace(18, 4, "nota")));
+    openSheet(1, 1, [&] {
+        for (const char *field : {"me_Glicata", "txtNote"}) {
+            control("ctrlButt_0")->setFocus();
+            QTest::mouseClick(edit(field), Qt::LeftButton);
+            QCoreApplication::processEvents();
+            EXPECT_EQ(edit(field)->selectedText(), edit(field)->text()) << field;
+            EXPECT_FALSE(edit(field)->text().isEmpty());
+        }
+        // Enter leads on, and closes nothing.
+        QTest::keyClick(edit("me_Glicata"), Qt::Key_Return);
+        EXPECT_TRUE(control("cmbFumo")->isVisible());
+        click(leave);
+    });
+}
+
 TEST_F(SheetFormTest, AFailedSaveKeepsEverything)
 {
     openSheet(1, 0, [&] {
