@@ -106,11 +106,11 @@ SheetPaper sheetPaper(const WorkingState &state, qint32 number, QDate date)
 {
     SheetPaper paper;
     const GroupSettings &group = state.group;
-    paper.heading = QStringList{group.heading.trimmed(), group.title.trimmed()};
+    paper.heading = {group.heading.trimmed(), group.title.trimmed(),    group.stamp1.trimmed(),
+                     group.stamp2.trimmed(),  group.address1.trimmed(), group.address2.trimmed()};
     paper.heading.removeAll(QString());
     if (paper.heading.isEmpty())
         paper.heading << (state.doctor.name + u' ' + state.doctor.surname).trimmed();
-    paper.heading << group.stamp1 << group.stamp2 << group.address1 << group.address2;
     const PatientIdentity &identity = state.header.identity;
     QStringList facts;
     if (!identity.sex.isEmpty())
