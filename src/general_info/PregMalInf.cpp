@@ -66,7 +66,6 @@ void PregMalInf::load()
     const Loaded loaded = loadCode(isIntactInfectionCode);
     m_hasRow = loaded != Loaded::NoRow;
     showAnswers(loaded == Loaded::Code ? decodeInfections(m_state.loadedCode) : InfectionAnswers());
-    m_shown = answers();
     adjustSize();
     m_boxes[std::size_t(plainInfections)]->setFocus();
 }
@@ -109,15 +108,12 @@ void PregMalInf::askForNote(std::size_t note)
 
 bool PregMalInf::queryUnload()
 {
-    const InfectionAnswers given = answers();
-    const QString code = encodeInfections(given);
+    const QString code = encodeInfections(answers());
     // Without a patient there is no chart to write into.
     if (m_state.header.patientCode < 1)
         return true;
     // A patient without a row gets one, also when the answers are by chance those that were loaded last.
-    // What may be another patient's, or damaged, is not written without asking unless the doctor has changed it.
-    const bool isUntouched = isDoubtful() && given == m_shown;
-    if (m_hasRow && (isUntouched || !isChangedCode(code)))
+    if (m_hasRow && !isChangedCode(code))
         return true;
     if (save([&] { return writeCode(m_state, m_kind, code, m_state.clock.local()); }))
         return true;

@@ -41,7 +41,6 @@ private:
     std::array<QCheckBox *, std::size_t(infectionCount)> m_boxes{};
     std::array<QLineEdit *, std::size_t(notedInfections)> m_notes{};
     bool m_hasRow = false;
-    InfectionAnswers m_shown; // as loaded
     // Notes that were stored beside diseases the patient has not had: they show when the box is ticked.
     std::array<QString, std::size_t(notedInfections)> m_hiddenNotes;
 };

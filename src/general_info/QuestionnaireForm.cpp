@@ -33,7 +33,6 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
 {
     m_notices->clear();
     m_notices->hide();
-    m_doubtful = false;
     const StoredCode stored = readCode(m_state.clinical(), m_state.header.patientCode, m_kind);
     if (!stored.exists)
         return Loaded::NoRow;
@@ -41,11 +40,10 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
         m_state.loadedCode = *stored.code;
     if (withoutOuterBlanks(m_state.loadedCode).isEmpty())
         return Loaded::Blank;
-    m_doubtful = !stored.code || !isIntact(m_state.loadedCode);
     if (!stored.code) {
         addNotice(QStringLiteral("La scheda registrata di questo paziente è vuota: le voci segnate vengono "
                                  "dall'ultima scheda aperta, forse di un altro paziente."));
-    } else if (m_doubtful) {
+    } else if (!isIntact(m_state.loadedCode)) {
         addNotice(QStringLiteral(
             "La scheda registrata non è integra: le voci segnate vanno verificate prima di salvare."));
     }

@@ -32,9 +32,6 @@ protected:
     // doctor can trust. Throws dao::Error.
     Loaded loadCode(bool (*isIntact)(const QString &code));
 
-    // The loaded code may be another patient's, or is damaged: what it shows is not known to be so.
-    bool isDoubtful() const { return m_doubtful; }
-
     // What counts is what the strings say without the blanks around them.
     bool isChangedCode(const QString &code) const;
 
@@ -46,7 +43,6 @@ protected:
 
 private:
     QLabel *m_notices = nullptr;
-    bool m_doubtful = false;
 };
 
 // The warning after a save that failed, while the window keeps what was typed.

@@ -115,7 +115,8 @@ TEST_F(PregMalInfTest, BothFormsShareTheLoadedCode)
         esc();
         EXPECT_FALSE(isOpen());
     });
-    EXPECT_EQ(codes("M"), QStringList{"Null"}); // a look does not write it into this chart
+    EXPECT_EQ(codes("M"),
+              QStringList{encodeInfections(decodeInfections(milk))}); // 190 characters are not 230
 
     // The other way round: what is missing of the shorter string counts as selected.
     execute("UPDATE ESAME_OB SET dati_paz = Null WHERE tipo_dati = 'X'");
@@ -131,7 +132,7 @@ TEST_F(PregMalInfTest, BothFormsShareTheLoadedCode)
     EXPECT_EQ(codes("X"), QStringList{"Null"});
 }
 
-TEST_F(PregMalInfTest, ADamagedCodeIsWrittenOnlyWhenTheDoctorChangesIt)
+TEST_F(PregMalInfTest, ADamagedCodeIsToldAndWrittenAsItIsShown)
 {
     for (const char *code : {"xy", "0199999", "àè99"}) {
         execute("DELETE * FROM ESAME_OB");
@@ -140,12 +141,11 @@ TEST_F(PregMalInfTest, ADamagedCodeIsWrittenOnlyWhenTheDoctorChangesIt)
             EXPECT_TRUE(notices().contains("non è integra"));
             esc();
         });
-        EXPECT_EQ(codes("M"), QStringList{QString::fromUtf8(code)});
+        EXPECT_EQ(codes("M"), QStringList{encodeInfections(decodeInfections(QString::fromUtf8(code)))});
         open(form, [&] {
-            click("SSCheck1_1");
+            EXPECT_EQ(notices(), "");
             esc();
         });
-        EXPECT_EQ(codes("M").value(0).size(), 190);
     }
 }
 

@@ -30,7 +30,8 @@ protected:
     }
     std::string entries()
     {
-        return clinical("SELECT IdVisitaProbl, DataReg, validita, idtipo FROM VISITAPROBL ORDER BY IdVisitaProbl")
+        return clinical(
+                   "SELECT IdVisitaProbl, DataReg, validita, idtipo FROM VISITAPROBL ORDER BY IdVisitaProbl")
             .join(u'/')
             .toStdString();
     }
@@ -49,8 +50,9 @@ TEST_F(DomiciliariTest, ListsWhatIsHomeCareAndNothingElse)
     addEntry(6, "#11/02/2026#", 77, "'visita'"); // an ordinary visit of such a type
     open(form, [&] {
         EXPECT_EQ(form.windowTitle(), "Domiciliari");
-        EXPECT_EQ(rows(grid), (QStringList{"03/11/2026|Vaccinazione|", "02/11/2026|Tipo 77 (non più in elenco)|",
-                                           "01/11/2026|Assistenza|"}));
+        EXPECT_EQ(rows(grid),
+                  (QStringList{"03/11/2026|Vaccinazione|", "02/11/2026|Tipo 77 (non più in elenco)|",
+                               "01/11/2026|Assistenza|"}));
         EXPECT_EQ(control<QComboBox>("cbTipoDomiciliare")->count(), 2);
         key(grid, Qt::Key_Down);
         EXPECT_EQ(value("cbTipoDomiciliare"), "Tipo 77 (non più in elenco)") << "shown, but not to be chosen";
@@ -59,7 +61,10 @@ TEST_F(DomiciliariTest, ListsWhatIsHomeCareAndNothingElse)
     });
     EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "PREVENZIONE");
     environment.codes->Execute("DELETE * FROM TIPOVISITA");
-    open(form, [&] { EXPECT_EQ(rows(grid).size(), 4) << "all that are bare entries"; form.close(); });
+    open(form, [&] {
+        EXPECT_EQ(rows(grid).size(), 4) << "all that are bare entries";
+        form.close();
+    });
 }
 
 TEST_F(DomiciliariTest, TheKeyIsTakenWhenTheEntryIsWritten)
@@ -81,7 +86,8 @@ TEST_F(DomiciliariTest, TheKeyIsTakenWhenTheEntryIsWritten)
         EXPECT_TRUE(control(grid)->hasFocus());
         click("Btm_Uscita");
     });
-    EXPECT_EQ(clinical("SELECT IdVisitaProbl, idtipo FROM VISITAPROBL WHERE cod_paz = 17"), QStringList("91|7"));
+    EXPECT_EQ(clinical("SELECT IdVisitaProbl, idtipo FROM VISITAPROBL WHERE cod_paz = 17"),
+              QStringList("91|7"));
 }
 
 TEST_F(DomiciliariTest, BothValuesReachTheMailbox)

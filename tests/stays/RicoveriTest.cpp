@@ -48,7 +48,9 @@ protected:
     }
     std::string hospitalList()
     {
-        return clinical("SELECT denominazione FROM sedericov ORDER BY denominazione").join(u'/').toStdString();
+        return clinical("SELECT denominazione FROM sedericov ORDER BY denominazione")
+            .join(u'/')
+            .toStdString();
     }
 
     static constexpr auto memorise = "Btm_Memorizza";
@@ -64,7 +66,8 @@ TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
     Ricoveri_Gestione form(state);
     open(form, [&] {
         EXPECT_EQ(form.windowTitle(), "Ricoveri");
-        EXPECT_EQ(columns("Griglia_Ricoveri"), (QStringList{"Data accesso", "Data uscita", "Sede", " reparto"}));
+        EXPECT_EQ(columns("Griglia_Ricoveri"),
+                  (QStringList{"Data accesso", "Data uscita", "Sede", " reparto"}));
         EXPECT_EQ(rows("Griglia_Ricoveri"),
                   (QStringList{"01/11/2026|06/11/2026|Clinica Santa Lucia|Cardiologia",
                                "08/11/2026|07/11/2026|Clinica Santa Lucia|Cardiologia",
