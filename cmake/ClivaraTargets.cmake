@@ -31,6 +31,14 @@ function(clivara_layer name)
     endif()
 endfunction()
 
+# Runs a whole test program once more, against a database server that is started for it.
+function(clivara_server_tests name)
+    add_test(NAME ${name}.OnTheServer
+        COMMAND ${PROJECT_SOURCE_DIR}/tests/server/with-postgres $<TARGET_FILE:${name}> ${ARGN})
+    set_tests_properties(${name}.OnTheServer PROPERTIES TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")
+endfunction()
+
 # A test program from the sources in one folder; each of its cases is a test of its own.
 # clivara_tests(NAME SOURCES file... LINKS target...)
 function(clivara_tests name)

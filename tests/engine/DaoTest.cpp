@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/Dao.h"
+#include "server/TestEngine.h"
 #include "values/JetValues.h"
 
 #include <QCoreApplication>
@@ -28,7 +29,7 @@ int errorOf(Work work)
 
 class DaoTest : public testing::Test {
 protected:
-    QString path(const QString &name) const { return m_folder.filePath(name); }
+    QString path(const QString &name) const { return testengine::databaseName(m_folder.path(), name); }
 
     std::shared_ptr<dao::Database> create(const QString &name)
     {
@@ -70,6 +71,8 @@ protected:
 
 TEST_F(DaoTest, FilesThatAreNoDatabaseAreRefusedAndNothingIsCreated)
 {
+    if (testengine::isServer())
+        GTEST_SKIP() << "of files";
     const auto write = [&](const char *name, const QByteArray &content) {
         QFile file(path(name));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -209,7 +212,9 @@ TEST_F(DaoTest, TextsInIndexesKnowNoCaseButAccents)
         return rows->LastAutoNumber();
     };
     EXPECT_EQ(errorOf([&] { add("NICOLÒ"); }), dao::DuplicateKey);
-    EXPECT_EQ(add("Nicolo"), 6);
+    // The server does not take the number of a row that failed back.
+    const qint64 number = add("Nicolo");
+    EXPECT_EQ(number, testengine::isServer() ? 7 : 6);
     const auto rows = database->OpenRecordset("pazienti", dao::RecordsetType::Table);
     rows->setIndex("COGNOME");
     rows->Seek("=", "nicolÒ");
@@ -424,13 +429,21 @@ TEST_F(DaoTest, TransactionsSpanDatabasesAndNest)
 TEST_F(DaoTest, CommitThatFailsIsRolledBack)
 {
     const auto database = patients();
+    // A row that names none is found out by the commit, and a deletion makes the native engine give up everything.
+    const QStringList definitions =
+        testengine::isServer()
+            ? QStringList{"CREATE TABLE \"%1\".figlio (p integer REFERENCES \"%1\".pazienti(id) "
+                          "DEFERRABLE INITIALLY DEFERRED)",
+                          "CREATE FUNCTION \"%1\".strappo() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN PERFORM "
+                          "pg_terminate_backend(pg_backend_pid()); RETURN OLD; END $$",
+                          "CREATE TRIGGER strappo BEFORE DELETE ON \"%1\".pazienti FOR EACH ROW EXECUTE FUNCTION "
+                          "\"%1\".strappo()"}
+            : QStringList{"CREATE TABLE %1.figlio (p INTEGER REFERENCES pazienti(id) DEFERRABLE INITIALLY DEFERRED)",
+                          "CREATE TRIGGER %1.strappo BEFORE DELETE ON pazienti "
+                          "BEGIN SELECT RAISE(ROLLBACK, 'no'); END"};
     QSqlQuery native(database->nativeConnection());
-    ASSERT_TRUE(native.exec(QStringLiteral("CREATE TABLE %1.figlio (p INTEGER REFERENCES pazienti(id) "
-                                           "DEFERRABLE INITIALLY DEFERRED)")
-                                .arg(database->nativeSchema())));
-    ASSERT_TRUE(native.exec(QStringLiteral("CREATE TRIGGER %1.strappo BEFORE DELETE ON pazienti "
-                                           "BEGIN SELECT RAISE(ROLLBACK, 'no'); END")
-                                .arg(database->nativeSchema())));
+    for (const QString &definition : definitions)
+        ASSERT_TRUE(native.exec(definition.arg(database->nativeSchema())));
     native.finish();
     database->TableDefs().Refresh();
     dao::Workspace &workspace = m_engine.DefaultWorkspace();
@@ -522,6 +535,7 @@ TEST(DaoLockHolder, HoldsTheWriteLockUntilItsInputEnds)
     dao::DBEngine engine;
     const auto database = engine.OpenDatabase(qEnvironmentVariable("CLIVARA_LOCK_FILE"));
     dao::Transaction transaction(engine.DefaultWorkspace());
+    database->Execute("UPDATE pazienti SET figli = 3 WHERE id = 1");
     puts("locked");
     fflush(stdout);
     EXPECT_EQ(getchar(), EOF);

@@ -2,14 +2,10 @@
 #include "engine/SmallPractice.h"
 
 #include "data/engine/Error.h"
-#include "data/engine/SqliteFunctions.h"
+#include "server/TestEngine.h"
 #include "values/JetValues.h"
 
-#include <QSqlDriver>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 using dao::FieldType;
 
@@ -20,24 +16,6 @@ struct Column {
     FieldType type;
     int size = 0;
 };
-
-QString nativeType(const Column &column)
-{
-    switch (column.type) {
-    case FieldType::Double:
-    case FieldType::Single:
-    case FieldType::Currency:
-        return QStringLiteral("REAL");
-    case FieldType::Text:
-    case FieldType::Memo:
-    case FieldType::Guid:
-        return QStringLiteral("TEXT COLLATE JET_TEXT");
-    case FieldType::Date:
-        return QStringLiteral("TEXT");
-    default:
-        return QStringLiteral("INTEGER");
-    }
-}
 
 const std::pair<const char *, std::vector<Column>> schema[] = {
     {"one",
@@ -76,34 +54,42 @@ const std::pair<const char *, std::vector<Column>> schema[] = {
      {{"idProblems", FieldType::Long}, {"cod_paz", FieldType::Long}, {"descr_mal", FieldType::Text, 100}}},
 };
 
-const char *const content[] = {
-    "INSERT INTO one VALUES (1, NULL, NULL, NULL)",
-    "INSERT INTO Archivio VALUES (1, 'Rossi', '1950-03-07 00:00:00', 70.5, -1, NULL, "
+// Yes and No stand for the engine's own literals.
+const std::pair<const char *, const char *> content[] = {
+    {"one", "(1, NULL, NULL, NULL)"},
+    {"Archivio", "(1, 'Rossi', '1950-03-07 00:00:00', 70.5, Yes, NULL, "
     "'{00000000-0000-0000-0000-00000000AB01}'),"
-    " (2, 'D''Angelo', '1980-12-31 00:00:00', NULL, 0, '', NULL), (3, 'nicolò', NULL, 82, -1, '12', NULL),"
-    " (4, 'Nicolo', '2001-01-15 10:30:00', 60, 0, 'testo', NULL), (5, NULL, '1950-03-07 00:00:00', 0, 0, "
-    "'7.5', NULL)",
-    "INSERT INTO RIEPIL VALUES (1, '2024-05-11 00:00:00', 'L1', 1, NULL, 'A'), (1, '2024-05-11 09:00:00', "
+    " (2, 'D''Angelo', '1980-12-31 00:00:00', NULL, No, '', NULL), (3, 'nicolò', NULL, 82, Yes, '12', NULL),"
+    " (4, 'Nicolo', '2001-01-15 10:30:00', 60, No, 'testo', NULL), (5, NULL, '1950-03-07 00:00:00', 0, No, "
+    "'7.5', NULL)"},
+    {"RIEPIL", "(1, '2024-05-11 00:00:00', 'L1', 1, NULL, 'A'), (1, '2024-05-11 09:00:00', "
     "'L2', 1, NULL, 'B'),"
     " (1, NULL, 'L3', 1, NULL, 'C'), (1, '2024-01-02 00:00:00', 'F1', 0, 2, 'A'), (2, '2023-12-31 23:59:59', "
     "'F2', 0, 3, 'a'),"
-    " (2, '2024-06-01 00:00:00', 'l1', 1, NULL, NULL)",
-    "INSERT INTO RIEPIL2 VALUES ('L1', '90.14.3', '210', 1), ('L2', '90.14.3', ' 198,5', 2), ('L3', "
+    " (2, '2024-06-01 00:00:00', 'l1', 1, NULL, NULL)"},
+    {"RIEPIL2", "('L1', '90.14.3', '210', 1), ('L2', '90.14.3', ' 198,5', 2), ('L3', "
     "'90.14.3', '', 3),"
-    " ('L1', '90.43.2', '95', 1), ('X9', '90.14.1', NULL, 1)",
-    "INSERT INTO VISITAPROBL VALUES (1, 1, 10, '2024-05-11 00:00:00', 'A', 0), (2, 1, NULL, '2024-03-01 "
-    "00:00:00', NULL, -1),"
-    " (3, 1, -1, '2024-04-01 08:30:00', 'b', 0), (4, 2, 99, NULL, '', 0)",
-    "INSERT INTO PROBLEMS VALUES (10, 1, 'Ipertensione'), (11, 1, 'Diabete'), (12, 2, 'Asma')",
-    "CREATE INDEX riepil_date ON RIEPIL (DA_PRE)",
-    "CREATE INDEX archivio_name ON Archivio (cognome)",
-    "CREATE INDEX riepil2_code ON RIEPIL2 (codice)",
+    " ('L1', '90.43.2', '95', 1), ('X9', '90.14.1', NULL, 1)"},
+    {"VISITAPROBL", "(1, 1, 10, '2024-05-11 00:00:00', 'A', No), (2, 1, NULL, '2024-03-01 "
+    "00:00:00', NULL, Yes),"
+    " (3, 1, -1, '2024-04-01 08:30:00', 'b', No), (4, 2, 99, NULL, '', No)"},
+    {"PROBLEMS", "(10, 1, 'Ipertensione'), (11, 1, 'Diabete'), (12, 2, 'Asma')"},
 };
+
+const struct {
+    const char *table;
+    const char *name;
+    const char *field;
+} indexes[] = {{"RIEPIL", "riepil_date", "DA_PRE"},
+               {"Archivio", "archivio_name", "cognome"},
+               {"RIEPIL2", "riepil2_code", "codice"}};
 
 QString shown(const QVariant &value)
 {
     if (value.isNull())
         return QStringLiteral("Null");
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool() ? QStringLiteral("-1") : QStringLiteral("0");
     if (value.typeId() == QMetaType::Double)
         return clivara::jet::numberText(value.toDouble());
     return value.toString();
@@ -112,38 +98,44 @@ QString shown(const QVariant &value)
 } // namespace
 
 SmallPractice::SmallPractice()
-    : m_connection(QStringLiteral("small practice"))
-    , m_dialect(dao::makeSqliteDialect())
 {
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    database.setDatabaseName(QStringLiteral(":memory:"));
-    if (!database.open())
-        throw std::runtime_error("no SQLite database in memory");
-    dao::registerSqliteFunctions(*static_cast<sqlite3 *const *>(database.driver()->handle().constData()));
-    for (const auto &[name, columns] : schema) {
+    static int made = 0;
+    const QString name = testengine::databaseName(m_folder.path(), QStringLiteral("small%1.sqlite").arg(++made));
+    m_workspace = m_engine.CreateWorkspace();
+    m_database = m_workspace->CreateDatabase(name);
+    m_dialect = dao::makeDialect(name);
+    const QString schemaName = m_dialect->identifier(m_database->nativeSchema());
+    dao::Transaction transaction(*m_workspace);
+    for (const auto &[tableName, columns] : schema) {
         dao::TableInfo table;
-        table.name = QString::fromLatin1(name);
-        table.nativeName = QStringLiteral("main.\"") + table.name + u'"';
+        table.name = QString::fromLatin1(tableName);
+        table.nativeName = schemaName + u'.' + m_dialect->identifier(table.name);
         QStringList declarations;
         for (const Column &column : columns) {
             table.columns.append({QString::fromLatin1(column.name), column.type, column.size, false});
-            declarations.append(QString::fromLatin1(column.name) + u' ' + nativeType(column));
+            declarations.append(m_dialect->columnDeclaration(table.columns.last()));
         }
+        declarations.append(m_dialect->hiddenColumns());
         nativeExec(QStringLiteral("CREATE TABLE ") + table.nativeName + QStringLiteral(" (")
                    + declarations.join(QStringLiteral(", ")) + u')');
         m_tables[table.name.toLower()] = table;
     }
-    for (const char *statement : content)
-        nativeExec(QString::fromUtf8(statement));
+    for (const auto &[tableName, rows] : content) {
+        nativeExec(QStringLiteral("INSERT INTO %1.%2 VALUES ")
+                       .arg(schemaName, m_dialect->identifier(QString::fromLatin1(tableName)))
+                   + QString::fromUtf8(rows)
+                         .replace(u" Yes"_qs, u' ' + m_dialect->booleanLiteral(true))
+                         .replace(u" No"_qs, u' ' + m_dialect->booleanLiteral(false)));
+    }
+    for (const auto &index : indexes)
+        nativeExec(m_dialect->createIndex(m_database->nativeSchema(), QString::fromLatin1(index.table),
+                                          {QString::fromLatin1(index.name), {QString::fromLatin1(index.field)}}));
+    transaction.commit();
     m_translator = std::make_unique<dao::Translator>(
         *m_dialect, *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });
 }
 
-SmallPractice::~SmallPractice()
-{
-    QSqlDatabase::database(m_connection).close();
-    QSqlDatabase::removeDatabase(m_connection);
-}
+SmallPractice::~SmallPractice() = default;
 
 const dao::TableInfo *SmallPractice::table(QStringView name) const
 {
@@ -156,31 +148,39 @@ dao::Translation SmallPractice::translate(const QString &sql) const
     return m_translator->translate(sql);
 }
 
+template <typename Work>
+auto SmallPractice::natively(const QString &native, Work work) const
+{
+    try {
+        QSqlDatabase connection = m_database->nativeConnection();
+        return work(connection);
+    } catch (const dao::Error &error) {
+        // What the native engine does not take is a fault of the translation; what its functions do not, is not.
+        if (error.number() == dao::Failed || error.number() == dao::ObjectNotFound
+            || error.number() == dao::TooFewParameters)
+            throw std::runtime_error((error.text() + QStringLiteral(" in ") + native).toStdString());
+        throw;
+    }
+}
+
 void SmallPractice::nativeExec(const QString &sql) const
 {
-    QSqlQuery query(QSqlDatabase::database(m_connection));
-    if (!query.exec(sql))
-        throw std::runtime_error((query.lastError().text() + QStringLiteral(" in ") + sql).toStdString());
+    natively(sql, [&](QSqlDatabase &connection) { return m_dialect->execute(connection, sql, {}); });
 }
 
 QString SmallPractice::run(const QString &native, int columns) const
 {
-    QSqlQuery query(QSqlDatabase::database(m_connection));
-    query.setForwardOnly(true);
-    query.exec(native);
-    QStringList lines;
-    while (query.next()) {
-        QStringList values;
-        for (int i = 0; i < columns; ++i)
-            values.append(shown(query.value(i)));
-        lines.append(values.join(u'|'));
-    }
-    if (query.lastError().isValid()) {
-        if (const auto error = dao::functionError(query.lastError().databaseText()))
-            throw dao::Error(error->first, error->second, native);
-        throw std::runtime_error((query.lastError().text() + QStringLiteral(" in ") + native).toStdString());
-    }
-    return lines.join(u'\n');
+    return natively(native, [&](QSqlDatabase &connection) {
+        QStringList lines;
+        const auto cursor = m_dialect->openCursor(connection, native, {});
+        while (cursor->next()) {
+            QStringList values;
+            for (int i = 0; i < columns; ++i)
+                values.append(shown(cursor->value(i)));
+            lines.append(values.join(u'|'));
+        }
+        return lines.join(u'\n');
+    });
 }
 
 QString SmallPractice::rows(const QString &sql) const
@@ -191,9 +191,9 @@ QString SmallPractice::rows(const QString &sql) const
 
 int SmallPractice::execute(const QString &sql) const
 {
-    const dao::Translation translation = translate(sql);
-    run(translation.sql, 0);
-    return run(QStringLiteral("SELECT changes()"), 1).toInt();
+    const QString native = translate(sql).sql;
+    return natively(native,
+                    [&](QSqlDatabase &connection) { return m_dialect->execute(connection, native, {}); });
 }
 
 QString SmallPractice::value(const QString &expression) const
@@ -203,7 +203,11 @@ QString SmallPractice::value(const QString &expression) const
 
 QString SmallPractice::plan(const QString &sql) const
 {
-    return run(QStringLiteral("EXPLAIN QUERY PLAN ") + translate(sql).sql, 4);
+    if (!testengine::isServer())
+        return run(QStringLiteral("EXPLAIN QUERY PLAN ") + translate(sql).sql, 4);
+    // So few rows would be read through without any index.
+    nativeExec(QStringLiteral("SET enable_seqscan = off"));
+    return run(QStringLiteral("EXPLAIN ") + translate(sql).sql, 1);
 }
 
 int SmallPractice::errorNumber(const QString &sql, QString *text) const

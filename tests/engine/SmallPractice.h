@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "data/engine/Catalog.h"
+#include "data/engine/Dao.h"
 #include "data/engine/SqlDialect.h"
 #include "data/engine/Translator.h"
 
-#include <QSqlDatabase>
+#include <QTemporaryDir>
 #include <map>
 #include <memory>
 
-// A few tables of a practice in an SQLite database in memory, created with native SQL, and their catalog:
-// what the translation needs, without the rest of the engine.
+// A few tables of a practice, created with native SQL in a database of the engine that the run is for, and their
+// catalog: what the translation needs, without the rest of the data engine.
 class SmallPractice : public dao::Catalog {
 public:
     SmallPractice();
@@ -28,7 +28,7 @@ public:
     int execute(const QString &sql) const;
     // The one value of "SELECT <expression> FROM one" as rows() shows it.
     QString value(const QString &expression) const;
-    // The lines of EXPLAIN QUERY PLAN.
+    // The lines of the native engine's plan.
     QString plan(const QString &sql) const;
     // The number of the error that the statement gives; 0 when it gives none. `text` gets the error's text.
     int errorNumber(const QString &sql, QString *text = nullptr) const;
@@ -36,9 +36,14 @@ public:
     void nativeExec(const QString &sql) const;
 
 private:
+    template <typename Work>
+    auto natively(const QString &native, Work work) const;
     QString run(const QString &native, int columns) const;
 
-    QString m_connection;
+    QTemporaryDir m_folder;
+    dao::DBEngine m_engine;
+    std::unique_ptr<dao::Workspace> m_workspace;
+    std::shared_ptr<dao::Database> m_database;
     std::unique_ptr<dao::SqlDialect> m_dialect;
     std::map<QString, dao::TableInfo> m_tables; // by lower-case name
     std::unique_ptr<dao::Translator> m_translator;

@@ -34,7 +34,7 @@ TEST(TranslatorAction, InsertsConvertToTheFieldsType)
     const char *const newRow = "select * from archivio where cod_paz = 9";
     expectChanges({
         {"INSERT INTO archivio (cod_paz, cognome) VALUES (9, 'Sant''Anna')", 1, newRow,
-         "9|Sant'Anna|Null|Null|Null|Null|Null"},
+         "9|Sant'Anna|Null|Null|0|Null|Null"},
         {"insert into archivio values ('9', 5, '11/05/2024', '70.5', 1, null, "
          "'0a0b0c0d-0000-0000-0000-000000000001')",
          1, newRow, "9|5|2024-05-11 00:00:00|70.5|-1|Null|{0A0B0C0D-0000-0000-0000-000000000001}"},
@@ -42,15 +42,15 @@ TEST(TranslatorAction, InsertsConvertToTheFieldsType)
          "null, '')",
          1, newRow, "9|Null|Null|Null|0|Null|Null"},
         {"insert into archivio (cod_paz, cognome, note) values (9, '', '')", 1, newRow,
-         "9||Null|Null|Null||Null"},
+         "9||Null|Null|0||Null"},
         {"insert into archivio (cod_paz, data_nasc) values (9, date())", 1, newRow,
-         "9|Null|2024-05-11 00:00:00|Null|Null|Null|Null"},
+         "9|Null|2024-05-11 00:00:00|Null|0|Null|Null"},
         {"insert into problems (idproblems, cod_paz, descr_mal) select idvisitaprobl + 100, cod_paz, sintomo "
          "from visitaprobl where sintomo <> ''",
          2, "select * from problems where idproblems > 100 order by 1", "101|1|A\n103|1|b"},
         {"insert into visitaprobl select 50 as idVisitaProbl, cod_paz, data_nasc as datareg from archivio "
          "where cod_paz = 1",
-         1, "select * from visitaprobl where idvisitaprobl = 50", "50|1|Null|1950-03-07 00:00:00|Null|Null"},
+         1, "select * from visitaprobl where idvisitaprobl = 50", "50|1|Null|1950-03-07 00:00:00|Null|0"},
         {"insert into riepil (cod_paz, tipo, num_conf) values (9, 2.5, '3.5')", 1,
          "select tipo, num_conf from riepil where cod_paz = 9", "2|4"},
         {"insert into riepil (cod_paz, minsan) select cod_paz, cognome from archivio where cod_paz = 1", 1,
@@ -113,6 +113,8 @@ TEST(TranslatorAction, WhatDoesNotFitIsAnErrorAndChangesNothing)
     } cases[] = {
         {"insert into archivio (cod_paz, cognome) values (1)", dao::FieldCountDiffers},
         {"insert into archivio (cod_paz) values (1, 2)", dao::FieldCountDiffers},
+        {"insert into archivio (cod_paz, peso, COD_PAZ) values (1, 2, 3)", dao::DuplicateDestination},
+        {"update archivio set peso = 1, peso = 2", dao::DuplicateDestination},
         {"insert into archivio (nome) values (1)", dao::UnknownFieldName},
         {"insert into nowhere values (1)", dao::ObjectNotFound},
         {"insert into archivio (cod_paz) values ('abc')", dao::ConversionError},

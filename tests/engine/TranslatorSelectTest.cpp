@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "engine/SmallPractice.h"
+#include "server/TestEngine.h"
 
 #include <gtest/gtest.h>
 
@@ -283,14 +284,17 @@ TEST_F(TranslatorSelect, IndexesAreUsed)
         {"select * from riepil2 s, riepil r where s.codice = '90.14.3' and s.cod_rie = r.minsan",
          "riepil2_code (codice=?)"},
     };
-    for (const auto &c : cases)
-        EXPECT_NE(m_practice.plan(QString::fromLatin1(c.sql)).indexOf(QLatin1String(c.index)), -1)
+    for (const auto &c : cases) {
+        // The server's plan names the index and tells its conditions apart.
+        const QString index = QString::fromLatin1(c.index);
+        const QString sought = testengine::isServer() ? index.section(u' ', 0, 0) : index;
+        EXPECT_NE(m_practice.plan(QString::fromLatin1(c.sql)).indexOf(sought), -1)
             << c.sql << "\n"
             << m_practice.plan(QString::fromLatin1(c.sql)).toStdString();
+    }
     // Ordered by the index itself
-    EXPECT_EQ(
-        m_practice.plan(QStringLiteral("select * from archivio order by cognome")).indexOf(u"TEMP B-TREE"),
-        -1);
+    const QString plan = m_practice.plan(QStringLiteral("select * from archivio order by cognome"));
+    EXPECT_FALSE(plan.contains(u"TEMP B-TREE") || plan.contains(u"Sort")) << plan.toStdString();
 }
 
 TEST_F(TranslatorSelect, ErrorsHaveTheirNumberAndQuoteThePlace)

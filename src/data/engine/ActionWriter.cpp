@@ -24,6 +24,11 @@ int knownColumn(const TableInfo &table, QStringView name)
     return column;
 }
 
+[[noreturn]] void throwDuplicate(QStringView field)
+{
+    throwError(DuplicateDestination, QStringLiteral("Il campo riceve più di un valore"), field);
+}
+
 bool isOneTable(const std::vector<FromPtr> &from)
 {
     return from.size() == 1 && !from[0]->isJoin() && !from[0]->derived;
@@ -35,8 +40,12 @@ Translation ActionWriter::insert(const Statement &statement)
 {
     const TableInfo &table = knownTable(m_context, statement.table);
     QList<int> columns;
-    for (const QStringView field : statement.fields)
-        columns.append(knownColumn(table, field));
+    for (const QStringView field : statement.fields) {
+        const int column = knownColumn(table, field);
+        if (columns.contains(column))
+            throwDuplicate(field);
+        columns.append(column);
+    }
     if (statement.fields.empty() && !statement.select) {
         for (int i = 0; i < table.columns.size(); ++i)
             columns.append(i);
@@ -85,6 +94,8 @@ QString ActionWriter::insertedSelect(const Statement &statement, QList<int> &col
         for (const ResultColumn &column : rows.columns) {
             const QStringView name(column.name);
             columns.append(knownColumn(table, name.mid(name.lastIndexOf(u'.') + 1)));
+            if (columns.indexOf(columns.last()) + 1 < columns.size())
+                throwDuplicate(statement.select->place);
         }
     }
     if (columns.size() != rows.columns.size())
@@ -124,6 +135,8 @@ Translation ActionWriter::update(const Statement &statement)
         target = found.table;
         const ColumnInfo &column = found.entry->table->columns[found.column];
         fields.append(m_context.dialect.identifier(column.name));
+        if (fields.indexOf(fields.last()) + 1 < fields.size())
+            throwDuplicate(assignment.field);
         values.append(convert.sql(
             convert.assigned(expressions.write(*assignment.value), column, assignment.value->place)));
     }

@@ -1,16 +1,30 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/DatabasePrivate.h"
 
-#include <QFileInfo>
-
 namespace dao {
 
 DBEngine::DBEngine()
-    : m_now(std::make_shared<std::function<QDateTime()>>())
+    : m_account(std::make_shared<Account>())
+    , m_now(std::make_shared<std::function<QDateTime()>>())
 {
 }
 
 DBEngine::~DBEngine() = default;
+
+QString DBEngine::DefaultUser() const
+{
+    return m_account->user;
+}
+
+void DBEngine::setDefaultUser(const QString &user)
+{
+    m_account->user = user;
+}
+
+void DBEngine::setDefaultPassword(const QString &password)
+{
+    m_account->password = password;
+}
 
 void DBEngine::setNow(std::function<QDateTime()> now)
 {
@@ -26,7 +40,7 @@ Workspace &DBEngine::DefaultWorkspace()
 
 std::unique_ptr<Workspace> DBEngine::CreateWorkspace()
 {
-    return std::unique_ptr<Workspace>(new Workspace(std::make_shared<Session>(m_now)));
+    return std::unique_ptr<Workspace>(new Workspace(std::make_shared<Session>(m_now, m_account)));
 }
 
 std::shared_ptr<Database> DBEngine::OpenDatabase(const QString &name, bool readOnly)
@@ -50,14 +64,14 @@ Workspace::~Workspace()
 
 std::shared_ptr<Database> Workspace::OpenDatabase(const QString &name, bool readOnly)
 {
-    const QString path = QFileInfo(name).absoluteFilePath();
+    const QString path = m_session->fullName(name);
     return std::shared_ptr<Database>(
-        new Database(std::make_unique<Database::Private>(m_session->attach(path, readOnly), path, readOnly)));
+        new Database(std::make_unique<Database::Private>(m_session->attach(name, readOnly), path, readOnly)));
 }
 
 std::shared_ptr<Database> Workspace::CreateDatabase(const QString &name)
 {
-    m_session->createDatabase(QFileInfo(name).absoluteFilePath());
+    m_session->createDatabase(name);
     return OpenDatabase(name);
 }
 

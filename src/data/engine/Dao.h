@@ -18,6 +18,7 @@ namespace dao {
 
 class Database;
 class Recordset;
+struct Account;
 class Session; // the native connection of a workspace, shared by its objects
 struct TableInfo;
 
@@ -219,9 +220,10 @@ public:
 
     QString SystemDB() const { return m_systemDb; }
     void setSystemDB(const QString &path) { m_systemDb = path; }
-    QString DefaultUser() const { return m_user; }
-    void setDefaultUser(const QString &user) { m_user = user; }
-    void setDefaultPassword(const QString &password) { m_password = password; } // write-only, as in DAO
+    // The account with which the databases of a server are opened.
+    QString DefaultUser() const;
+    void setDefaultUser(const QString &user);
+    void setDefaultPassword(const QString &password); // write-only, as in DAO
 
     // Where date() and now() of the SQL come from; the system's clock when it is not set.
     void setNow(std::function<QDateTime()> now);
@@ -233,8 +235,7 @@ public:
 
 private:
     QString m_systemDb;
-    QString m_user;
-    QString m_password;
+    std::shared_ptr<Account> m_account; // shared with the workspaces
     std::shared_ptr<std::function<QDateTime()>> m_now; // shared with the workspaces
     std::unique_ptr<Workspace> m_default;
 };

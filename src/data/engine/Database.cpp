@@ -2,8 +2,6 @@
 #include "data/engine/DatabasePrivate.h"
 #include "data/engine/RecordsetPrivate.h"
 
-#include <QFileInfo>
-
 namespace dao {
 
 Database::Private::Private(const std::shared_ptr<Attachment> &file, const QString &path, bool isReadOnly)

@@ -49,10 +49,10 @@ std::shared_ptr<const TableSet> DatabaseCatalog::tables() const
     tables->generation = session.definitionsGeneration();
     tables->version = session.dialect().definitionVersion(connection, m_attachment->schema);
     tables->names = session.dialect().tables(connection, m_attachment->schema);
-    const bool hasLinks = tables->names.removeAll(linksTable) > 0;
+    tables->hasLinks = tables->names.removeAll(linksTable) > 0;
     for (const QString &name : std::as_const(tables->names))
         tables->own.insert(folded(name), name);
-    if (hasLinks) {
+    if (tables->hasLinks) {
         const auto links =
             session.select(QStringLiteral("SELECT name, connect, source FROM %1 ORDER BY position")
                                .arg(nativeLinks(*m_attachment)));
@@ -137,10 +137,10 @@ void DatabaseCatalog::setLink(const TableLink &link)
     Session &session = *m_attachment->session;
     const QString links = nativeLinks(*m_attachment);
     Atomic atomic(session);
-    session.execute(
-        QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (position INTEGER PRIMARY KEY, name TEXT NOT NULL, "
-                       "connect TEXT NOT NULL, source TEXT NOT NULL)")
-            .arg(links));
+    if (!tables()->hasLinks)
+        session.execute(QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (position %2, name TEXT NOT NULL, "
+                                       "connect TEXT NOT NULL, source TEXT NOT NULL)")
+                            .arg(links, session.dialect().rowNumberDeclaration()));
     const TableLink *existing = this->link(link.name);
     if (existing)
         session.execute(QStringLiteral("UPDATE %1 SET connect = ?, source = ? WHERE name = ?").arg(links),

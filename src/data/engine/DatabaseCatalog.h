@@ -27,6 +27,7 @@ struct TableSet {
     QHash<QString, TableLink> links; // by folded name
     qint64 version = 0; // of the database's definitions
     int generation = 0; // of the session's definitions
+    bool hasLinks = false; // the table of links is there
 
     mutable QHash<QString, std::shared_ptr<const TableInfo>> described;
     mutable QList<std::shared_ptr<Attachment>> attachments; // of the links used so far

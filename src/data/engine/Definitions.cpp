@@ -49,6 +49,8 @@ void Database::Private::define(const Translation &statement)
             for (const ColumnInfo &column : definition.columns)
                 session->execute(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2")
                                      .arg(table.nativeName, dialect.columnDeclaration(column)));
+            for (const QString &sql : dialect.completeTable(table.nativeName, definition.columns))
+                session->execute(sql);
             for (const IndexInfo &index : definition.indexes)
                 session->execute(dialect.createIndex(attachment->schema, table.name, index));
             break;
@@ -73,16 +75,21 @@ void Database::Private::createTable(const QString &table, const QList<ColumnInfo
             column.required |= index.primary && index.fields.contains(column.name, Qt::CaseInsensitive);
         declarations.append(session->dialect().columnDeclaration(column));
     }
+    const SqlDialect &dialect = session->dialect();
+    declarations.append(dialect.hiddenColumns());
     session->execute(QStringLiteral("CREATE TABLE %1 (%2)")
                          .arg(nativeName(table), declarations.join(QStringLiteral(", "))));
+    for (const QString &statement : dialect.completeTable(nativeName(table), columns))
+        session->execute(statement);
     for (const IndexInfo &index : indexes)
-        session->execute(session->dialect().createIndex(attachment->schema, table, index));
+        session->execute(dialect.createIndex(attachment->schema, table, index));
 }
 
 void Database::Private::createIndex(const TableInfo &table, const IndexInfo &index)
 {
     if (table.index(index.name))
         throw Error(TableExists, QStringLiteral("L'indice '%1' esiste già").arg(index.name));
+    const SqlDialect &dialect = session->dialect();
     QList<ColumnInfo> columns = table.columns;
     bool isChanged = false;
     for (ColumnInfo &column : columns) {
@@ -90,11 +97,16 @@ void Database::Private::createIndex(const TableInfo &table, const IndexInfo &ind
         if (!index.primary || column.required || column.type == FieldType::AutoNumber
             || !index.fields.contains(column.name, Qt::CaseInsensitive))
             continue;
+        const QString statement = dialect.requireColumn(table.nativeName, column.name);
+        if (!statement.isEmpty()) {
+            session->execute(statement);
+            continue;
+        }
         column.required = isChanged = true;
     }
     if (isChanged)
         rebuild(table, columns);
-    session->execute(session->dialect().createIndex(attachment->schema, table.name, index));
+    session->execute(dialect.createIndex(attachment->schema, table.name, index));
 }
 
 void Database::Private::rebuild(const TableInfo &table, const QList<ColumnInfo> &columns)

@@ -20,6 +20,7 @@ enum ErrorNumber {
     InvalidArgument = 3001,
     InvalidOperation = 3219,
     ObjectNotFound = 3078, // a table or query that does not exist
+    DuplicateDestination = 3063, // a field that gets two values
     TooFewParameters = 3061, // a name in the SQL that is no field
     SyntaxError = 3075,
     AmbiguousField = 3079, // a field without its table that more than one table has
@@ -45,6 +46,7 @@ enum ErrorNumber {
     DiskError = 3043,
     DiskFull = 3183,
     SelectNotExecuted = 3065, // Execute of a SELECT
+    ConnectionLost = 3151, // of the database server
     Failed = 3146, // the native engine failed; the text is its own
 };
 

@@ -107,7 +107,7 @@ Operand ExpressionWriter::negate(const Expression &expression)
     const Operand number = m_convert.toNumber(write(*expression.arguments[0]), expression.place);
     if (number.isConstant)
         return m_convert.call(u"negate", {number}, expression.place);
-    return sqlOperand(QStringLiteral("(-") + number.sql + u')', FieldType::Double);
+    return sqlOperand(QStringLiteral("(-") + m_context.dialect.computed(number.sql) + u')', FieldType::Double);
 }
 
 Operand ExpressionWriter::binary(const Expression &expression)
@@ -145,7 +145,7 @@ Operand ExpressionWriter::binary(const Expression &expression)
         }
         if (text.isEmpty())
             return constantOperand(FieldType::Text, constant.isNull() ? QStringLiteral("") : constant);
-        return sqlOperand(u'(' + text + u')', FieldType::Text);
+        return sqlOperand(m_context.dialect.concatenated(u'(' + text + u')'), FieldType::Text);
     }
     case Operator::Add:
         return addition(left, right, expression.place);
@@ -168,7 +168,8 @@ Operand ExpressionWriter::addition(const Operand &left, const Operand &right, QS
         return arithmetic(Operator::Add, left, right, place);
     if (left.isConstant && right.isConstant)
         return constantOperand(FieldType::Text, QString(left.value.toString() + right.value.toString()));
-    return sqlOperand(u'(' + m_convert.sql(left) + QStringLiteral(" || ") + m_convert.sql(right) + u')',
+    return sqlOperand(m_context.dialect.concatenated(u'(' + m_convert.sql(left) + QStringLiteral(" || ")
+                                                     + m_convert.sql(right) + u')'),
                       FieldType::Text);
 }
 
@@ -185,7 +186,10 @@ Operand ExpressionWriter::arithmetic(Operator op, const Operand &left, const Ope
     Operand result;
     const bool constant = a.isConstant && b.isConstant;
     const auto native = [&](const QString &sign) {
-        return sqlOperand(u'(' + m_convert.sql(a) + sign + m_convert.sql(b) + u')', FieldType::Double);
+        const SqlDialect &dialect = m_context.dialect;
+        return sqlOperand(u'(' + dialect.computed(m_convert.sql(a)) + sign + dialect.computed(m_convert.sql(b))
+                              + u')',
+                          FieldType::Double);
     };
     switch (op) {
     case Operator::Add:
@@ -270,10 +274,11 @@ Operand ExpressionWriter::inSelect(const Expression &expression)
     SelectResult inner = SelectWriter(m_context, &m_scope, options).write(*expression.select);
     const TypeClass left = classOf(value.type);
     const TypeClass right = classOf(inner.columns.front().type);
-    if (left != right && left != TypeClass::Null && right != TypeClass::Null) {
+    if (left != right && left != TypeClass::Null) {
         // As in a comparison: as dates when one is a date, else as numbers.
-        options.convertTo =
-            left == TypeClass::Date || right == TypeClass::Date ? TypeClass::Date : TypeClass::Number;
+        options.convertTo = right == TypeClass::Null                                ? left
+                            : left == TypeClass::Date || right == TypeClass::Date ? TypeClass::Date
+                                                                                   : TypeClass::Number;
         value = m_convert.toClass(value, *options.convertTo, expression.place);
         inner = SelectWriter(m_context, &m_scope, options).write(*expression.select);
     }

@@ -112,7 +112,8 @@ QString FromWriter::write(const From &from, ExpressionWriter &expressions)
         // Two joins joined: parentheses can go when the right one is inner.
         if (kind != JoinKind::Inner || !onlyInner(*right))
             throwUnsupported(from.on->place);
-        flattenInner(*right, sql, conditions, expressions);
+        bool open = false;
+        flattenInner(*right, sql, conditions, expressions, open);
         return sql + QStringLiteral(" ON ") + conditions;
     }
     m_rightJoin = m_rightJoin || kind == JoinKind::Right;
@@ -125,13 +126,17 @@ QString FromWriter::write(const From &from, ExpressionWriter &expressions)
 
 // Appends the tables of an inner join one by one; only the last gets conditions, those of all of them.
 void FromWriter::flattenInner(const From &from, QString &sql, QString &conditions,
-                              ExpressionWriter &expressions)
+                              ExpressionWriter &expressions, bool &open)
 {
     for (const From *side : {from.left.get(), from.right.get()}) {
         if (side->isJoin()) {
-            flattenInner(*side, sql, conditions, expressions);
+            flattenInner(*side, sql, conditions, expressions, open);
         } else {
+            // All but the last one.
+            if (open)
+                sql += m_context.dialect.joinedAnyway();
             sql += QStringLiteral(" INNER JOIN ") + tableText(*side);
+            open = true;
         }
     }
     conditions = u'(' + conditions + QStringLiteral(" AND ") + expressions.writeCondition(*from.on) + u')';

@@ -24,7 +24,8 @@ private:
     void addTables(const From &from);
     QString write(const From &from, ExpressionWriter &expressions);
     QString tableText(const From &from) const;
-    void flattenInner(const From &from, QString &sql, QString &conditions, ExpressionWriter &expressions);
+    void flattenInner(const From &from, QString &sql, QString &conditions, ExpressionWriter &expressions,
+                      bool &open);
 
     struct Entry {
         size_t position; // in the scope

@@ -283,6 +283,7 @@ Operand ExpressionWriter::aggregate(const Expression &expression)
         type = FieldType::Long;
     } else if (name == u"SUM" || name == u"AVG") {
         value = m_convert.toNumber(value, expression.place);
+        value = sqlOperand(m_context.dialect.computed(m_convert.sql(value)), FieldType::Double);
         type = FieldType::Double;
     } else if (name == u"FIRST" || name == u"LAST") {
         Operand result = sqlOperand(

@@ -5,6 +5,8 @@
 #include "data/engine/SqlErrors.h"
 #include "values/JetValues.h"
 
+#include <cmath>
+
 namespace dao::sql {
 
 TypeClass classOf(FieldType type)
@@ -75,10 +77,9 @@ QString Conversions::sql(const Operand &operand) const
         return number < 0 ? u'(' + QString::number(number) + u')' : QString::number(number);
     }
     case QMetaType::Double: {
-        QString number = QString::number(operand.value.toDouble(), 'g', QLocale::FloatingPointShortest);
-        if (!number.contains(u'.') && !number.contains(u'e'))
-            number += QStringLiteral(".0");
-        return number.startsWith(u'-') ? u'(' + number + u')' : number;
+        const double number = operand.value.toDouble();
+        return std::signbit(number) ? QStringLiteral("(-") + m_dialect.numberLiteral(-number) + u')'
+                                    : m_dialect.numberLiteral(number);
     }
     case QMetaType::QDateTime:
         return m_dialect.dateLiteral(operand.value.toDateTime());
@@ -236,6 +237,8 @@ Operand Conversions::assignedNumber(const Operand &operand, FieldType type, QStr
 
 Operand Conversions::assigned(const Operand &operand, const ColumnInfo &column, QStringView place) const
 {
+    if (operand.type == FieldType::Null && column.type != FieldType::Boolean)
+        return sqlOperand(m_dialect.nullLiteral(column.type), FieldType::Null);
     switch (classOf(column.type)) {
     case TypeClass::Boolean: {
         // Never Null: what is not known to be true is No.

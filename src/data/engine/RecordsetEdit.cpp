@@ -137,12 +137,11 @@ void Recordset::Private::insertRow()
             ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(table.nativeName)
             : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
                   .arg(table.nativeName, names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
-    session->execute(sql, values);
-    const bool hasAutoNumber =
-        std::any_of(table.columns.begin(), table.columns.end(),
-                    [](const ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
-    QSqlDatabase connection = session->connection();
-    lastAutoNumber = hasAutoNumber ? dialect.lastAutoNumber(connection) : 0;
+    const auto autoNumber =
+        std::find_if(table.columns.begin(), table.columns.end(),
+                     [](const ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
+    lastAutoNumber =
+        session->insertRow(sql, values, autoNumber == table.columns.end() ? QString() : autoNumber->name);
 }
 
 void Recordset::Private::changeRow()
@@ -170,7 +169,8 @@ void Recordset::Private::changeRow()
     values.append(identity);
     for (qsizetype i = 0; i < table.columns.size(); ++i) {
         conditions.append(
-            dialect.identical(alias + u'.' + dialect.identifier(table.columns[i].name), QStringLiteral("?")));
+            dialect.identical(alias + u'.' + dialect.identifier(table.columns[i].name), QStringLiteral("?"),
+                              table.columns[i].type));
         values.append(original[source][i]);
     }
     const int affected =

@@ -16,8 +16,12 @@ public:
         for (qsizetype i = 0; i < keys.size(); ++i) {
             const ColumnInfo &column = source.table->columns[source.table->columnIndex(index.fields[i])];
             m_columns.append(column);
-            m_names.append(dialect.identifier(source.alias) + u'.' + dialect.identifier(column.name));
-            m_keys.append(dialect.toNative(fieldValue(keys[i], column), column.type));
+            const QString name = dialect.identifier(source.alias) + u'.' + dialect.identifier(column.name);
+            const QVariant key = fieldValue(keys[i], column);
+            // A Yes/No value is ordered as the number that it is.
+            const bool yesNo = column.type == FieldType::Boolean;
+            m_names.append(yesNo ? dialect.numberFromBoolean(name) : name);
+            m_keys.append(yesNo ? QVariant(key.toBool() ? -1 : 0) : dialect.toNative(key, column.type));
         }
     }
 

@@ -27,6 +27,22 @@ bool isGrouped(const Select &select)
               });
 }
 
+FieldType typeOf(TypeClass wanted)
+{
+    switch (wanted) {
+    case TypeClass::Boolean:
+        return FieldType::Boolean;
+    case TypeClass::Number:
+        return FieldType::Double;
+    case TypeClass::Date:
+        return FieldType::Date;
+    case TypeClass::Text:
+        return FieldType::Text;
+    default:
+        return FieldType::Null;
+    }
+}
+
 // Without regard to case, for names of ASCII; others only spread less well.
 quint32 nameHash(const QString &name)
 {
@@ -220,7 +236,9 @@ void SelectWriter::writeItems(const Select &select, const Scope &scope, Expressi
             output.operand = expressions.conversions().toClass(output.operand, *m_options.convertTo,
                                                                item.expression->place);
         output.alias = item.alias;
-        output.sql = expressions.conversions().sql(output.operand);
+        output.sql = m_options.convertTo && output.operand.type == FieldType::Null
+                         ? m_context.dialect.nullLiteral(typeOf(*m_options.convertTo))
+                         : expressions.conversions().sql(output.operand);
         output.column.type = output.operand.type;
         output.column.size = output.operand.size;
         m_outputs.push_back(std::move(output));

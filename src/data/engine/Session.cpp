@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/Session.h"
 
-#include <QFileInfo>
-#include <QSqlError>
-
 namespace dao {
 namespace {
 
@@ -19,22 +16,44 @@ Attachment::~Attachment()
     session->release(schema);
 }
 
-Session::Session(std::shared_ptr<const Now> now)
-    : m_dialect(makeSqliteDialect())
-    , m_now(std::move(now))
-    , m_connection(QSqlDatabase::addDatabase(m_dialect->driverName(),
-                                             QStringLiteral("dao-%1").arg(quintptr(this), 0, 16)))
+Session::Session(std::shared_ptr<const Now> now, std::shared_ptr<const Account> account)
+    : m_now(std::move(now))
+    , m_account(std::move(account))
+    , m_connectionName(QStringLiteral("dao-%1").arg(quintptr(this), 0, 16))
 {
-    m_dialect->prepareConnection(m_connection);
 }
 
 Session::~Session()
 {
+    closeConnection();
+}
+
+void Session::closeConnection()
+{
     // The connection's end rolls back what is open. Qt wants the last copy gone before the name is.
-    const QString name = m_connection.connectionName();
     m_connection.close();
     m_connection = QSqlDatabase();
-    QSqlDatabase::removeDatabase(name);
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+void Session::open(const QString &name)
+{
+    std::unique_ptr<SqlDialect> dialect = makeDialect(name);
+    if (m_dialect) {
+        if (dialect->driverName() != m_dialect->driverName())
+            throw Error(InvalidOperation,
+                        QStringLiteral("Non si possono aprire insieme database di tipo diverso: '%1'")
+                            .arg(dialect->fullName(name)));
+        return;
+    }
+    m_connection = QSqlDatabase::addDatabase(dialect->driverName(), m_connectionName);
+    try {
+        dialect->openConnection(m_connection, name, *m_account);
+    } catch (const Error &) {
+        closeConnection();
+        throw;
+    }
+    m_dialect = std::move(dialect);
 }
 
 QDateTime Session::now() const
@@ -47,8 +66,8 @@ QDateTime Session::now() const
 
 std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
 {
-    const QFileInfo file(path);
-    const QString canonical = file.canonicalFilePath();
+    open(path);
+    const QString canonical = m_dialect->sameName(path);
     const QString shared = canonical + QStringLiteral("|rw");
     // A reader can use what is attached for writing; its database object refuses to write.
     for (const QString &key : {shared, canonical + QStringLiteral("|ro")}) {
@@ -58,8 +77,8 @@ std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
             return existing;
     }
     detachUnused();
-    const QString schema = QStringLiteral("db%1").arg(m_schemas + 1);
-    m_dialect->attach(m_connection, path, schema, readOnly);
+    const QString schema =
+        m_dialect->attach(m_connection, path, QStringLiteral("db%1").arg(m_schemas + 1), readOnly);
     ++m_schemas;
     auto attachment = std::make_shared<Attachment>();
     attachment->session = shared_from_this();
@@ -71,6 +90,7 @@ std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
 
 void Session::createDatabase(const QString &path)
 {
+    open(path);
     detachUnused();
     m_dialect->createDatabase(m_connection, path);
 }
@@ -94,20 +114,6 @@ void Session::detachUnused()
     });
 }
 
-Error Session::errorOf(const QSqlQuery &query) const
-{
-    return m_dialect->error(query.lastError(), query.lastQuery());
-}
-
-QSqlQuery Session::prepare(const QString &sql) const
-{
-    QSqlQuery query(m_connection);
-    query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        throw m_dialect->error(query.lastError(), sql);
-    return query;
-}
-
 std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariantList &values) const
 {
     QSqlDatabase handle = m_connection;
@@ -116,19 +122,16 @@ std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariant
 
 int Session::execute(const QString &sql, const QVariantList &values)
 {
-    QSqlQuery query = prepare(sql);
-    for (const QVariant &value : values)
-        query.addBindValue(value);
-    return execute(query);
+    drainReaders();
+    requireTransaction();
+    return m_dialect->execute(m_connection, sql, values);
 }
 
-int Session::execute(QSqlQuery &prepared)
+qint64 Session::insertRow(const QString &sql, const QVariantList &values, const QString &autoNumber)
 {
     drainReaders();
     requireTransaction();
-    if (!prepared.exec())
-        throw errorOf(prepared);
-    return prepared.numRowsAffected();
+    return m_dialect->insertRow(m_connection, sql, values, autoNumber);
 }
 
 void Session::insert(NativeInsert &prepared, const QVariantList &values)
@@ -154,18 +157,21 @@ void Session::requireTransaction()
                     QStringLiteral("La transazione è stata annullata da un errore precedente"));
 }
 
-void Session::run(const QString &sql)
+void Session::control(const QString &sql)
 {
-    QSqlQuery query(m_connection);
-    if (!query.exec(sql))
-        throw errorOf(query);
+    m_dialect->control(m_connection, sql);
 }
 
 void Session::begin()
 {
+    if (!m_dialect) // a transaction before the first database: of files, as ever
+        open({});
     drainReaders();
     requireTransaction();
-    run(m_depth == 0 ? m_dialect->beginTransaction() : QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
+    if (m_depth == 0)
+        m_dialect->begin(m_connection);
+    else
+        control(QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
     ++m_depth;
 }
 
@@ -176,7 +182,7 @@ void Session::commit()
     drainReaders();
     try {
         requireTransaction();
-        run(m_depth == 1 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
+        control(m_depth == 1 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {
         rollback();
         throw;
@@ -195,10 +201,10 @@ void Session::rollback()
     definitionsChanged();
     if (m_dialect->inTransaction(m_connection)) {
         if (m_depth == 0) {
-            run(QStringLiteral("ROLLBACK"));
+            control(QStringLiteral("ROLLBACK"));
         } else {
-            run(QStringLiteral("ROLLBACK TO ") + savepoint(m_depth));
-            run(QStringLiteral("RELEASE ") + savepoint(m_depth));
+            control(QStringLiteral("ROLLBACK TO ") + savepoint(m_depth));
+            control(QStringLiteral("RELEASE ") + savepoint(m_depth));
         }
     }
     if (m_depth == 0)

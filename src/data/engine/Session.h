@@ -6,7 +6,6 @@
 
 #include <QHash>
 #include <QSqlDatabase>
-#include <QSqlQuery>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -38,13 +37,16 @@ using Now = std::function<QDateTime()>;
 // The one native connection of a workspace: statements, attached files and transactions.
 class Session : public std::enable_shared_from_this<Session> {
 public:
-    explicit Session(std::shared_ptr<const Now> now);
+    // `account` is asked for when a database of a server is opened.
+    Session(std::shared_ptr<const Now> now, std::shared_ptr<const Account> account);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
     const SqlDialect &dialect() const { return *m_dialect; }
     QSqlDatabase connection() const { return m_connection; }
+    // The full name of a database, as the dialect of its engine has it.
+    QString fullName(const QString &name) const { return makeDialect(name)->fullName(name); }
     QDateTime now() const;
 
     std::shared_ptr<Attachment> attach(const QString &path, bool readOnly);
@@ -54,9 +56,8 @@ public:
     std::unique_ptr<NativeCursor> select(const QString &sql, const QVariantList &values = {}) const;
     // A statement that writes; the number of rows affected.
     int execute(const QString &sql, const QVariantList &values = {});
-    // The same with a statement prepared once.
-    int execute(QSqlQuery &prepared);
-    QSqlQuery prepare(const QString &sql) const;
+    // INSERT of one row; the number that it got in the autonumber column (0 when its name is empty).
+    qint64 insertRow(const QString &sql, const QVariantList &values, const QString &autoNumber);
     // A row through a statement prepared once.
     void insert(NativeInsert &prepared, const QVariantList &values);
 
@@ -72,18 +73,21 @@ public:
     void addReader(Reader &reader) { m_readers.push_back(&reader); }
     void removeReader(Reader &reader) { std::erase(m_readers, &reader); }
 
-    Error errorOf(const QSqlQuery &query) const;
-
 private:
     friend struct Attachment;
     void release(const QString &schema);
     void detachUnused();
     void drainReaders();
     void requireTransaction();
-    void run(const QString &sql);
+    // Opens the native connection for the first database. Later ones must be of the same engine: InvalidOperation.
+    void open(const QString &name);
+    void control(const QString &sql);
+    void closeConnection();
 
     std::unique_ptr<SqlDialect> m_dialect;
     std::shared_ptr<const Now> m_now;
+    std::shared_ptr<const Account> m_account;
+    QString m_connectionName;
     QSqlDatabase m_connection;
     QHash<QString, std::weak_ptr<Attachment>> m_attached; // by key
     QStringList m_unused; // schemas that could not be detached yet

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/SqlDialect.h"
 
+#include "data/engine/PostgresAddress.h"
+
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -127,6 +129,44 @@ QString SqlDialect::textLiteral(const QString &text) const
     return enclosed(text, u'\'');
 }
 
+QString SqlDialect::numberLiteral(double value) const
+{
+    QString number = QString::number(value, 'g', QLocale::FloatingPointShortest);
+    if (!number.contains(u'.') && !number.contains(u'e'))
+        number += QStringLiteral(".0");
+    return number;
+}
+
+QStringList SqlDialect::completeTable(const QString &, const QList<ColumnInfo> &) const
+{
+    return {};
+}
+
+QString SqlDialect::requireColumn(const QString &, const QString &) const
+{
+    return {};
+}
+
+int SqlDialect::execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const
+{
+    QSqlQuery query(connection);
+    query.setForwardOnly(true);
+    bool done = query.prepare(sql);
+    for (const QVariant &value : values)
+        query.addBindValue(value);
+    done = done && query.exec();
+    if (!done)
+        throw error(query.lastError(), sql);
+    return query.numRowsAffected();
+}
+
+void SqlDialect::control(QSqlDatabase &connection, const QString &sql) const
+{
+    QSqlQuery query(connection);
+    if (!query.exec(sql))
+        throw error(query.lastError(), sql);
+}
+
 QString SqlDialect::limit(int rows) const
 {
     return QStringLiteral("LIMIT %1").arg(rows);
@@ -142,6 +182,16 @@ std::unique_ptr<NativeInsert> SqlDialect::openInsert(QSqlDatabase &connection, c
                                                      const QList<ColumnInfo> &columns) const
 {
     return std::make_unique<QueryInsert>(*this, connection, sql, columns);
+}
+
+std::unique_ptr<SqlDialect> makeDialect(const QString &name)
+{
+    return isServerAddress(name) ? makePostgresDialect() : makeSqliteDialect();
+}
+
+std::unique_ptr<ExclusiveUse> useExclusively(const QString &name)
+{
+    return makeDialect(name)->useExclusively(name);
 }
 
 Error SqlDialect::error(const QSqlError &error, const QString &sql) const

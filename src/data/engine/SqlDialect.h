@@ -19,6 +19,12 @@ class QSqlError;
 
 namespace dao {
 
+// The account of a database server, as the host names it; empty texts leave it to the environment.
+struct Account {
+    QString user;
+    QString password;
+};
+
 // What a native database engine does in its own way. Everything else of the data engine is one code path, so
 // that a further engine is a further subclass of this class. Functions that write SQL get operands that are
 // native SQL already, parenthesised where needed.
@@ -30,12 +36,21 @@ public:
     virtual QString identifier(const QString &name) const; // "name", inner quotes doubled
     virtual QString textLiteral(const QString &text) const; // 'text', quotes doubled
     virtual QString dateLiteral(const QDateTime &date) const = 0; // compares with stored dates by their index
+    virtual QString numberLiteral(double value) const; // not negative
     virtual QString booleanLiteral(bool value) const = 0; // as a stored value
     // A Yes/No value as a condition, and a condition (true, false or Null) as a Yes/No value.
     virtual QString conditionFromBoolean(const QString &value) const = 0;
     virtual QString booleanFromCondition(const QString &condition) const = 0;
     // A Yes/No value as a number: -1 or 0.
     virtual QString numberFromBoolean(const QString &value) const = 0;
+    // Null where a value of that type is wanted.
+    virtual QString nullLiteral(FieldType) const { return QStringLiteral("NULL"); }
+    // A number as an operand of + - * / and of sums, where the native engine would compute whole numbers otherwise.
+    virtual QString computed(const QString &number) const { return number; }
+    // Texts joined by ||, in parentheses, as a text that compares without regard to case.
+    virtual QString concatenated(const QString &texts) const { return texts; }
+    // What follows the table of an inner join whose condition is said by a later join.
+    virtual QString joinedAnyway() const { return {}; }
     virtual QString limit(int rows) const; // the clause that follows ORDER BY
     // "expr ASC/DESC" with Null first ascending and last descending.
     virtual QString orderTerm(const QString &expression, FieldType type, bool descending) const = 0;
@@ -58,11 +73,17 @@ public:
     // The hidden expression that identifies a row of the table spoken of as `alias` (quoted already).
     virtual QString rowIdentity(const QString &alias) const = 0;
     // "a and b are the same value, Null equal to Null, letter case told apart".
-    virtual QString identical(const QString &left, const QString &right) const = 0;
-    // A column's declaration in CREATE TABLE, name included, and back: the type a declared type stands for.
+    virtual QString identical(const QString &left, const QString &right, FieldType type) const = 0;
+    // A column's declaration in CREATE TABLE, name included.
     virtual QString columnDeclaration(const ColumnInfo &column) const = 0;
-    virtual ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType,
-                                             bool required) const = 0;
+    // Declarations of the columns that every table has beside its own; they are not described.
+    virtual QStringList hiddenColumns() const { return {}; }
+    // The declaration of a whole number that each new row gets by itself, for the engine's own tables.
+    virtual QString rowNumberDeclaration() const = 0;
+    // What a new table, or new columns of one, need beside their declarations.
+    virtual QStringList completeTable(const QString &nativeName, const QList<ColumnInfo> &columns) const;
+    // The statement that makes a column of a table take no Null; empty when the table must be made anew for it.
+    virtual QString requireColumn(const QString &nativeName, const QString &column) const;
 
     // --- values ---------------------------------------------------------------------------------
     // A native value as the type's variant: int (Byte, Integer, Long, AutoNumber), double, bool, QDateTime
@@ -72,12 +93,15 @@ public:
 
     // --- connection -----------------------------------------------------------------------------
     virtual QString driverName() const = 0; // of Qt SQL
-    // Prepares a connection just opened: functions, collations, waits.
-    virtual void prepareConnection(QSqlDatabase &connection) const = 0;
-    // Makes the database of that name (file, schema) reachable under the schema name; throws Error
-    // (CannotFindFile, NotADatabase, Corrupt).
-    virtual void attach(QSqlDatabase &connection, const QString &name, const QString &schema,
-                        bool readOnly) const = 0;
+    // Opens the connection that is to reach the database of that name: functions, collations, waits. Throws Error.
+    virtual void openConnection(QSqlDatabase &connection, const QString &name, const Account &account) const = 0;
+    // The full name of a database, as it is kept in links; and what is equal for two names of the same one.
+    virtual QString fullName(const QString &name) const = 0;
+    virtual QString sameName(const QString &name) const = 0;
+    // Makes the database of that name (file, schema) reachable and returns the schema name under which it is:
+    // the proposed one unless it has one of its own. Throws Error (CannotFindFile, NotADatabase, Corrupt).
+    virtual QString attach(QSqlDatabase &connection, const QString &name, const QString &proposed,
+                           bool readOnly) const = 0;
     virtual void detach(QSqlDatabase &connection, const QString &schema) const = 0;
     // Makes a new, empty database of that name; TableExists when there is something of that name.
     virtual void createDatabase(QSqlDatabase &connection, const QString &name) const = 0;
@@ -88,12 +112,20 @@ public:
     virtual QString createIndex(const QString &schema, const QString &table,
                                 const IndexInfo &index) const = 0;
     virtual QString dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const = 0;
-    virtual QString beginTransaction() const = 0;
+    // Statements outside and inside transactions, each wholly or not at all; rows affected. Throws Error. The
+    // default writes through Qt's driver.
+    virtual int execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const;
+    // INSERT of one row; the number that it got in the autonumber column, 0 when there is none (empty name).
+    virtual qint64 insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
+                             const QString &autoNumber) const = 0;
+    // Begins a transaction that may write and that no other one writes beside: Locked.
+    virtual void begin(QSqlDatabase &connection) const = 0;
+    // COMMIT, ROLLBACK and savepoints.
+    virtual void control(QSqlDatabase &connection, const QString &sql) const;
     // False also when the native engine gave a transaction up by itself (disk full, for example).
     virtual bool inTransaction(QSqlDatabase &connection) const = 0;
     // A number that changes with every definition in the schema, by whatever process.
     virtual qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const = 0;
-    virtual qint64 lastAutoNumber(QSqlDatabase &connection) const = 0;
     // The autonumber field of a table goes on after this number, or after its highest row if that is more.
     virtual void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                                    qint64 number) const = 0;
@@ -123,5 +155,8 @@ public:
 };
 
 std::unique_ptr<SqlDialect> makeSqliteDialect();
+std::unique_ptr<SqlDialect> makePostgresDialect();
+// The dialect of the engine that has the database of that name: a file, or a server's address.
+std::unique_ptr<SqlDialect> makeDialect(const QString &name);
 
 } // namespace dao

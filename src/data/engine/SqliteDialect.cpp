@@ -104,7 +104,7 @@ QString SqliteDialect::rowIdentity(const QString &alias) const
     return alias + QStringLiteral(".rowid");
 }
 
-QString SqliteDialect::identical(const QString &left, const QString &right) const
+QString SqliteDialect::identical(const QString &left, const QString &right, FieldType) const
 {
     return u'(' + left + QStringLiteral(" IS ") + right + QStringLiteral(" COLLATE BINARY)");
 }

@@ -25,28 +25,30 @@ public:
                      const QList<FieldType> &types) const override;
 
     QString rowIdentity(const QString &alias) const override;
-    QString identical(const QString &left, const QString &right) const override;
+    QString identical(const QString &left, const QString &right, FieldType type) const override;
     QString columnDeclaration(const ColumnInfo &column) const override;
-    ColumnInfo columnFromDeclaration(const QString &name, const QString &declaredType,
-                                     bool required) const override;
+    QString rowNumberDeclaration() const override;
 
     QVariant fromNative(const QVariant &value, FieldType type) const override;
     QVariant toNative(const QVariant &value, FieldType type) const override;
 
     QString driverName() const override;
-    void prepareConnection(QSqlDatabase &connection) const override;
-    void attach(QSqlDatabase &connection, const QString &name, const QString &schema,
-                bool readOnly) const override;
+    void openConnection(QSqlDatabase &connection, const QString &name, const Account &account) const override;
+    QString fullName(const QString &name) const override;
+    QString sameName(const QString &name) const override;
+    QString attach(QSqlDatabase &connection, const QString &name, const QString &proposed,
+                   bool readOnly) const override;
     void detach(QSqlDatabase &connection, const QString &schema) const override;
     void createDatabase(QSqlDatabase &connection, const QString &name) const override;
     QStringList tables(QSqlDatabase &connection, const QString &schema) const override;
     TableInfo describe(QSqlDatabase &connection, const QString &schema, const QString &table) const override;
     QString createIndex(const QString &schema, const QString &table, const IndexInfo &index) const override;
     QString dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const override;
-    QString beginTransaction() const override;
+    qint64 insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
+                     const QString &autoNumber) const override;
+    void begin(QSqlDatabase &connection) const override;
     bool inTransaction(QSqlDatabase &connection) const override;
     qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
-    qint64 lastAutoNumber(QSqlDatabase &connection) const override;
     void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                            qint64 number) const override;
     void beginLoad(QSqlDatabase &connection, const QString &schema) const override;

@@ -133,9 +133,4 @@ std::unique_ptr<ExclusiveUse> SqliteDialect::useExclusively(const QString &name)
     return std::make_unique<SqliteExclusiveUse>(*this, name);
 }
 
-std::unique_ptr<ExclusiveUse> useExclusively(const QString &name)
-{
-    return makeSqliteDialect()->useExclusively(name);
-}
-
 } // namespace dao

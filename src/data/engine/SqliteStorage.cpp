@@ -95,6 +95,27 @@ void requireDatabaseFile(const QFileInfo &file)
         throw Error(NotADatabase, QStringLiteral("Formato di database non riconosciuto '%1'").arg(path));
 }
 
+// The column that a declared type stands for.
+ColumnInfo declaredColumn(const QString &name, const QString &declaredType, bool required)
+{
+    ColumnInfo column{name, FieldType::Unknown, 0, required};
+    for (const DeclaredType &declared : declaredTypes) {
+        if (declaredType.compare(declared.name, Qt::CaseInsensitive) == 0)
+            column.type = declared.type;
+    }
+    const qsizetype bracket = declaredType.indexOf(u'(');
+    if (column.type == FieldType::Unknown && bracket > 0
+        && QStringView(declaredType).left(bracket).compare(QLatin1String("VARCHAR"), Qt::CaseInsensitive)
+               == 0) {
+        column.type = FieldType::Text;
+        column.size = QStringView(declaredType).mid(bracket + 1).chopped(1).toInt();
+    }
+    // A table made by another program: the value tells its type.
+    if (column.type == FieldType::Boolean || column.type == FieldType::AutoNumber)
+        column.required = false;
+    return column;
+}
+
 QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, const QString &schema,
                            const QString &table)
 {
@@ -147,25 +168,9 @@ QString SqliteDialect::columnDeclaration(const ColumnInfo &column) const
     return text;
 }
 
-ColumnInfo SqliteDialect::columnFromDeclaration(const QString &name, const QString &declaredType,
-                                                bool required) const
+QString SqliteDialect::rowNumberDeclaration() const
 {
-    ColumnInfo column{name, FieldType::Unknown, 0, required};
-    for (const DeclaredType &declared : declaredTypes) {
-        if (declaredType.compare(declared.name, Qt::CaseInsensitive) == 0)
-            column.type = declared.type;
-    }
-    const qsizetype bracket = declaredType.indexOf(u'(');
-    if (column.type == FieldType::Unknown && bracket > 0
-        && QStringView(declaredType).left(bracket).compare(QLatin1String("VARCHAR"), Qt::CaseInsensitive)
-               == 0) {
-        column.type = FieldType::Text;
-        column.size = QStringView(declaredType).mid(bracket + 1).chopped(1).toInt();
-    }
-    // A table made by another program: the value tells its type.
-    if (column.type == FieldType::Boolean || column.type == FieldType::AutoNumber)
-        column.required = false;
-    return column;
+    return QStringLiteral("INTEGER PRIMARY KEY");
 }
 
 QVariant SqliteDialect::fromNative(const QVariant &value, FieldType type) const
@@ -230,7 +235,7 @@ QString SqliteDialect::driverName() const
     return QStringLiteral("QSQLITE");
 }
 
-void SqliteDialect::prepareConnection(QSqlDatabase &connection) const
+void SqliteDialect::openConnection(QSqlDatabase &connection, const QString &, const Account &) const
 {
     // Databases are attached by file URIs, so that none is created by opening it. The wait is short: callers
     // that want to try longer do so between attempts that the user can see.
@@ -245,8 +250,18 @@ void SqliteDialect::prepareConnection(QSqlDatabase &connection) const
     run(*this, connection, QStringLiteral("PRAGMA temp_store = MEMORY"));
 }
 
-void SqliteDialect::attach(QSqlDatabase &connection, const QString &name, const QString &schema,
-                           bool readOnly) const
+QString SqliteDialect::fullName(const QString &name) const
+{
+    return QFileInfo(name).absoluteFilePath();
+}
+
+QString SqliteDialect::sameName(const QString &name) const
+{
+    return QFileInfo(name).canonicalFilePath();
+}
+
+QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, const QString &schema,
+                              bool readOnly) const
 {
     const QFileInfo file(name);
     requireDatabaseFile(file);
@@ -267,6 +282,7 @@ void SqliteDialect::attach(QSqlDatabase &connection, const QString &name, const 
         detach(connection, schema);
         throw Error(error.number(), QStringLiteral("%1: %2").arg(error.text(), name));
     }
+    return schema;
 }
 
 void SqliteDialect::detach(QSqlDatabase &connection, const QString &schema) const
@@ -319,7 +335,7 @@ TableInfo SqliteDialect::describe(QSqlDatabase &connection, const QString &schem
             QStringLiteral("SELECT name, type, \"notnull\" FROM pragma_table_info(?, ?) ORDER BY cid"),
             {table, schema});
     while (query.next())
-        info.columns.append(columnFromDeclaration(query.value(0).toString(), query.value(1).toString(),
+        info.columns.append(declaredColumn(query.value(0).toString(), query.value(1).toString(),
                                                   query.value(2).toBool()));
     if (info.columns.isEmpty())
         throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));
@@ -346,11 +362,18 @@ QString SqliteDialect::dropIndex(const QString &schema, const QString &table, co
     return QStringLiteral("DROP INDEX ") + qualified(schema, name);
 }
 
-QString SqliteDialect::beginTransaction() const
+qint64 SqliteDialect::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
+                                const QString &autoNumber) const
+{
+    execute(connection, sql, values);
+    return autoNumber.isEmpty() ? 0 : sqlite3_last_insert_rowid(handleOf(connection));
+}
+
+void SqliteDialect::begin(QSqlDatabase &connection) const
 {
     // Takes the write lock at once: a transaction that reads first could not get it any more after another
     // process has written.
-    return QStringLiteral("BEGIN IMMEDIATE");
+    control(connection, QStringLiteral("BEGIN IMMEDIATE"));
 }
 
 bool SqliteDialect::inTransaction(QSqlDatabase &connection) const
@@ -362,11 +385,6 @@ qint64 SqliteDialect::definitionVersion(QSqlDatabase &connection, const QString 
 {
     QSqlQuery query = run(*this, connection, QStringLiteral("PRAGMA %1.schema_version").arg(quoted(schema)));
     return query.next() ? query.value(0).toLongLong() : 0;
-}
-
-qint64 SqliteDialect::lastAutoNumber(QSqlDatabase &connection) const
-{
-    return sqlite3_last_insert_rowid(handleOf(connection));
 }
 
 std::unique_ptr<NativeCursor> SqliteDialect::openCursor(QSqlDatabase &connection, const QString &sql,

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/engine/PostgresAddress.h"
+
+#include "data/engine/Error.h"
+
+#include <QUrl>
+#include <QUrlQuery>
+
+namespace dao {
+namespace {
+
+constexpr QLatin1String scheme("postgresql");
+
+} // namespace
+
+bool isServerAddress(const QString &name)
+{
+    return name.startsWith(scheme + QLatin1String("://"), Qt::CaseInsensitive);
+}
+
+PostgresAddress PostgresAddress::parse(const QString &address)
+{
+    const QUrl url(address, QUrl::StrictMode);
+    PostgresAddress result;
+    result.user = url.userName(QUrl::FullyDecoded);
+    result.password = url.password(QUrl::FullyDecoded);
+    result.host = url.host();
+    result.port = url.port(0);
+    result.database = url.path(QUrl::FullyDecoded).mid(1);
+    result.schema = url.fragment(QUrl::FullyDecoded);
+    const QUrlQuery query(url);
+    for (const auto &[key, value] : query.queryItems(QUrl::FullyDecoded))
+        result.options.append({key, value});
+    if (!url.isValid() || result.database.isEmpty() || result.database.contains(u'/'))
+        throw Error(CannotFindFile,
+                    QStringLiteral("L'indirizzo del database non è valido: deve avere la forma "
+                                   "postgresql://server/database"));
+    return result;
+}
+
+QString PostgresAddress::server() const
+{
+    QUrl url;
+    url.setScheme(scheme);
+    url.setHost(host);
+    if (!user.isEmpty())
+        url.setUserName(user, QUrl::DecodedMode);
+    if (port > 0)
+        url.setPort(port);
+    url.setPath(u'/' + database, QUrl::DecodedMode);
+    if (!options.isEmpty()) {
+        QUrlQuery query;
+        for (const auto &[key, value] : options) {
+            if (key != u"password")
+                query.addQueryItem(key, value);
+        }
+        url.setQuery(query);
+    }
+    // Without a host the two slashes would be lost.
+    const QString text = url.toString(QUrl::FullyEncoded);
+    return isServerAddress(text) ? text : QString(text).replace(scheme + u':', scheme + QLatin1String("://"));
+}
+
+QString PostgresAddress::name() const
+{
+    return schema.isEmpty()
+               ? server()
+               : server() + u'#' + QString::fromLatin1(QUrl::toPercentEncoding(schema));
+}
+
+} // namespace dao

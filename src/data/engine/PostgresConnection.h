@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "data/engine/NativeCursor.h"
+#include "data/engine/PostgresAddress.h"
+
+#include <QSqlDatabase>
+#include <QVariantList>
+#include <memory>
+
+typedef struct pg_conn PGconn;
+typedef struct pg_result PGresult;
+
+namespace dao {
+
+class SqlDialect;
+
+struct ClearPostgresResult {
+    void operator()(PGresult *result) const;
+};
+using PostgresResult = std::unique_ptr<PGresult, ClearPostgresResult>;
+
+// Statements on the native connection that Qt's driver has opened, each in one round trip. Inside a transaction
+// a statement that fails is undone alone: the transaction goes on. A connection that was lost is opened again by
+// the next statement that stands outside transactions.
+class PostgresConnection {
+public:
+    PostgresConnection(const SqlDialect &dialect, const QSqlDatabase &connection);
+
+    // One statement or several; the result is the last one's that has rows or counts them. The values take the
+    // place of the marks '?', as literals. Throws Error.
+    PostgresResult run(const QString &sql, const QVariantList &values = {});
+    // BEGIN, COMMIT and the like: nothing around them.
+    void control(const QString &sql);
+    bool inTransaction() const;
+
+    static int affected(const PGresult *result);
+
+private:
+    QByteArray withValues(const QString &sql, const QVariantList &values) const;
+    QByteArray literal(const QVariant &value) const;
+    PostgresResult send(const QByteArray &sql, const QString &shown);
+    void requireConnection(const QString &sql);
+
+    const SqlDialect &m_dialect;
+    PGconn *m_connection;
+};
+
+// What each new connection is told: how long it waits, and how it shows values.
+QString postgresSessionSettings();
+
+// The rows of a result that has come whole.
+class PostgresCursor final : public NativeCursor {
+public:
+    explicit PostgresCursor(PostgresResult result);
+    bool next() override { return ++m_row < m_rows; }
+    QVariant value(int column) const override;
+
+private:
+    PostgresResult m_result;
+    int m_row = -1;
+    int m_rows;
+};
+
+} // namespace dao

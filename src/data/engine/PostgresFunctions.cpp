@@ -1,0 +1,555 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "data/engine/PostgresFunctions.h"
+
+namespace dao {
+namespace {
+
+// Helpers: errors, whole numbers, the number and the date that a text stands for, a pattern as a regular
+// expression. Texts are taken as text, so that the server's own functions see them; where a result may be compared
+// it is citext.
+const char *const helpers = R"sql(
+CREATE OR REPLACE FUNCTION jet.fail(number int, message text) RETURNS int LANGUAGE plpgsql IMMUTABLE AS $$
+BEGIN
+    RAISE EXCEPTION 'JET:%:%', number, message;
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.long(n float8) RETURNS int LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT round(n) BETWEEN -2147483648 AND 2147483647 THEN PERFORM jet.fail(6, 'Overflow'); END IF;
+    RETURN round(n)::int;
+END $$;
+
+-- A count or position; `lowest` is the smallest that makes sense.
+CREATE OR REPLACE FUNCTION jet.count_of(n float8, lowest int) RETURNS int LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT round(n) BETWEEN lowest AND 2147483647 THEN
+        PERFORM jet.fail(5, 'Chiamata di funzione non valida');
+    END IF;
+    RETURN round(n)::int;
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.repetitions(n float8) RETURNS int LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT round(n) BETWEEN 0 AND 16777216 THEN
+        PERFORM jet.fail(5, 'Chiamata di funzione non valida');
+    END IF;
+    RETURN round(n)::int;
+END $$;
+
+-- A number as written by people; null when it is too large or too small for one.
+CREATE OR REPLACE FUNCTION jet.read_number(t text) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    exponent text := substring(t from '[eE][+-]?0*([0-9]*)$');
+    n numeric;
+BEGIN
+    IF exponent IS NULL AND length(t) < 300 THEN RETURN t::float8; END IF;
+    IF length(exponent) > 4 THEN RETURN NULL; END IF;
+    n := abs(t::numeric);
+    IF n > 1.7976931348623157e308 OR (n > 0 AND n < 4.95e-324) THEN RETURN NULL; END IF;
+    RETURN t::float8;
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.val(t text) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT coalesce(jet.read_number(substring(t from
+        E'^[ \t\r\n\u00a0]*([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)')), 0) $$;
+
+CREATE OR REPLACE FUNCTION jet.numberornull(t text) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT jet.read_number(substring(t from
+        E'^[ \t\r\n\u00a0]*([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)[ \t\r\n\u00a0]*$')) $$;
+
+CREATE OR REPLACE FUNCTION jet.in_range(d timestamp) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE AS $$
+BEGIN
+    IF d IS NULL OR d < '0100-01-01' OR d >= '10000-01-01' THEN
+        PERFORM jet.fail(5, 'Chiamata di funzione non valida');
+    END IF;
+    RETURN d;
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.valid_date(y int, m int, d int) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT CASE WHEN y BETWEEN 100 AND 9999 AND m BETWEEN 1 AND 12 AND d BETWEEN 1
+                     AND extract(day FROM make_date(y, m, 1) + interval '1 month' - interval '1 day')
+                THEN make_timestamp(y, m, d, 0, 0, 0) END $$;
+
+-- A time of two or three groups of digits between points and colons, as a time of day zero.
+CREATE OR REPLACE FUNCTION jet.time_of(t text) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    p text[] := regexp_match(t, '^([0-9]{1,2})[.:]([0-9]{1,2})(?:[.:]([0-9]{1,2}))?$');
+BEGIN
+    IF p IS NULL OR p[1]::int > 23 OR p[2]::int > 59 OR coalesce(p[3], '0')::int > 59 THEN RETURN NULL; END IF;
+    RETURN make_timestamp(1899, 12, 30, p[1]::int, p[2]::int, coalesce(p[3], '0')::int);
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.day_of(t text) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    p text[] := regexp_match(t, '^([0-9]{1,4})[/.-]([0-9]{1,4})[/.-]([0-9]{1,4})$');
+    y int;
+BEGIN
+    IF p IS NULL THEN RETURN NULL; END IF;
+    IF length(p[1]) > 2 THEN
+        IF length(p[2]) > 2 OR length(p[3]) > 2 THEN RETURN NULL; END IF;
+        RETURN jet.valid_date(p[1]::int, p[2]::int, p[3]::int);
+    END IF;
+    y := p[3]::int;
+    IF length(p[3]) <= 2 THEN y := y + CASE WHEN y < 30 THEN 2000 ELSE 1900 END; END IF;
+    RETURN coalesce(jet.valid_date(y, p[2]::int, p[1]::int), jet.valid_date(y, p[1]::int, p[2]::int));
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.dateornull(t text) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    all_of_it text := btrim(t, E' \t\r\n\f\v\u00a0');
+    blank int := strpos(all_of_it, ' ');
+BEGIN
+    IF blank = 0 THEN RETURN coalesce(jet.time_of(all_of_it), jet.day_of(all_of_it)); END IF;
+    RETURN jet.day_of(left(all_of_it, blank - 1))
+           + (jet.time_of(btrim(substr(all_of_it, blank + 1), E' \t\r\n\f\v\u00a0')) - '1899-12-30'::timestamp);
+END $$;
+
+-- One character as a regular expression has it.
+CREATE OR REPLACE FUNCTION jet.escaped(c text) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT CASE WHEN c ~ '[][\\^$.|?*+(){}/-]' THEN '\' || c ELSE c END $$;
+
+CREATE OR REPLACE FUNCTION jet.regex(pattern text) RETURNS text LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    p text := lower(pattern);
+    result text := '^';
+    at int := 1;
+    c text;
+    closing int;
+    members text;
+    class text;
+    negated boolean;
+    i int;
+BEGIN
+    WHILE at <= length(p) LOOP
+        c := substr(p, at, 1);
+        at := at + 1;
+        IF c = '*' THEN result := result || '.*';
+        ELSIF c = '?' THEN result := result || '.';
+        ELSIF c = '#' THEN result := result || '[0-9]';
+        ELSIF c = '[' THEN
+            closing := strpos(substr(p, at), ']');
+            IF closing = 0 THEN RETURN '(?=a)b'; END IF; -- not closed: matches nothing
+            members := substr(p, at, closing - 1);
+            at := at + closing;
+            CONTINUE WHEN members = '';
+            negated := length(members) > 1 AND left(members, 1) = '!';
+            IF negated THEN members := substr(members, 2); END IF;
+            class := '';
+            i := 1;
+            WHILE i <= length(members) LOOP
+                IF i + 2 <= length(members) AND substr(members, i + 1, 1) = '-' THEN
+                    IF substr(members, i, 1) COLLATE "C" <= substr(members, i + 2, 1) COLLATE "C" THEN
+                        class := class || jet.escaped(substr(members, i, 1)) || '-'
+                                 || jet.escaped(substr(members, i + 2, 1));
+                    END IF;
+                    i := i + 3;
+                ELSE
+                    class := class || jet.escaped(substr(members, i, 1));
+                    i := i + 1;
+                END IF;
+            END LOOP;
+            result := result || CASE WHEN class = '' AND negated THEN '.' WHEN class = '' THEN '(?=a)b'
+                                     WHEN negated THEN '[^' || class || ']' ELSE '[' || class || ']' END;
+        ELSE result := result || jet.escaped(c);
+        END IF;
+    END LOOP;
+    RETURN result || '$';
+END $$;
+
+CREATE OR REPLACE FUNCTION jet.like(pattern text, t text) RETURNS boolean LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT lower(t) ~ jet.regex(pattern) $$;
+)sql";
+
+const char *const textFunctions = R"sql(
+CREATE OR REPLACE FUNCTION jet.mid(t text, n float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT substr(t, jet.count_of(n, 1))::citext $$;
+CREATE OR REPLACE FUNCTION jet.mid(t text, n float8, l float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT substr(t, jet.count_of(n, 1), jet.count_of(l, 0))::citext $$;
+CREATE OR REPLACE FUNCTION jet.left(t text, n float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT left(t, jet.count_of(n, 0))::citext $$;
+CREATE OR REPLACE FUNCTION jet.right(t text, n float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT right(t, jet.count_of(n, 0))::citext $$;
+CREATE OR REPLACE FUNCTION jet.len(t text) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT length(t) $$;
+CREATE OR REPLACE FUNCTION jet.trim(t text) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT btrim(t, ' ')::citext $$;
+CREATE OR REPLACE FUNCTION jet.ltrim(t text) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT ltrim(t, ' ')::citext $$;
+CREATE OR REPLACE FUNCTION jet.rtrim(t text) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT rtrim(t, ' ')::citext $$;
+-- Letter by letter: "ß" stays one letter.
+CREATE OR REPLACE FUNCTION jet.ucase(t text) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT (CASE WHEN length(upper(t)) = length(t) THEN upper(t)
+                 ELSE (SELECT string_agg(CASE WHEN length(upper(c)) = 1 THEN upper(c) ELSE c END, '' ORDER BY i)
+                       FROM regexp_split_to_table(t, '') WITH ORDINALITY AS letters(c, i)) END)::citext $$;
+CREATE OR REPLACE FUNCTION jet.lcase(t text) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT lower(t)::citext $$;
+CREATE OR REPLACE FUNCTION jet.instrfrom(n float8, t text, sought text, mode float8 = 1) RETURNS int
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    start int := jet.count_of(n, 1);
+    found int;
+BEGIN
+    IF start > length(t) THEN RETURN 0; END IF;
+    found := CASE WHEN mode = 0 THEN strpos(substr(t, start), sought)
+                  ELSE strpos(lower(substr(t, start)), lower(sought)) END;
+    RETURN CASE WHEN found = 0 THEN 0 ELSE found + start - 1 END;
+END $$;
+CREATE OR REPLACE FUNCTION jet.instr(t text, sought text) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT jet.instrfrom(1, t, sought) $$;
+CREATE OR REPLACE FUNCTION jet.replace(t text, sought text, other text) RETURNS citext
+LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT (CASE WHEN sought = '' THEN t
+                 ELSE regexp_replace(t, regexp_replace(sought, '([][\\^$.|?*+(){}])', '\\\1', 'g'),
+                                     replace(other, '\', '\\'), 'gi') END)::citext $$;
+CREATE OR REPLACE FUNCTION jet.strcomp(a text, b text, mode float8 = 1) RETURNS int
+LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT CASE WHEN mode = 0 THEN (a COLLATE "C" > b COLLATE "C")::int - (a COLLATE "C" < b COLLATE "C")::int
+                ELSE (a::citext > b::citext)::int - (a::citext < b::citext)::int END $$;
+CREATE OR REPLACE FUNCTION jet.space(n float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT repeat(' ', jet.repetitions(n))::citext $$;
+CREATE OR REPLACE FUNCTION jet.string(n float8, c text) RETURNS citext LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF c = '' THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN repeat(left(c, 1), jet.repetitions(n));
+END $$;
+CREATE OR REPLACE FUNCTION jet.asc(t text) RETURNS int LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF t = '' THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN ascii(t);
+END $$;
+CREATE OR REPLACE FUNCTION jet.chr(n float8) RETURNS citext LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    -- The server has no texts with the character 0.
+    IF NOT round(n) BETWEEN 1 AND 255 THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN chr(round(n)::int);
+END $$;
+CREATE OR REPLACE FUNCTION jet.assigntext(t text, size float8) RETURNS citext LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF length(t) > size THEN PERFORM jet.fail(3163, 'Il testo è troppo lungo per il campo'); END IF;
+    RETURN t;
+END $$;
+CREATE OR REPLACE FUNCTION jet.assignguid(t text) RETURNS citext LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF btrim(t) = '' THEN RETURN NULL; END IF;
+    IF btrim(t) !~ '^(\{[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}\}|[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12})$' THEN
+        PERFORM jet.fail(3421, 'Il testo non è un identificatore');
+    END IF;
+    RETURN '{' || upper(btrim(btrim(t), '{}')) || '}';
+END $$;
+)sql";
+
+const char *const numberFunctions = R"sql(
+CREATE OR REPLACE FUNCTION jet.divide(a float8, b float8) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF b = 0 THEN PERFORM jet.fail(11, 'Divisione per zero'); END IF;
+    RETURN a / b;
+END $$;
+CREATE OR REPLACE FUNCTION jet.integerdivide(a float8, b float8) RETURNS bigint
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF jet.long(b) = 0 THEN PERFORM jet.fail(11, 'Divisione per zero'); END IF;
+    RETURN jet.long(a)::bigint / jet.long(b);
+END $$;
+CREATE OR REPLACE FUNCTION jet.modulo(a float8, b float8) RETURNS bigint LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF jet.long(b) = 0 THEN PERFORM jet.fail(11, 'Divisione per zero'); END IF;
+    RETURN jet.long(a)::bigint % jet.long(b);
+END $$;
+CREATE OR REPLACE FUNCTION jet.power(a float8, b float8) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF (a < 0 AND b <> trunc(b)) OR (a = 0 AND b < 0) THEN
+        PERFORM jet.fail(5, 'Chiamata di funzione non valida');
+    END IF;
+    RETURN power(a, b);
+END $$;
+CREATE OR REPLACE FUNCTION jet.abs(n float8) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT abs(n) $$;
+CREATE OR REPLACE FUNCTION jet.sgn(n float8) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT sign(n)::int $$;
+CREATE OR REPLACE FUNCTION jet.int(n float8) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT floor(n) $$;
+CREATE OR REPLACE FUNCTION jet.fix(n float8) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT trunc(n) $$;
+-- Halves of the decimal value to the even digit.
+CREATE OR REPLACE FUNCTION jet.round(n float8, places float8 = 0) RETURNS float8
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    p int := jet.long(places);
+    x numeric;
+    shifted numeric;
+BEGIN
+    IF p < 0 THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    x := abs(n::text::numeric);
+    shifted := x * 10::numeric ^ least(p, 20);
+    IF shifted - trunc(shifted) = 0.5 AND trunc(shifted) % 2 = 0 THEN x := trunc(x, least(p, 20));
+    ELSE x := round(x, least(p, 20));
+    END IF;
+    RETURN CASE WHEN n < 0 THEN -x ELSE x END;
+END $$;
+CREATE OR REPLACE FUNCTION jet.sqr(n float8) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF n < 0 THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN sqrt(n);
+END $$;
+CREATE OR REPLACE FUNCTION jet.exp(n float8) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT exp(n) $$;
+CREATE OR REPLACE FUNCTION jet.log(n float8) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF n <= 0 THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN ln(n);
+END $$;
+CREATE OR REPLACE FUNCTION jet.cint(n float8) RETURNS smallint LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT round(n) BETWEEN -32768 AND 32767 THEN PERFORM jet.fail(6, 'Overflow'); END IF;
+    RETURN round(n)::smallint;
+END $$;
+CREATE OR REPLACE FUNCTION jet.clng(n float8) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT jet.long(n) $$;
+CREATE OR REPLACE FUNCTION jet.cbyte(n float8) RETURNS smallint LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT round(n) BETWEEN 0 AND 255 THEN PERFORM jet.fail(6, 'Overflow'); END IF;
+    RETURN round(n)::smallint;
+END $$;
+CREATE OR REPLACE FUNCTION jet.cdbl(n float8) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT n $$;
+CREATE OR REPLACE FUNCTION jet.csng(n float8) RETURNS real LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF abs(n) > 3.4028235677973366e38 THEN PERFORM jet.fail(6, 'Overflow'); END IF;
+    RETURN CASE WHEN abs(n) < 1e-45 THEN 0 ELSE n::real END;
+END $$;
+CREATE OR REPLACE FUNCTION jet.ccur(n float8) RETURNS numeric LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF abs(n) > 922337203685477.5 THEN PERFORM jet.fail(6, 'Overflow'); END IF;
+    RETURN jet.round(n, 4)::text::numeric;
+END $$;
+CREATE OR REPLACE FUNCTION jet.cbool(n float8) RETURNS boolean LANGUAGE sql IMMUTABLE STRICT AS $$ SELECT n <> 0 $$;
+CREATE OR REPLACE FUNCTION jet.number(t text) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    n float8 := jet.numberornull(t);
+BEGIN
+    IF n IS NULL THEN PERFORM jet.fail(13, 'Il testo non è un numero'); END IF;
+    RETURN n;
+END $$;
+CREATE OR REPLACE FUNCTION jet.assignednumber(t text) RETURNS float8 LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    n float8 := jet.numberornull(t);
+BEGIN
+    IF n IS NULL AND btrim(t, E' \t\r\n\u00a0') <> '' THEN PERFORM jet.fail(3421, 'Il testo non è un numero'); END IF;
+    RETURN n;
+END $$;
+CREATE OR REPLACE FUNCTION jet.isnumerictext(t text) RETURNS boolean LANGUAGE sql IMMUTABLE AS $$
+    SELECT jet.numberornull(t) IS NOT NULL $$;
+-- The server's shortest text, with a capital E and plain digits down to 0.000001.
+CREATE OR REPLACE FUNCTION jet.numbertext(n float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT (CASE WHEN n = 0 THEN '0' WHEN n::text ~ 'e-0[56]$' THEN n::text::numeric::text
+                 ELSE upper(n::text) END)::citext $$;
+CREATE OR REPLACE FUNCTION jet.str(n float8) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT (CASE WHEN n < 0 THEN '' ELSE ' ' END || jet.numbertext(n)::text)::citext $$;
+-- Halves of the decimal value away from zero.
+CREATE OR REPLACE FUNCTION jet.formatnumber(n float8, pattern text) RETURNS citext
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    parts text[] := regexp_match(pattern, '^([^0]*)(0+)(\.?)(0*)(.*)$');
+    x numeric;
+    digits text;
+BEGIN
+    IF parts IS NULL THEN RETURN pattern; END IF;
+    IF parts[3] = '' THEN
+        parts := regexp_match(pattern, '^([^0]*)(0+)()()(.*)$');
+    END IF;
+    x := round(abs(n::text::numeric) * CASE WHEN strpos(pattern, '%') > 0 THEN 100 ELSE 1 END, length(parts[4]));
+    digits := split_part(x::text, '.', 1);
+    digits := lpad(digits, greatest(length(digits), length(parts[2])), '0') || parts[3]
+              || split_part(x::text, '.', 2);
+    RETURN CASE WHEN n < 0 AND x <> 0 THEN '-' ELSE '' END || parts[1] || digits || parts[5];
+END $$;
+)sql";
+
+const char *const dateFunctions = R"sql(
+CREATE OR REPLACE FUNCTION jet.datefromtext(t text) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    d timestamp := jet.dateornull(t);
+BEGIN
+    IF d IS NULL THEN PERFORM jet.fail(13, 'Il testo non è una data'); END IF;
+    RETURN d;
+END $$;
+CREATE OR REPLACE FUNCTION jet.assigneddate(t text) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    d timestamp := jet.dateornull(t);
+BEGIN
+    IF d IS NULL AND btrim(t, E' \t\r\n\u00a0') <> '' THEN PERFORM jet.fail(3421, 'Il testo non è una data'); END IF;
+    RETURN d;
+END $$;
+CREATE OR REPLACE FUNCTION jet.isdatetext(t text) RETURNS boolean LANGUAGE sql IMMUTABLE AS $$
+    SELECT jet.dateornull(t) IS NOT NULL $$;
+-- The fraction is the time of day on both sides of day zero.
+CREATE OR REPLACE FUNCTION jet.serial(d timestamp) RETURNS float8 LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT CASE WHEN d::date < date '1899-12-30'
+                THEN (d::date - date '1899-12-30') - extract(epoch FROM d::time)::float8 / 86400
+                ELSE (d::date - date '1899-12-30') + extract(epoch FROM d::time)::float8 / 86400 END $$;
+CREATE OR REPLACE FUNCTION jet.datefromserial(n float8) RETURNS timestamp LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT (n > -657435 AND n < 2958466) THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN jet.in_range('1899-12-30'::timestamp + make_interval(days => trunc(n)::int)
+                        + make_interval(secs => floor(abs(n - trunc(n)) * 86400 + 0.5)));
+END $$;
+CREATE OR REPLACE FUNCTION jet.formatdate(d timestamp, pattern text) RETURNS citext
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    result text := '';
+    part text;
+    after_hours boolean := false;
+    number int;
+BEGIN
+    FOR part IN SELECT (regexp_matches(pattern, 'yyyy|yy|dd?|mm?|hh?|nn?|ss?|.', 'gi'))[1] LOOP
+        number := CASE lower(left(part, 1))
+            WHEN 'd' THEN extract(day FROM d)
+            WHEN 'm' THEN CASE WHEN after_hours THEN extract(minute FROM d) ELSE extract(month FROM d) END
+            WHEN 'h' THEN extract(hour FROM d)
+            WHEN 'n' THEN extract(minute FROM d)
+            WHEN 's' THEN extract(second FROM d)
+            WHEN 'y' THEN CASE length(part) WHEN 4 THEN extract(year FROM d)
+                                            WHEN 2 THEN extract(year FROM d)::int % 100 END END;
+        IF lower(left(part, 1)) IN ('d', 'm', 'h', 'n', 's', 'y') THEN after_hours := lower(left(part, 1)) = 'h'; END IF;
+        result := result || coalesce(lpad(number::text, greatest(length(part), length(number::text)), '0'), part);
+    END LOOP;
+    RETURN result;
+END $$;
+CREATE OR REPLACE FUNCTION jet.datetext(d timestamp) RETURNS citext LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT jet.formatdate(d, CASE WHEN d::date = date '1899-12-30' THEN 'hh:nn:ss'
+                                  WHEN d::time = '00:00' THEN 'dd/mm/yyyy' ELSE 'dd/mm/yyyy hh:nn:ss' END) $$;
+CREATE OR REPLACE FUNCTION jet.datevalue(d timestamp) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT date_trunc('day', d) $$;
+CREATE OR REPLACE FUNCTION jet.timevalue(d timestamp) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT date '1899-12-30' + d::time $$;
+CREATE OR REPLACE FUNCTION jet.dateserial(y float8, m float8, d float8) RETURNS timestamp
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    year_of int := jet.long(y);
+BEGIN
+    IF year_of BETWEEN 0 AND 99 THEN year_of := year_of + CASE WHEN year_of < 30 THEN 2000 ELSE 1900 END; END IF;
+    IF NOT year_of BETWEEN 100 AND 9999 OR abs(m) > 120000 OR abs(d) > 4000000 THEN
+        PERFORM jet.fail(5, 'Chiamata di funzione non valida');
+    END IF;
+    RETURN jet.in_range(make_timestamp(year_of, 1, 1, 0, 0, 0) + make_interval(months => jet.long(m) - 1)
+                        + make_interval(days => jet.long(d) - 1));
+END $$;
+CREATE OR REPLACE FUNCTION jet.timeserial(h float8, m float8, s float8) RETURNS timestamp
+LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT jet.in_range('1899-12-30'::timestamp
+                        + make_interval(secs => jet.long(h)::float8 * 3600 + jet.long(m)::float8 * 60 + jet.long(s))) $$;
+CREATE OR REPLACE FUNCTION jet.year(d timestamp) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT extract(year FROM d)::int $$;
+CREATE OR REPLACE FUNCTION jet.month(d timestamp) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT extract(month FROM d)::int $$;
+CREATE OR REPLACE FUNCTION jet.day(d timestamp) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT extract(day FROM d)::int $$;
+CREATE OR REPLACE FUNCTION jet.hour(d timestamp) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT extract(hour FROM d)::int $$;
+CREATE OR REPLACE FUNCTION jet.minute(d timestamp) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT extract(minute FROM d)::int $$;
+CREATE OR REPLACE FUNCTION jet.second(d timestamp) RETURNS int LANGUAGE sql IMMUTABLE STRICT AS $$
+    SELECT extract(second FROM d)::int $$;
+-- 1 is the first day of the week; days are numbered 1 Sunday to 7 Saturday.
+CREATE OR REPLACE FUNCTION jet.weekday(d timestamp, first float8 = 1) RETURNS int
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF NOT jet.long(first) BETWEEN 1 AND 7 THEN PERFORM jet.fail(5, 'Chiamata di funzione non valida'); END IF;
+    RETURN (extract(dow FROM d)::int + 1 - jet.long(first) + 7) % 7 + 1;
+END $$;
+CREATE OR REPLACE FUNCTION jet.datediff(part text, a timestamp, b timestamp, first float8 = 1) RETURNS bigint
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    years int := jet.year(b) - jet.year(a);
+    days int := b::date - a::date;
+BEGIN
+    CASE lower(part)
+        WHEN 'yyyy' THEN RETURN years;
+        WHEN 'q' THEN RETURN years * 4 + (jet.month(b) - 1) / 3 - (jet.month(a) - 1) / 3;
+        WHEN 'm' THEN RETURN years * 12 + jet.month(b) - jet.month(a);
+        WHEN 'y', 'd' THEN RETURN days;
+        WHEN 'w' THEN RETURN days / 7; -- whole weeks
+        WHEN 'ww' THEN RETURN (days - jet.weekday(b, first) + jet.weekday(a, first)) / 7; -- first days crossed
+        WHEN 'h' THEN RETURN floor(extract(epoch FROM b) / 3600) - floor(extract(epoch FROM a) / 3600);
+        WHEN 'n' THEN RETURN floor(extract(epoch FROM b) / 60) - floor(extract(epoch FROM a) / 60);
+        WHEN 's' THEN RETURN extract(epoch FROM b) - extract(epoch FROM a);
+        ELSE RETURN jet.fail(5, 'Chiamata di funzione non valida');
+    END CASE;
+END $$;
+-- By months clipped to the month's end.
+CREATE OR REPLACE FUNCTION jet.dateadd(part text, n float8, d timestamp) RETURNS timestamp
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+DECLARE
+    number int := jet.long(trunc(n));
+    months int := CASE lower(part) WHEN 'yyyy' THEN 12 WHEN 'q' THEN 3 WHEN 'm' THEN 1 END;
+    days int := CASE WHEN lower(part) IN ('y', 'd', 'w') THEN 1 WHEN lower(part) = 'ww' THEN 7 END;
+    seconds int := CASE lower(part) WHEN 'h' THEN 3600 WHEN 'n' THEN 60 WHEN 's' THEN 1 END;
+BEGIN
+    IF coalesce(months, days, seconds) IS NULL OR abs(number::bigint * months) > 120000
+       OR abs(number::bigint * days) > 4000000 THEN
+        PERFORM jet.fail(5, 'Chiamata di funzione non valida');
+    END IF;
+    RETURN jet.in_range(d + make_interval(months => coalesce(number * months, 0), days => coalesce(number * days, 0),
+                                          secs => coalesce(number::float8 * seconds, 0)));
+END $$;
+CREATE OR REPLACE FUNCTION jet.datepart(part text, d timestamp, first float8 = 1) RETURNS int
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    CASE lower(part)
+        WHEN 'yyyy' THEN RETURN jet.year(d);
+        WHEN 'q' THEN RETURN extract(quarter FROM d)::int;
+        WHEN 'm' THEN RETURN jet.month(d);
+        WHEN 'y' THEN RETURN extract(doy FROM d)::int;
+        WHEN 'd' THEN RETURN jet.day(d);
+        WHEN 'w' THEN RETURN jet.weekday(d, first);
+        -- the week of 1 January is the first
+        WHEN 'ww' THEN RETURN (extract(doy FROM d)::int - 1 + jet.weekday(date_trunc('year', d), first) - 1) / 7 + 1;
+        WHEN 'h' THEN RETURN jet.hour(d);
+        WHEN 'n' THEN RETURN jet.minute(d);
+        WHEN 's' THEN RETURN jet.second(d);
+        ELSE RETURN jet.fail(5, 'Chiamata di funzione non valida');
+    END CASE;
+END $$;
+-- By a number's pattern, a date's pattern, or as it is, by what the text can be read as.
+CREATE OR REPLACE FUNCTION jet.formattext(t text, pattern text) RETURNS citext
+LANGUAGE plpgsql IMMUTABLE STRICT AS $$
+BEGIN
+    IF strpos(pattern, '0') > 0 THEN RETURN coalesce(jet.formatnumber(jet.numberornull(t), pattern), t::citext); END IF;
+    RETURN coalesce(jet.formatdate(jet.dateornull(t), pattern), t::citext);
+END $$;
+)sql";
+
+// first() and last(): the value of the group's first or last row, Null included. And what keeps an autonumber field
+// above the numbers that rows are given.
+const char *const aggregatesAndTriggers = R"sql(
+CREATE OR REPLACE FUNCTION jet.first_step(kept anyarray, value anyelement) RETURNS anyarray
+LANGUAGE sql IMMUTABLE AS $$ SELECT coalesce(kept, ARRAY[value]) $$;
+CREATE OR REPLACE FUNCTION jet.last_step(kept anyarray, value anyelement) RETURNS anyarray
+LANGUAGE sql IMMUTABLE AS $$ SELECT ARRAY[value] $$;
+CREATE OR REPLACE FUNCTION jet.kept(kept anyarray) RETURNS anyelement LANGUAGE sql IMMUTABLE AS $$ SELECT kept[1] $$;
+CREATE OR REPLACE AGGREGATE jet.first(anyelement) (SFUNC = jet.first_step, STYPE = anyarray, FINALFUNC = jet.kept);
+CREATE OR REPLACE AGGREGATE jet.last(anyelement) (SFUNC = jet.last_step, STYPE = anyarray, FINALFUNC = jet.kept);
+
+CREATE OR REPLACE FUNCTION jet.keep_number() RETURNS trigger LANGUAGE plpgsql AS $$
+BEGIN
+    PERFORM setval(TG_ARGV[0]::regclass, (to_jsonb(NEW) ->> TG_ARGV[1])::bigint);
+    RETURN NULL;
+END $$;
+)sql";
+
+} // namespace
+
+QStringList postgresDefinitions()
+{
+    QStringList statements{QStringLiteral("CREATE SCHEMA IF NOT EXISTS jet"),
+                           QStringLiteral("CREATE EXTENSION IF NOT EXISTS citext SCHEMA jet"),
+                           // Definitions that may be there already are left alone.
+                           QStringLiteral("DO $do$ BEGIN "
+                                          "IF to_regtype('jet.memo') IS NULL THEN "
+                                          "CREATE DOMAIN jet.byte AS smallint CHECK (VALUE BETWEEN 0 AND 255); "
+                                          "CREATE DOMAIN jet.memo AS citext; "
+                                          "CREATE DOMAIN jet.guid AS citext; "
+                                          "FOR size IN 1..255 LOOP "
+                                          "EXECUTE format('CREATE DOMAIN jet.text_%s AS citext "
+                                          "CHECK (length(VALUE::text) <= %s)', size, size); "
+                                          "END LOOP; END IF; END $do$")};
+    for (const char *part : {helpers, textFunctions, numberFunctions, dateFunctions, aggregatesAndTriggers})
+        statements.append(QString::fromUtf8(part));
+    statements.append(QStringLiteral("COMMENT ON SCHEMA jet IS 'orvale %1'").arg(postgresDefinitionsVersion));
+    return statements;
+}
+
+} // namespace dao
