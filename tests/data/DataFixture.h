@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/engine/Dao.h"
+#include "server/TestEngine.h"
 #include "support/Clock.h"
 #include "support/Log.h"
 #include "support/SettingsStore.h"
@@ -22,7 +23,12 @@ protected:
         log.start(settings, "start");
     }
 
-    QString path(const QString &file) const { return QDir::toNativeSeparators(folder.filePath(file)); }
+    // Of a database the name that it has in the engine that the run is for.
+    QString path(const QString &file) const
+    {
+        return file.endsWith(".sqlite") ? testengine::databaseName(folder.path(), file)
+                                        : QDir::toNativeSeparators(folder.filePath(file));
+    }
 
     std::shared_ptr<dao::Database> create(const QString &file, const QStringList &statements)
     {

@@ -434,13 +434,16 @@ TEST_F(DaoTest, CommitThatFailsIsRolledBack)
         testengine::isServer()
             ? QStringList{"CREATE TABLE \"%1\".figlio (p integer REFERENCES \"%1\".pazienti(id) "
                           "DEFERRABLE INITIALLY DEFERRED)",
-                          "CREATE FUNCTION \"%1\".strappo() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN PERFORM "
+                          "CREATE FUNCTION \"%1\".strappo() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN "
+                          "PERFORM "
                           "pg_terminate_backend(pg_backend_pid()); RETURN OLD; END $$",
-                          "CREATE TRIGGER strappo BEFORE DELETE ON \"%1\".pazienti FOR EACH ROW EXECUTE FUNCTION "
+                          "CREATE TRIGGER strappo BEFORE DELETE ON \"%1\".pazienti FOR EACH ROW EXECUTE "
+                          "FUNCTION "
                           "\"%1\".strappo()"}
-            : QStringList{"CREATE TABLE %1.figlio (p INTEGER REFERENCES pazienti(id) DEFERRABLE INITIALLY DEFERRED)",
-                          "CREATE TRIGGER %1.strappo BEFORE DELETE ON pazienti "
-                          "BEGIN SELECT RAISE(ROLLBACK, 'no'); END"};
+            : QStringList{
+                "CREATE TABLE %1.figlio (p INTEGER REFERENCES pazienti(id) DEFERRABLE INITIALLY DEFERRED)",
+                "CREATE TRIGGER %1.strappo BEFORE DELETE ON pazienti "
+                "BEGIN SELECT RAISE(ROLLBACK, 'no'); END"};
     QSqlQuery native(database->nativeConnection());
     for (const QString &definition : definitions)
         ASSERT_TRUE(native.exec(definition.arg(database->nativeSchema())));

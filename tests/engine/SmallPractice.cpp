@@ -57,22 +57,24 @@ const std::pair<const char *, std::vector<Column>> schema[] = {
 // Yes and No stand for the engine's own literals.
 const std::pair<const char *, const char *> content[] = {
     {"one", "(1, NULL, NULL, NULL)"},
-    {"Archivio", "(1, 'Rossi', '1950-03-07 00:00:00', 70.5, Yes, NULL, "
-    "'{00000000-0000-0000-0000-00000000AB01}'),"
-    " (2, 'D''Angelo', '1980-12-31 00:00:00', NULL, No, '', NULL), (3, 'nicolò', NULL, 82, Yes, '12', NULL),"
-    " (4, 'Nicolo', '2001-01-15 10:30:00', 60, No, 'testo', NULL), (5, NULL, '1950-03-07 00:00:00', 0, No, "
-    "'7.5', NULL)"},
+    {"Archivio",
+     "(1, 'Rossi', '1950-03-07 00:00:00', 70.5, Yes, NULL, "
+     "'{00000000-0000-0000-0000-00000000AB01}'),"
+     " (2, 'D''Angelo', '1980-12-31 00:00:00', NULL, No, '', NULL), (3, 'nicolò', NULL, 82, Yes, '12', NULL),"
+     " (4, 'Nicolo', '2001-01-15 10:30:00', 60, No, 'testo', NULL), (5, NULL, '1950-03-07 00:00:00', 0, No, "
+     "'7.5', NULL)"},
     {"RIEPIL", "(1, '2024-05-11 00:00:00', 'L1', 1, NULL, 'A'), (1, '2024-05-11 09:00:00', "
-    "'L2', 1, NULL, 'B'),"
-    " (1, NULL, 'L3', 1, NULL, 'C'), (1, '2024-01-02 00:00:00', 'F1', 0, 2, 'A'), (2, '2023-12-31 23:59:59', "
-    "'F2', 0, 3, 'a'),"
-    " (2, '2024-06-01 00:00:00', 'l1', 1, NULL, NULL)"},
+               "'L2', 1, NULL, 'B'),"
+               " (1, NULL, 'L3', 1, NULL, 'C'), (1, '2024-01-02 00:00:00', 'F1', 0, 2, 'A'), (2, '2023-12-31 "
+               "23:59:59', "
+               "'F2', 0, 3, 'a'),"
+               " (2, '2024-06-01 00:00:00', 'l1', 1, NULL, NULL)"},
     {"RIEPIL2", "('L1', '90.14.3', '210', 1), ('L2', '90.14.3', ' 198,5', 2), ('L3', "
-    "'90.14.3', '', 3),"
-    " ('L1', '90.43.2', '95', 1), ('X9', '90.14.1', NULL, 1)"},
+                "'90.14.3', '', 3),"
+                " ('L1', '90.43.2', '95', 1), ('X9', '90.14.1', NULL, 1)"},
     {"VISITAPROBL", "(1, 1, 10, '2024-05-11 00:00:00', 'A', No), (2, 1, NULL, '2024-03-01 "
-    "00:00:00', NULL, Yes),"
-    " (3, 1, -1, '2024-04-01 08:30:00', 'b', No), (4, 2, 99, NULL, '', No)"},
+                    "00:00:00', NULL, Yes),"
+                    " (3, 1, -1, '2024-04-01 08:30:00', 'b', No), (4, 2, 99, NULL, '', No)"},
     {"PROBLEMS", "(10, 1, 'Ipertensione'), (11, 1, 'Diabete'), (12, 2, 'Asma')"},
 };
 
@@ -100,7 +102,8 @@ QString shown(const QVariant &value)
 SmallPractice::SmallPractice()
 {
     static int made = 0;
-    const QString name = testengine::databaseName(m_folder.path(), QStringLiteral("small%1.sqlite").arg(++made));
+    const QString name =
+        testengine::databaseName(m_folder.path(), QStringLiteral("small%1.sqlite").arg(++made));
     m_workspace = m_engine.CreateWorkspace();
     m_database = m_workspace->CreateDatabase(name);
     m_dialect = dao::makeDialect(name);
@@ -128,8 +131,9 @@ SmallPractice::SmallPractice()
                          .replace(u" No"_qs, u' ' + m_dialect->booleanLiteral(false)));
     }
     for (const auto &index : indexes)
-        nativeExec(m_dialect->createIndex(m_database->nativeSchema(), QString::fromLatin1(index.table),
-                                          {QString::fromLatin1(index.name), {QString::fromLatin1(index.field)}}));
+        nativeExec(
+            m_dialect->createIndex(m_database->nativeSchema(), QString::fromLatin1(index.table),
+                                   {QString::fromLatin1(index.name), {QString::fromLatin1(index.field)}}));
     transaction.commit();
     m_translator = std::make_unique<dao::Translator>(
         *m_dialect, *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });

@@ -25,7 +25,8 @@ inline QString databaseName(const QString &folder, const QString &file)
 {
     if (!isServer())
         return QDir::toNativeSeparators(QDir(folder).filePath(file));
-    return server() + QLatin1Char('#') + QFileInfo(folder).fileName() + QLatin1Char('_') + QFileInfo(file).completeBaseName();
+    return server() + QLatin1Char('#') + QFileInfo(folder).fileName() + QLatin1Char('_')
+           + QFileInfo(file).completeBaseName();
 }
 
 } // namespace testengine

@@ -43,8 +43,9 @@ auto Database::Private::withCurrentNames(Work work) const
 {
     try {
         return work();
-    } catch (const Error &) {
-        if (!catalog->isOutdated())
+    } catch (const Error &error) {
+        // What was on its way when the connection was lost may have been done.
+        if (error.number() == ConnectionLost || !catalog->isOutdated())
             throw;
     }
     catalog->invalidate();

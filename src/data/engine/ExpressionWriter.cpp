@@ -107,7 +107,8 @@ Operand ExpressionWriter::negate(const Expression &expression)
     const Operand number = m_convert.toNumber(write(*expression.arguments[0]), expression.place);
     if (number.isConstant)
         return m_convert.call(u"negate", {number}, expression.place);
-    return sqlOperand(QStringLiteral("(-") + m_context.dialect.computed(number.sql) + u')', FieldType::Double);
+    return sqlOperand(QStringLiteral("(-") + m_context.dialect.computed(number.sql) + u')',
+                      FieldType::Double);
 }
 
 Operand ExpressionWriter::binary(const Expression &expression)
@@ -187,8 +188,8 @@ Operand ExpressionWriter::arithmetic(Operator op, const Operand &left, const Ope
     const bool constant = a.isConstant && b.isConstant;
     const auto native = [&](const QString &sign) {
         const SqlDialect &dialect = m_context.dialect;
-        return sqlOperand(u'(' + dialect.computed(m_convert.sql(a)) + sign + dialect.computed(m_convert.sql(b))
-                              + u')',
+        return sqlOperand(u'(' + dialect.computed(m_convert.sql(a)) + sign
+                              + dialect.computed(m_convert.sql(b)) + u')',
                           FieldType::Double);
     };
     switch (op) {
@@ -276,9 +277,9 @@ Operand ExpressionWriter::inSelect(const Expression &expression)
     const TypeClass right = classOf(inner.columns.front().type);
     if (left != right && left != TypeClass::Null) {
         // As in a comparison: as dates when one is a date, else as numbers.
-        options.convertTo = right == TypeClass::Null                                ? left
+        options.convertTo = right == TypeClass::Null                              ? left
                             : left == TypeClass::Date || right == TypeClass::Date ? TypeClass::Date
-                                                                                   : TypeClass::Number;
+                                                                                  : TypeClass::Number;
         value = m_convert.toClass(value, *options.convertTo, expression.place);
         inner = SelectWriter(m_context, &m_scope, options).write(*expression.select);
     }

@@ -63,9 +63,8 @@ QString PostgresAddress::server() const
 
 QString PostgresAddress::name() const
 {
-    return schema.isEmpty()
-               ? server()
-               : server() + u'#' + QString::fromLatin1(QUrl::toPercentEncoding(schema));
+    return schema.isEmpty() ? server()
+                            : server() + u'#' + QString::fromLatin1(QUrl::toPercentEncoding(schema));
 }
 
 } // namespace dao

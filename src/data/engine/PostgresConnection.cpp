@@ -46,11 +46,12 @@ QString postgresSessionSettings()
     // A lock is waited for as shortly as in a file: whoever wants to try longer does so where the user can see it.
     // Nothing that a person waits for may take longer than the retries of a save, and a workstation that hangs in
     // the middle of a transaction must not keep the others from working.
-    return QStringLiteral("SET lock_timeout = '250ms'; SET statement_timeout = '15s'; "
-                          "SET idle_in_transaction_session_timeout = '60s'; SET extra_float_digits = 1; SET jit = off; "
-                          "SET client_min_messages = warning; SET datestyle = 'ISO'; "
-                          "SET bytea_output = 'hex'; SET standard_conforming_strings = on; "
-                          "SET search_path = pg_catalog, jet, public");
+    return QStringLiteral(
+        "SET lock_timeout = '250ms'; SET statement_timeout = '10s'; "
+        "SET idle_in_transaction_session_timeout = '60s'; SET extra_float_digits = 1; SET jit = off; "
+        "SET client_min_messages = warning; SET datestyle = 'ISO'; "
+        "SET bytea_output = 'hex'; SET standard_conforming_strings = on; "
+        "SET search_path = pg_catalog, jet, public");
 }
 
 PostgresConnection::PostgresConnection(const SqlDialect &dialect, const QSqlDatabase &connection)
@@ -185,9 +186,9 @@ void PostgresConnection::control(const QString &sql)
         requireConnection(sql);
     const bool opens = sql.startsWith(u"BEGIN") || sql.startsWith(u"SAVEPOINT ");
     const PostgresResult result = send(sql.toUtf8()
-                                           + (opens                             ? keepState
+                                           + (opens                         ? keepState
                                               : sql.startsWith(u"RELEASE ") ? keepNewState
-                                                                                : QByteArray()),
+                                                                            : QByteArray()),
                                        sql);
     // A transaction that cannot be committed any more is rolled back without an error.
     if (sql == u"COMMIT" && qstrcmp(PQcmdStatus(result.get()), "COMMIT") != 0)

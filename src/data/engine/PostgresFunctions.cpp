@@ -525,7 +525,8 @@ CREATE OR REPLACE AGGREGATE jet.last(anyelement) (SFUNC = jet.last_step, STYPE =
 
 CREATE OR REPLACE FUNCTION jet.keep_number() RETURNS trigger LANGUAGE plpgsql AS $$
 BEGIN
-    PERFORM setval(TG_ARGV[0]::regclass, (to_jsonb(NEW) ->> TG_ARGV[1])::bigint);
+    PERFORM setval(pg_get_serial_sequence(format('%I.%I', TG_TABLE_SCHEMA, TG_TABLE_NAME), TG_ARGV[0]),
+                   (to_jsonb(NEW) ->> TG_ARGV[0])::bigint);
     RETURN NULL;
 END $$;
 )sql";
@@ -534,18 +535,19 @@ END $$;
 
 QStringList postgresDefinitions()
 {
-    QStringList statements{QStringLiteral("CREATE SCHEMA IF NOT EXISTS jet"),
-                           QStringLiteral("CREATE EXTENSION IF NOT EXISTS citext SCHEMA jet"),
-                           // Definitions that may be there already are left alone.
-                           QStringLiteral("DO $do$ BEGIN "
-                                          "IF to_regtype('jet.memo') IS NULL THEN "
-                                          "CREATE DOMAIN jet.byte AS smallint CHECK (VALUE BETWEEN 0 AND 255); "
-                                          "CREATE DOMAIN jet.memo AS citext; "
-                                          "CREATE DOMAIN jet.guid AS citext; "
-                                          "FOR size IN 1..255 LOOP "
-                                          "EXECUTE format('CREATE DOMAIN jet.text_%s AS citext "
-                                          "CHECK (length(VALUE::text) <= %s)', size, size); "
-                                          "END LOOP; END IF; END $do$")};
+    QStringList statements{
+        QStringLiteral("CREATE SCHEMA IF NOT EXISTS jet"),
+        QStringLiteral("CREATE EXTENSION IF NOT EXISTS citext SCHEMA jet"),
+        // Definitions that may be there already are left alone.
+        QStringLiteral("DO $do$ BEGIN "
+                       "IF to_regtype('jet.memo') IS NULL THEN "
+                       "CREATE DOMAIN jet.byte AS smallint CHECK (VALUE BETWEEN 0 AND 255); "
+                       "CREATE DOMAIN jet.memo AS citext; "
+                       "CREATE DOMAIN jet.guid AS citext; "
+                       "FOR size IN 1..255 LOOP "
+                       "EXECUTE format('CREATE DOMAIN jet.text_%s AS citext "
+                       "CHECK (length(VALUE::text) <= %s)', size, size); "
+                       "END LOOP; END IF; END $do$")};
     for (const char *part : {helpers, textFunctions, numberFunctions, dateFunctions, aggregatesAndTriggers})
         statements.append(QString::fromUtf8(part));
     statements.append(QStringLiteral("COMMENT ON SCHEMA jet IS 'orvale %1'").arg(postgresDefinitionsVersion));

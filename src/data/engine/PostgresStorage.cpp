@@ -110,11 +110,27 @@ QVariantList rowOf(NativeCursor &rows, int columns)
     return values;
 }
 
+// Why a connection cannot be opened, in one line. The driver tells it in words only.
+QString connectionFailure(const QString &text)
+{
+    const auto says = [&](const char *words) { return text.contains(QLatin1String(words)); };
+    if (says("authentication failed") || says("no password supplied"))
+        return QStringLiteral("il nome o la password non sono quelli di un utente del server");
+    if (says("database \"") && says("does not exist"))
+        return QStringLiteral("il server non ha questo database");
+    if (says("role \"") && says("does not exist"))
+        return QStringLiteral("il server non conosce questo utente");
+    if (says("could not translate host name") || says("Connection refused") || says("timeout expired")
+        || says("No route to host") || says("No such file or directory"))
+        return QStringLiteral("a questo indirizzo non risponde nessun server");
+    return text.section(u'\n', 0, 0);
+}
+
 // Opens the connection as the address, the account and the environment say.
 void openAt(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
             const Account &account, const QString &database)
 {
-    QStringList options{QStringLiteral("connect_timeout=10"), QStringLiteral("tcp_user_timeout=10000"),
+    QStringList options{QStringLiteral("connect_timeout=3"), QStringLiteral("tcp_user_timeout=10000"),
                         QStringLiteral("keepalives_idle=10"), QStringLiteral("keepalives_interval=5"),
                         QStringLiteral("application_name=orvale")};
     bool hasMode = qEnvironmentVariableIsSet("PGSSLMODE");
@@ -134,9 +150,8 @@ void openAt(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresA
     connection.setConnectOptions(options.join(u';'));
     if (!connection.open()) {
         const QString text = connection.lastError().databaseText().trimmed();
-        throw Error(CannotFindFile,
-                    QStringLiteral("Impossibile aprire il database '%1': %2")
-                        .arg(address.name(), text.section(u'\n', 0, 0)));
+        throw Error(CannotFindFile, QStringLiteral("Impossibile aprire il database '%1': %2")
+                                        .arg(address.name(), connectionFailure(text)));
     }
     run(dialect, connection, postgresSessionSettings());
 }
@@ -156,7 +171,8 @@ void requireSuitable(const SqlDialect &dialect, const QSqlDatabase &connection, 
                         .arg(name, row.value(3).toString()));
     if (row.value(1).toString() != u"UTF8" || !row.value(2).toBool())
         throw Error(NotADatabase,
-                    QStringLiteral("Il database '%1' non ha la codifica UTF8 e le regole ICU che occorrono").arg(name));
+                    QStringLiteral("Il database '%1' non ha la codifica UTF8 e le regole ICU che occorrono")
+                        .arg(name));
 }
 
 class PostgresInsert final : public NativeInsert {
@@ -194,11 +210,12 @@ public:
         QSqlDatabase connection = QSqlDatabase::addDatabase(dialect.driverName(), m_connection);
         try {
             openAt(dialect, connection, address, {}, address.database);
-            PostgresCursor taken(run(dialect, connection,
-                                     QStringLiteral("SELECT pg_try_advisory_lock(%1)").arg(useLock)));
+            PostgresCursor taken(
+                run(dialect, connection, QStringLiteral("SELECT pg_try_advisory_lock(%1)").arg(useLock)));
             if (!taken.next() || !taken.value(0).toBool())
-                throw Error(Locked,
-                            QStringLiteral("Il database '%1' è in uso da un altro utente").arg(address.name()));
+                throw Error(
+                    Locked,
+                    QStringLiteral("Il database '%1' è in uso da un altro utente").arg(address.name()));
         } catch (const Error &) {
             connection = QSqlDatabase();
             QSqlDatabase::removeDatabase(m_connection);
@@ -263,9 +280,11 @@ QStringList PostgresDialect::completeTable(const QString &nativeName, const QLis
             QStringLiteral("DO $do$ DECLARE numbers text := pg_get_serial_sequence(%1, %2); BEGIN "
                            "EXECUTE format('CREATE TRIGGER engine_numbers AFTER INSERT ON %3 FOR EACH ROW "
                            "WHEN (NEW.%4 > coalesce(pg_sequence_last_value(%L::regclass), 0)) "
-                           "EXECUTE FUNCTION jet.keep_number(%L, %L)', numbers, numbers, %2); END $do$")
+                           "EXECUTE FUNCTION jet.keep_number(%L)', numbers, %2); END $do$")
                 .arg(literal(nativeName), literal(column.name),
-                     QString(nativeName).replace(u'%', QStringLiteral("%%")).replace(u'\'', QStringLiteral("''")),
+                     QString(nativeName)
+                         .replace(u'%', QStringLiteral("%%"))
+                         .replace(u'\'', QStringLiteral("''")),
                      identifier(column.name)
                          .replace(u'%', QStringLiteral("%%"))
                          .replace(u'\'', QStringLiteral("''"))));
@@ -368,11 +387,13 @@ QString PostgresDialect::attach(QSqlDatabase &connection, const QString &name, c
                                             "FROM pg_namespace WHERE nspname = ?"),
                              {address.schema}));
     if (!found.next())
-        throw Error(CannotFindFile, QStringLiteral("Impossibile trovare il database '%1'").arg(address.name()));
+        throw Error(CannotFindFile,
+                    QStringLiteral("Impossibile trovare il database '%1'").arg(address.name()));
     const QString version = found.value(0).toString();
     if (version.section(u' ', 1).toInt() > postgresDefinitionsVersion)
         throw Error(NotADatabase,
-                    QStringLiteral("Il database '%1' è di una versione più recente del programma").arg(address.name()));
+                    QStringLiteral("Il database '%1' è di una versione più recente del programma")
+                        .arg(address.name()));
     return address.schema;
 }
 
@@ -418,7 +439,8 @@ QStringList PostgresDialect::tables(QSqlDatabase &connection, const QString &sch
     return names;
 }
 
-TableInfo PostgresDialect::describe(QSqlDatabase &connection, const QString &schema, const QString &table) const
+TableInfo PostgresDialect::describe(QSqlDatabase &connection, const QString &schema,
+                                    const QString &table) const
 {
     TableInfo info;
     info.name = table;
@@ -431,7 +453,8 @@ TableInfo PostgresDialect::describe(QSqlDatabase &connection, const QString &sch
             "FROM pg_attribute WHERE attrelid = to_regclass(?) AND attnum > 0 AND NOT attisdropped "
             "AND attname <> 'engine_row' "
             "UNION ALL "
-            "SELECT i.indexrelid::int8, a.attname, coalesce(obj_description(i.indexrelid, 'pg_class'), c.relname), "
+            "SELECT i.indexrelid::int8, a.attname, coalesce(obj_description(i.indexrelid, 'pg_class'), "
+            "c.relname), "
             "i.indisunique, true, k.place::int "
             "FROM pg_index i JOIN pg_class c ON c.oid = i.indexrelid "
             "CROSS JOIN unnest(i.indkey::int2[]) WITH ORDINALITY AS k(number, place) "
@@ -468,7 +491,8 @@ TableInfo PostgresDialect::describe(QSqlDatabase &connection, const QString &sch
     return info;
 }
 
-QString PostgresDialect::createIndex(const QString &schema, const QString &table, const IndexInfo &index) const
+QString PostgresDialect::createIndex(const QString &schema, const QString &table,
+                                     const IndexInfo &index) const
 {
     QStringList fields;
     for (const QString &field : index.fields)
@@ -476,12 +500,14 @@ QString PostgresDialect::createIndex(const QString &schema, const QString &table
     const QString name = indexName(table, index);
     const QString whole =
         table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
-    const QString sql = QStringLiteral("CREATE %1 %2 ON %3 (%4)")
-                            .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX")
-                                                               : QStringLiteral("INDEX"),
-                                 quoted(name), qualified(schema, table), fields.join(QStringLiteral(", ")));
+    const QString sql =
+        QStringLiteral("CREATE %1 %2 ON %3 (%4)")
+            .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX") : QStringLiteral("INDEX"),
+                 quoted(name), qualified(schema, table), fields.join(QStringLiteral(", ")));
     return name == whole ? sql
-                         : sql + QStringLiteral("; COMMENT ON INDEX %1 IS %2").arg(qualified(schema, name), literal(whole));
+                         : sql
+                               + QStringLiteral("; COMMENT ON INDEX %1 IS %2")
+                                     .arg(qualified(schema, name), literal(whole));
 }
 
 QString PostgresDialect::dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const
@@ -501,7 +527,8 @@ qint64 PostgresDialect::insertRow(QSqlDatabase &connection, const QString &sql, 
         execute(connection, sql, values);
         return 0;
     }
-    PostgresCursor row(run(*this, connection, sql + QStringLiteral(" RETURNING ") + quoted(autoNumber), values));
+    PostgresCursor row(
+        run(*this, connection, sql + QStringLiteral(" RETURNING ") + quoted(autoNumber), values));
     return row.next() ? row.value(0).toLongLong() : 0;
 }
 
@@ -533,10 +560,11 @@ qint64 PostgresDialect::definitionVersion(QSqlDatabase &connection, const QStrin
 {
     PostgresCursor row(
         run(*this, connection,
-            QStringLiteral("SELECT hashtextextended(string_agg(concat_ws(' ', c.oid, c.relname, a.attname, a.atttypid, "
-                           "a.attnotnull), ',' ORDER BY c.oid, a.attnum), 0) "
-                           "FROM pg_class c LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 "
-                           "WHERE c.relnamespace = to_regnamespace(?) AND c.relkind IN ('r', 'i')"),
+            QStringLiteral(
+                "SELECT hashtextextended(string_agg(concat_ws(' ', c.oid, c.relname, a.attname, a.atttypid, "
+                "a.attnotnull), ',' ORDER BY c.oid, a.attnum), 0) "
+                "FROM pg_class c LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 "
+                "WHERE c.relnamespace = to_regnamespace(?) AND c.relkind IN ('r', 'i')"),
             {quoted(schema)}));
     return row.next() ? row.value(0).toLongLong() : 0;
 }
@@ -597,15 +625,15 @@ int PostgresDialect::errorNumber(const QSqlError &error) const
         return function->first;
     const QString state = error.nativeErrorCode();
     static const std::pair<QLatin1String, int> numbers[] = {
-        {QLatin1String("23505"), DuplicateKey},   {QLatin1String("23502"), FieldRequired},
-        {QLatin1String("55P03"), Locked},         {QLatin1String("40P01"), Locked},
-        {QLatin1String("40001"), Locked},         {QLatin1String("57014"), Locked},
-        {QLatin1String("25006"), ReadOnly},       {QLatin1String("42501"), ReadOnly},
-        {QLatin1String("22003"), Overflow},       {QLatin1String("22012"), DivisionByZero},
-        {QLatin1String("42P01"), ObjectNotFound}, {QLatin1String("3F000"), ObjectNotFound},
+        {QLatin1String("23505"), DuplicateKey},     {QLatin1String("23502"), FieldRequired},
+        {QLatin1String("55P03"), Locked},           {QLatin1String("40P01"), Locked},
+        {QLatin1String("40001"), Locked},           {QLatin1String("57014"), Locked},
+        {QLatin1String("25006"), ReadOnly},         {QLatin1String("42501"), ReadOnly},
+        {QLatin1String("22003"), Overflow},         {QLatin1String("22012"), DivisionByZero},
+        {QLatin1String("42P01"), ObjectNotFound},   {QLatin1String("3F000"), ObjectNotFound},
         {QLatin1String("42703"), TooFewParameters}, {QLatin1String("42P07"), TableExists},
-        {QLatin1String("54000"), RecordTooLarge}, {QLatin1String("53100"), DiskFull},
-        {QLatin1String("58030"), DiskError},      {QLatin1String("XX001"), Corrupt},
+        {QLatin1String("54000"), RecordTooLarge},   {QLatin1String("53100"), DiskFull},
+        {QLatin1String("58030"), DiskError},        {QLatin1String("XX001"), Corrupt},
         {QLatin1String("XX002"), Corrupt},
     };
     for (const auto &[code, number] : numbers) {

@@ -168,9 +168,8 @@ void Recordset::Private::changeRow()
     QStringList conditions{dialect.rowIdentity(alias) + QStringLiteral(" = ?")};
     values.append(identity);
     for (qsizetype i = 0; i < table.columns.size(); ++i) {
-        conditions.append(
-            dialect.identical(alias + u'.' + dialect.identifier(table.columns[i].name), QStringLiteral("?"),
-                              table.columns[i].type));
+        conditions.append(dialect.identical(alias + u'.' + dialect.identifier(table.columns[i].name),
+                                            QStringLiteral("?"), table.columns[i].type));
         values.append(original[source][i]);
     }
     const int affected =

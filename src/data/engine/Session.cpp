@@ -182,7 +182,8 @@ void Session::commit()
     drainReaders();
     try {
         requireTransaction();
-        control(m_depth == 1 ? QStringLiteral("COMMIT") : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
+        control(m_depth == 1 ? QStringLiteral("COMMIT")
+                             : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {
         rollback();
         throw;

@@ -94,7 +94,8 @@ public:
     // --- connection -----------------------------------------------------------------------------
     virtual QString driverName() const = 0; // of Qt SQL
     // Opens the connection that is to reach the database of that name: functions, collations, waits. Throws Error.
-    virtual void openConnection(QSqlDatabase &connection, const QString &name, const Account &account) const = 0;
+    virtual void openConnection(QSqlDatabase &connection, const QString &name,
+                                const Account &account) const = 0;
     // The full name of a database, as it is kept in links; and what is equal for two names of the same one.
     virtual QString fullName(const QString &name) const = 0;
     virtual QString sameName(const QString &name) const = 0;

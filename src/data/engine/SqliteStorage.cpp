@@ -335,8 +335,8 @@ TableInfo SqliteDialect::describe(QSqlDatabase &connection, const QString &schem
             QStringLiteral("SELECT name, type, \"notnull\" FROM pragma_table_info(?, ?) ORDER BY cid"),
             {table, schema});
     while (query.next())
-        info.columns.append(declaredColumn(query.value(0).toString(), query.value(1).toString(),
-                                                  query.value(2).toBool()));
+        info.columns.append(
+            declaredColumn(query.value(0).toString(), query.value(1).toString(), query.value(2).toBool()));
     if (info.columns.isEmpty())
         throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));
     info.indexes = indexesOf(*this, connection, schema, table);
