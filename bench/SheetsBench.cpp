@@ -95,9 +95,10 @@ std::vector<Routine> routines(int patient, const clivara::Period &year)
     };
 }
 
-// The statements that a routine runs, as SQLite sees them.
+// The queries that a routine runs, as SQLite sees them; what the engine asks for itself now and then is left out.
 std::vector<QByteArray> statementsOf(const Routine &routine, const ModEstrazDati &data, sqlite3 *connection)
 {
+    routine.run(data); // the first time the engine also asks for the tables' definitions
     std::vector<QByteArray> statements;
     sqlite3_trace_v2(
         connection, SQLITE_TRACE_STMT,
@@ -110,8 +111,10 @@ std::vector<QByteArray> statementsOf(const Routine &routine, const ModEstrazDati
         &statements);
     routine.run(data);
     sqlite3_trace_v2(connection, 0, nullptr, nullptr);
-    if (statements.empty())
-        throw std::runtime_error(routine.name + " ran no statement");
+    std::erase_if(statements,
+                  [](const QByteArray &sql) { return !sql.trimmed().toUpper().startsWith("SELECT"); });
+    if (statements.size() != 1)
+        throw std::runtime_error(routine.name + " did not run one query");
     return statements;
 }
 
