@@ -46,6 +46,7 @@ function(clivara_tests name)
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE clivara_test_main ${ARG_LINKS})
+    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h> <QtWidgets> <memory> <vector>)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")
 endfunction()
