@@ -29,7 +29,8 @@ int runCheck(const QStringList &arguments)
         QStringLiteral("check P [--all]"),
         QStringLiteral("Legge tutto l'archivio P e dice che cosa è incoerente: quante righe e quali.\n"
                        "Termina con 0 se non trova incoerenze, con 1 se ne trova."));
-    line.addArgument(QStringLiteral("P"), QStringLiteral("cartella dell'archivio"));
+    line.addArgument(QStringLiteral("P"),
+                     QStringLiteral("cartella dell'archivio, o postgresql://server/database"));
     line.addOption(
         QStringLiteral("all"), {},
         QStringLiteral("elenca tutte le righe trovate, non solo le prime %1 di ogni voce").arg(shownKeys));

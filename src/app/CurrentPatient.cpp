@@ -54,7 +54,7 @@ void prepareDoctor(clivara::SettingsStore &settings, Practice &practice)
 
 void prepareWorkFolder(clivara::SettingsStore &settings, const Practice &practice)
 {
-    const QDir folder(QDir(practice.path()).filePath(QStringLiteral("work")));
+    const QDir folder(QDir(practice.workstationFolder()).filePath(QStringLiteral("work")));
     folder.mkpath(QStringLiteral("logOrvale"));
     settings.write(QStringLiteral("ORVALE_WORK"), folder.absolutePath());
 }

@@ -2,7 +2,9 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/Demo.h"
+#include "app/Practice.h"
 #include "app/TerminalProgress.h"
+#include "data/engine/PostgresAddress.h"
 #include "support/Clock.h"
 
 namespace orvale {
@@ -13,7 +15,9 @@ int runDemo(const QStringList &arguments)
         QStringLiteral("demo P [--patients N] [--years Y] [--seed S]"),
         QStringLiteral(
             "Crea nella cartella P un archivio dimostrativo realistico, con date che finiscono oggi."));
-    line.addArgument(QStringLiteral("P"), QStringLiteral("cartella da creare (inesistente o vuota)"));
+    line.addArgument(
+        QStringLiteral("P"),
+        QStringLiteral("cartella da creare (inesistente o vuota), o postgresql://server/database"));
     line.addOption(QStringLiteral("patients"), QStringLiteral("N"),
                    QStringLiteral("numero di pazienti (1500)"));
     line.addOption(QStringLiteral("years"), QStringLiteral("Y"),
@@ -30,10 +34,11 @@ int runDemo(const QStringList &arguments)
     TerminalProgress bar;
     createDemo(line.argument(0), options, [&](int done, int total) { bar.show({}, done, total); });
     bar.end();
-    printLine(QStringLiteral("Creato l'archivio dimostrativo %1: %2 pazienti, %3 anni.")
-                  .arg(line.argument(0))
-                  .arg(options.patients)
-                  .arg(options.years));
+    printLine(
+        QStringLiteral("Creato l'archivio dimostrativo %1: %2 pazienti, %3 anni.")
+            .arg(dao::isServerAddress(line.argument(0)) ? practicePath(line.argument(0)) : line.argument(0))
+            .arg(options.patients)
+            .arg(options.years));
     return 0;
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/PracticeBuild.h"
 #include "app/PracticeProbe.h"
+#include "data/engine/PostgresAddress.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,6 +18,8 @@ namespace {
 
 UserError cannotOpen(const QString &path, const dao::Error &error)
 {
+    if (dao::isServerAddress(path))
+        return UserError(error.text());
     if (error.number() == dao::Corrupt || error.number() == dao::NotADatabase)
         return UserError(QStringLiteral("L'archivio %1 è danneggiato: %2").arg(path, error.text()));
     return UserError(QStringLiteral("L'archivio %1 non si apre: %2").arg(path, error.text()));
@@ -32,12 +35,22 @@ bool allPagesRead(dao::Database &database)
 
 } // namespace
 
-Practice::Practice(const QString &path)
+Practice::Practice(const QString &path, const QString &given)
     : m_path(path)
     , m_engine(std::make_unique<dao::DBEngine>())
 {
     m_environment.programFolder = QCoreApplication::applicationDirPath();
-    m_environment.dataFolder = path;
+    m_environment.dataFolder = workstationFolder();
+    if (dao::isServerAddress(path)) {
+        const auto address = dao::PostgresAddress::parse(given.isEmpty() ? path : given);
+        m_engine->setDefaultUser(address.user);
+        m_engine->setDefaultPassword(address.password);
+    }
+}
+
+QString Practice::workstationFolder() const
+{
+    return dao::isServerAddress(m_path) ? QFileInfo(defaultPracticePath()).path() : m_path;
 }
 
 Practice::~Practice() = default;
@@ -47,7 +60,7 @@ void Practice::openDatabases(bool create)
     dao::Workspace &workspace = m_engine->DefaultWorkspace();
     m_environment.workspace = &workspace;
     const auto file = [&](int position) {
-        const QString path = QDir(m_path).filePath(practiceFiles().at(position).fileName);
+        const QString path = databaseName(m_path, practiceFiles().at(position));
         return create ? workspace.CreateDatabase(path) : workspace.OpenDatabase(path);
     };
     m_environment.clinical = file(0);
@@ -70,6 +83,8 @@ QMap<QString, std::shared_ptr<dao::Database>> Practice::databases() const
 
 QString Practice::damagedFile(const QString &path)
 {
+    if (dao::isServerAddress(path))
+        return {}; // a server watches over its own pages
     dao::DBEngine engine;
     for (const PracticeFile &file : practiceFiles()) {
         const QString name = QDir(path).filePath(file.fileName);
@@ -86,8 +101,9 @@ QString Practice::damagedFile(const QString &path)
 std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &schema, Pages pages)
 {
     const QString folder = practicePath(path);
-    probePractice(folder, schema);
-    std::unique_ptr<Practice> practice(new Practice(folder));
+    if (!dao::isServerAddress(folder))
+        probePractice(folder, schema);
+    std::unique_ptr<Practice> practice(new Practice(folder, path));
     try {
         practice->openDatabases(false);
         const auto databases = practice->databases();
@@ -147,9 +163,15 @@ void Practice::setProperty(const QString &name, const QString &value)
 
 QString practicePath(const QString &path)
 {
-    if (path.startsWith(QLatin1String("postgresql://")))
-        throw UserError(
-            QStringLiteral("Gli archivi su PostgreSQL non si aprono ancora: indicare una cartella."));
+    if (dao::isServerAddress(path)) {
+        try {
+            auto address = dao::PostgresAddress::parse(path);
+            address.schema.clear();
+            return address.name();
+        } catch (const dao::Error &error) {
+            throw UserError(error.text());
+        }
+    }
     if (path.trimmed().isEmpty())
         throw UserError(QStringLiteral("Indicare la cartella dell'archivio."));
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());

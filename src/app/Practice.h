@@ -17,8 +17,9 @@ struct FirstDoctor {
     QString region; // two digits, kept in the practice's properties
 };
 
-// An open practice: its six databases in one workspace, and what the host knows of it. The folder holds
-// Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite.
+// An open practice: its six databases in one workspace, and what the host knows of it. It is a folder with
+// Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite, or a database of a server with the
+// schemas clinical, codes, third, doctors, local and events. A path is that of the folder or the database's address.
 class Practice {
 public:
     // Whether opening reads every page of the files. That takes about a second and a half for each gigabyte,
@@ -44,6 +45,9 @@ public:
     const clivara::HostEnvironment &environment() const { return m_environment; }
     dao::DBEngine &engine() { return *m_engine; }
     QString path() const { return m_path; }
+    // Where the practice's files that are a workstation's own stand: the practice's folder, or for a practice on a
+    // server the user's.
+    QString workstationFolder() const;
     FirstDoctor firstDoctor() const;
 
     // Properties of the practice ("region", "created"...), kept in its clinical database; empty when missing.
@@ -52,7 +56,8 @@ public:
 
 private:
     friend class PracticeBuild;
-    explicit Practice(const QString &path);
+    // `given` is the path as the user gave it; an address may hold a password, which is kept for the connection only.
+    explicit Practice(const QString &path, const QString &given = {});
     void openDatabases(bool create);
     QMap<QString, std::shared_ptr<dao::Database>> databases() const;
 
@@ -61,7 +66,8 @@ private:
     clivara::HostEnvironment m_environment;
 };
 
-// The absolute path of a practice's folder; throws UserError for an address that is none.
+// The absolute path of a practice's folder, or its address without the password; throws UserError for one that is
+// none.
 QString practicePath(const QString &path);
 
 // Where `orvale` without --practice looks: "practice" in the user's data folder.

@@ -2,6 +2,7 @@
 #include "app/PracticeBuild.h"
 
 #include "app/PracticeProbe.h"
+#include "data/engine/PostgresAddress.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -49,6 +50,11 @@ bool holdsOnlyDatabases(const QString &folder)
 PracticeBuild::PracticeBuild(const QString &path, Existing existing)
     : m_target(practicePath(path))
 {
+    if (dao::isServerAddress(m_target)) {
+        m_serverPart = std::make_unique<ServerPart>(path);
+        begin(path);
+        return;
+    }
     const QFileInfo info(m_target);
     const bool holdsSomething =
         info.isDir()
@@ -60,7 +66,12 @@ PracticeBuild::PracticeBuild(const QString &path, Existing existing)
     if (holdsSomething)
         m_previous = takePractice(m_target);
     m_part = std::make_unique<PartFolder>(m_target);
-    m_practice.reset(new Practice(m_part->path()));
+    begin({});
+}
+
+void PracticeBuild::begin(const QString &given)
+{
+    m_practice.reset(new Practice(folder(), given));
     m_practice->openDatabases(true);
     const auto databases = m_practice->databases();
     for (auto it = databases.begin(); it != databases.end(); ++it)
@@ -82,11 +93,16 @@ void PracticeBuild::finish()
         load->finish();
     m_loads.clear();
     m_practice.reset();
-    m_part->sync();
+    if (m_part)
+        m_part->sync();
 }
 
 QString PracticeBuild::place(Previous previous)
 {
+    if (m_serverPart) {
+        m_serverPart->place();
+        return {};
+    }
     if (m_previous.empty()) {
         m_part->place();
         return {};

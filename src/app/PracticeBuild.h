@@ -3,6 +3,7 @@
 
 #include "app/PartFolder.h"
 #include "app/Practice.h"
+#include "app/ServerPart.h"
 #include "data/engine/BulkLoad.h"
 #include "data/engine/ExclusiveUse.h"
 
@@ -18,13 +19,14 @@ class PracticeBuild {
 public:
     enum class Existing { Refused, Replaced };
 
-    // The place must not exist or be an empty folder; with Existing::Replaced it may be a practice that nobody
+    // On a server the database must not hold a practice. A folder must not exist or be empty; with Existing::Replaced it may be a practice that nobody
     // has open, which is kept from being opened as long as this object lives.
     explicit PracticeBuild(const QString &path, Existing existing = Existing::Refused);
     ~PracticeBuild();
 
     QString target() const { return m_target; }
-    QString folder() const { return m_part->path(); } // where it stands meanwhile
+    // Where it stands meanwhile: a folder, or an address on the server.
+    QString folder() const { return m_part ? m_part->path() : m_serverPart->path(); }
     bool replaces() const { return !m_previous.empty(); }
 
     // Until finish(). Nothing that is written reaches the disk yet, so it is fast.
@@ -41,10 +43,13 @@ public:
     QString place(Previous previous = Previous::Removed);
 
 private:
+    void begin(const QString &given);
+
     QString m_target;
     std::vector<std::unique_ptr<dao::ExclusiveUse>> m_previous;
     // What is declared later is closed before the folder goes.
-    std::unique_ptr<PartFolder> m_part;
+    std::unique_ptr<PartFolder> m_part; // one of the two
+    std::unique_ptr<ServerPart> m_serverPart;
     std::unique_ptr<Practice> m_practice;
     std::map<QString, std::unique_ptr<dao::BulkLoad>> m_loads; // by role
 };

@@ -3,6 +3,7 @@
 
 #include "app/Practice.h"
 #include "app/Schema.h"
+#include "data/engine/PostgresAddress.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -199,6 +200,8 @@ void applyRule(const Databases &databases, const Rule &rule, int mostKeys, QList
 // What the native engine says of pages and indexes, when it is not "ok".
 void checkFile(dao::Database &database, QList<Finding> &found)
 {
+    if (dao::isServerAddress(database.Name()))
+        return; // a server watches over its own pages
     Finding finding;
     finding.text = QStringLiteral("%1: il file è danneggiato").arg(database.Name());
     QSqlQuery query(database.nativeConnection());

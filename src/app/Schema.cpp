@@ -2,6 +2,7 @@
 #include "app/Schema.h"
 
 #include "app/UserError.h"
+#include "data/engine/PostgresAddress.h"
 
 #include <QDir>
 #include <QFile>
@@ -55,6 +56,14 @@ const QList<PracticeFile> &practiceFiles()
         {QStringLiteral("events"), QStringLiteral("Eventi.sqlite")},
     };
     return files;
+}
+
+QString databaseName(const QString &practice, const PracticeFile &file)
+{
+    if (!dao::isServerAddress(practice))
+        return QDir(practice).filePath(file.fileName);
+    // In the making its schemas have another beginning.
+    return practice + (practice.contains(u'#') ? u'_' : u'#') + file.database;
 }
 
 QStringList schemaStatements(const QString &sql)

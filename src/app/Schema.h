@@ -17,6 +17,9 @@ struct PracticeFile {
 };
 const QList<PracticeFile> &practiceFiles();
 
+// The name of one of a practice's databases: a file in its folder, or a schema of its database on a server.
+QString databaseName(const QString &practice, const PracticeFile &file);
+
 // One numbered schema file: definitions that take a database from the version before to this one.
 struct SchemaFile {
     int version = 0;

@@ -14,6 +14,7 @@ typedef struct pg_result PGresult;
 namespace dao {
 
 class SqlDialect;
+struct Account;
 
 struct ClearPostgresResult {
     void operator()(PGresult *result) const;
@@ -45,6 +46,12 @@ private:
     const SqlDialect &m_dialect;
     PGconn *m_connection;
 };
+
+// Opens a connection to a database of the address's server as the address, the account and the environment say.
+// Throws Error; its SQL is missingDatabaseMark when the server has no such database.
+void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
+                  const Account &account, const QString &database);
+inline const QString missingDatabaseMark = QStringLiteral("CREATE DATABASE");
 
 // What each new connection is told: how long it waits, and how it shows values.
 QString postgresSessionSettings();

@@ -110,6 +110,11 @@ QVariantList rowOf(NativeCursor &rows, int columns)
     return values;
 }
 
+QString noSuchDatabase()
+{
+    return QStringLiteral("il server non ha questo database");
+}
+
 // Why a connection cannot be opened, in one line. The driver tells it in words only.
 QString connectionFailure(const QString &text)
 {
@@ -117,43 +122,13 @@ QString connectionFailure(const QString &text)
     if (says("authentication failed") || says("no password supplied"))
         return QStringLiteral("il nome o la password non sono quelli di un utente del server");
     if (says("database \"") && says("does not exist"))
-        return QStringLiteral("il server non ha questo database");
+        return noSuchDatabase();
     if (says("role \"") && says("does not exist"))
         return QStringLiteral("il server non conosce questo utente");
     if (says("could not translate host name") || says("Connection refused") || says("timeout expired")
         || says("No route to host") || says("No such file or directory"))
         return QStringLiteral("a questo indirizzo non risponde nessun server");
     return text.section(u'\n', 0, 0);
-}
-
-// Opens the connection as the address, the account and the environment say.
-void openAt(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
-            const Account &account, const QString &database)
-{
-    QStringList options{QStringLiteral("connect_timeout=3"), QStringLiteral("tcp_user_timeout=10000"),
-                        QStringLiteral("keepalives_idle=10"), QStringLiteral("keepalives_interval=5"),
-                        QStringLiteral("application_name=orvale")};
-    bool hasMode = qEnvironmentVariableIsSet("PGSSLMODE");
-    for (const auto &[key, value] : address.options) {
-        hasMode = hasMode || key == u"sslmode";
-        options.append(key + u'=' + value);
-    }
-    if (!hasMode)
-        options.append(QStringLiteral("sslmode=prefer"));
-    connection.setHostName(address.host);
-    if (address.port > 0)
-        connection.setPort(address.port);
-    connection.setDatabaseName(database);
-    const bool ownUser = !address.user.isEmpty();
-    connection.setUserName(ownUser ? address.user : account.user);
-    connection.setPassword(ownUser ? address.password : account.password);
-    connection.setConnectOptions(options.join(u';'));
-    if (!connection.open()) {
-        const QString text = connection.lastError().databaseText().trimmed();
-        throw Error(CannotFindFile, QStringLiteral("Impossibile aprire il database '%1': %2")
-                                        .arg(address.name(), connectionFailure(text)));
-    }
-    run(dialect, connection, postgresSessionSettings());
 }
 
 // Whether the server and the database are such as the practice needs.
@@ -209,7 +184,7 @@ public:
         const PostgresAddress address = PostgresAddress::parse(name);
         QSqlDatabase connection = QSqlDatabase::addDatabase(dialect.driverName(), m_connection);
         try {
-            openAt(dialect, connection, address, {}, address.database);
+            openPostgres(dialect, connection, address, {}, address.database);
             PostgresCursor taken(
                 run(dialect, connection, QStringLiteral("SELECT pg_try_advisory_lock(%1)").arg(useLock)));
             if (!taken.next() || !taken.value(0).toBool())
@@ -236,6 +211,39 @@ private:
 };
 
 } // namespace
+
+void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
+                  const Account &account, const QString &database)
+{
+    QStringList options{QStringLiteral("connect_timeout=3"), QStringLiteral("tcp_user_timeout=10000"),
+                        QStringLiteral("keepalives_idle=10"), QStringLiteral("keepalives_interval=5"),
+                        QStringLiteral("application_name=orvale")};
+    bool hasMode = qEnvironmentVariableIsSet("PGSSLMODE");
+    for (const auto &[key, value] : address.options) {
+        hasMode = hasMode || key == u"sslmode";
+        options.append(key + u'=' + value);
+    }
+    if (!hasMode)
+        options.append(QStringLiteral("sslmode=prefer"));
+    connection.setHostName(address.host);
+    if (address.port > 0)
+        connection.setPort(address.port);
+    connection.setDatabaseName(database);
+    const bool ownUser = !address.user.isEmpty();
+    connection.setUserName(ownUser ? address.user : account.user);
+    connection.setPassword(!address.password.isEmpty()                ? address.password
+                           : !ownUser || address.user == account.user ? account.password
+                                                                      : QString());
+    connection.setConnectOptions(options.join(u';'));
+    if (!connection.open()) {
+        const QString text = connection.lastError().databaseText().trimmed();
+        const QString reason = connectionFailure(text);
+        throw Error(CannotFindFile,
+                    QStringLiteral("Impossibile aprire il database '%1': %2").arg(address.name(), reason),
+                    reason == noSuchDatabase() ? missingDatabaseMark : QString());
+    }
+    run(dialect, connection, postgresSessionSettings());
+}
 
 QString PostgresDialect::columnDeclaration(const ColumnInfo &column) const
 {
@@ -360,7 +368,7 @@ void PostgresDialect::openConnection(QSqlDatabase &connection, const QString &na
                                      const Account &account) const
 {
     const PostgresAddress address = PostgresAddress::parse(name);
-    openAt(*this, connection, address, account, address.database);
+    openPostgres(*this, connection, address, account, address.database);
     requireSuitable(*this, connection, address.name());
     // Somebody who has the practice for himself alone is waited for as shortly as for any lock.
     run(*this, connection, QStringLiteral("SELECT pg_advisory_lock_shared(%1)").arg(useLock));

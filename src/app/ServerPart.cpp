@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "app/ServerPart.h"
+
+#include "app/Practice.h"
+#include "data/engine/Error.h"
+
+namespace orvale {
+
+namespace {
+
+const QString making = QStringLiteral("new_");
+
+} // namespace
+
+ServerPart::ServerPart(const QString &address)
+    : m_practice(practicePath(address))
+    , m_schemas(address, dao::PostgresSchemas::Missing::Created)
+{
+    if (!present({}).isEmpty())
+        throw UserError(QStringLiteral("Il database %1 contiene già un archivio.").arg(m_practice));
+    const QStringList left = present(making);
+    if (!left.isEmpty() && m_schemas.isInUse())
+        throw UserError(QStringLiteral("Nel database %1 si sta già creando un archivio.").arg(m_practice));
+    m_schemas.remove(left);
+}
+
+ServerPart::~ServerPart()
+{
+    if (m_isPlaced)
+        return;
+    try {
+        m_schemas.remove(present(making));
+    } catch (const dao::Error &) {
+        // The next program that makes a practice there removes them.
+    }
+}
+
+QStringList ServerPart::present(const QString &beginning) const
+{
+    const QStringList names = m_schemas.names();
+    QStringList found;
+    for (const PracticeFile &file : practiceFiles()) {
+        if (names.contains(beginning + file.database))
+            found.append(beginning + file.database);
+    }
+    return found;
+}
+
+QString ServerPart::path() const
+{
+    return m_practice + QStringLiteral("#new");
+}
+
+void ServerPart::place()
+{
+    QList<std::pair<QString, QString>> names;
+    for (const PracticeFile &file : practiceFiles())
+        names.append({making + file.database, file.database});
+    m_schemas.rename(names);
+    m_isPlaced = true;
+}
+
+} // namespace orvale
