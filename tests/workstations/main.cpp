@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+// Several workstations on one practice: what each of them is told to be saved is saved, whatever the others do and
+// whoever is killed meanwhile. docs/architecture.md tells how to run it.
+#include "Driver.h"
+#include "app/CommandLine.h"
+#include "data/engine/Error.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+namespace {
+
+workstations::Run runFrom(const orvale::CommandLine &line)
+{
+    workstations::Run run;
+    run.practice = line.argument(1);
+    run.folder = line.value(QStringLiteral("folder"));
+    const auto number = [&](const char *option, int missing, int most) {
+        return line.number(QString::fromLatin1(option), missing, 0, most);
+    };
+    run.workstations = number("processes", run.workstations, 99);
+    run.saves = number("saves", run.saves, 9999);
+    run.workstationKills = number("kill-workstations", 0, 9999);
+    run.serverKills = number("kill-server", 0, 999);
+    run.limitMs = number("limit", 0, 100000);
+    run.seed = quint32(number("seed", 1, 1000000));
+    return run;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    orvale::CommandLine line(QStringLiteral("drive|work PRACTICE [--processes N] [--saves M]"),
+                             QStringLiteral("Fa lavorare N postazioni su un archivio nuovo e ne verifica il contenuto."));
+    line.addArgument(QStringLiteral("COMMAND"), QStringLiteral("drive; work è di ciascuna postazione"));
+    line.addArgument(QStringLiteral("PRACTICE"), QStringLiteral("una cartella da creare, o postgresql://…"));
+    line.addOption(QStringLiteral("folder"), QStringLiteral("CARTELLA"), QStringLiteral("registri delle postazioni"));
+    line.addOption(QStringLiteral("processes"), QStringLiteral("N"), QStringLiteral("postazioni (4)"));
+    line.addOption(QStringLiteral("saves"), QStringLiteral("M"), QStringLiteral("salvataggi di ciascuna (15)"));
+    line.addOption(QStringLiteral("kill-workstations"), QStringLiteral("K"), QStringLiteral("postazioni da uccidere"));
+    line.addOption(QStringLiteral("kill-server"), QStringLiteral("K"), QStringLiteral("arresti del server"));
+    line.addOption(QStringLiteral("limit"), QStringLiteral("MS"), QStringLiteral("attesa più lunga ammessa"));
+    line.addOption(QStringLiteral("seed"), QStringLiteral("S"), QStringLiteral("seme dei momenti a caso"));
+    line.addOption(QStringLiteral("worker"), QStringLiteral("I"), QStringLiteral("di work: quale postazione"));
+    line.addOption(QStringLiteral("from"), QStringLiteral("J"), QStringLiteral("di work: il primo salvataggio"));
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    try {
+        if (!line.parse(arguments))
+            return 0;
+        workstations::Run run = runFrom(line);
+        if (line.argument(0) == QLatin1String("work"))
+            return workstations::work(run, line.number(QStringLiteral("worker"), 0, 0, 99),
+                                      line.number(QStringLiteral("from"), 0, 0, 9999));
+        QTemporaryDir folder;
+        if (run.folder.isEmpty())
+            run.folder = folder.path();
+        // A practice without a name is a folder that goes away again.
+        if (run.practice.isEmpty())
+            run.practice = folder.filePath(QStringLiteral("practice"));
+        return workstations::drive(run);
+    } catch (const orvale::UserError &error) {
+        orvale::printError(error.text());
+    } catch (const dao::Error &error) {
+        orvale::printError(error.text());
+    } catch (const std::exception &error) {
+        orvale::printError(QString::fromLocal8Bit(error.what()));
+    }
+    return 2;
+}
