@@ -4,6 +4,7 @@
 #include "Driver.h"
 #include "app/CommandLine.h"
 #include "data/engine/Error.h"
+#include "server/TestEngine.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -56,7 +57,9 @@ int main(int argc, char **argv)
         QTemporaryDir folder;
         if (run.folder.isEmpty())
             run.folder = folder.path();
-        // A practice without a name is a folder that goes away again.
+        // A practice without a name is that of the tests' server, or a folder that goes away again.
+        if (run.practice.isEmpty())
+            run.practice = testengine::server();
         if (run.practice.isEmpty())
             run.practice = folder.filePath(QStringLiteral("practice"));
         return workstations::drive(run);
