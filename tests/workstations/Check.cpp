@@ -55,8 +55,9 @@ QSet<QString> texts(dao::Database &database, const QString &query)
 QString tagOf(const Save &save)
 {
     // An evaluation has no text to tell it by.
-    return save.kind == Kind::Evaluation ? QStringLiteral("%1 %2").arg(save.patient).arg(save.date.toString(Qt::ISODate))
-                                         : save.tag;
+    return save.kind == Kind::Evaluation
+               ? QStringLiteral("%1 %2").arg(save.patient).arg(save.date.toString(Qt::ISODate))
+               : save.tag;
 }
 
 QString expected(const Save &save)
@@ -70,7 +71,8 @@ QString expected(const Save &save)
     case Kind::Problem:
         return joined({patient, save.text, withIdentity});
     case Kind::Stay:
-        return joined({patient, date, QStringLiteral("Cardiologia"), QStringLiteral("in elenco"), withIdentity});
+        return joined(
+            {patient, date, QStringLiteral("Cardiologia"), QStringLiteral("in elenco"), withIdentity});
     case Kind::Evaluation:
         return joined({QString::number(systolicOf(save)), QString::number(cholesterolOf(save))});
     case Kind::Allergies:
@@ -89,39 +91,43 @@ Contents storedIn(orvale::Practice &practice)
     dao::Database &clinical = *practice.environment().clinical;
     const QString theirs = QStringLiteral(" WHERE cod_paz >= %1").arg(firstPatient);
     Contents contents;
-    collect(clinical, QStringLiteral("SELECT * FROM VISITAPROBL") + theirs, contents, [](dao::Recordset &row) {
-        return QStringList{row.Fields("anamnesi").text(), row.Fields("cod_paz").text(), day(row.Fields("DataReg")),
-                           row.Fields("conclusioni").text(), stamps(row)};
-    });
+    collect(clinical, QStringLiteral("SELECT * FROM VISITAPROBL") + theirs, contents,
+            [](dao::Recordset &row) {
+                return QStringList{row.Fields("anamnesi").text(), row.Fields("cod_paz").text(),
+                                   day(row.Fields("DataReg")), row.Fields("conclusioni").text(), stamps(row)};
+            });
     collect(clinical, QStringLiteral("SELECT * FROM PROBLEMS") + theirs, contents, [](dao::Recordset &row) {
         return QStringList{row.Fields("descr_mal").text(), row.Fields("cod_paz").text(),
                            row.Fields("anamnesi").text(), stamps(row)};
     });
     // A stay and its hospital's place in the list are saved together.
-    QSet<QString> hospitals = texts(
-        clinical, QStringLiteral("SELECT denominazione FROM sedericov WHERE denominazione LIKE 'Ospedale w*'"));
+    QSet<QString> hospitals =
+        texts(clinical,
+              QStringLiteral("SELECT denominazione FROM sedericov WHERE denominazione LIKE 'Ospedale w*'"));
     collect(clinical, QStringLiteral("SELECT * FROM ricoveri2") + theirs, contents, [&](dao::Recordset &row) {
         const QString hospital = row.Fields("sede").text();
         return QStringList{hospital.section(u' ', 1),
                            row.Fields("cod_paz").text(),
                            day(row.Fields("data_accesso")),
                            row.Fields("reparto").text(),
-                           hospitals.remove(hospital) ? QStringLiteral("in elenco") : QStringLiteral("non in elenco"),
+                           hospitals.remove(hospital) ? QStringLiteral("in elenco")
+                                                      : QStringLiteral("non in elenco"),
                            stamps(row)};
     });
     for (const QString &hospital : std::as_const(hospitals))
         contents.insert(hospital.section(u' ', 1), QStringLiteral("sede senza ricovero"));
-    collect(clinical, QStringLiteral("SELECT * FROM Rischio_Cardio") + theirs, contents, [](dao::Recordset &row) {
-        return QStringList{row.Fields("cod_paz").text() + u' ' + day(row.Fields("Data_Val")),
-                           row.Fields("pressione").text(), row.Fields("colesterolo").text()};
-    });
+    collect(clinical, QStringLiteral("SELECT * FROM Rischio_Cardio") + theirs, contents,
+            [](dao::Recordset &row) {
+                return QStringList{row.Fields("cod_paz").text() + u' ' + day(row.Fields("Data_Val")),
+                                   row.Fields("pressione").text(), row.Fields("colesterolo").text()};
+            });
     // Allergies are a code, a text and what the journal says of both.
     QHash<QString, int> codes, journal;
-    for (const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT cod_paz FROM ESAME_OB") + theirs); !rows->Eof();
-         rows->MoveNext())
+    for (const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT cod_paz FROM ESAME_OB") + theirs);
+         !rows->Eof(); rows->MoveNext())
         ++codes[rows->Fields(0).text()];
-    for (const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT cod_paz FROM Modifiche") + theirs); !rows->Eof();
-         rows->MoveNext())
+    for (const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT cod_paz FROM Modifiche") + theirs);
+         !rows->Eof(); rows->MoveNext())
         ++journal[rows->Fields(0).text()];
     collect(clinical, QStringLiteral("SELECT cod_paz, Allergie FROM inf_gen") + theirs, contents,
             [&](dao::Recordset &row) {
@@ -139,8 +145,8 @@ Contents storedIn(orvale::Practice &practice)
                 return QStringList{tag.match(row.Fields(1).text()).captured(), row.Fields(0).text()};
             });
     collect(*practice.environment().events,
-            QStringLiteral("SELECT codPaz, chiave, chiave1 FROM Eventi WHERE codPaz >= %1").arg(firstPatient), contents,
-            [](dao::Recordset &row) {
+            QStringLiteral("SELECT codPaz, chiave, chiave1 FROM Eventi WHERE codPaz >= %1").arg(firstPatient),
+            contents, [](dao::Recordset &row) {
                 return QStringList{row.Fields(1).text(), row.Fields(0).text(), row.Fields(2).text()};
             });
     return contents;
@@ -149,10 +155,11 @@ Contents storedIn(orvale::Practice &practice)
 // Keys that no index keeps apart, or that an index would have to: each value once.
 void findDoubles(orvale::Practice &practice, QStringList &faults)
 {
-    static const QStringList keys{QStringLiteral("VISITAPROBL|IdVisitaProbl"), QStringLiteral("PROBLEMS|idProblems"),
-                                  QStringLiteral("ricoveri2|idRicovero"), QStringLiteral("AIR15_7|idTipo, idScheda"),
-                                  QStringLiteral("VISITAPROBL|sRecordUid"), QStringLiteral("PROBLEMS|sRecordUid"),
-                                  QStringLiteral("sedericov|denominazione")};
+    static const QStringList keys{
+        QStringLiteral("VISITAPROBL|IdVisitaProbl"), QStringLiteral("PROBLEMS|idProblems"),
+        QStringLiteral("ricoveri2|idRicovero"),      QStringLiteral("AIR15_7|idTipo, idScheda"),
+        QStringLiteral("VISITAPROBL|sRecordUid"),    QStringLiteral("PROBLEMS|sRecordUid"),
+        QStringLiteral("sedericov|denominazione")};
     for (const QString &key : keys) {
         const QString table = key.section(u'|', 0, 0), fields = key.section(u'|', 1);
         const auto rows = practice.environment().clinical->OpenRecordset(

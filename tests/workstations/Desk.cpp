@@ -55,7 +55,8 @@ clivara::PromptButton DoctorsPrompts::ask(const clivara::Prompt &prompt)
 Desk::Desk(const QString &practice, const QString &folder, Ledger &ledger, int patienceMs)
     : m_ledger(ledger)
     , m_patienceMs(patienceMs)
-    , m_practice(orvale::Practice::open(practice, orvale::Schema::current(), orvale::Practice::Pages::ReadLater))
+    , m_practice(
+          orvale::Practice::open(practice, orvale::Schema::current(), orvale::Practice::Pages::ReadLater))
 {
     QDir(folder).mkpath(QStringLiteral("logOrvale"));
     const orvale::FirstDoctor doctor = m_practice->firstDoctor();
@@ -173,10 +174,10 @@ void Desk::recordEvent()
     clivara::RecordsetOperations operations(m_log, m_pauses);
     clivara::ChangeJournal journal(*environment.clinical, *environment.events, m_clock, m_log, operations);
     save([&] {
-        const bool isSaved =
-            journal.recordEvent(QStringLiteral("101"), QStringLiteral("101"), QStringLiteral("ModificaPaziente"),
-                                m_save.patient, m_save.tag, m_save.date.toString(Qt::ISODate))
-            == 0;
+        const bool isSaved = journal.recordEvent(QStringLiteral("101"), QStringLiteral("101"),
+                                                 QStringLiteral("ModificaPaziente"), m_save.patient,
+                                                 m_save.tag, m_save.date.toString(Qt::ISODate))
+                             == 0;
         if (!isSaved)
             m_prompts.warn(QStringLiteral("evento non registrato"));
         return isSaved;
@@ -213,7 +214,8 @@ void Desk::fillIn()
             openFrom(list, QStringLiteral("Btm_Ins_Dom"), [&](QWidget &dialog) {
                 type(dialog, "Data_Dom", slashed);
                 type(dialog, "Combo1", hospitalOf(m_save));
-                orvale::chooseEntry(findControl(dialog, QStringLiteral("Combo2")), QStringLiteral("Cardiologia"));
+                orvale::chooseEntry(findControl(dialog, QStringLiteral("Combo2")),
+                                    QStringLiteral("Cardiologia"));
                 press(dialog, QStringLiteral("Btm_Memorizza"));
             });
         });

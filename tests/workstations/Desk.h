@@ -65,7 +65,8 @@ private:
     Save m_save; // the current one
     bool m_begun = false;
     bool m_done = false;
-    int m_opening = 0; // counts the forms waited for, so that one that did not open is not waited for any more
+    int m_opening =
+        0; // counts the forms waited for, so that one that did not open is not waited for any more
     QElapsedTimer m_sectionTimer;
     qint64 m_openedMs = -1;
     std::exception_ptr m_failure; // of an act, carried past the forms' event loops

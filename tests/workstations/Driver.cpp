@@ -54,9 +54,10 @@ void prepare(const Run &run)
     dao::Transaction together(*practice->environment().workspace);
     for (int i = 0; i < patientsNeeded(run.workstations, run.saves); ++i) {
         const QString key = QString::number(firstPatient + i);
-        clinical.Execute(QStringLiteral("INSERT INTO archivio (cod_paz, cognome, nome, sesso, Data_Nasc, sOwnerUid) "
-                                        "VALUES (%1, 'Prova', 'Numero %1', 'M', #3/15/1966#, '{owner}')")
-                             .arg(key));
+        clinical.Execute(
+            QStringLiteral("INSERT INTO archivio (cod_paz, cognome, nome, sesso, Data_Nasc, sOwnerUid) "
+                           "VALUES (%1, 'Prova', 'Numero %1', 'M', #3/15/1966#, '{owner}')")
+                .arg(key));
         clinical.Execute(QStringLiteral("INSERT INTO inf_gen (cod_paz) VALUES (%1)").arg(key));
     }
     together.commit();
@@ -77,19 +78,16 @@ public:
         m_process.start(QCoreApplication::applicationFilePath(),
                         {QStringLiteral("work"), m_run.practice, QStringLiteral("--folder"), m_run.folder,
                          QStringLiteral("--processes"), QString::number(m_run.workstations),
-                         QStringLiteral("--saves"), QString::number(m_run.saves), QStringLiteral("--kill-server"),
-                         QString::number(m_run.serverKills), QStringLiteral("--worker"), QString::number(m_worker),
-                         QStringLiteral("--from"),
+                         QStringLiteral("--saves"), QString::number(m_run.saves),
+                         QStringLiteral("--kill-server"), QString::number(m_run.serverKills),
+                         QStringLiteral("--worker"), QString::number(m_worker), QStringLiteral("--from"),
                          QString::number(entries.isEmpty() ? 0 : entries.last().save.number + 1)});
         m_process.waitForStarted();
     }
 
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     // Whether a save has begun since the last call.
-    bool takeAnnouncement()
-    {
-        return m_process.readAllStandardOutput().contains("saving");
-    }
+    bool takeAnnouncement() { return m_process.readAllStandardOutput().contains("saving"); }
     void kill()
     {
         m_process.kill();
@@ -147,7 +145,8 @@ int killWorkstations(const Run &run, Workstations &all, QRandomGenerator &random
 
 bool controlServer(const char *command)
 {
-    return QProcess::execute(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {QLatin1String(command)}) == 0;
+    return QProcess::execute(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {QLatin1String(command)})
+           == 0;
 }
 
 int killServer(const Run &run, Workstations &all, QRandomGenerator &random, QStringList &faults)
@@ -163,7 +162,8 @@ int killServer(const Run &run, Workstations &all, QRandomGenerator &random, QStr
         sleepAndServe(random.bounded(400));
         if (!controlServer("start")) {
             faults.append(QStringLiteral("il server non è ripartito"));
-            break;
+            for (const auto &workstation : all)
+                workstation->kill();
         }
     }
     return killed;
@@ -263,7 +263,9 @@ int drive(const Run &run)
         retries += retriesIn(workFolder(run, worker));
     }
     if (begun != run.workstations * run.saves)
-        faults.append(QStringLiteral("iniziati %1 salvataggi invece di %2").arg(begun).arg(run.workstations * run.saves));
+        faults.append(QStringLiteral("iniziati %1 salvataggi invece di %2")
+                          .arg(begun)
+                          .arg(run.workstations * run.saves));
     // Only a workstation that was killed leaves a save without its end.
     if (begun - acknowledged > run.workstationKills)
         faults.append(QStringLiteral("%1 salvataggi senza conferma").arg(begun - acknowledged));
@@ -271,8 +273,9 @@ int drive(const Run &run)
         faults.append(QStringLiteral("un'attesa supera %1 ms").arg(run.limitMs));
     faults += compare(accounts, *orvale::Practice::open(run.practice));
 
-    say(QStringLiteral("%1: %2 postazioni × %3 salvataggi in %4 s; confermati %5; postazioni uccise %6; arresti del "
-                       "server %7; messaggi mostrati %8; nuovi tentativi %9")
+    say(QStringLiteral(
+            "%1: %2 postazioni × %3 salvataggi in %4 s; confermati %5; postazioni uccise %6; arresti del "
+            "server %7; messaggi mostrati %8; nuovi tentativi %9")
             .arg(isServer(run.practice) ? QStringLiteral("server") : QStringLiteral("file"))
             .arg(run.workstations)
             .arg(run.saves)

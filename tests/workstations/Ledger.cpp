@@ -64,7 +64,8 @@ Account Account::read(const QString &path)
         const QString tag = line[QStringLiteral("tag")].toString();
         if (line[event] == begin) {
             account.entries.append({Save::fromJson(line)});
-        } else if (line[event] == done && !account.entries.isEmpty() && account.entries.last().save.tag == tag) {
+        } else if (line[event] == done && !account.entries.isEmpty()
+                   && account.entries.last().save.tag == tag) {
             Entry &entry = account.entries.last();
             entry.isAcknowledged = true;
             entry.openedMs = line[QStringLiteral("opened")].toInteger();

@@ -20,9 +20,10 @@ Save makeSave(int worker, int number, int saves)
     save.kind = Kind(number % kinds);
     save.worker = worker;
     save.number = number;
-    save.patient = firstPatient
-                   + (save.kind == Kind::Allergies ? sharedPatients + worker * (saves / kinds + 1) + number / kinds
-                                                   : number / kinds % sharedPatients);
+    save.patient =
+        firstPatient
+        + (save.kind == Kind::Allergies ? sharedPatients + worker * (saves / kinds + 1) + number / kinds
+                                        : number / kinds % sharedPatients);
     save.date = QDate(1990, 1, 1).addDays(worker * saves + number);
     save.tag = QStringLiteral("w%1-%2").arg(worker).arg(number, 6, 10, QLatin1Char('0'));
     save.text = textFor(save.tag, number);
@@ -51,10 +52,13 @@ QString hospitalOf(const Save &save)
 
 QJsonObject Save::toJson() const
 {
-    return {{QStringLiteral("kind"), int(kind)},   {QStringLiteral("worker"), worker},
-            {QStringLiteral("number"), number},    {QStringLiteral("patient"), patient},
+    return {{QStringLiteral("kind"), int(kind)},
+            {QStringLiteral("worker"), worker},
+            {QStringLiteral("number"), number},
+            {QStringLiteral("patient"), patient},
             {QStringLiteral("date"), date.toString(Qt::ISODate)},
-            {QStringLiteral("tag"), tag},          {QStringLiteral("text"), text}};
+            {QStringLiteral("tag"), tag},
+            {QStringLiteral("text"), text}};
 }
 
 Save Save::fromJson(const QJsonObject &object)

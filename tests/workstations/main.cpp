@@ -33,19 +33,25 @@ workstations::Run runFrom(const orvale::CommandLine &line)
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);
-    orvale::CommandLine line(QStringLiteral("drive|work PRACTICE [--processes N] [--saves M]"),
-                             QStringLiteral("Fa lavorare N postazioni su un archivio nuovo e ne verifica il contenuto."));
+    orvale::CommandLine line(
+        QStringLiteral("drive|work PRACTICE [--processes N] [--saves M]"),
+        QStringLiteral("Fa lavorare N postazioni su un archivio nuovo e ne verifica il contenuto."));
     line.addArgument(QStringLiteral("COMMAND"), QStringLiteral("drive; work è di ciascuna postazione"));
     line.addArgument(QStringLiteral("PRACTICE"), QStringLiteral("una cartella da creare, o postgresql://…"));
-    line.addOption(QStringLiteral("folder"), QStringLiteral("CARTELLA"), QStringLiteral("registri delle postazioni"));
+    line.addOption(QStringLiteral("folder"), QStringLiteral("CARTELLA"),
+                   QStringLiteral("registri delle postazioni"));
     line.addOption(QStringLiteral("processes"), QStringLiteral("N"), QStringLiteral("postazioni (4)"));
-    line.addOption(QStringLiteral("saves"), QStringLiteral("M"), QStringLiteral("salvataggi di ciascuna (15)"));
-    line.addOption(QStringLiteral("kill-workstations"), QStringLiteral("K"), QStringLiteral("postazioni da uccidere"));
+    line.addOption(QStringLiteral("saves"), QStringLiteral("M"),
+                   QStringLiteral("salvataggi di ciascuna (15)"));
+    line.addOption(QStringLiteral("kill-workstations"), QStringLiteral("K"),
+                   QStringLiteral("postazioni da uccidere"));
     line.addOption(QStringLiteral("kill-server"), QStringLiteral("K"), QStringLiteral("arresti del server"));
     line.addOption(QStringLiteral("limit"), QStringLiteral("MS"), QStringLiteral("attesa più lunga ammessa"));
     line.addOption(QStringLiteral("seed"), QStringLiteral("S"), QStringLiteral("seme dei momenti a caso"));
-    line.addOption(QStringLiteral("worker"), QStringLiteral("I"), QStringLiteral("di work: quale postazione"));
-    line.addOption(QStringLiteral("from"), QStringLiteral("J"), QStringLiteral("di work: il primo salvataggio"));
+    line.addOption(QStringLiteral("worker"), QStringLiteral("I"),
+                   QStringLiteral("di work: quale postazione"));
+    line.addOption(QStringLiteral("from"), QStringLiteral("J"),
+                   QStringLiteral("di work: il primo salvataggio"));
     QStringList arguments = QCoreApplication::arguments().mid(1);
     try {
         if (!line.parse(arguments))
