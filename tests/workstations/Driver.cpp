@@ -151,9 +151,14 @@ bool controlServer(const char *command)
 
 int killServer(const Run &run, Workstations &all, QRandomGenerator &random, QStringList &faults)
 {
+    // Opening the practice is no save: nobody is patient there.
+    for (const auto &workstation : all) {
+        while (workstation->isRunning() && !workstation->takeAnnouncement())
+            sleepAndServe(1);
+    }
     int killed = 0;
     while (killed < run.serverKills && anyRunning(all)) {
-        sleepAndServe(200 + random.bounded(betweenServerKillsMs));
+        sleepAndServe(random.bounded(betweenServerKillsMs));
         if (!anyRunning(all))
             break;
         if (!controlServer("kill"))
