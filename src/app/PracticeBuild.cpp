@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/PracticeBuild.h"
 
+#include "app/NetworkShare.h"
 #include "app/PracticeProbe.h"
 #include "data/engine/PostgresAddress.h"
 
@@ -55,6 +56,7 @@ PracticeBuild::PracticeBuild(const QString &path, Existing existing)
         begin(path);
         return;
     }
+    refuseNetworkShare(m_target);
     const QFileInfo info(m_target);
     const bool holdsSomething =
         info.isDir()

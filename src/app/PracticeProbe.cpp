@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/PracticeProbe.h"
 
+#include "app/NetworkShare.h"
 #include "app/Schema.h"
 #include "app/UserError.h"
 
@@ -145,6 +146,7 @@ void probePractice(const QString &folder, const Schema &schema)
     if (!info.isDir())
         throw UserError(
             QStringLiteral("%1 non è una cartella: un archivio di Orvale è una cartella.").arg(folder));
+    refuseNetworkShare(folder);
     for (const PracticeFile &file : practiceFiles()) {
         const QString path = QDir(folder).filePath(file.fileName);
         const QFileInfo fileInfo(path);
@@ -153,6 +155,8 @@ void probePractice(const QString &folder, const Schema &schema)
                                 .arg(folder, file.fileName));
         if (!fileInfo.isFile())
             throw notAPractice(path);
+        if (fileInfo.isSymLink())
+            refuseNetworkShare(path);
         probeHeader(path);
         if (!fileInfo.isWritable())
             throw UserError(QStringLiteral("Manca il permesso di scrittura sul file %1.").arg(path));
