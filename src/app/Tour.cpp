@@ -5,6 +5,8 @@
 #include "app/PatientRecords.h"
 #include "app/Practice.h"
 #include "app/Sections.h"
+#include "data/Identity.h"
+#include "data/engine/Dao.h"
 #include "host/Class3.h"
 #include "host/working_state/WorkingState.h"
 #include "support/ui/ChartForm.h"
@@ -17,6 +19,7 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QPixmap>
+#include <QPlainTextEdit>
 #include <QTimer>
 
 namespace orvale {
@@ -118,14 +121,48 @@ constexpr DialogOpener dialogOpeners[]{
     {"InfGen", "Apri_PregMalInf"},  {"Ricoveri_Gestione", "Btn_Modif_Dom"},
     {"AIR15_Gestione", "Btm_Apri"}, {"AIR15_Gestione", "chameleonButton1_1"}};
 
+// What another workstation is made to have written of the patient's visits while one is open, until the object goes away:
+// a tour writes nothing.
+class OtherWorkstation {
+public:
+    OtherWorkstation(const clivara::HostEnvironment &practice, clivara::Clock &clock, qint32 patient)
+        : m_transaction(*practice.workspace)
+    {
+        QString author;
+        for (const auto doctors = practice.doctors->OpenRecordset(QStringLiteral("medici_gruppo"));
+             !doctors->Eof(); doctors->MoveNext())
+            author = clivara::normaliseUid(doctors->Fields(QStringLiteral("idRowGuid")).text());
+        const auto visits = practice.clinical->OpenRecordset(
+            QStringLiteral("SELECT * FROM VISITAPROBL WHERE cod_paz = %1").arg(patient));
+        for (; !visits->Eof(); visits->MoveNext()) {
+            visits->Edit();
+            const auto set = [&](const char *field, const QVariant &value) {
+                visits->Fields(QString::fromLatin1(field)).setValue(value);
+            };
+            const QString history = visits->Fields(QStringLiteral("anamnesi")).text();
+            set("anamnesi", (history + QStringLiteral(" Nega febbre e calo di peso.")).trimmed());
+            set("pianificazione", QStringLiteral("Controllo tra un mese con gli esami."));
+            set("sAuthorUid", author);
+            set("dLastModifiedDate", clock.local());
+            visits->Update();
+        }
+    }
+
+private:
+    dao::Transaction m_transaction;
+};
+
 // Waits inside the form's own event loop until it is open, has it show what it can and takes its picture, then
 // those of the dialogs that open out of it; closes it in any case.
 class FormVisit {
 public:
     // `beneath` is the form that the visited one opens over; null for a section.
-    FormVisit(Pictures &pictures, const QWidget *beneath)
+    // `meanwhile` makes what another workstation writes while a visit is open.
+    using Meanwhile = std::function<std::unique_ptr<OtherWorkstation>()>;
+    FormVisit(Pictures &pictures, const QWidget *beneath, Meanwhile meanwhile)
         : m_pictures(pictures)
         , m_beneath(beneath)
+        , m_meanwhile(std::move(meanwhile))
     {
         QObject::connect(&m_poll, &QTimer::timeout, &m_poll, [this] { look(); });
         m_poll.start(formPollMilliseconds);
@@ -153,6 +190,8 @@ private:
             m_pictures.save(*form, form->objectName());
             m_tookPicture = true;
             visitDialogs(*form);
+            if (form->objectName() == QLatin1String("Visita2"))
+                visitConflict(*form);
         } catch (const UserError &) {
             m_error = std::current_exception();
         }
@@ -184,15 +223,29 @@ private:
             if (form.objectName() != QLatin1String(opener.form))
                 continue;
             if (const auto control = form.findChild<QAbstractButton *>(QLatin1String(opener.control))) {
-                FormVisit dialog(m_pictures, &form);
+                FormVisit dialog(m_pictures, &form, m_meanwhile);
                 control->click();
                 dialog.rethrow();
             }
         }
     }
 
+    void visitConflict(QWidget &visit)
+    {
+        const auto history = visit.findChild<QPlainTextEdit *>(QStringLiteral("Text1_0"));
+        const auto save = visit.findChild<QAbstractButton *>(QStringLiteral("chameleonButton1_0"));
+        if (!history || !save)
+            return;
+        history->appendPlainText(QStringLiteral("Riferisce anche astenia nelle ultime settimane."));
+        const auto other = m_meanwhile();
+        FormVisit conflict(m_pictures, &visit, m_meanwhile);
+        save->click();
+        conflict.rethrow();
+    }
+
     Pictures &m_pictures;
     const QWidget *m_beneath;
+    Meanwhile m_meanwhile;
     QTimer m_poll;
     bool m_tookPicture = false;
     std::exception_ptr m_error;
@@ -238,7 +291,9 @@ QStringList takeTour(Practice &practice, clivara::Clock &clock, const QString &f
         for (const Section &section : group.sections) {
             if (!clivara::Class3::isBuilt(section.action))
                 continue;
-            FormVisit visit(pictures, nullptr);
+            FormVisit visit(pictures, nullptr, [&] {
+                return std::make_unique<OtherWorkstation>(practice.environment(), clock, patient);
+            });
             window.openSection(section);
             visit.rethrow();
             if (!visit.tookPicture())

@@ -59,9 +59,10 @@ std::optional<CardiovascularEvaluation> readCardiovascular(dao::Database &clinic
 }
 
 SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
-                               const CardiovascularEvaluation &evaluation, Existing existing)
+                               const CardiovascularEvaluation &evaluation, Existing existing,
+                               EvaluationVersions &versions)
 {
-    return saveEvaluation(state, riskTable, when, existing, [&evaluation](dao::Recordset &row) {
+    const auto fill = [&evaluation](dao::Recordset &row) {
         row.Fields(QStringLiteral("eta"))
             .setValue(evaluation.ageYears ? QVariant(*evaluation.ageYears) : QVariant());
         row.Fields(QStringLiteral("pct_rischio")).setValue(numberValue(evaluation.risk));
@@ -71,7 +72,26 @@ SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
         row.Fields(QStringLiteral("fumatore")).setValue(evaluation.smoker);
         row.Fields(QStringLiteral("diabetico")).setValue(evaluation.diabetic);
         row.Fields(QStringLiteral("ipertens")).setValue(evaluation.treatedHypertension);
-    });
+    };
+    return saveEvaluation(state, storedCardiovascular(), when, existing, fill, versions);
+}
+
+const StoredEvaluation &storedCardiovascular()
+{
+    static const StoredEvaluation stored{
+        riskTable,
+        {{QStringLiteral("pct_rischio"), QStringLiteral("Rischio"),
+          [](const QVariant &risk) {
+              return risk.isValid() ? jet::formatNumber(risk.toDouble(), u"0.0%") : QString();
+          }},
+         {QStringLiteral("eta"), QStringLiteral("Età"), numberAsText},
+         {QStringLiteral("pressione"), QStringLiteral("Pressione sistolica"), numberAsText},
+         {QStringLiteral("colesterolo"), QStringLiteral("Colesterolemia totale"), numberAsText},
+         {QStringLiteral("hdl"), QStringLiteral("HDL-colesterolemia"), numberAsText},
+         {QStringLiteral("fumatore"), QStringLiteral("Fumatore"), yesOrNo},
+         {QStringLiteral("diabetico"), QStringLiteral("Diabetico"), yesOrNo},
+         {QStringLiteral("ipertens"), QStringLiteral("Ipertensione in trattamento"), yesOrNo}}};
+    return stored;
 }
 
 WriteResult deleteCardiovascular(WorkingState &state, const QDateTime &when)

@@ -24,7 +24,9 @@ QList<HistoryRow> readCardiovascularHistory(dao::Database &clinical, qint32 pati
 std::optional<CardiovascularEvaluation> readCardiovascular(dao::Database &clinical, qint32 patientCode,
                                                            const QDateTime &when);
 SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
-                               const CardiovascularEvaluation &evaluation, Existing existing);
+                               const CardiovascularEvaluation &evaluation, Existing existing,
+                               EvaluationVersions &versions);
+const StoredEvaluation &storedCardiovascular();
 WriteResult deleteCardiovascular(WorkingState &state, const QDateTime &when);
 
 // A condition that the chart knows of the patient, and in Italian where that stands.

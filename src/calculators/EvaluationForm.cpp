@@ -154,7 +154,11 @@ void EvaluationForm::showReferenceAge()
 void EvaluationForm::refreshHistory()
 {
     QList<HistoryRow> rows;
-    guarded([&] { rows = history(); });
+    m_read.clear();
+    guarded([&] {
+        rows = history();
+        m_read = readEvaluations(state().clinical(), storedAs(), state().header.patientCode);
+    });
     m_filling = true;
     m_history->setRows(rows);
     m_filling = false;
@@ -296,12 +300,7 @@ void EvaluationForm::saveOn(QDate day)
 {
     // A chosen evaluation that gets another date is a new one: it must not replace the one of that date.
     const bool isNew = !m_chosen.isValid() || m_chosen.date() != day;
-    SaveOutcome outcome = SaveOutcome::Failed;
-    {
-        const WaitCursor waiting; // for another workstation it takes some seconds
-        guarded([&] { outcome = save(isNew ? jet::dateTime(day) : m_chosen, isNew); });
-    }
-    switch (outcome) {
+    switch (trySaveOn(isNew ? jet::dateTime(day) : m_chosen, isNew)) {
     case SaveOutcome::AlreadyThere:
         state().prompts.ask({windowTitle(),
                              QStringLiteral("Esiste già una rilevazione effettuata nella stessa data."),
@@ -310,9 +309,10 @@ void EvaluationForm::saveOn(QDate day)
                              PromptButton::Ok});
         return;
     case SaveOutcome::Failed:
-        state().prompts.warn(
-            QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
-                           "Quanto scritto resta nella finestra: riprovare tra poco."));
+        warnNotSaved(state());
+        return;
+    case SaveOutcome::Vanished:
+    case SaveOutcome::Changed: // the doctor has chosen
         return;
     case SaveOutcome::Saved:
         break;
@@ -320,6 +320,62 @@ void EvaluationForm::saveOn(QDate day)
     refreshHistory();
     afterSave();
     showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(slashedDate(day)));
+}
+
+SaveOutcome EvaluationForm::trySaveOn(const QDateTime &when, bool isNew)
+{
+    for (;;) {
+        EvaluationVersions versions;
+        versions.read = m_read.value(when);
+        SaveOutcome outcome = SaveOutcome::Failed;
+        {
+            const WaitCursor waiting; // for another workstation it takes some seconds
+            guarded([&] { outcome = save(when, isNew, versions); });
+        }
+        if (outcome == SaveOutcome::Vanished) {
+            if (!isNew
+                && !state().prompts.confirm(
+                    QStringLiteral("Un'altra postazione ha eliminato la rilevazione mentre era aperta.\n"
+                                   "Salvarla come nuova?")))
+                return outcome;
+            m_read.remove(when);
+        } else if (outcome != SaveOutcome::Changed || !mayReplace(when, versions)) {
+            return outcome;
+        } else {
+            m_read[when] = versions.stored;
+        }
+    }
+}
+
+// Shows both versions; true when the doctor wants the one of this window.
+bool EvaluationForm::mayReplace(const QDateTime &when, const EvaluationVersions &versions)
+{
+    RecordConflict conflict;
+    conflict.event = QStringLiteral("La rilevazione del %1 è stata salvata").arg(slashedDate(when.date()));
+    conflict.mergesFields = false; // the result follows from all values
+    const QList<StoredEvaluation::Value> &values = storedAs().values;
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        const auto text = [&](const EvaluationValues &version) {
+            return version.isEmpty() ? QString() : values[i].text(version[i]);
+        };
+        conflict.fields.append(
+            {values[i].caption, text(versions.read), text(versions.mine), text(versions.stored)});
+    }
+    const ConflictChoice choice = askAboutConflict(state(), conflict);
+    if (choice == ConflictChoice::Theirs)
+        showTheirs(when);
+    return choice == ConflictChoice::Mine;
+}
+
+void EvaluationForm::showTheirs(const QDateTime &when)
+{
+    refreshHistory();
+    if (m_chosen == when)
+        showChosen(when);
+    else
+        newEvaluation();
+    showStatus(QStringLiteral("La rilevazione del %1 è come l'ha salvata l'altra postazione.")
+                   .arg(slashedDate(when.date())));
 }
 
 void EvaluationForm::deleteChosen()
@@ -334,9 +390,7 @@ void EvaluationForm::deleteChosen()
         guarded([&] { result = remove(m_chosen); });
     }
     if (result != WriteResult::Done) {
-        state().prompts.warn(
-            QStringLiteral("Eliminazione non riuscita: l'archivio è occupato o non si può scrivere.\n"
-                           "Riprovare tra poco."));
+        tellCommand(state(), result, {}, QStringLiteral("Non è stato possibile eliminare la rilevazione"));
         return;
     }
     refreshHistory();

@@ -39,7 +39,9 @@ protected:
     // Fills inputs and result from a saved evaluation; false when it is gone.
     virtual bool showSaved(const QDateTime &when) = 0;
     // Saves what was computed. `isNew`: the doctor has not chosen the evaluation of that date from the history.
-    virtual SaveOutcome save(const QDateTime &when, bool isNew) = 0;
+    // `versions` says what may be replaced and gets what is in the way.
+    virtual SaveOutcome save(const QDateTime &when, bool isNew, EvaluationVersions &versions) = 0;
+    virtual const StoredEvaluation &storedAs() const = 0;
     virtual WriteResult remove(const QDateTime &when) = 0;
     // After a save, the history being up to date.
     virtual void afterSave() { }
@@ -77,6 +79,9 @@ private:
     void showChosen(const QDateTime &when);
     void trySave();
     void saveOn(QDate day);
+    SaveOutcome trySaveOn(const QDateTime &when, bool isNew);
+    bool mayReplace(const QDateTime &when, const EvaluationVersions &versions);
+    void showTheirs(const QDateTime &when);
     void deleteChosen();
     // What the date field holds is no date, and the doctor has been told.
     void markDateRefused();
@@ -85,6 +90,7 @@ private:
     std::unique_ptr<Ui::EvaluationForm> m_ui;
     HistoryModel *m_history;
     QLabel *m_referenceLabel; // Label2(1)
+    QHash<QDateTime, EvaluationValues> m_read; // what the history was read with
     QList<int> m_plotted; // the history's row of each point
     QDateTime m_chosen; // the evaluation that the inputs were filled from; invalid for a new one
     int m_referenceAge = 0;

@@ -20,7 +20,25 @@ QString evaluationCondition(const QString &table, qint32 patientCode, const QDat
         .arg(date);
 }
 
+EvaluationValues valuesOf(dao::Recordset &row, const StoredEvaluation &stored)
+{
+    EvaluationValues values;
+    for (const StoredEvaluation::Value &value : stored.values)
+        values.append(row.Fields(value.field).Value());
+    return values;
+}
+
 } // namespace
+
+QString numberAsText(const QVariant &value)
+{
+    return value.isValid() ? jet::numberText(value.toDouble()) : QString();
+}
+
+QString yesOrNo(const QVariant &value)
+{
+    return value.toBool() ? QStringLiteral("sì") : QStringLiteral("no");
+}
 
 QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query)
 {
@@ -40,10 +58,23 @@ QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTim
     return QStringLiteral("SELECT ") + evaluationCondition(table, patientCode, when);
 }
 
-SaveOutcome saveEvaluation(WorkingState &state, const QString &table, const QDateTime &when,
-                           Existing existing, const std::function<void(dao::Recordset &)> &fill)
+QHash<QDateTime, EvaluationValues> readEvaluations(dao::Database &clinical, const StoredEvaluation &stored,
+                                                   qint32 patientCode)
 {
-    const QString query = evaluationQuery(table, state.header.patientCode, when);
+    QHash<QDateTime, EvaluationValues> evaluations;
+    for (const auto rows = clinical.OpenRecordset(
+             QStringLiteral("SELECT * FROM %1 WHERE cod_paz = %2").arg(stored.table).arg(patientCode),
+             dao::RecordsetType::Snapshot);
+         !rows->Eof(); rows->MoveNext())
+        evaluations.insert(rows->Fields(QStringLiteral("Data_Val")).date(), valuesOf(*rows, stored));
+    return evaluations;
+}
+
+SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
+                           Existing existing, const std::function<void(dao::Recordset &)> &fill,
+                           EvaluationVersions &versions)
+{
+    const QString query = evaluationQuery(stored.table, state.header.patientCode, when);
     bool refused = false;
     const auto write = [&] {
         const auto row = state.clinical().OpenRecordset(query);
@@ -51,12 +82,22 @@ SaveOutcome saveEvaluation(WorkingState &state, const QString &table, const QDat
         refused = !isNew && existing == Existing::Refuse;
         if (refused)
             return WriteResult::Failed;
+        if (isNew && !versions.read.isEmpty())
+            return WriteResult::Vanished;
+        const EvaluationValues now = isNew ? EvaluationValues() : valuesOf(*row, stored);
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
             return WriteResult::Failed;
         if (isNew)
             row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
         row->Fields(QStringLiteral("Data_Val")).setValue(when);
         fill(*row);
+        if (const EvaluationValues mine = valuesOf(*row, stored);
+            !isNew && now != versions.read && now != mine) {
+            row->CancelUpdate();
+            versions.mine = mine;
+            versions.stored = now;
+            return WriteResult::Changed;
+        }
         return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
     };
     try {
@@ -67,8 +108,16 @@ SaveOutcome saveEvaluation(WorkingState &state, const QString &table, const QDat
     } catch (const dao::Error &) {
         // The transaction finds the same error and logs it.
     }
-    if (writeTogether(state, table, write) == WriteResult::Done)
+    switch (writeTogether(state, stored.table, write)) {
+    case WriteResult::Done:
         return SaveOutcome::Saved;
+    case WriteResult::Changed:
+        return SaveOutcome::Changed;
+    case WriteResult::Vanished:
+        return SaveOutcome::Vanished;
+    case WriteResult::Failed:
+        break;
+    }
     return refused ? SaveOutcome::AlreadyThere : SaveOutcome::Failed;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QVariant>
@@ -34,18 +35,46 @@ QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query);
 // The query for one evaluation. The date goes in as "dd/mm/yyyy", with the time only where it is not midnight.
 QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when);
 
+// How an evaluation is stored: its table, and what the doctor calls its fields.
+struct StoredEvaluation {
+    struct Value {
+        QString field;
+        QString caption;
+        QString (*text)(const QVariant &value); // as the doctor reads it
+    };
+    QString table;
+    QList<Value> values;
+};
+QString numberAsText(const QVariant &value);
+QString yesOrNo(const QVariant &value);
+
+// The stored values of an evaluation, in the order of its description; empty for one that is not there.
+using EvaluationValues = QVariantList;
+// All evaluations of a patient. Throws dao::Error.
+QHash<QDateTime, EvaluationValues> readEvaluations(dao::Database &clinical, const StoredEvaluation &stored,
+                                                   qint32 patientCode);
+
 enum class SaveOutcome {
     Saved,
     AlreadyThere, // there is an evaluation of that date, and it was not to be replaced
+    Vanished, // another workstation deleted it
+    Changed, // another workstation wrote it otherwise than it was read
     Failed // still not possible after the retries; the log tells why
 };
 
 enum class Existing { Refuse, Replace };
 
+// What two workstations have made of one evaluation.
+struct EvaluationVersions {
+    EvaluationValues read; // what may be replaced; empty where nothing was there
+    EvaluationValues mine, stored; // when a save is Changed
+};
+
 // Writes one evaluation of the current patient in a transaction: adds the row of the date or edits it, sets its date
-// and lets `fill` set its values. Raises nothing.
-SaveOutcome saveEvaluation(WorkingState &state, const QString &table, const QDateTime &when,
-                           Existing existing, const std::function<void(dao::Recordset &)> &fill);
+// and lets `fill` set its values. What another workstation has stored since it was read is not replaced. Raises nothing.
+SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
+                           Existing existing, const std::function<void(dao::Recordset &)> &fill,
+                           EvaluationVersions &versions);
 
 // Deletes one evaluation of the current patient. Raises nothing.
 WriteResult deleteEvaluation(WorkingState &state, const QString &table, const QDateTime &when);

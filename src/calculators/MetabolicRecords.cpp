@@ -44,16 +44,34 @@ std::optional<MetabolicEvaluation> readMetabolic(dao::Database &clinical, qint32
     return evaluation;
 }
 
-SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation)
+SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
+                          EvaluationVersions &versions)
 {
-    return saveEvaluation(state, metabolicTable, when, Existing::Replace, [&evaluation](dao::Recordset &row) {
+    const auto fill = [&evaluation](dao::Recordset &row) {
         row.Fields(QStringLiteral("valutazione")).setValue(evaluation.verdict);
         row.Fields(QStringLiteral("circAdd")).setValue(numberValue(evaluation.waistCm));
         row.Fields(QStringLiteral("pressSist")).setValue(numberValue(evaluation.systolicMmHg));
         row.Fields(QStringLiteral("pressDiast")).setValue(numberValue(evaluation.diastolicMmHg));
         row.Fields(QStringLiteral("glicemia")).setValue(numberValue(evaluation.glucoseMgDl));
         row.Fields(QStringLiteral("trigliceridi")).setValue(numberValue(evaluation.triglyceridesMgDl));
-    });
+    };
+    return saveEvaluation(state, storedMetabolic(), when, Existing::Replace, fill, versions);
+}
+
+const StoredEvaluation &storedMetabolic()
+{
+    static const StoredEvaluation stored{
+        metabolicTable,
+        {{QStringLiteral("valutazione"), QStringLiteral("Sindrome metabolica"),
+          [](const QVariant &verdict) {
+              return verdict.toInt() == 1 ? QStringLiteral("SI") : QStringLiteral("NO");
+          }},
+         {QStringLiteral("circAdd"), QStringLiteral("Circonferenza addominale"), numberAsText},
+         {QStringLiteral("pressSist"), QStringLiteral("Pressione sistolica"), numberAsText},
+         {QStringLiteral("pressDiast"), QStringLiteral("Pressione diastolica"), numberAsText},
+         {QStringLiteral("glicemia"), QStringLiteral("Glicemia"), numberAsText},
+         {QStringLiteral("trigliceridi"), QStringLiteral("Trigliceridi"), numberAsText}}};
+    return stored;
 }
 
 WriteResult deleteMetabolic(WorkingState &state, const QDateTime &when)

@@ -20,7 +20,9 @@ QList<HistoryRow> readMetabolicHistory(dao::Database &clinical, qint32 patientCo
 std::optional<MetabolicEvaluation> readMetabolic(dao::Database &clinical, qint32 patientCode,
                                                  const QDateTime &when);
 // An evaluation of the same date is overwritten.
-SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation);
+SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
+                          EvaluationVersions &versions);
+const StoredEvaluation &storedMetabolic();
 WriteResult deleteMetabolic(WorkingState &state, const QDateTime &when);
 
 // The thresholds of the region ("03") that came into force last; empty when it has none, and for an empty code.

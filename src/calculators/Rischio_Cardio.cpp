@@ -206,9 +206,10 @@ bool Rischio_Cardio::showSaved(const QDateTime &when)
     return true;
 }
 
-SaveOutcome Rischio_Cardio::save(const QDateTime &when, bool isNew)
+SaveOutcome Rischio_Cardio::save(const QDateTime &when, bool isNew, EvaluationVersions &versions)
 {
-    return saveCardiovascular(state(), when, m_computed, isNew ? Existing::Refuse : Existing::Replace);
+    return saveCardiovascular(state(), when, m_computed, isNew ? Existing::Refuse : Existing::Replace,
+                              versions);
 }
 
 WriteResult Rischio_Cardio::remove(const QDateTime &when)

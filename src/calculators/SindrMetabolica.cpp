@@ -196,9 +196,9 @@ bool SindrMetabolica::showSaved(const QDateTime &when)
     return true;
 }
 
-SaveOutcome SindrMetabolica::save(const QDateTime &when, bool)
+SaveOutcome SindrMetabolica::save(const QDateTime &when, bool, EvaluationVersions &versions)
 {
-    return saveMetabolic(state(), when, m_computed);
+    return saveMetabolic(state(), when, m_computed, versions);
 }
 
 WriteResult SindrMetabolica::remove(const QDateTime &when)

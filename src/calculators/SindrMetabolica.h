@@ -26,7 +26,8 @@ protected:
     void compute() override;
     QList<HistoryRow> history() override;
     bool showSaved(const QDateTime &when) override;
-    SaveOutcome save(const QDateTime &when, bool isNew) override;
+    const StoredEvaluation &storedAs() const override { return storedMetabolic(); }
+    SaveOutcome save(const QDateTime &when, bool isNew, EvaluationVersions &versions) override;
     WriteResult remove(const QDateTime &when) override;
     void inputsChanged() override;
     void load() override;

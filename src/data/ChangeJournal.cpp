@@ -79,6 +79,18 @@ void ChangeJournal::recordChange(qint16 tipo, qint32 cod_paz, const QVariant &ch
     }
 }
 
+QDate ChangeJournal::lastChange(dao::Database &clinical, qint16 tipo, qint32 cod_paz, const QString &chiave)
+{
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral(
+            "SELECT max(data_mod) AS giorno FROM Modifiche WHERE tipo = %1 AND cod_paz = %2 AND codice1 = ")
+                .arg(tipo)
+                .arg(cod_paz)
+            + quoted(chiave.left(partWidth)),
+        dao::RecordsetType::Snapshot);
+    return rows->Eof() ? QDate() : rows->Fields(QStringLiteral("giorno")).date().date();
+}
+
 qint16 ChangeJournal::recordEvent(const QString &MedicoR, const QString &Medico, const QString &metodo,
                                   const QVariant &codPaz, const QVariant &chiave, const QVariant &chiave1,
                                   const QVariant &chiave2)

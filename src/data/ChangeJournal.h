@@ -37,6 +37,10 @@ public:
     // compares whole parts but at most 15 characters of each are kept, so a longer part adds a row each time.
     void recordChange(qint16 tipo, qint32 cod_paz, const QVariant &chiave, bool cancellazione);
 
+    // The day of the newest change of that kind, patient and key of one part, deletions included; null when there is
+    // none. Throws dao::Error.
+    static QDate lastChange(dao::Database &clinical, qint16 tipo, qint32 cod_paz, const QString &chiave);
+
     // One row of Eventi per event ("InserimentoPaziente", "ModificaEsenzioni"...). A blank patient code is 0, a
     // blank or missing key an empty text. 0 when the row was saved, else -1.
     qint16 recordEvent(const QString &MedicoR, const QString &Medico, const QString &metodo,

@@ -21,6 +21,25 @@ bool holdsTexts(dao::Database &database, const QString &table, const QString &fi
     });
 }
 
+// What `read` finds in the row of the doctor with that UID; empty where there is none.
+QString ofDoctor(const QString &uid, dao::Database &doctors, QString (*read)(dao::Recordset &row))
+{
+    const QString plain = normaliseUid(uid);
+    static const QRegularExpression digits(QStringLiteral("^[0-9a-f-]+$"));
+    if (!digits.match(plain).hasMatch())
+        return {};
+    try {
+        const bool texts = holdsTexts(doctors, QStringLiteral("medici_gruppo"), QStringLiteral("idRowGuid"));
+        const auto rows = doctors.OpenRecordset(
+            texts ? QStringLiteral("select * from medici_gruppo where idRowGuid='%1'").arg(plain)
+                  : QStringLiteral("SELECT * From medici_gruppo WHERE (medici_gruppo.idRowGuid={guid {%1}}) ")
+                        .arg(plain));
+        return rows->Eof() ? QString() : read(*rows);
+    } catch (const dao::Error &) {
+        return {};
+    }
+}
+
 } // namespace
 
 QString normaliseUid(const QString &text)
@@ -64,20 +83,19 @@ QString LeggiUidMedico(const QString &code, dao::Database *doctors, Log &log)
 
 QString doctorFromUid(const QString &uid, dao::Database &doctors)
 {
-    const QString plain = normaliseUid(uid);
-    static const QRegularExpression digits(QStringLiteral("^[0-9a-f-]+$"));
-    if (!digits.match(plain).hasMatch())
-        return {};
-    try {
-        const bool texts = holdsTexts(doctors, QStringLiteral("medici_gruppo"), QStringLiteral("idRowGuid"));
-        const auto rows = doctors.OpenRecordset(
-            texts ? QStringLiteral("select * from medici_gruppo where idRowGuid='%1'").arg(plain)
-                  : QStringLiteral("SELECT * From medici_gruppo WHERE (medici_gruppo.idRowGuid={guid {%1}}) ")
-                        .arg(plain));
-        return rows->Eof() ? QString() : rows->Fields(QStringLiteral("Medico")).text();
-    } catch (const dao::Error &) {
-        return {};
-    }
+    return ofDoctor(uid, doctors,
+                    [](dao::Recordset &row) { return row.Fields(QStringLiteral("Medico")).text(); });
+}
+
+QString doctorName(const QString &uid, dao::Database &doctors)
+{
+    return ofDoctor(uid, doctors, [](dao::Recordset &row) {
+        const QString name =
+            QStringLiteral("%1 %2")
+                .arg(row.Fields(QStringLiteral("nome")).text(), row.Fields(QStringLiteral("cognome")).text())
+                .simplified();
+        return name.isEmpty() ? row.Fields(QStringLiteral("Medico")).text().trimmed() : name;
+    });
 }
 
 PatientUids readPatientUids(qint32 patientCode, dao::Database &clinical)

@@ -32,6 +32,8 @@ QString LeggiUidMedico(const QString &code, dao::Database *doctors, Log &log);
 // Empty when there is no such doctor, when the text is no UID, and when the lookup fails. Both kinds of
 // practice are served: those that keep medici_gruppo.idRowGuid as a GUID and those that keep it as a text.
 QString doctorFromUid(const QString &uid, dao::Database &doctors);
+// The name of a doctor ("Bruno Verdi"), else the code, by the UID in any form; empty as for doctorFromUid.
+QString doctorName(const QString &uid, dao::Database &doctors);
 
 // The UIDs of a patient's registry row, normalised; empty where the row says nothing.
 struct PatientUids {

@@ -5,12 +5,17 @@
 #include "support/Seams.h"
 #include "values/JetValues.h"
 
+#include <QElapsedTimer>
+
 namespace clivara {
 
 namespace {
 
 constexpr int maximumAttempts = 20;
 constexpr int maximumPause = 1000; // ms
+// What the pauses take at most. A server that does not even answer costs seconds at each attempt; that is no reason to
+// keep the doctor waiting for longer.
+constexpr qint64 longestPatience = (maximumAttempts - 1) * maximumPause;
 
 // 500 to 1000 ms; the random part keeps two workstations that collided from retrying in step.
 int pauseFor(double draw)
@@ -25,24 +30,30 @@ qint16 RecordsetOperations::attempt(const QString &routine, const QString &sourc
 {
     const QString prefix = routine + QStringLiteral(" - ");
     m_log.write(prefix + QStringLiteral("begin"));
+    int firstError = 0; // what follows it is often only its consequence
+    QElapsedTimer time;
+    time.start();
     for (int failures = 0;;) {
         try {
             operation();
             m_log.write(prefix + QStringLiteral("0"));
             return 0;
         } catch (const dao::Error &error) {
-            ++failures;
+            if (failures++ == 0)
+                firstError = error.number();
             m_log.write(
                 QStringLiteral("%1iErr=%2 - Error %3 - ").arg(prefix).arg(failures).arg(error.number())
                 + error.text());
             m_log.write(prefix + source);
-            if (failures == maximumAttempts)
+            if (failures == maximumAttempts
+                || (error.number() == dao::ConnectionLost && time.hasExpired(longestPatience)))
                 break;
         }
         m_pauses.pause(pauseFor(m_pauses.draw()));
         m_log.write(prefix + QStringLiteral("TryAgain"));
     }
     m_log.write(prefix + QStringLiteral("Failed"));
+    m_failure = firstError;
     return -1;
 }
 

@@ -4,6 +4,7 @@
 #include "data/engine/Dao.h"
 
 #include <optional>
+#include <utility>
 
 namespace clivara {
 
@@ -11,7 +12,8 @@ class Log;
 class Pauses;
 
 // AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
-// step logged. The result is a failure flag: 0 done, -1 failed after the last attempt. No error is raised,
+// step logged; a server that cannot be reached is not tried for longer than the pauses may take. The result is a
+// failure flag: 0 done, -1 failed after the last attempt. No error is raised,
 // and after a failed Update the edit buffer is still there. The calling thread does not respond during the
 // pauses.
 class RecordsetOperations {
@@ -30,6 +32,9 @@ public:
     // the transaction has begun, no other workstation is in the way any more.
     qint16 Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction);
 
+    // The number of the error that the last operation to fail began with; 0 when none has failed since the last call.
+    int takeFailure() { return std::exchange(m_failure, 0); }
+
 private:
     // `source` is what the log calls the thing that the operation is tried on.
     template <typename Operation>
@@ -37,6 +42,7 @@ private:
 
     Log &m_log;
     Pauses &m_pauses;
+    int m_failure = 0;
 };
 
 } // namespace clivara

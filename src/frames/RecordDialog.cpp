@@ -65,10 +65,12 @@ void RecordDialog::save()
         return;
     m_saving = true;
     const auto done = qScopeGuard([this] { m_saving = false; });
-    if (saveRecord(m_state, objectName(), *this)) {
+    const SaveEnd end = saveRecord(m_state, objectName(), *this);
+    if (end == SaveEnd::NotSaved)
+        return;
+    if (end == SaveEnd::Saved)
         written();
-        unload();
-    }
+    unload();
 }
 
 void RecordDialog::refuseToOpen(const QString &text)

@@ -10,24 +10,33 @@ namespace clivara {
 
 namespace {
 
-bool trySave(WorkingState &state, WrittenRecord &record)
+WriteResult writeWaiting(WrittenRecord &record)
 {
+    const WaitCursor waiting; // for another workstation it takes some seconds
+    return record.write();
+}
+
+SaveEnd trySave(WorkingState &state, WrittenRecord &record)
+{
+    if (!record.mayWrite())
+        return SaveEnd::NotSaved;
     for (;;) {
-        if (!record.mayWrite())
-            return false;
-        WriteResult result = WriteResult::Failed;
-        {
-            const WaitCursor waiting; // for another workstation it takes some seconds
-            result = record.write();
-        }
-        switch (result) {
+        switch (writeWaiting(record)) {
         case WriteResult::Done:
-            return true;
+            return SaveEnd::Saved;
         case WriteResult::Failed:
-            state.prompts.warn(
-                QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
-                               "Quanto scritto resta nella finestra: riprovare tra poco."));
-            return false;
+            record.tellNotSaved(state);
+            return SaveEnd::NotSaved;
+        case WriteResult::Changed:
+            switch (askAboutConflict(state, record.conflict())) {
+            case ConflictChoice::BackToEditing:
+                return SaveEnd::NotSaved;
+            case ConflictChoice::Theirs:
+                return SaveEnd::TheirsKept;
+            case ConflictChoice::Mine:
+                record.keepMine();
+            }
+            break;
         case WriteResult::Vanished:
             if (state.prompts.ask({QStringLiteral("Attenzione!"),
                                    record.vanishedQuestion(),
@@ -35,23 +44,38 @@ bool trySave(WorkingState &state, WrittenRecord &record)
                                    {PromptButton::Yes, PromptButton::No},
                                    PromptButton::Yes})
                 != PromptButton::Yes)
-                return false;
+                return SaveEnd::NotSaved;
             record.becomeNew();
+            if (!record.mayWrite())
+                return SaveEnd::NotSaved;
         }
     }
 }
 
 } // namespace
 
-bool saveRecord(WorkingState &state, const QString &form, WrittenRecord &record)
+RecordConflict conflictOf(const QString &event, const QStringList &captions, const ShownVersions &shown,
+                          const LastWrite &before, const LastWrite &there)
+{
+    RecordConflict conflict;
+    conflict.event = event;
+    conflict.before = before;
+    conflict.there = there;
+    for (qsizetype i = 0; i < captions.size(); ++i)
+        conflict.fields.append({captions[i], shown.read[i], shown.mine[i], shown.stored[i]});
+    return conflict;
+}
+
+SaveEnd saveRecord(WorkingState &state, const QString &form, WrittenRecord &record)
 {
     try {
         return trySave(state, record);
     } catch (const dao::Error &error) {
+        state.failure = error.number();
+        state.unreachableTold = true; // in the words of a save
         logError(state, form + QStringLiteral(".Salva"), error);
-        state.prompts.warn(QStringLiteral("Salvataggio non riuscito: l'archivio non risponde.\n"
-                                          "Quanto scritto resta nella finestra: riprovare tra poco."));
-        return false;
+        record.tellNotSaved(state);
+        return SaveEnd::NotSaved;
     }
 }
 

@@ -132,12 +132,12 @@ AllergenSelection AllergenPanel::selection() const
     return selection;
 }
 
-QStringList AllergenPanel::selectedNames() const
+QStringList AllergenPanel::namesOf(const AllergenSelection &selection) const
 {
     QStringList names;
-    for (const AllergenBox *const box : m_boxes) {
-        if (box->isChecked())
-            names.append(box->allergen());
+    for (std::size_t number = 0; number < m_boxes.size(); ++number) {
+        if (selection[number])
+            names.append(m_boxes[number]->allergen());
     }
     return names;
 }

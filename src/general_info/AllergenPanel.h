@@ -27,7 +27,8 @@ public:
 
     void setSelection(const AllergenSelection &selection);
     AllergenSelection selection() const;
-    QStringList selectedNames() const;
+    QStringList selectedNames() const { return namesOf(selection()); }
+    QStringList namesOf(const AllergenSelection &selection) const;
 
     // Highlights what is found and dims the rest; nothing of both for an empty text. Returns how many are found.
     int search(const QString &typed);

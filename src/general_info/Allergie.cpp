@@ -52,6 +52,7 @@ void Allergie::load()
     else
         loadFreeText();
     m_textChanged = false;
+    m_shownCode = encodeAllergies(m_ui->gruppi->selection());
     showSelection();
     resize(sizeHint().boundedTo(screen()->availableSize()));
     m_ui->cerca->setFocus();
@@ -59,16 +60,17 @@ void Allergie::load()
 
 void Allergie::loadFreeText()
 {
-    const auto text = readFreeText(m_state.clinical(), m_state.header.patientCode);
-    m_ui->Text1->setStoredText(text.value_or(QString()));
-    if (!text)
+    m_readText = readFreeText(m_state.clinical(), m_state.header.patientCode);
+    m_ui->Text1->setStoredText(m_readText.value_or(QString()));
+    if (!m_readText)
         addNotice(QStringLiteral("Il paziente non ha la scheda delle informazioni generali: il testo di "
                                  "«Varie» non si può salvare."));
 }
 
 void Allergie::noteUnreadText()
 {
-    m_unreadText = readFreeText(m_state.clinical(), m_state.header.patientCode).value_or(QString()).trimmed();
+    m_readText = readFreeText(m_state.clinical(), m_state.header.patientCode);
+    m_unreadText = m_readText.value_or(QString()).trimmed();
     if (!m_unreadText.isEmpty())
         addNotice(QStringLiteral("La scheda registrata è vuota e il testo già registrato in «Varie» non è "
                                  "mostrato: quanto si scrive vi si aggiunge."));
@@ -94,7 +96,7 @@ bool Allergie::askAndSave()
                                  {PromptButton::Yes, PromptButton::No, PromptButton::Cancel},
                                  PromptButton::Yes})) {
     case PromptButton::Yes:
-        return saveAll(code);
+        return saveAll();
     case PromptButton::No:
         return true;
     default:
@@ -102,26 +104,76 @@ bool Allergie::askAndSave()
     }
 }
 
-bool Allergie::saveAll(const QString &code)
+bool Allergie::isTextReplaced(const std::optional<QString> &stored) const
 {
-    bool textRefused = false;
-    const bool saved = save([&] {
+    const QString there = stored.value_or(QString());
+    return m_textChanged && there != m_readText.value_or(QString()) && there != freeTextToWrite();
+}
+
+WriteResult Allergie::write()
+{
+    const QString code = encodeAllergies(m_ui->gruppi->selection());
+    const QString text = freeTextToWrite();
+    m_textRefused = false;
+    const WriteResult result = writeAll([&] {
+        m_textElsewhere = readFreeText(m_state.clinical(), m_state.header.patientCode);
+        const bool isReplaced = isCodeReplaced(code);
+        if (isReplaced && code == m_shownCode && !m_textChanged)
+            return WriteResult::Done; // whoever has touched nothing has nothing to save any more
+        if (isReplaced || isTextReplaced(m_textElsewhere))
+            return WriteResult::Changed;
         const WriteResult written = writeCode(m_state, m_kind, code);
         if (written != WriteResult::Done || !m_textChanged)
             return written;
-        const WriteResult text = writeFreeText(m_state, freeTextToWrite());
-        textRefused = text == WriteResult::Vanished;
-        return textRefused ? WriteResult::Done : text;
+        const WriteResult textWritten = writeFreeText(m_state, text);
+        m_textRefused = textWritten == WriteResult::Vanished;
+        return m_textRefused ? WriteResult::Done : textWritten;
     });
-    if (!saved) {
-        m_state.prompts.warn(saveFailedText()
-                             + QStringLiteral("\nQuanto scritto resta nella finestra: riprovare tra poco."));
-        return false;
+    if (result == WriteResult::Done)
+        m_read = {true, code, m_read.written};
+    return result;
+}
+
+RecordConflict Allergie::conflict() const
+{
+    const auto names = [this](const AllergenSelection &selection) {
+        return m_ui->gruppi->namesOf(selection).join(u'\n');
+    };
+    const auto stored = [](const StoredCode &row) { return decodeAllergies(row.code.value_or(QString())); };
+    const QString read = m_readText.value_or(QString());
+    return conflictOf(QStringLiteral("Le allergie sono state salvate"),
+                      {QStringLiteral("Allergeni segnati"), QStringLiteral("Varie")},
+                      {{names(stored(m_read)), read},
+                       {names(m_ui->gruppi->selection()), m_textChanged ? freeTextToWrite() : read},
+                       {names(stored(m_elsewhere)), m_textElsewhere.value_or(QString())}},
+                      m_read.written, m_elsewhere.written);
+}
+
+void Allergie::keepMine()
+{
+    const AllergenSelection mine = m_ui->gruppi->selection();
+    const AllergenSelection touched = mine ^ decodeAllergies(m_read.code.value_or(QString()));
+    m_ui->gruppi->setSelection((mine & touched)
+                               | (decodeAllergies(m_elsewhere.code.value_or(QString())) & ~touched));
+    if (!m_textChanged) {
+        m_ui->Text1->setStoredText(m_textElsewhere.value_or(QString()));
+        m_textChanged = false;
     }
+    m_read = m_elsewhere;
+    m_readText = m_textElsewhere;
+    m_shownCode.clear();
+    showSelection();
+}
+
+bool Allergie::saveAll()
+{
+    const SaveEnd end = saveRecord(m_state, objectName(), *this);
+    if (end != SaveEnd::Saved)
+        return end == SaveEnd::TheirsKept;
     m_state.networkedPractice = m_state.settings.isOn(QStringLiteral("Mir_Attivo"));
-    if (textRefused) {
+    if (m_textRefused) {
         // The window stays open with the text, and only that is still to be saved.
-        m_state.loadedCode = code;
+        m_state.loadedCode = m_read.code.value_or(QString());
         m_state.prompts.warn(
             QStringLiteral("Gli allergeni segnati sono salvati, il testo di «Varie» no: il paziente "
                            "non ha la scheda delle informazioni generali."));

@@ -24,18 +24,25 @@ protected:
     void load() override;
     bool queryUnload() override;
     void unloading() override;
+    WriteResult write() override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
 
 private:
     void loadFreeText();
     void noteUnreadText();
     bool askAndSave();
-    bool saveAll(const QString &code);
+    bool saveAll();
+    bool isTextReplaced(const std::optional<QString> &stored) const;
     QString freeTextToWrite() const;
     void showSelection();
     void showSearch();
 
     std::unique_ptr<Ui::Allergie> m_ui;
     bool m_textChanged = false;
+    bool m_textRefused = false; // by the last save: the patient has no general information
+    std::optional<QString> m_readText, m_textElsewhere; // as it was read, and as a save found it stored
+    QString m_shownCode; // what the boxes say as long as none is touched
     QString m_unreadText; // stored, but not shown: see load()
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/GeneralInfoRecords.h"
 
+#include "data/SqlText.h"
 #include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
 
@@ -30,6 +31,16 @@ std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint3
     return rows;
 }
 
+// The day of the last save, as the journal has it; Null when it has none or cannot be read.
+QVariant journalledDay(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind)
+{
+    try {
+        return dateValue(ChangeJournal::lastChange(clinical, Questionnaire, patientCode, letterOf(kind)));
+    } catch (const dao::Error &) {
+        return {};
+    }
+}
+
 std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode)
 {
     return clinical.OpenRecordset(QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = ")
@@ -57,7 +68,10 @@ StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKi
     if (rows->Eof())
         return {};
     const dao::Field code = rows->Fields(QStringLiteral("dati_paz"));
-    return {true, code.isNull() ? std::nullopt : std::optional(code.text())};
+    const QVariant time = kind == QuestionnaireKind::Infections
+                              ? rows->Fields(QStringLiteral("data_reg")).Value()
+                              : journalledDay(clinical, patientCode, kind);
+    return {true, code.isNull() ? std::nullopt : std::optional(code.text()), {{}, time.toDateTime()}};
 }
 
 WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code, const QDateTime &time)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "host/working_state/RecordConflict.h"
 #include "host/working_state/SharedWrites.h"
 
 #include <QChar>
@@ -34,6 +35,8 @@ enum class QuestionnaireKind : char16_t { Allergies = u'X', Infections = u'M' };
 struct StoredCode {
     bool exists = false; // the patient has a row of that kind
     std::optional<QString> code; // as stored; empty for Null
+    // What is known of the last save: of the infections its time (data_reg), of the allergies the day of the journal.
+    LastWrite written;
 };
 
 // Of several rows of a kind (an older program's, or another workstation's) the one with an empty key speaks, else

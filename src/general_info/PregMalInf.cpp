@@ -66,6 +66,7 @@ void PregMalInf::load()
     const Loaded loaded = loadCode(isIntactInfectionCode);
     m_hasRow = loaded != Loaded::NoRow;
     showAnswers(loaded == Loaded::Code ? decodeInfections(m_state.loadedCode) : InfectionAnswers());
+    m_shownCode = encodeInfections(answers());
     adjustSize();
     m_boxes[std::size_t(plainInfections)]->setFocus();
 }
@@ -115,14 +116,70 @@ bool PregMalInf::queryUnload()
     // A patient without a row gets one, also when the answers are by chance those that were loaded last.
     if (m_hasRow && !isChangedCode(code))
         return true;
-    if (save([&] { return writeCode(m_state, m_kind, code, m_state.clock.local()); }))
-        return true;
-    return m_state.prompts.ask({QStringLiteral("Attenzione!"),
-                                saveFailedText() + QStringLiteral("\nChiudere senza salvare?"),
-                                PromptIcon::Warning,
-                                {PromptButton::Yes, PromptButton::No},
-                                PromptButton::No})
-           == PromptButton::Yes;
+    m_closesUnsaved = false;
+    return saveRecord(m_state, objectName(), *this) != SaveEnd::NotSaved || m_closesUnsaved;
+}
+
+WriteResult PregMalInf::write()
+{
+    const QString code = encodeInfections(answers());
+    return writeAll([&] {
+        if (isCodeReplaced(code)) // whoever has only looked has nothing to save any more
+            return code == m_shownCode ? WriteResult::Done : WriteResult::Changed;
+        return writeCode(m_state, m_kind, code, m_state.clock.local());
+    });
+}
+
+void PregMalInf::tellNotSaved(WorkingState &state)
+{
+    m_closesUnsaved =
+        state.prompts.ask({QStringLiteral("Attenzione!"),
+                           QStringLiteral("Salvataggio non riuscito: %1.\nChiudere senza salvare?")
+                               .arg(failureReason(state.failure)),
+                           PromptIcon::Warning,
+                           {PromptButton::Yes, PromptButton::No},
+                           PromptButton::No})
+        == PromptButton::Yes;
+}
+
+RecordConflict PregMalInf::conflict() const
+{
+    const auto shown = [this](const InfectionAnswers &answers) {
+        QStringList names;
+        QStringList notes;
+        for (std::size_t i = 0; i < m_boxes.size(); ++i) {
+            if (answers.had[i])
+                names.append(m_boxes[i]->text());
+        }
+        for (std::size_t k = 0; k < m_notes.size(); ++k) {
+            if (!answers.notes[k].trimmed().isEmpty())
+                notes.append(m_boxes[plainInfections + k]->text() + QStringLiteral(": ")
+                             + answers.notes[k].trimmed());
+        }
+        return QStringList{names.join(u'\n'), notes.join(u'\n')};
+    };
+    return conflictOf(QStringLiteral("Le malattie infettive sono state salvate"),
+                      {QStringLiteral("Malattie avute"), QStringLiteral("Note")},
+                      {shown(decodeInfections(m_read.code.value_or(QString()))), shown(answers()),
+                       shown(decodeInfections(m_elsewhere.code.value_or(QString())))},
+                      m_read.written, m_elsewhere.written);
+}
+
+void PregMalInf::keepMine()
+{
+    InfectionAnswers merged = answers();
+    const InfectionAnswers read = decodeInfections(m_read.code.value_or(QString()));
+    const InfectionAnswers stored = decodeInfections(m_elsewhere.code.value_or(QString()));
+    const auto touched = merged.had ^ read.had;
+    merged.had = (merged.had & touched) | (stored.had & ~touched);
+    for (std::size_t k = 0; k < m_notes.size(); ++k) {
+        if (merged.notes[k].trimmed() == read.notes[k].trimmed())
+            merged.notes[k] = stored.notes[k];
+    }
+    m_read = m_elsewhere;
+    m_hasRow = m_read.exists;
+    m_shownCode.clear();
+    showAnswers(merged);
 }
 
 } // namespace clivara

@@ -29,6 +29,10 @@ public:
 protected:
     void load() override;
     bool queryUnload() override;
+    WriteResult write() override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
+    void tellNotSaved(WorkingState &state) override;
 
 private:
     void addBox(QBoxLayout *layout, const InfectionFrame::Item &item);
@@ -41,6 +45,8 @@ private:
     std::array<QCheckBox *, std::size_t(infectionCount)> m_boxes{};
     std::array<QLineEdit *, std::size_t(notedInfections)> m_notes{};
     bool m_hasRow = false;
+    QString m_shownCode; // what the form says as long as nothing is changed
+    bool m_closesUnsaved = false; // what the doctor answered after a save that failed
     // Notes that were stored beside diseases the patient has not had: they show when the box is ticked.
     std::array<QString, std::size_t(notedInfections)> m_hiddenNotes;
 };

@@ -3,7 +3,6 @@
 
 #include "general_info/CodePairs.h"
 #include "host/working_state/WorkingState.h"
-#include "support/ui/WaitCursor.h"
 
 #include <QLabel>
 
@@ -34,6 +33,7 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
     m_notices->clear();
     m_notices->hide();
     const StoredCode stored = readCode(m_state.clinical(), m_state.header.patientCode, m_kind);
+    m_read = stored;
     if (!stored.exists)
         return Loaded::NoRow;
     if (stored.code)
@@ -55,17 +55,18 @@ bool QuestionnaireForm::isChangedCode(const QString &code) const
     return withoutOuterBlanks(code) != withoutOuterBlanks(m_state.loadedCode);
 }
 
-bool QuestionnaireForm::save(const std::function<WriteResult()> &write)
+WriteResult QuestionnaireForm::writeAll(const std::function<WriteResult()> &write)
 {
-    const WaitCursor waiting;
     return writeTogether(m_state, QStringLiteral("%1.%2.Salva").arg(m_state.componentName, objectName()),
-                         write)
-           == WriteResult::Done;
+                         write);
 }
 
-QString saveFailedText()
+bool QuestionnaireForm::isCodeReplaced(const QString &code)
 {
-    return QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.");
+    const StoredCode stored = readCode(m_state.clinical(), m_state.header.patientCode, m_kind);
+    const auto said = [](const StoredCode &row) { return withoutOuterBlanks(row.code.value_or(QString())); };
+    m_elsewhere = stored;
+    return said(stored) != said(m_read) && said(stored) != withoutOuterBlanks(code);
 }
 
 } // namespace clivara

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "frames/RecordSaving.h"
 #include "general_info/GeneralInfoRecords.h"
 #include "support/ui/ChartForm.h"
 
@@ -13,7 +14,7 @@ struct WorkingState;
 // What the questionnaires have in common: their answers are one code string in a row of the patient, and the string
 // that was loaded last is one for all of them (WorkingState::loadedCode). A row without a string leaves what was
 // loaded before, be it another form's or another patient's; the form then says so.
-class QuestionnaireForm : public ChartForm {
+class QuestionnaireForm : public ChartForm, protected WrittenRecord {
     Q_OBJECT
 
 protected:
@@ -35,17 +36,21 @@ protected:
     // What counts is what the strings say without the blanks around them.
     bool isChangedCode(const QString &code) const;
 
-    // Runs `write` with all that belongs to a save; false when nothing was saved.
-    bool save(const std::function<WriteResult()> &write);
+    // Runs `write` in a transaction.
+    WriteResult writeAll(const std::function<WriteResult()> &write);
+    bool mayWrite() override { return true; }
+
+    // Looks at the row again, within writeAll: true when saving this code would replace one that was stored since the
+    // form was opened. m_elsewhere is then what is stored. Throws dao::Error.
+    bool isCodeReplaced(const QString &code);
 
     WorkingState &m_state;
     const QuestionnaireKind m_kind;
+    StoredCode m_read; // the row as it was read
+    StoredCode m_elsewhere; // the row as another workstation has stored it, when a save found that
 
 private:
     QLabel *m_notices = nullptr;
 };
-
-// The warning after a save that failed, while the window keeps what was typed.
-QString saveFailedText();
 
 } // namespace clivara

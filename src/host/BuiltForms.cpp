@@ -4,6 +4,7 @@
 #include "calculators/CalcLDL.h"
 #include "calculators/Rischio_Cardio.h"
 #include "calculators/SindrMetabolica.h"
+#include "frames/Conflitto.h"
 #include "general_info/Allergie.h"
 #include "general_info/InfGen.h"
 #include "general_info/PregMalInf.h"
@@ -59,6 +60,7 @@ const FormFactories &builtForms()
         {QStringLiteral("RicercaDiagnosi"), create<RicercaDiagnosi>},
         {QStringLiteral("SelezProblema"), create<SelezProblema>},
         {QStringLiteral("Visita2"), create<Visita2>},
+        {QStringLiteral("Conflitto"), create<Conflitto>},
         {QStringLiteral("InfGen"), createLauncher},
         {QStringLiteral("Allergie"), create<Allergie>},
         {QStringLiteral("PregMalInf"), create<PregMalInf>},

@@ -5,6 +5,7 @@
 #include "host/ActionTable.h"
 #include "host/FormShelf.h"
 #include "host/WaitPointer.h"
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/HostContext.h"
 #include "host/working_state/WorkingState.h"
@@ -111,9 +112,7 @@ bool Class3::Private::showForm(const QString &name)
     try {
         return showBuilt(name);
     } catch (const dao::Error &error) {
-        state.log.write(
-            QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, name).arg(error.number())
-            + error.text());
+        logError(state, name, error);
         return false;
     }
 }
@@ -133,6 +132,7 @@ void Class3::Private::act(qint16 code, const QVariant &param)
         unloadAll();
         return;
     }
+    state.unreachableTold = false;
     pointer.show();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     reloadHostContext(state);
@@ -185,6 +185,11 @@ qint16 Class3::Action(qint16 code, QVariant &param)
     d->state.result = {};
     try {
         d->act(code, param);
+    } catch (const dao::Error &error) {
+        if (error.number() == dao::ConnectionLost) {
+            d->pointer.restore();
+            tellUnreachable(d->state);
+        }
     } catch (...) {
         // Nothing reaches the host; the missing "end" line of the log tells.
     }

@@ -3,6 +3,7 @@
 
 #include "host/working_state/ErrorLog.h"
 #include "host/working_state/RegionalNotice.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
 #include "ui_Probl1.h"
@@ -52,7 +53,6 @@ void Probl1::load()
 {
     const bool isNew = m_state.problemSelector <= noProblem;
     ProblemDetail problem;
-    QString diagnosis;
     if (isNew) {
         problem.opened = problem.started = m_state.clock.today();
         problem.state = qint16(ProblemState::Open);
@@ -61,10 +61,20 @@ void Probl1::load()
         if (!found)
             refuseToOpen(QStringLiteral("Il problema è stato eliminato da un'altra postazione."));
         problem = *found;
-        diagnosis = diagnosisName(m_state.codes(), problem.code);
     }
-    m_problem = problem;
+    m_read = problem;
     setWindowTitle(isNew ? QStringLiteral("Nuovo problema") : QStringLiteral("Modifica dati problema"));
+    show(problem);
+    if (isNew)
+        m_ui->Problema->setFocus();
+    else
+        m_ui->Text1_0->setFocus();
+}
+
+void Probl1::show(const ProblemDetail &problem)
+{
+    const QString diagnosis = diagnosisName(m_state.codes(), problem.code);
+    m_problem = problem;
     showDiagnosis(diagnosis);
     m_ui->txtDescr->setText(problem.description);
     m_ui->txtDescr->home(false);
@@ -77,10 +87,6 @@ void Probl1::load()
     m_ui->MaskEdBox3->setDateText(dashedDate(problem.closed));
     for (std::size_t i = 0; i < texts().size(); ++i)
         texts()[i]->setStoredText(problem.texts[i]);
-    if (isNew)
-        m_ui->Problema->setFocus();
-    else
-        m_ui->Text1_0->setFocus();
 }
 
 // A description that was not edited is stored as it was.
@@ -162,30 +168,56 @@ bool Probl1::mayWrite()
                              PromptIcon::Information});
         return false;
     }
-    return mayReplace();
-}
-
-// False when another workstation has written the problem since it was read and the doctor wants that to stay.
-bool Probl1::mayReplace()
-{
-    const auto stored = readProblem(m_state.clinical(), m_problem.id);
-    if (!stored || stored->modified == m_problem.modified)
-        return true;
-    if (!m_state.prompts.confirm(QStringLiteral(
-            "Il problema è stato modificato da un'altra postazione mentre era aperto qui.\n"
-            "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
-        return false;
-    m_problem.modified = stored->modified;
     return true;
 }
 
 WriteResult Probl1::write()
 {
     ProblemDetail problem = entered();
-    const WriteResult result = saveProblem(m_state, problem);
+    ProblemDetail read = m_read;
+    const WriteResult result = saveProblem(m_state, problem, read);
     if (result == WriteResult::Done)
         m_problem = problem;
+    else if (result == WriteResult::Changed)
+        m_elsewhere = read;
     return result;
+}
+
+// In the order of the captions in conflict().
+QStringList Probl1::shownTexts(const ProblemDetail &problem) const
+{
+    const QString name = diagnosisName(m_state.codes(), problem.code);
+    QStringList shown{name.isEmpty() ? problem.code : u'[' + problem.code + QStringLiteral("] ") + name,
+                      problem.description,
+                      problem.state < m_ui->Combo1->count() ? problemStateText(problem.state)
+                                                            : QString::number(problem.state),
+                      dashedDate(problem.opened),
+                      dashedDate(problem.started),
+                      dashedDate(problem.closed)};
+    for (const QString &text : problem.texts)
+        shown.append(text);
+    return shown;
+}
+
+RecordConflict Probl1::conflict() const
+{
+    return conflictOf(QStringLiteral("Il problema è stato salvato"),
+                      {QStringLiteral("Problema"), QStringLiteral("Descrizione"), QStringLiteral("Stato"),
+                       QStringLiteral("Data apertura"), QStringLiteral("Data inizio"),
+                       QStringLiteral("Data chiusura"), QStringLiteral("Sintomi"),
+                       QStringLiteral("Obiettivo"), QStringLiteral("Valutazione"),
+                       QStringLiteral("Pianificazione")},
+                      {shownTexts(m_read), shownTexts(entered()), shownTexts(m_elsewhere)}, m_read.written,
+                      m_elsewhere.written);
+}
+
+void Probl1::keepMine()
+{
+    ProblemDetail problem = entered();
+    takeUntouched(contentsOf(problem), contentsOf(std::as_const(m_read)),
+                  contentsOf(std::as_const(m_elsewhere)));
+    m_read = m_elsewhere;
+    show(problem);
 }
 
 void Probl1::becomeNew()

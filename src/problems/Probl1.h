@@ -29,6 +29,8 @@ protected:
     WriteResult write() override;
     void becomeNew() override;
     QString vanishedQuestion() const override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
     void written() override;
 
 private:
@@ -36,12 +38,15 @@ private:
     ProblemDetail entered() const;
     bool isDescriptionTooLong() const;
     void noteDescription();
-    bool mayReplace();
+    void show(const ProblemDetail &problem);
+    QStringList shownTexts(const ProblemDetail &problem) const;
     void showDiagnosis(const QString &name);
     void chooseDiagnosis();
 
     std::unique_ptr<Ui::Probl1> m_ui;
-    ProblemDetail m_problem; // as it was read; its code is the one that Problema shows
+    ProblemDetail m_problem; // what the controls were filled from; its code is the one that Problema shows
+    ProblemDetail m_read; // as it was read, or as it was when the doctor chose between two versions
+    ProblemDetail m_elsewhere; // as another workstation has stored it, when a save found that
 };
 
 } // namespace clivara

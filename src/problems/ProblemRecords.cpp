@@ -2,6 +2,7 @@
 #include "problems/ProblemRecords.h"
 
 #include "data/SqlText.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
 
@@ -53,6 +54,22 @@ void fill(dao::Recordset &row, const ProblemDetail &problem)
         row.Fields(QString::fromLatin1(problemTexts[i])).setValue(storedText(problem.texts[i]));
 }
 
+ProblemDetail detailFrom(dao::Recordset &row, qint32 id)
+{
+    ProblemDetail problem;
+    problem.id = id;
+    problem.code = row.Fields(QStringLiteral("CodICDSospetto")).text().trimmed();
+    problem.description = row.Fields(QStringLiteral("descr_mal")).text();
+    problem.state = stateOf(row);
+    problem.opened = row.Fields(QStringLiteral("dataapertura")).date().date();
+    problem.started = row.Fields(QStringLiteral("dataInizio")).date().date();
+    problem.closed = row.Fields(QStringLiteral("datachiusura")).date().date();
+    for (std::size_t i = 0; i < problemTexts.size(); ++i)
+        problem.texts[i] = row.Fields(QString::fromLatin1(problemTexts[i])).text();
+    problem.written = lastWrite(row);
+    return problem;
+}
+
 // A name out of a list of codes; empty when the list does not have the code.
 QString nameOf(dao::Database &codes, const QString &query, const QString &field)
 {
@@ -101,20 +118,7 @@ QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode)
 std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id)
 {
     const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
-    if (row->Eof())
-        return std::nullopt;
-    ProblemDetail problem;
-    problem.id = id;
-    problem.code = row->Fields(QStringLiteral("CodICDSospetto")).text().trimmed();
-    problem.description = row->Fields(QStringLiteral("descr_mal")).text();
-    problem.state = stateOf(*row);
-    problem.opened = row->Fields(QStringLiteral("dataapertura")).date().date();
-    problem.started = row->Fields(QStringLiteral("dataInizio")).date().date();
-    problem.closed = row->Fields(QStringLiteral("datachiusura")).date().date();
-    for (std::size_t i = 0; i < problemTexts.size(); ++i)
-        problem.texts[i] = row->Fields(QString::fromLatin1(problemTexts[i])).text();
-    problem.modified = modifiedDate(*row);
-    return problem;
+    return row->Eof() ? std::nullopt : std::optional(detailFrom(*row, id));
 }
 
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem)
@@ -129,33 +133,35 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
     return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
 }
 
-WriteResult saveProblem(WorkingState &state, ProblemDetail &problem)
+WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read)
 {
     const bool isNew = problem.id == noProblem;
     qint32 id = problem.id;
-    QDateTime modified;
     const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
         if (isDuplicateProblem(state.clinical(), state.header.patientCode, problem))
             return WriteResult::Failed;
         const auto row =
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from Problems ") : byId(id));
-        if (!isNew && !row->Eof() && modifiedDate(*row) != problem.modified)
-            return WriteResult::Failed;
+        if (!isNew && !row->Eof()) {
+            const ProblemDetail stored = detailFrom(*row, id);
+            if (wouldReplace(contentsOf(std::as_const(read)), contentsOf(std::as_const(problem)),
+                             contentsOf(stored))) {
+                read = stored;
+                return WriteResult::Changed;
+            }
+        }
         if (const WriteResult begun = begin(state, *row, isNew); begun != WriteResult::Done)
             return begun;
         state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DP"), state.uidAuthor);
         fill(*row, problem);
-        modified = modifiedDate(*row);
         if (state.operations.Recordset_Update(*row) != 0)
             return WriteResult::Failed;
         if (isNew)
             id = qint32(row->LastAutoNumber());
         return WriteResult::Done;
     });
-    if (result == WriteResult::Done) {
+    if (result == WriteResult::Done)
         problem.id = id;
-        problem.modified = modified;
-    }
     return result;
 }
 

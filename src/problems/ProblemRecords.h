@@ -2,13 +2,16 @@
 #pragma once
 
 #include "data/engine/Dao.h"
+#include "host/working_state/RecordConflict.h"
 #include "host/working_state/SharedWrites.h"
 
 #include <QDate>
 #include <QList>
 #include <QString>
 #include <array>
+#include <concepts>
 #include <optional>
+#include <tuple>
 
 namespace clivara {
 
@@ -49,9 +52,16 @@ struct ProblemDetail {
     qint16 state = 0;
     QDate opened, started, closed; // DataApertura, DataInizio, DataChiusura; null is Null
     std::array<QString, 4> texts; // anamnesi, esameob, conclusioni, pianificazione
-    QDateTime
-        modified; // dLastModifiedDate as it was read; tells whether another workstation has written since
+    LastWrite written; // as it was read
 };
+// What of a problem its dialog writes, to be compared.
+template <typename Problem>
+auto contentsOf(Problem &problem) requires std::same_as<std::remove_const_t<Problem>, ProblemDetail>
+{
+    auto &[symptoms, findings, assessment, plan] = problem.texts;
+    return std::tie(problem.code, problem.description, problem.state, problem.opened, problem.started,
+                    problem.closed, symptoms, findings, assessment, plan);
+}
 std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); // empty when it is not there
 
 // Another problem of the patient with the same code or, without a code, with the same description.
@@ -59,9 +69,10 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
 
 // Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
 // blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was written
-// the struct is as it was. Failed also when another workstation wrote meanwhile, while this one waited: the
-// problem itself, or another that this one is a duplicate of.
-WriteResult saveProblem(WorkingState &state, ProblemDetail &problem);
+// the struct is as it was. `read` is the problem as it was read: when writing would replace what was stored since
+// then, the result is Changed and `read` becomes what is stored. Failed also when another workstation, while this one
+// waited, wrote a problem that this one is a duplicate of.
+WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read);
 // Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
 // (id_Probl becomes empty). All or nothing.
 WriteResult deleteProblem(WorkingState &state, qint32 id);

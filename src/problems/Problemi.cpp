@@ -302,7 +302,7 @@ void Problemi::deleteProblem(const ProblemListModel::Row &problem)
     if (!m_state.prompts.confirm(QStringLiteral("Cancellare il problema\n%1?").arg(problem.problem)))
         return;
     tell(clivara::deleteProblem(m_state, problem.id),
-         QStringLiteral("Non è stato possibile cancellare il problema."));
+         QStringLiteral("Non è stato possibile cancellare il problema"));
     CaricaTab_Problemi();
 }
 
@@ -317,17 +317,14 @@ void Problemi::closeProblem(const ProblemListModel::Row &problem)
     if (!m_state.prompts.confirm(QStringLiteral("Chiudere il problema\n%1?").arg(problem.problem)))
         return;
     tell(clivara::closeProblem(m_state, problem.id),
-         QStringLiteral("Non è stato possibile chiudere il problema."));
+         QStringLiteral("Non è stato possibile chiudere il problema"));
     CaricaTab_Problemi();
 }
 
 void Problemi::tell(WriteResult result, const QString &failure)
 {
-    if (result == WriteResult::Vanished)
-        m_state.prompts.warn(QStringLiteral("Il problema era già stato cancellato da un'altra postazione."));
-    else if (result == WriteResult::Failed)
-        m_state.prompts.warn(failure
-                             + QStringLiteral("\nNessun dato è stato modificato: riprovare tra poco."));
+    tellCommand(m_state, result,
+                QStringLiteral("Il problema era già stato cancellato da un'altra postazione."), failure);
 }
 
 void Problemi::runVisitCommand(VisitCommand command)

@@ -35,17 +35,9 @@ bool askAndDeleteVisit(WorkingState &state, qint32 id)
 {
     if (!state.prompts.confirm(QStringLiteral("Cancellare la voce?")))
         return false;
-    switch (deleteVisit(state, id)) {
-    case WriteResult::Done:
-        break;
-    case WriteResult::Vanished:
-        state.prompts.warn(QStringLiteral("La visita era già stata cancellata da un'altra postazione."));
-        break;
-    case WriteResult::Failed:
-        state.prompts.warn(QStringLiteral("Non è stato possibile cancellare la visita.\n"
-                                          "Nessun dato è stato modificato: riprovare tra poco."));
-        break;
-    }
+    tellCommand(state, deleteVisit(state, id),
+                QStringLiteral("La visita era già stata cancellata da un'altra postazione."),
+                QStringLiteral("Non è stato possibile cancellare la visita"));
     return true;
 }
 

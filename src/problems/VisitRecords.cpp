@@ -3,6 +3,7 @@
 
 #include "data/NextKey.h"
 #include "data/SqlText.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
 
@@ -41,6 +42,31 @@ void fill(dao::Recordset &row, const VisitDetail &visit)
         row.Fields(QString::fromLatin1(textFields[i])).setValue(storedText(visit.texts[i]));
 }
 
+VisitDetail detailFrom(dao::Recordset &row, qint32 id)
+{
+    VisitDetail visit;
+    visit.id = id;
+    visit.problem = optionalNumber(row.Fields(QStringLiteral("id_Probl")));
+    visit.date = row.Fields(QStringLiteral("DataReg")).date().date();
+    visit.validity = row.Fields(QStringLiteral("validita")).date().date();
+    visit.type = optionalNumber(row.Fields(QStringLiteral("idtipo")));
+    visit.symptom = row.Fields(QStringLiteral("SINTOMO")).text();
+    for (std::size_t i = 0; i < textFields.size(); ++i)
+        visit.texts[i] = row.Fields(QString::fromLatin1(textFields[i])).text();
+    visit.written = lastWrite(row);
+    return visit;
+}
+
+// However it is said that a visit is filed against no problem, it is the same.
+bool wouldReplaceVisit(VisitDetail read, VisitDetail mine, VisitDetail stored)
+{
+    for (VisitDetail *const visit : {&read, &mine, &stored}) {
+        if (visit->problem.value_or(noProblem) <= noProblem)
+            visit->problem.reset();
+    }
+    return wouldReplace(contentsOf(read), contentsOf(mine), contentsOf(stored));
+}
+
 QList<CodeName> codeNames(dao::Database &codes, const QString &query, const QString &code,
                           const QString &name)
 {
@@ -56,19 +82,7 @@ QList<CodeName> codeNames(dao::Database &codes, const QString &query, const QStr
 std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id)
 {
     const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
-    if (row->Eof())
-        return std::nullopt;
-    VisitDetail visit;
-    visit.id = id;
-    visit.problem = optionalNumber(row->Fields(QStringLiteral("id_Probl")));
-    visit.date = row->Fields(QStringLiteral("DataReg")).date().date();
-    visit.validity = row->Fields(QStringLiteral("validita")).date().date();
-    visit.type = optionalNumber(row->Fields(QStringLiteral("idtipo")));
-    visit.symptom = row->Fields(QStringLiteral("SINTOMO")).text();
-    for (std::size_t i = 0; i < textFields.size(); ++i)
-        visit.texts[i] = row->Fields(QString::fromLatin1(textFields[i])).text();
-    visit.modified = modifiedDate(*row);
-    return visit;
+    return row->Eof() ? std::nullopt : std::optional(detailFrom(*row, id));
 }
 
 bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 exceptVisit)
@@ -85,18 +99,22 @@ bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 
     return date.isValid() && !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
 }
 
-WriteResult saveVisit(WorkingState &state, VisitDetail &visit)
+WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read)
 {
     const bool isNew = visit.id == 0;
     qint32 id = visit.id;
-    QDateTime modified;
     const WriteResult result = writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
         const auto row =
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from VisitaProbl ") : byId(id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
-        if (!isNew && modifiedDate(*row) != visit.modified)
-            return WriteResult::Failed;
+        if (!isNew) {
+            const VisitDetail stored = detailFrom(*row, id);
+            if (wouldReplaceVisit(read, visit, stored)) {
+                read = stored;
+                return WriteResult::Changed;
+            }
+        }
         if (hasVisitOn(state.clinical(), state.header.patientCode, visit.date, visit.id))
             return WriteResult::Failed;
         if (isNew)
@@ -109,13 +127,10 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit)
         }
         state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DV"), state.uidAuthor);
         fill(*row, visit);
-        modified = modifiedDate(*row);
         return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
     });
-    if (result == WriteResult::Done) {
+    if (result == WriteResult::Done)
         visit.id = id;
-        visit.modified = modified;
-    }
     return result;
 }
 

@@ -18,8 +18,16 @@ struct VisitDetail {
     std::optional<qint32> type; // idtipo
     QString symptom; // SINTOMO; empty when none
     std::array<QString, visitTexts> texts;
-    QDateTime modified; // as in ProblemDetail
+    LastWrite written; // as it was read
 };
+// What of a visit its dialog writes, to be compared.
+template <typename Visit>
+auto contentsOf(Visit &visit) requires std::same_as<std::remove_const_t<Visit>, VisitDetail>
+{
+    auto &[history, findings, conclusions, plan, notes] = visit.texts;
+    return std::tie(visit.problem, visit.date, visit.validity, visit.type, visit.symptom, history, findings,
+                    conclusions, plan, notes);
+}
 std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id); // empty when it is not there
 
 // Another visit of the patient on the same day, the visit being edited left out.
@@ -28,7 +36,7 @@ bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 
 // As saveProblem and deleteProblem ("DV"). A new visit gets the highest key plus 1 (1 in an empty table)
 // within the transaction that writes it. A validity that is null is left out for a new visit and leaves an
 // edited one's as it was.
-WriteResult saveVisit(WorkingState &state, VisitDetail &visit);
+WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read);
 WriteResult deleteVisit(WorkingState &state, qint32 id);
 
 struct CodeName {

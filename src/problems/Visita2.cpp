@@ -3,6 +3,7 @@
 
 #include "host/working_state/ErrorLog.h"
 #include "host/working_state/FormOpener.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "ui_Visita2.h"
 #include "values/JetValues.h"
@@ -21,13 +22,13 @@ void fillList(ChoiceBox *list, const QList<CodeName> &entries)
         list->addItem(entry.name, entry.code);
 }
 
-// The entry of the code; none when the list does not have it.
-void chooseCode(ChoiceBox *list, const QString &code)
+// The entry of the code; -1 when the list does not have it.
+int indexOfCode(const ChoiceBox *list, const QString &code)
 {
-    int index = list->count() - 1;
+    int index = code.trimmed().isEmpty() ? -1 : list->count() - 1;
     while (index >= 0 && !jet::sameText(list->itemData(index).toString().trimmed(), code.trimmed()))
         --index;
-    list->showIndex(code.trimmed().isEmpty() ? -1 : index);
+    return index;
 }
 
 QString typeCode(const VisitDetail &visit)
@@ -79,23 +80,29 @@ void Visita2::load()
             refuseToOpen(QStringLiteral("La visita è stata eliminata da un'altra postazione."));
         visit = *found;
     }
+    fillLists();
+    const Selection callers{m_state.problemSelector, m_state.problemText};
+    show(visit);
+    m_callers = callers;
+    m_read = visit;
+    setWindowTitle(isNew ? QStringLiteral("Nuova visita") : QStringLiteral("Modifica dati visita"));
+    m_ui->Text1_0->setFocus();
+}
+
+void Visita2::show(const VisitDetail &visit)
+{
     const qint32 problem = visit.problem.value_or(noProblem);
     const QString text = problemText(m_state.clinical(), m_state.codes(), problem);
-    fillLists();
-
-    m_callers = {m_state.problemSelector, m_state.problemText};
     m_state.problemSelector = problem;
     m_visit = visit;
-    setWindowTitle(isNew ? QStringLiteral("Nuova visita") : QStringLiteral("Modifica dati visita"));
     showStoredDate(m_ui->MaskEdBox1, visit.date);
     m_ui->MaskEdBox2->setDateText(dashedDate(visit.validity));
     noteValidity();
-    chooseCode(m_ui->Combo1, typeCode(visit));
-    chooseCode(m_ui->Combo2, visit.symptom);
+    m_ui->Combo1->showIndex(indexOfCode(m_ui->Combo1, typeCode(visit)));
+    m_ui->Combo2->showIndex(indexOfCode(m_ui->Combo2, visit.symptom));
     showProblem(text);
     for (std::size_t i = 0; i < texts().size(); ++i)
         texts()[i]->setStoredText(visit.texts[i]);
-    m_ui->Text1_0->setFocus();
 }
 
 void Visita2::fillLists()
@@ -154,6 +161,8 @@ VisitDetail Visita2::entered() const
     VisitDetail visit = m_visit;
     visit.date = enteredDate(m_ui->MaskEdBox1, m_visit.date);
     visit.validity = enteredDate(m_ui->MaskEdBox2, m_visit.validity);
+    if (!visit.validity.isValid()) // stays as it is
+        visit.validity = m_visit.validity;
     // A code that its list does not have stays until another entry is chosen or the field is emptied.
     if (m_ui->Combo1->isChosen()) {
         const QVariant type = m_ui->Combo1->currentData();
@@ -183,23 +192,7 @@ bool Visita2::mayWrite()
         m_ui->MaskEdBox1->setFocus();
         return false;
     }
-    return mayKeepProblem() && mayReplace();
-}
-
-// As in Probl1.
-bool Visita2::mayReplace()
-{
-    if (m_visit.id == 0)
-        return true; // also where an old practice has a row with that key
-    const auto stored = readVisit(m_state.clinical(), m_visit.id);
-    if (!stored || stored->modified == m_visit.modified)
-        return true;
-    if (!m_state.prompts.confirm(QStringLiteral(
-            "La visita è stata modificata da un'altra postazione mentre era aperta qui.\n"
-            "Salvarla come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
-        return false;
-    m_visit.modified = stored->modified;
-    return true;
+    return mayKeepProblem();
 }
 
 bool Visita2::mayKeepProblem()
@@ -222,10 +215,53 @@ bool Visita2::mayKeepProblem()
 WriteResult Visita2::write()
 {
     VisitDetail visit = entered();
-    const WriteResult result = saveVisit(m_state, visit);
+    VisitDetail read = m_read;
+    const WriteResult result = saveVisit(m_state, visit, read);
     if (result == WriteResult::Done)
         m_state.visitId = visit.id;
+    else if (result == WriteResult::Changed)
+        m_elsewhere = read;
     return result;
+}
+
+// In the order of the captions in conflict().
+QStringList Visita2::shownTexts(const VisitDetail &visit) const
+{
+    const auto entryOf = [](const ChoiceBox *list, const QString &code) {
+        const int index = indexOfCode(list, code);
+        return index < 0 ? code : list->itemText(index);
+    };
+    const qint32 problem = visit.problem.value_or(noProblem);
+    const QString filed = problemText(m_state.clinical(), m_state.codes(), problem);
+    QStringList shown{dashedDate(visit.date), dashedDate(visit.validity),
+                      entryOf(m_ui->Combo1, typeCode(visit)), entryOf(m_ui->Combo2, visit.symptom),
+                      filed.isEmpty() && problem > noProblem
+                          ? QStringLiteral("problema %1, eliminato").arg(problem)
+                          : filed};
+    for (const QString &text : visit.texts)
+        shown.append(text);
+    return shown;
+}
+
+RecordConflict Visita2::conflict() const
+{
+    return conflictOf(QStringLiteral("La visita è stata salvata"),
+                      {QStringLiteral("Data"), QStringLiteral("Validità"), QStringLiteral("Tipo"),
+                       QStringLiteral("Sintomo"), QStringLiteral("Problema associato"),
+                       QStringLiteral("Anamnesi"), QStringLiteral("Esame obiettivo"),
+                       QStringLiteral("Conclusioni"), QStringLiteral("Pianificazione"),
+                       QStringLiteral("Note")},
+                      {shownTexts(m_read), shownTexts(entered()), shownTexts(m_elsewhere)}, m_read.written,
+                      m_elsewhere.written);
+}
+
+void Visita2::keepMine()
+{
+    VisitDetail visit = entered();
+    takeUntouched(contentsOf(visit), contentsOf(std::as_const(m_read)),
+                  contentsOf(std::as_const(m_elsewhere)));
+    m_read = m_elsewhere;
+    show(visit);
 }
 
 void Visita2::becomeNew()

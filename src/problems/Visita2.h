@@ -31,6 +31,8 @@ protected:
     WriteResult write() override;
     void becomeNew() override;
     QString vanishedQuestion() const override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
 
 private:
     std::array<MemoEdit *, visitTexts> texts() const;
@@ -40,11 +42,13 @@ private:
     void chooseProblem();
     void removeProblem();
     bool mayKeepProblem();
-    bool mayReplace();
+    void show(const VisitDetail &visit);
+    QStringList shownTexts(const VisitDetail &visit) const;
     void noteValidity();
 
     std::unique_ptr<Ui::Visita2> m_ui;
-    VisitDetail m_visit; // as it was read; its problem is the one that Problema shows
+    VisitDetail m_visit; // what the controls were filled from; its problem is the one that Problema shows
+    VisitDetail m_read, m_elsewhere; // as in Probl1
     struct Selection {
         qint32 id = noProblem;
         QString text;

@@ -165,9 +165,10 @@ void AIR15_Gestione::deleteSelected()
         != PromptButton::Yes)
         return;
     const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    if (deleteSheet(m_state, sheet->type, sheet->number) == SheetWrite::Failed)
-        m_state.prompts.warn(QStringLiteral("Eliminazione non riuscita: l'archivio è occupato o non si può "
-                                            "scrivere.\nRiprovare tra poco."));
+    // That a sheet is gone already is seen in the list.
+    if (const WriteResult result = deleteSheet(m_state, sheet->type, sheet->number);
+        result != WriteResult::Vanished)
+        tellCommand(m_state, result, {}, QStringLiteral("Non è stato possibile eliminare la scheda"));
     fill();
     selectRow(row);
     m_ui->MSFlexGrid1->setFocus();

@@ -224,12 +224,14 @@ bool SheetForm::save()
         return false;
     m_saving = true;
     const auto done = qScopeGuard([this] { m_saving = false; });
-    try {
-        if (!mayWrite() || !trySave())
-            return false;
-    } catch (const dao::Error &error) {
-        logError(m_state, objectName() + QStringLiteral(".Salva"), error);
+    switch (saveRecord(m_state, objectName(), *this)) {
+    case SaveEnd::NotSaved:
         return false;
+    case SaveEnd::TheirsKept:
+        showTheirs();
+        return true;
+    case SaveEnd::Saved:
+        break;
     }
     m_shown = m_fields->texts();
     m_state.sheetNumber = m_sheet.number;
@@ -239,41 +241,96 @@ bool SheetForm::save()
     return true;
 }
 
-bool SheetForm::trySave()
+StoredSheet SheetForm::entered() const
 {
     StoredSheet sheet = m_sheet;
     sheet.date = enteredDate();
     sheet.data = CreaStringaDati(m_fields->entered());
-    SheetWrite result = m_isStored ? changeSheet(m_state, sheet, m_sheet) : addSheet(m_state, sheet);
-    const auto asks = [this](const QString &question) {
-        return m_state.prompts.ask({QStringLiteral("Attenzione!"),
-                                    question,
-                                    PromptIcon::Warning,
-                                    {PromptButton::Yes, PromptButton::No},
-                                    PromptButton::No})
-               == PromptButton::Yes;
-    };
-    if (result == SheetWrite::Changed) {
-        if (!asks(QStringLiteral("Un'altra postazione ha modificato la scheda mentre era aperta.\n"
-                                 "Sostituirla con quanto è scritto qui?")))
-            return false;
-        result = changeSheet(m_state, sheet, std::nullopt);
-    }
-    if (result == SheetWrite::Vanished) {
-        if (!asks(QStringLiteral("Un'altra postazione ha eliminato la scheda mentre era aperta.\n"
-                                 "Salvarla come scheda nuova?")))
-            return false;
-        result = addSheet(m_state, sheet);
-    }
-    if (result != SheetWrite::Done) {
-        m_state.prompts.warn(
-            QStringLiteral("Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
-                           "Quanto scritto resta nella finestra: riprovare tra poco."));
-        return false;
-    }
+    return sheet;
+}
+
+WriteResult SheetForm::write()
+{
+    StoredSheet sheet = entered();
+    StoredSheet read = m_sheet;
+    const WriteResult result = m_isStored ? changeSheet(m_state, sheet, read) : addSheet(m_state, sheet);
+    if (result == WriteResult::Changed)
+        m_elsewhere = read;
+    if (result != WriteResult::Done)
+        return result;
     m_sheet = sheet;
     m_isStored = true;
-    return true;
+    return result;
+}
+
+void SheetForm::becomeNew()
+{
+    m_isStored = false;
+}
+
+QString SheetForm::vanishedQuestion() const
+{
+    return QStringLiteral("Un'altra postazione ha eliminato la scheda mentre era aperta.\n"
+                          "Salvarla come scheda nuova?");
+}
+
+RecordConflict SheetForm::conflict() const
+{
+    QStringList captions{QStringLiteral("Data")};
+    const auto shown = [this](const StoredSheet &sheet, const std::optional<SheetData> &values) {
+        QStringList texts{dayText(sheet.date)};
+        for (int i = 0; values && i < m_layout.fields.size(); ++i)
+            texts.append(shownValue(*values, i));
+        if (!values)
+            texts.append(sheet.data);
+        return texts;
+    };
+    const StoredSheet mine = entered();
+    const auto read = readSheetString(m_layout, m_sheet.data).data;
+    const auto stored = readSheetString(m_layout, m_elsewhere.data).data;
+    RecordConflict conflict;
+    if (read && stored) {
+        for (const SheetField &field : m_layout.fields)
+            captions.append(field.caption.isEmpty() ? field.name : field.caption);
+        conflict = conflictOf(
+            QStringLiteral("La scheda è stata salvata"), captions,
+            {shown(m_sheet, read), shown(mine, m_fields->entered()), shown(m_elsewhere, stored)}, {}, {});
+    } else { // what another program wrote does not fit the layout
+        captions.append(QStringLiteral("Dati come sono registrati"));
+        conflict = conflictOf(
+            QStringLiteral("La scheda è stata salvata"), captions,
+            {shown(m_sheet, std::nullopt), shown(mine, std::nullopt), shown(m_elsewhere, std::nullopt)}, {},
+            {});
+        conflict.mergesFields = false;
+    }
+    return conflict;
+}
+
+void SheetForm::keepMine()
+{
+    SheetData values = m_fields->entered();
+    const auto read = readSheetString(m_layout, m_sheet.data).data;
+    const auto stored = readSheetString(m_layout, m_elsewhere.data).data;
+    for (int i = 0; read && stored && i < m_layout.fields.size(); ++i) {
+        if (values.value(i) == read->value(i))
+            values.setValue(i, stored->value(i));
+    }
+    AggiornaTotali(values);
+    const QDate day = enteredDate() == m_sheet.date ? m_elsewhere.date : enteredDate();
+    m_sheet = m_elsewhere;
+    m_fields->showData(values);
+    m_ui->DTPicker1->setValue(day);
+    m_shown.clear(); // not saved yet
+}
+
+void SheetForm::showTheirs()
+{
+    try {
+        InitDati(m_sheet.number);
+        noteMessage(QStringLiteral("La scheda è come l'ha salvata l'altra postazione."));
+    } catch (const dao::Error &error) {
+        logError(m_state, objectName() + QStringLiteral(".InitDati"), error);
+    }
 }
 
 bool SheetForm::queryUnload()

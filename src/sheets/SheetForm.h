@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "frames/RecordSaving.h"
 #include "sheets/SheetRecords.h"
 #include "sheets/SheetSources.h"
 #include "support/ui/ChartForm.h"
@@ -21,7 +22,7 @@ struct WorkingState;
 // One regional sheet, of whatever type: opens the sheet of WorkingState::sheetNumber, or a new one for 0, which then
 // has the number that it was saved under. Saving leaves it open; whoever closes it with changes is asked. A stored
 // sheet whose data do not fit the type's layout is shown as it is and never written.
-class SheetForm final : public ChartForm {
+class SheetForm final : public ChartForm, private WrittenRecord {
     Q_OBJECT
 
 public:
@@ -43,10 +44,16 @@ private:
     void noteMessage(const QString &text);
     void noteCriteria();
     bool isChanged() const;
-    bool mayWrite();
+    bool mayWrite() override;
+    WriteResult write() override;
+    void becomeNew() override;
+    QString vanishedQuestion() const override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
+    StoredSheet entered() const;
+    void showTheirs();
     QDate enteredDate() const; // null when the field holds none
     bool save();
-    bool trySave();
     void print();
     void savePdf();
     int age() const;
@@ -56,6 +63,7 @@ private:
     std::unique_ptr<Ui::SheetForm> m_ui;
     SheetFields *m_fields;
     StoredSheet m_sheet; // as it was read or saved last; of a new one the number that it will have
+    StoredSheet m_elsewhere; // as another workstation has stored it, when a save found that
     bool m_isStored = false;
     bool m_isReadable = true;
     QStringList m_shown; // the fields' texts and the date when they were shown or saved

@@ -34,19 +34,6 @@ bool isOf(dao::Recordset &rows, qint32 patient)
     return qint32(field(rows, "cod_paz").number()) == patient;
 }
 
-SheetWrite outcome(WriteResult result)
-{
-    switch (result) {
-    case WriteResult::Done:
-        return SheetWrite::Done;
-    case WriteResult::Vanished:
-        return SheetWrite::Vanished;
-    case WriteResult::Failed:
-        break;
-    }
-    return SheetWrite::Failed;
-}
-
 } // namespace
 
 QList<SheetRow> listSheets(dao::Database &clinical, qint32 patient)
@@ -78,7 +65,7 @@ qint32 nextSheetNumber(dao::Database &clinical, int type)
     return qint32(rows->Eof() ? 0 : field(*rows, "maxId").number()) + 1; // Null is 0
 }
 
-SheetWrite addSheet(WorkingState &state, StoredSheet &sheet)
+WriteResult addSheet(WorkingState &state, StoredSheet &sheet)
 {
     qint32 number = sheet.number;
     const WriteResult result = writeTogether(state, table, [&] {
@@ -97,30 +84,30 @@ SheetWrite addSheet(WorkingState &state, StoredSheet &sheet)
     });
     if (result == WriteResult::Done)
         sheet.number = number;
-    return outcome(result);
+    return result;
 }
 
-SheetWrite changeSheet(WorkingState &state, const StoredSheet &sheet,
-                       const std::optional<StoredSheet> &before)
+WriteResult changeSheet(WorkingState &state, const StoredSheet &sheet, StoredSheet &read)
 {
-    bool changed = false;
-    const WriteResult result = writeTogether(state, table, [&] {
+    return writeTogether(state, table, [&] {
         const auto rows = state.clinical().OpenRecordset(byNumber(sheet.type, sheet.number));
         if (rows->Eof() || !isOf(*rows, state.header.patientCode))
             return WriteResult::Vanished;
-        changed = before && sheetOf(*rows) != *before;
-        if (changed || state.operations.Recordset_Edit(*rows) != 0)
+        if (const StoredSheet stored = sheetOf(*rows); stored != read && stored != sheet) {
+            read = stored;
+            return WriteResult::Changed;
+        }
+        if (state.operations.Recordset_Edit(*rows) != 0)
             return WriteResult::Failed;
         field(*rows, "DataReg").setValue(dateValue(sheet.date));
         field(*rows, "SEQDATI").setValue(sheet.data);
         return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
     });
-    return changed ? SheetWrite::Changed : outcome(result);
 }
 
-SheetWrite deleteSheet(WorkingState &state, int type, qint32 number)
+WriteResult deleteSheet(WorkingState &state, int type, qint32 number)
 {
-    return outcome(writeTogether(state, table, [&] {
+    return writeTogether(state, table, [&] {
         const auto rows = state.clinical().OpenRecordset(
             QStringLiteral("select * from AIR15_7 where (idScheda = %1) and (cod_paz = %2) and (idTipo = %3)")
                 .arg(number)
@@ -130,7 +117,7 @@ SheetWrite deleteSheet(WorkingState &state, int type, qint32 number)
             return WriteResult::Vanished;
         rows->Delete();
         return WriteResult::Done;
-    }));
+    });
 }
 
 } // namespace clivara

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "host/working_state/SharedWrites.h"
+
 #include <QDate>
 #include <QList>
 #include <QString>
@@ -40,20 +42,13 @@ std::optional<StoredSheet> readSheet(dao::Database &clinical, qint32 patient, in
 // The highest number of the type plus 1; 1 for the first.
 qint32 nextSheetNumber(dao::Database &clinical, int type);
 
-enum class SheetWrite {
-    Done,
-    Vanished, // another workstation deleted the sheet
-    Changed, // another workstation changed it since it was read
-    Failed // still not possible after the retries; the log tells why
-};
-
 // Adds a sheet of the current patient under its number, or under the next one when that was given away meanwhile;
 // `sheet` then has the number that it was stored under. Raises nothing.
-SheetWrite addSheet(WorkingState &state, StoredSheet &sheet);
-// Replaces date and data of a stored sheet. `before` is the sheet as it was read; none writes over whatever is there.
-SheetWrite changeSheet(WorkingState &state, const StoredSheet &sheet,
-                       const std::optional<StoredSheet> &before);
+WriteResult addSheet(WorkingState &state, StoredSheet &sheet);
+// Replaces date and data of a stored sheet. `read` is the sheet as it was read: when writing would replace what was
+// stored since then, the result is Changed and `read` becomes what is stored.
+WriteResult changeSheet(WorkingState &state, const StoredSheet &sheet, StoredSheet &read);
 // Deletes the sheet of the current patient with that type and number.
-SheetWrite deleteSheet(WorkingState &state, int type, qint32 number);
+WriteResult deleteSheet(WorkingState &state, int type, qint32 number);
 
 } // namespace clivara

@@ -5,6 +5,7 @@
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
 #include "host/working_state/ErrorLog.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "ui_Domiciliari_Gestione.h"
@@ -198,6 +199,7 @@ void Domiciliari_Gestione::editSelected()
     if (!entry)
         return;
     setMode(Mode::Edit);
+    m_read = *entry;
     showEntry(*entry);
 }
 
@@ -208,17 +210,9 @@ void Domiciliari_Gestione::deleteSelected()
         || !m_state.prompts.confirm(QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?")))
         return;
     const int row = m_ui->Griglia_Domiciliari->currentIndex().row();
-    switch (deleteHomeCare(m_state, entry->id)) {
-    case WriteResult::Done:
-        break;
-    case WriteResult::Vanished:
-        m_state.prompts.warn(QStringLiteral("L'elemento era già stato eliminato da un'altra postazione."));
-        break;
-    case WriteResult::Failed:
-        m_state.prompts.warn(QStringLiteral("Non è stato possibile eliminare l'elemento.\n"
-                                            "Nessun dato è stato modificato: riprovare tra poco."));
-        break;
-    }
+    tellCommand(m_state, deleteHomeCare(m_state, entry->id),
+                QStringLiteral("L'elemento era già stato eliminato da un'altra postazione."),
+                QStringLiteral("Non è stato possibile eliminare l'elemento"));
     Carica_Domiciliari(entry->id, row);
 }
 
@@ -246,30 +240,48 @@ bool Domiciliari_Gestione::mayWrite()
         return refuse({QStringLiteral("Attenzione!"), QStringLiteral("Elemento già presente in elenco!"),
                        PromptIcon::Information},
                       m_ui->Data_Dom);
-    return mayReplace();
-}
-
-// False when another workstation has written the entry since the list was read and the doctor wants that to stay.
-bool Domiciliari_Gestione::mayReplace()
-{
-    const auto stored = m_entry.id == 0 ? std::nullopt : entryModified(m_state.clinical(), m_entry.id);
-    if (!stored || *stored == m_entry.modified)
-        return true;
-    if (!m_state.prompts.confirm(QStringLiteral(
-            "L'elemento è stato modificato da un'altra postazione mentre era aperto qui.\n"
-            "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
-        return false;
-    m_entry.modified = *stored;
     return true;
 }
 
 WriteResult Domiciliari_Gestione::write()
 {
     HomeCareEntry entry = entered();
-    const WriteResult result = saveHomeCare(m_state, entry);
+    HomeCareEntry read = m_read;
+    const WriteResult result = saveHomeCare(m_state, entry, read);
     if (result == WriteResult::Done)
         m_entry = entry;
+    else if (result == WriteResult::Changed)
+        m_elsewhere = read;
     return result;
+}
+
+QString Domiciliari_Gestione::typeName(const HomeCareEntry &entry) const
+{
+    const auto type = std::find_if(m_types.begin(), m_types.end(),
+                                   [&](const ServiceType &known) { return known.id == entry.type; });
+    return type == m_types.end() ? QStringLiteral("Tipo %1 (non più in elenco)").arg(entry.type.value_or(0))
+                                 : type->name;
+}
+
+RecordConflict Domiciliari_Gestione::conflict() const
+{
+    const auto shown = [this](const HomeCareEntry &entry) {
+        return QStringList{slashedDate(entry.date), slashedDate(entry.validity), typeName(entry)};
+    };
+    return conflictOf(
+        QStringLiteral("L'elemento è stato salvato"),
+        {QStringLiteral("Data Domiciliare"), QStringLiteral("Data Inizio Validità"), QStringLiteral("Tipo")},
+        {shown(m_read), shown(entered()), shown(m_elsewhere)}, m_read.written, m_elsewhere.written);
+}
+
+void Domiciliari_Gestione::keepMine()
+{
+    HomeCareEntry entry = entered();
+    takeUntouched(contentsOf(entry), contentsOf(std::as_const(m_read)),
+                  contentsOf(std::as_const(m_elsewhere)));
+    m_read = m_elsewhere;
+    entry.typeName = typeName(entry);
+    showEntry(entry);
 }
 
 void Domiciliari_Gestione::becomeNew()
@@ -287,7 +299,7 @@ QString Domiciliari_Gestione::vanishedQuestion() const
 
 void Domiciliari_Gestione::save()
 {
-    if (m_mode == Mode::Browse || !saveRecord(m_state, objectName(), *this))
+    if (m_mode == Mode::Browse || saveRecord(m_state, objectName(), *this) == SaveEnd::NotSaved)
         return;
     const qint32 saved = m_entry.id;
     setMode(Mode::Browse);

@@ -35,10 +35,12 @@ private:
     enum class Mode { Browse, New, Edit };
 
     bool mayWrite() override;
-    bool mayReplace();
+    QString typeName(const HomeCareEntry &entry) const;
     WriteResult write() override;
     void becomeNew() override;
     QString vanishedQuestion() const override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
 
     void connectControls();
     void setMode(Mode mode);
@@ -65,7 +67,8 @@ private:
     Mode m_mode = Mode::Browse;
     QList<HomeCareEntry> m_entries; // as the grid shows them
     QList<ServiceType> m_types;
-    HomeCareEntry m_entry; // the one that is written
+    HomeCareEntry m_entry; // the one that is written, as the controls were filled
+    HomeCareEntry m_read, m_elsewhere; // as it was listed, and as a save found it stored
 };
 
 } // namespace clivara

@@ -2,6 +2,7 @@
 #include "stays/HomeCareRecords.h"
 
 #include "data/NextKey.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 
@@ -54,6 +55,18 @@ QString entryCondition(const QList<ServiceType> &services, const QList<qint32> &
     return QStringLiteral("((idtipo in %1) or (%2))").arg(numberList(ids), bare);
 }
 
+// All but what the type is called. An entry without type has none of its own number.
+HomeCareEntry entryFrom(dao::Recordset &row)
+{
+    HomeCareEntry entry;
+    entry.id = qint32(row.Fields(QStringLiteral("IdVisitaProbl")).number());
+    entry.date = row.Fields(QStringLiteral("DataReg")).date().date();
+    entry.validity = row.Fields(QStringLiteral("validita")).date().date();
+    entry.type = qint32(row.Fields(QStringLiteral("idtipo")).number());
+    entry.written = lastWrite(row);
+    return entry;
+}
+
 } // namespace
 
 QList<ServiceType> serviceTypes(dao::Database &codes)
@@ -77,31 +90,21 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
         names.insert(service.id, service.name);
     QList<HomeCareEntry> list;
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral("SELECT IdVisitaProbl, DataReg, validita, idtipo, dLastModifiedDate FROM VISITAPROBL "
-                       "WHERE (cod_paz = %1) "
-                       "AND %2 Order By datareg desc, IdVisitaProbl desc")
+        QStringLiteral(
+            "SELECT IdVisitaProbl, DataReg, validita, idtipo, dLastModifiedDate, sAuthorUid FROM VISITAPROBL "
+            "WHERE (cod_paz = %1) "
+            "AND %2 Order By datareg desc, IdVisitaProbl desc")
             .arg(QString::number(patientCode), entryCondition(services, allTypes(codes))),
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
-        HomeCareEntry entry;
-        entry.id = qint32(rows->Fields(QStringLiteral("IdVisitaProbl")).number());
-        entry.date = rows->Fields(QStringLiteral("DataReg")).date().date();
-        entry.validity = rows->Fields(QStringLiteral("validita")).date().date();
-        const auto type = qint32(rows->Fields(QStringLiteral("idtipo")).number());
-        entry.type = type;
+        HomeCareEntry entry = entryFrom(*rows);
+        const qint32 type = entry.type.value_or(0);
         const auto name = names.constFind(type);
         entry.isTypeKnown = name != names.constEnd();
         entry.typeName = entry.isTypeKnown ? *name : QStringLiteral("Tipo %1 (non più in elenco)").arg(type);
-        entry.modified = modifiedDate(*rows);
         list.append(entry);
     }
     return list;
-}
-
-std::optional<QDateTime> entryModified(dao::Database &clinical, qint32 id)
-{
-    const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
-    return row->Eof() ? std::nullopt : std::optional(modifiedDate(*row));
 }
 
 bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &entry)
@@ -111,7 +114,7 @@ bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &ent
     });
 }
 
-WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry)
+WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntry &read)
 {
     const bool isNew = entry.id == 0;
     qint32 id = entry.id;
@@ -123,8 +126,14 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry)
                         .arg(state.header.patientCode));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
-        if (!isNew && modifiedDate(*row) != entry.modified)
-            return WriteResult::Failed;
+        if (!isNew) {
+            const HomeCareEntry stored = entryFrom(*row);
+            if (wouldReplace(contentsOf(std::as_const(read)), contentsOf(std::as_const(entry)),
+                             contentsOf(stored))) {
+                read = stored;
+                return WriteResult::Changed;
+            }
+        }
         if (isNew)
             id = nextKey(state.clinical(), QStringLiteral("visitaprobl"), QStringLiteral("idvisitaprobl"));
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)

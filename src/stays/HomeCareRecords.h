@@ -2,12 +2,15 @@
 #pragma once
 
 #include "data/engine/Dao.h"
+#include "host/working_state/RecordConflict.h"
 #include "host/working_state/SharedWrites.h"
 
 #include <QDate>
 #include <QList>
 #include <QString>
+#include <concepts>
 #include <optional>
+#include <tuple>
 
 namespace clivara {
 
@@ -30,23 +33,26 @@ struct HomeCareEntry {
     std::optional<qint32> type; // idtipo; empty: none chosen
     QString typeName; // "Tipo 77 (non più in elenco)" when its type was removed
     bool isTypeKnown = true;
-    QDateTime
-        modified; // dLastModifiedDate as it was read; tells whether another workstation has written since
+    LastWrite written; // as it was read
 };
+// What of a entry its form writes, to be compared.
+template <typename Record>
+auto contentsOf(Record &entry) requires std::same_as<std::remove_const_t<Record>, HomeCareEntry>
+{
+    return std::tie(entry.date, entry.validity, entry.type);
+}
 // Newest first; of the same day the higher key first. An entry whose type was removed from the table is there as long as
 // it is nothing but an entry: of no problem, without symptom and texts. Throws dao::Error.
 QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes, qint32 patientCode);
-
-// The time of the last change of an entry as it is stored now; empty when the entry is not there. Throws dao::Error.
-std::optional<QDateTime> entryModified(dao::Database &clinical, qint32 id);
 
 // Another entry of the list on the same day and of the same type.
 bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &entry);
 
 // Writes the entry of the current patient, with its identity stamps; a new one gets the highest key plus 1 within the
 // transaction that writes it. What else the visit holds is left as it is, and so is the hour of a date that is
-// still of the same day. Failed also when another workstation wrote the entry while this one waited. Raises nothing; when nothing was written the struct is as it was.
-WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry);
+// still of the same day. Raises nothing; when nothing was written the struct is as it was. `read` as with saveStay; of
+// what is stored it gets everything but the type's name.
+WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntry &read);
 // Sets the owner to the working doctor, records the deletion ("DV") and deletes the row. All or nothing.
 WriteResult deleteHomeCare(WorkingState &state, qint32 id);
 

@@ -166,17 +166,9 @@ void Ricoveri_Gestione::deleteSelected()
                != PromptButton::Ok)
         return;
     const int row = m_ui->Griglia_Ricoveri->currentIndex().row();
-    switch (deleteStay(m_state, id)) {
-    case WriteResult::Done:
-        break;
-    case WriteResult::Vanished:
-        m_state.prompts.warn(QStringLiteral("Il ricovero era già stato eliminato da un'altra postazione."));
-        break;
-    case WriteResult::Failed:
-        m_state.prompts.warn(QStringLiteral("Non è stato possibile eliminare il ricovero.\n"
-                                            "Nessun dato è stato modificato: riprovare tra poco."));
-        break;
-    }
+    tellCommand(m_state, deleteStay(m_state, id),
+                QStringLiteral("Il ricovero era già stato eliminato da un'altra postazione."),
+                QStringLiteral("Non è stato possibile eliminare il ricovero"));
     fill(id, row);
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Inserimento.h"
 
+#include "controls/DateFieldGuard.h"
 #include "host/working_state/RegionalNotice.h"
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "stays/StayRules.h"
@@ -45,18 +47,24 @@ void Ricoveri_Inserimento::load()
             refuseToOpen(QStringLiteral("Il ricovero è stato eliminato da un'altra postazione."));
         stay = *found;
     }
-    m_stay = stay;
+    m_read = stay;
     m_extendList = false;
     m_askedAbout.clear();
     fillLists();
     setWindowTitle(isNew ? newTitle : QStringLiteral("Modifica dati ricovero"));
+    show(stay);
+    m_ui->Data_Dom->setFocus();
+}
+
+void Ricoveri_Inserimento::show(const Stay &stay)
+{
+    m_stay = stay;
     showDay(*m_ui->Data_Dom, stay.admitted);
     showDay(*m_ui->Data_Val, stay.discharged);
     m_ui->Combo1->showText(stay.hospital);
     showWard(stay.ward);
     noteLength();
     noteHospital();
-    m_ui->Data_Dom->setFocus();
 }
 
 void Ricoveri_Inserimento::fillLists()
@@ -163,20 +171,6 @@ bool Ricoveri_Inserimento::isConsistent()
     return true;
 }
 
-// False when another workstation has written the stay since it was read and the doctor wants that to stay.
-bool Ricoveri_Inserimento::mayReplace()
-{
-    const auto stored = m_stay.id == 0 ? std::nullopt : readStay(m_state.clinical(), m_stay.id);
-    if (!stored || stored->modified == m_stay.modified)
-        return true;
-    if (!m_state.prompts.confirm(QStringLiteral(
-            "Il ricovero è stato modificato da un'altra postazione mentre era aperto qui.\n"
-            "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.")))
-        return false;
-    m_stay.modified = stored->modified;
-    return true;
-}
-
 // Offers to add a hospital that the list does not have.
 void Ricoveri_Inserimento::askAboutList()
 {
@@ -199,7 +193,7 @@ void Ricoveri_Inserimento::askAboutList()
 
 bool Ricoveri_Inserimento::mayWrite()
 {
-    if (!isComplete() || !isConsistent() || !mayReplace())
+    if (!isComplete() || !isConsistent())
         return false;
     askAboutList();
     return true;
@@ -208,10 +202,35 @@ bool Ricoveri_Inserimento::mayWrite()
 WriteResult Ricoveri_Inserimento::write()
 {
     Stay stay = entered();
-    const WriteResult result = saveStay(m_state, stay, m_extendList);
+    Stay read = m_read;
+    const WriteResult result = saveStay(m_state, stay, read, m_extendList);
     if (result == WriteResult::Done)
         m_stay = stay;
+    else if (result == WriteResult::Changed)
+        m_elsewhere = read;
     return result;
+}
+
+RecordConflict Ricoveri_Inserimento::conflict() const
+{
+    const auto shown = [](const Stay &stay) {
+        return QStringList{slashedDate(stay.admitted), slashedDate(stay.discharged), stay.hospital,
+                           stay.ward};
+    };
+    return conflictOf(QStringLiteral("Il ricovero è stato salvato"),
+                      {QStringLiteral("Data accesso"), QStringLiteral("Data fine ricovero"),
+                       QStringLiteral("Sede"), QStringLiteral("Reparto")},
+                      {shown(m_read), shown(entered()), shown(m_elsewhere)}, m_read.written,
+                      m_elsewhere.written);
+}
+
+void Ricoveri_Inserimento::keepMine()
+{
+    Stay stay = entered();
+    takeUntouched(contentsOf(stay), contentsOf(std::as_const(m_read)),
+                  contentsOf(std::as_const(m_elsewhere)));
+    m_read = m_elsewhere;
+    show(stay);
 }
 
 void Ricoveri_Inserimento::becomeNew()

@@ -27,6 +27,8 @@ protected:
     WriteResult write() override;
     void becomeNew() override;
     QString vanishedQuestion() const override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
     void written() override;
 
 private:
@@ -39,12 +41,13 @@ private:
     // The rules of mayWrite: a text that is missing or wrong, and dates that contradict each other.
     bool isComplete();
     bool isConsistent();
-    bool mayReplace();
+    void show(const Stay &stay);
     void askAboutList();
     bool refuse(const QString &text, QWidget *field);
 
     std::unique_ptr<Ui::Ricoveri_Inserimento> m_ui;
-    Stay m_stay; // as it was read
+    Stay m_stay; // what the controls were filled from
+    Stay m_read, m_elsewhere; // as it was read, and as a save found it stored
     QStringList m_hospitals; // the list as it was when it was last read
     bool m_extendList = false;
     QString m_askedAbout; // the hospital that the doctor was last asked about; not asked twice

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/StayRecords.h"
 
+#include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "values/JetValues.h"
@@ -24,7 +25,7 @@ Stay stayFrom(dao::Recordset &row)
     stay.discharged = row.Fields(QStringLiteral("data_fineric")).date().date();
     stay.hospital = row.Fields(QStringLiteral("sede")).text();
     stay.ward = row.Fields(QStringLiteral("reparto")).text();
-    stay.modified = modifiedDate(row);
+    stay.written = lastWrite(row);
     return stay;
 }
 
@@ -88,7 +89,7 @@ QString nameInList(const QStringList &names, const QString &typed)
     return found == names.end() ? QString() : *found;
 }
 
-WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList)
+WriteResult saveStay(WorkingState &state, Stay &stay, Stay &read, bool extendList)
 {
     const bool isNew = stay.id == 0;
     qint32 id = stay.id;
@@ -97,8 +98,14 @@ WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList)
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from ricoveri2") : byId(stay.id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
-        if (!isNew && modifiedDate(*row) != stay.modified)
-            return WriteResult::Failed;
+        if (!isNew) {
+            const Stay stored = stayFrom(*row);
+            if (wouldReplace(contentsOf(std::as_const(read)), contentsOf(std::as_const(stay)),
+                             contentsOf(stored))) {
+                read = stored;
+                return WriteResult::Changed;
+            }
+        }
         if (extendList && nameInList(hospitals(state.clinical()), stay.hospital).isEmpty()
             && !addHospital(state, stay.hospital))
             return WriteResult::Failed;

@@ -2,11 +2,14 @@
 #pragma once
 
 #include "data/engine/Dao.h"
+#include "host/working_state/RecordConflict.h"
 #include "host/working_state/SharedWrites.h"
 
 #include <QDate>
 #include <QStringList>
+#include <concepts>
 #include <optional>
+#include <tuple>
 
 namespace clivara {
 
@@ -22,9 +25,14 @@ struct Stay {
     QDate admitted, discharged; // data_accesso, data_fineric; null is Null
     QString hospital; // sede, as stored
     QString ward; // reparto, as stored
-    QDateTime
-        modified; // dLastModifiedDate as it was read; tells whether another workstation has written since
+    LastWrite written; // as it was read
 };
+// What of a stay its dialog writes, to be compared.
+template <typename Record>
+auto contentsOf(Record &stay) requires std::same_as<std::remove_const_t<Record>, Stay>
+{
+    return std::tie(stay.admitted, stay.discharged, stay.hospital, stay.ward);
+}
 // Oldest first; of the same day the lower key first. Throws dao::Error.
 QList<Stay> listStays(dao::Database &clinical, qint32 patientCode);
 std::optional<Stay> readStay(dao::Database &clinical, qint32 id); // empty when it is not there
@@ -37,9 +45,9 @@ QString nameInList(const QStringList &names, const QString &typed);
 
 // Writes the stay of the current patient, with its identity stamps; a new one gets its id. With `extendList` its
 // hospital is added to sedericov in the same transaction, unless it has come to be there. The hour of a date that is still
-// of the same day stays. Raises nothing; when nothing was written the struct is as it was.
-// Failed also when another workstation wrote the stay while this one waited.
-WriteResult saveStay(WorkingState &state, Stay &stay, bool extendList);
+// of the same day stays. Raises nothing; when nothing was written the struct is as it was. `read` is the stay as it was
+// read: when writing would replace what was stored since then, the result is Changed and `read` becomes what is stored.
+WriteResult saveStay(WorkingState &state, Stay &stay, Stay &read, bool extendList);
 // Sets the owner to the working doctor, records the deletion ("DR") and deletes the row. All or nothing.
 WriteResult deleteStay(WorkingState &state, qint32 id);
 

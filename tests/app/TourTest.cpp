@@ -39,8 +39,8 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
             std::count_if(group.sections.begin(), group.sections.end(), [](const orvale::Section &section) {
                 return clivara::Class3::isBuilt(section.action);
             });
-    const QStringList dialogs{"Probl1",     "RicercaDiagnosi",      "Visita2",  "SelezProblema",
-                              "PregMalInf", "Ricoveri_Inserimento", "AIR15_7_1"};
+    const QStringList dialogs{"Probl1",     "RicercaDiagnosi",      "Visita2",   "SelezProblema",
+                              "PregMalInf", "Ricoveri_Inserimento", "AIR15_7_1", "Conflitto"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
     const QStringList sections{"Problemi",

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "TestConflicts.h"
 #include "calculators/EvaluationFixture.h"
 #include "calculators/FormControls.h"
 #include "calculators/HistoryPlot.h"
@@ -606,6 +607,60 @@ TEST_F(EvaluationFormsTest, SavedMetabolicEvaluationIsReloadedAndDeleted)
         prompts.queue(PromptButton::No);
         QTest::keyClick(grid, Qt::Key_Delete);
         EXPECT_EQ(prompts.boxes.size(), 2);
+    });
+}
+
+TEST_F(EvaluationFormsTest, WhatAnotherWorkstationSavedIsShownBeforeItIsReplaced)
+{
+    execute("INSERT INTO SindrMetabolica VALUES (17, #05/02/2025#, 1, 103.5, 140, 90, 120, 160)");
+    TestConflicts conflicts(state);
+    SindrMetabolica form(state);
+    const auto glucose = [&] {
+        return clinical("SELECT glicemia FROM SindrMetabolica ORDER BY Data_Val DESC")
+            .join(' ')
+            .toStdString();
+    };
+    const auto computeAndSave = [&] {
+        click("Button2_0");
+        click("Button2_1");
+    };
+    open(form, [&] {
+        type("me_hdl", "45");
+        select(0);
+        execute("UPDATE SindrMetabolica SET glicemia = 121");
+        type("me_glic", "119");
+        conflicts.queue(ConflictChoice::BackToEditing);
+        computeAndSave();
+        EXPECT_EQ(conflicts.told,
+                  "La rilevazione del 02/05/2025 è stata salvata da un'altra postazione mentre era in questa "
+                  "finestra. Chi e quando non è registrato.\nGlicemia|119|121");
+        EXPECT_EQ(value("me_glic"), "119");
+        EXPECT_EQ(glucose(), "121");
+        conflicts.queue(ConflictChoice::Theirs);
+        computeAndSave();
+        EXPECT_EQ(value("me_glic"), "121") << "shown as it is stored";
+        type("me_glic", "118");
+        computeAndSave();
+        EXPECT_EQ(glucose(), "118") << "what was seen may be replaced";
+
+        // A new one of today, which another workstation has saved since the form was opened.
+        click("Button1_0");
+        typeMetabolic({"96", "135", "85", "98", "48", "140"});
+        execute("INSERT INTO SindrMetabolica VALUES (17, #11/21/2026#, 1, 96, 135, 85, 99, 140)");
+        conflicts.queue(ConflictChoice::Mine);
+        computeAndSave();
+        EXPECT_NE(conflicts.told.find("Glicemia|98|99"), std::string::npos) << conflicts.told;
+        EXPECT_EQ(glucose(), "98 118");
+
+        // Deleted meanwhile: it comes back only when the doctor wants it.
+        select(1);
+        execute("DELETE FROM SindrMetabolica WHERE Data_Val = #05/02/2025#");
+        prompts.queue(PromptButton::No);
+        computeAndSave();
+        EXPECT_EQ(glucose(), "98");
+        prompts.queue(PromptButton::Yes);
+        computeAndSave();
+        EXPECT_EQ(glucose(), "98 118");
     });
 }
 

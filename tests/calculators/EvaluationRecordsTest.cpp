@@ -195,16 +195,23 @@ TEST_F(EvaluationRecordsTest, SavesRefusesAndReplaces)
     evaluation.hdlMgDl = 50;
     evaluation.diabetic = true;
     const auto all = QStringLiteral("SELECT * FROM Rischio_Cardio WHERE cod_paz = 17");
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse), SaveOutcome::Saved);
+    EvaluationVersions versions;
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse, versions), SaveOutcome::Saved);
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|60|0.125|140|220|50|false|true|false"});
     evaluation.ageYears.reset();
     evaluation.smoker = true;
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse), SaveOutcome::AlreadyThere);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse, versions),
+              SaveOutcome::AlreadyThere);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Changed)
+        << "what was never read";
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|60|0.125|140|220|50|false|true|false"});
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace), SaveOutcome::Saved);
+    versions.read = readEvaluations(database(), storedCardiovascular(), 17).value(day);
+    EXPECT_EQ(versions.read, versions.stored);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Saved);
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|Null|0.125|140|220|50|true|true|false"});
 
     EXPECT_EQ(deleteCardiovascular(state, day), WriteResult::Done);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Vanished);
     EXPECT_EQ(clinical(QStringLiteral("SELECT cod_paz FROM Rischio_Cardio")), QStringList{"18"});
 }
 
@@ -239,9 +246,10 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
     MetabolicEvaluation evaluation;
     evaluation.verdict = 1;
     evaluation.waistCm = 101.5;
+    EvaluationVersions versions;
     {
         LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(saveMetabolic(state, day, evaluation), SaveOutcome::Failed);
+        EXPECT_EQ(saveMetabolic(state, day, evaluation, versions), SaveOutcome::Failed);
         EXPECT_EQ(pauses.taken.size(), 19);
         EXPECT_EQ(deleteMetabolic(state, day), WriteResult::Failed);
     }
@@ -251,7 +259,7 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
         LockHolder other(path("Orvale.sqlite"));
         pauses.actAt = 2;
         pauses.during = [&] { other.release(); };
-        EXPECT_EQ(saveMetabolic(state, day, evaluation), SaveOutcome::Saved);
+        EXPECT_EQ(saveMetabolic(state, day, evaluation, versions), SaveOutcome::Saved);
     }
     EXPECT_EQ(clinical(QStringLiteral("SELECT * FROM SindrMetabolica")),
               QStringList{"17|2026-11-21 00:00:00|1|101.5|Null|Null|Null|Null"});

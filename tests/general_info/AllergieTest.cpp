@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/Allergie.h"
 #include "GeneralInfoFixture.h"
+#include "TestConflicts.h"
 #include "general_info/AllergenBox.h"
 #include "general_info/AllergenPanel.h"
 #include "general_info/AllergenSearch.h"
@@ -227,6 +228,62 @@ TEST_F(AllergieTest, AFailedSaveKeepsTheWindowOpen)
     });
     EXPECT_EQ(freeText(), QStringList{"Nichel"}); // all or nothing
     EXPECT_TRUE(journal().isEmpty());
+}
+
+TEST_F(AllergieTest, AnotherWorkstationsAllergensAreSeenAndKept)
+{
+    store("X", nines(115));
+    TestConflicts conflicts(state);
+    const auto there = [&](const QString &code, const char *text) {
+        execute("UPDATE ESAME_OB SET dati_paz = '" + code + "' WHERE tipo_dati = 'X'");
+        execute("INSERT INTO Modifiche (Tipo, data_mod, cod_paz, codice1, cancellazione) VALUES (4, "
+                "#11/20/2026#, "
+                "17, 'X', false)");
+        execute(QStringLiteral("UPDATE inf_gen SET Allergie = '%1'").arg(text));
+    };
+    open(form, [&] {
+        click("grami_0");
+        there(milk(), "Nichel, cobalto");
+        prompts.queue(PromptButton::Yes);
+        conflicts.queue(ConflictChoice::BackToEditing);
+        esc();
+        EXPECT_EQ(
+            conflicts.told,
+            "Le allergie sono state salvate il 20/11/2026, da un'altra postazione, mentre era in questa "
+            "finestra. Chi non è registrato.\n"
+            "Allergeni segnati|Agrostis|Latte di vacca\nVarie|Nichel|Nichel, cobalto");
+        EXPECT_TRUE(isOpen());
+        EXPECT_TRUE(isChecked("grami_0"));
+        EXPECT_FALSE(isChecked("alim_1"));
+        prompts.queue(PromptButton::Yes);
+        conflicts.queue(ConflictChoice::Mine);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    QString both = milk();
+    both.replace(0, 2, "00");
+    EXPECT_EQ(codes("X"), QStringList{both}) << "neither allergy is lost";
+    EXPECT_EQ(freeText(), QStringList{"Nichel, cobalto"});
+
+    open(form, [&] {
+        freeTextField()->setPlainText("Lattice");
+        there(milk(), "Cobalto");
+        prompts.queue(PromptButton::Yes);
+        conflicts.queue(ConflictChoice::Theirs);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("X") + freeText(), (QStringList{milk(), "Cobalto"}));
+
+    // The other one has written what is written here.
+    open(form, [&] {
+        click("grami_0");
+        there(both, "Cobalto");
+        prompts.queue(PromptButton::Yes);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("X"), QStringList{both});
 }
 
 TEST_F(AllergieTest, WithoutAPatientNothingIsWritten)

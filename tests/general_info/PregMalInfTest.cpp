@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/PregMalInf.h"
 #include "GeneralInfoFixture.h"
+#include "TestConflicts.h"
 #include "general_info/Allergie.h"
 #include "general_info/InfGen.h"
 #include "host/working_state/FormOpener.h"
@@ -166,6 +167,49 @@ TEST_F(PregMalInfTest, AFailedSaveAsksBeforeItLosesAnything)
         EXPECT_FALSE(isOpen());
     });
     EXPECT_EQ(codes("M"), QStringList{none()});
+}
+
+TEST_F(PregMalInfTest, AnotherWorkstationsAnswersAreSeenAndKept)
+{
+    store("M", none());
+    TestConflicts conflicts(state);
+    InfectionAnswers theirs;
+    theirs.had[9] = theirs.had[15] = true;
+    theirs.notes[0] = "1998";
+    const auto there = [&](const char *time) {
+        execute(QStringLiteral("UPDATE ESAME_OB SET dati_paz = '%1', data_reg = %2")
+                    .arg(encodeInfections(theirs), time));
+    };
+    open(form, [&] {
+        click("SSCheck1_3");
+        click("SSCheck1_16");
+        note(1)->setText("2001");
+        there("#11/21/2026 09:30:00#");
+        conflicts.queue(ConflictChoice::BackToEditing);
+        esc();
+        EXPECT_EQ(
+            conflicts.told,
+            "Le malattie infettive sono state salvate il 21/11/2026 alle 09:30, da un'altra postazione, "
+            "mentre era in questa finestra. Chi non è registrato.\n"
+            "Malattie avute|Parotite\nTbc|Morbillo\nPleurite\nNote|Tbc: 2001|Pleurite: 1998");
+        EXPECT_TRUE(isOpen());
+        conflicts.queue(ConflictChoice::Mine);
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    InfectionAnswers both = theirs;
+    both.had[3] = both.had[16] = true;
+    both.notes[1] = "2001";
+    EXPECT_EQ(codes("M"), QStringList{encodeInfections(both)});
+
+    // Whoever has only looked writes nothing over what came meanwhile.
+    execute("DELETE FROM ESAME_OB");
+    open(form, [&] {
+        store("M", encodeInfections(theirs));
+        esc();
+        EXPECT_FALSE(isOpen());
+    });
+    EXPECT_EQ(codes("M"), QStringList{encodeInfections(theirs)});
 }
 
 TEST_F(PregMalInfTest, WithoutAPatientNothingIsWritten)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ListFixture.h"
+#include "TestConflicts.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -53,17 +54,17 @@ protected:
     // What is to be done after the current change of focus.
     static void settle() { QCoreApplication::processEvents(); }
 
-    // While it lives no row can be added to the table.
-    class NoNewRows {
+    // While it lives no row of the table can be added or, with "UPDATE", changed.
+    class RefusedRows {
     public:
-        NoNewRows(dao::Database &database, const char *table)
+        RefusedRows(dao::Database &database, const char *table, const char *event)
             : m_database(database)
         {
             run(QStringLiteral(
-                    "CREATE TRIGGER \"%1\".refuse BEFORE INSERT ON %2 BEGIN SELECT RAISE(ABORT, 'no'); END")
-                    .arg(database.nativeSchema(), table));
+                    "CREATE TRIGGER \"%1\".refuse BEFORE %3 ON %2 BEGIN SELECT RAISE(ABORT, 'no'); END")
+                    .arg(database.nativeSchema(), table, event));
         }
-        ~NoNewRows() { run(QStringLiteral("DROP TRIGGER \"%1\".refuse").arg(m_database.nativeSchema())); }
+        ~RefusedRows() { run(QStringLiteral("DROP TRIGGER \"%1\".refuse").arg(m_database.nativeSchema())); }
 
     private:
         void run(const QString &sql)
@@ -72,6 +73,18 @@ protected:
             EXPECT_TRUE(query.exec(sql)) << sql.toStdString();
         }
         dao::Database &m_database;
+    };
+    struct NoNewRows : RefusedRows {
+        NoNewRows(dao::Database &database, const char *table)
+            : RefusedRows(database, table, "INSERT")
+        {
+        }
+    };
+    struct NoUpdates : RefusedRows {
+        NoUpdates(dao::Database &database, const char *table)
+            : RefusedRows(database, table, "UPDATE")
+        {
+        }
     };
 
     // Presses a button that brings up one box; the box as "title|text|icon".
@@ -86,11 +99,26 @@ protected:
         return prompts.last().toStdString();
     }
 
+    // Saves with the button while another workstation has changed the record; what the doctor is told.
+    std::string conflictOf(const char *button, ConflictChoice choice)
+    {
+        std::string told;
+        forms.act = [&] {
+            told = toldOf(state);
+            state.conflict.choice = choice;
+        };
+        click(button);
+        settle();
+        EXPECT_EQ(forms.take(), "Conflitto");
+        forms.act = {};
+        return told;
+    }
+
     static constexpr auto save = "chameleonButton1_0";
     static constexpr auto leave = "chameleonButton1_1";
     inline static const std::string notSaved =
         "Attenzione!|Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
-        "Quanto scritto resta nella finestra: riprovare tra poco.|warning";
+        "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.|warning";
 };
 
 } // namespace clivara

@@ -324,30 +324,49 @@ TEST_F(Probl1Test, AProblemDeletedMeanwhileIsSavedAsANewOneIfTheDoctorWants)
 
 TEST_F(Probl1Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
 {
-    state.problemSelector = addProblem("", "Tosse");
+    state.problemSelector = addProblem("", "Tosse", QDate(2026, 5, 5));
     Probl1 form(state);
-    const auto change = [&](int minute) {
-        otherWorkstation()->Execute(
-            QStringLiteral(
-                "UPDATE PROBLEMS SET anamnesi = 'di là', dLastModifiedDate = #11/21/2026 10:%1:00#")
-                .arg(minute));
-    };
     open(form, [&] {
         type("Text1_0", "di qua");
-        change(10);
-        EXPECT_NE(boxOf(save, PromptButton::No).find("|Il problema è stato modificato da un'altra"),
-                  std::string::npos);
-        EXPECT_EQ(value("Text1_0"), "di qua");
+        answer("ML001", "Catarro");
+        click("Problema");
+        forms.take();
+        otherWorkstation()->Execute("UPDATE PROBLEMS SET anamnesi = 'di là', stato_probl = 2, dataChiusura = "
+                                    "#11/20/2026#, CodICDSospetto = '250.00', pianificazione = 'controllo', "
+                                    "dLastModifiedDate = #11/21/2026 10:10:00#");
+        const std::string told =
+            "Il problema è stato salvato il 21/11/2026 alle 10:10, da un'altra postazione, mentre era in "
+            "questa finestra. Chi non è registrato.\n"
+            "Problema|[ML001] CATARRO D'ESTATE|[250.00] Diabete mellito tipo 2\n"
+            "Stato|Aperto|Chiuso\n"
+            "Data chiusura||20-11-2026\n"
+            "Sintomi|di qua|di là\n"
+            "Pianificazione||controllo";
+        EXPECT_EQ(conflictOf(save, ConflictChoice::BackToEditing), told);
+        EXPECT_EQ(value("Text1_0") + '|' + value("Text1_3"), "di qua|") << "as it was";
         EXPECT_EQ(clinical("SELECT anamnesi FROM PROBLEMS"), QStringList("di là"));
-        boxOf(save, PromptButton::Yes);
+        {
+            // What the doctor chose cannot be written yet: the dialog shows what will be.
+            const NoUpdates refused(*environment.clinical, "PROBLEMS");
+            prompts.queue();
+            EXPECT_EQ(conflictOf(save, ConflictChoice::Mine), told);
+            EXPECT_EQ(prompts.last().toStdString(), notSaved);
+        }
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(value("Text1_0") + '|' + value("Text1_3") + '|' + value("Combo1") + '|'
+                      + value("MaskEdBox3"),
+                  "di qua|controllo|Chiuso|20-11-2026");
+        click(save);
         EXPECT_FALSE(form.isVisible());
+        EXPECT_EQ(forms.take(), "") << "both versions were seen";
     });
-    EXPECT_EQ(clinical("SELECT anamnesi FROM PROBLEMS"), QStringList("di qua"));
+    EXPECT_EQ(stored(), "Tosse|ML001|2|Null|2026-05-05 00:00:00|2026-11-20 00:00:00|di qua|||controllo");
 
     // A second problem of the same description, written elsewhere while this save was waiting.
     state.problemSelector = noProblem;
     const auto other = otherWorkstation();
     std::optional<dao::Transaction> theirs;
+    pauses.taken.clear();
     pauses.actAt = 1;
     pauses.during = [&] { theirs->commit(); };
     open(form, [&] {
@@ -375,8 +394,7 @@ TEST_F(Probl1Test, ASaveThatFailsKeepsTheDialogOpen)
         EXPECT_EQ(value("txtDescr") + value("Text1_0"), "Tossescritto");
         EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
         state.environment = nullptr; // an error already while looking for duplicates
-        EXPECT_EQ(boxOf(save), "Attenzione!|Salvataggio non riuscito: l'archivio non risponde.\n"
-                               "Quanto scritto resta nella finestra: riprovare tra poco.|warning");
+        EXPECT_EQ(boxOf(save), notSaved);
         state.environment = &environment;
         click(save);
         EXPECT_FALSE(form.isVisible());

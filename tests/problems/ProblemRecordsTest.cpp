@@ -9,6 +9,12 @@ namespace {
 
 class ProblemRecordsTest : public ProblemFixture {
 protected:
+    // Saves as who has just read the problem.
+    WriteResult save(ProblemDetail &problem)
+    {
+        ProblemDetail read = readProblem(*environment.clinical, problem.id).value_or(ProblemDetail());
+        return saveProblem(state, problem, read);
+    }
     ProblemDetail detail(const QString &code, const QString &description)
     {
         ProblemDetail problem;
@@ -61,7 +67,7 @@ TEST_F(ProblemRecordsTest, NewProblemIsReadBackAsItWasTyped)
     problem.closed = QDate(1924, 12, 31); // before it started: as the doctor says
     problem.state = 2;
     problem.texts = {awkwardText(), " \r\n\t ", "  con spazi  ", ""};
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     ASSERT_GT(problem.id, 0);
 
     const auto read = readProblem(*environment.clinical, problem.id);
@@ -82,13 +88,13 @@ TEST_F(ProblemRecordsTest, NewProblemIsReadBackAsItWasTyped)
 TEST_F(ProblemRecordsTest, EditKeepsWhoseTheRowIs)
 {
     ProblemDetail problem = detail("250.00", "Diabete");
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     clock.set(jet::dateTime(2026, 11, 25, 18));
     state.uidAuthor = bruno;
     problem.closed = {};
     problem.opened = {};
     problem.code = "";
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     const QString created = newStamps(1, "DP").section('|', 0, 6);
     EXPECT_EQ(clinical("SELECT DataApertura, DataChiusura, CodICDSospetto, " + stamps + " FROM PROBLEMS"),
               QStringList("Null|Null||" + created + "|2026-11-25 18:00:00|" + bruno));
@@ -97,7 +103,7 @@ TEST_F(ProblemRecordsTest, EditKeepsWhoseTheRowIs)
     const qint32 old = addProblem("401.9", "Ipertensione");
     auto read = readProblem(*environment.clinical, old);
     ASSERT_TRUE(read);
-    ASSERT_EQ(saveProblem(state, *read), WriteResult::Done);
+    ASSERT_EQ(save(*read), WriteResult::Done);
     EXPECT_EQ(
         clinical(QStringLiteral("SELECT %1 FROM PROBLEMS WHERE idProblems = %2").arg(stamps).arg(old)),
         QStringList(guid(3) + "|{" + guid(4) + "}|Null|Null|Null|Null|Null|2026-11-25 18:00:00|" + bruno));
@@ -129,7 +135,7 @@ TEST_F(ProblemRecordsTest, SameCodeOrSameDescriptionIsADuplicate)
 TEST_F(ProblemRecordsTest, ClosingChangesTheStateAndTheStampsOnly)
 {
     ProblemDetail problem = detail("250.00", "Diabete");
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     clock.set(jet::dateTime(2026, 11, 22, 9));
     state.header.patientCode = 18;
     EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished) << "not this patient's";
@@ -142,7 +148,7 @@ TEST_F(ProblemRecordsTest, ClosingChangesTheStateAndTheStampsOnly)
 TEST_F(ProblemRecordsTest, DeletingDetachesTheVisitsAndLeavesATrace)
 {
     ProblemDetail problem = detail("250.00", "Diabete");
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     const qint32 other = addProblem("401.9", "Ipertensione"); // without a record UID
     for (const int visit : {1, 2, 3})
         execute(
@@ -170,7 +176,7 @@ TEST_F(ProblemRecordsTest, DeletingDetachesTheVisitsAndLeavesATrace)
 TEST_F(ProblemRecordsTest, DeletionIsWholeOrNotAtAll)
 {
     ProblemDetail problem = detail("250.00", "Diabete");
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     const QString rows = "SELECT descr_mal, sOwnerUid FROM PROBLEMS";
     const QStringList before = clinical(rows);
     for (const char *table : {"VISITAPROBL", "DELETIONS"}) {
@@ -182,17 +188,17 @@ TEST_F(ProblemRecordsTest, DeletionIsWholeOrNotAtAll)
             << table;
     }
     EXPECT_EQ(logged().filter("PROBLEMS - Error 3078 - ").size(), 1);
-    EXPECT_EQ(saveProblem(state, problem), WriteResult::Done) << "no transaction was left behind";
+    EXPECT_EQ(save(problem), WriteResult::Done) << "no transaction was left behind";
 }
 
 TEST_F(ProblemRecordsTest, AnotherWorkstationDeletesTheRow)
 {
     ProblemDetail problem = detail("250.00", "Diabete");
-    ASSERT_EQ(saveProblem(state, problem), WriteResult::Done);
+    ASSERT_EQ(save(problem), WriteResult::Done);
     const auto other = otherWorkstation();
     other->Execute("DELETE * FROM PROBLEMS");
     problem.texts[0] = "scritto intanto";
-    EXPECT_EQ(saveProblem(state, problem), WriteResult::Vanished);
+    EXPECT_EQ(save(problem), WriteResult::Vanished);
     EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished);
     EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Vanished);
     EXPECT_FALSE(readProblem(*environment.clinical, problem.id));
@@ -200,7 +206,7 @@ TEST_F(ProblemRecordsTest, AnotherWorkstationDeletesTheRow)
     EXPECT_TRUE(pauses.taken.isEmpty()) << "nothing to wait for";
 
     problem.id = noProblem; // the doctor keeps what was typed as a new problem
-    EXPECT_EQ(saveProblem(state, problem), WriteResult::Done);
+    EXPECT_EQ(save(problem), WriteResult::Done);
     EXPECT_EQ(readProblem(*environment.clinical, problem.id)->texts[0], "scritto intanto");
 }
 
@@ -209,7 +215,7 @@ TEST_F(ProblemRecordsTest, ALockIsWaitedForAndOneThatStaysFailsTheSave)
     ProblemDetail problem = detail("250.00", "Diabete");
     {
         LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(saveProblem(state, problem), WriteResult::Failed);
+        EXPECT_EQ(save(problem), WriteResult::Failed);
         EXPECT_EQ(problem.id, noProblem) << "still to be saved";
         EXPECT_EQ(pauses.taken.size(), 19);
         EXPECT_EQ(logged().last(), "Workspace_BeginTrans - Failed");
@@ -217,7 +223,7 @@ TEST_F(ProblemRecordsTest, ALockIsWaitedForAndOneThatStaysFailsTheSave)
 
         pauses.actAt = 21;
         pauses.during = [&] { other.release(); };
-        EXPECT_EQ(saveProblem(state, problem), WriteResult::Done);
+        EXPECT_EQ(save(problem), WriteResult::Done);
     }
     EXPECT_EQ(descriptions(), QStringList("Diabete"));
 }
@@ -225,12 +231,12 @@ TEST_F(ProblemRecordsTest, ALockIsWaitedForAndOneThatStaysFailsTheSave)
 TEST_F(ProblemRecordsTest, ATooLongDescriptionIsRefusedWhole)
 {
     ProblemDetail problem = detail("250.00", QString(256, 'x'));
-    EXPECT_EQ(saveProblem(state, problem), WriteResult::Failed);
+    EXPECT_EQ(save(problem), WriteResult::Failed);
     EXPECT_TRUE(clinical("PROBLEMS").isEmpty());
     EXPECT_EQ(logged().filter("PROBLEMS - Error 3163 - ").size(), 1);
 
     state.environment = nullptr;
-    EXPECT_EQ(saveProblem(state, problem), WriteResult::Failed) << "no host";
+    EXPECT_EQ(save(problem), WriteResult::Failed) << "no host";
     EXPECT_EQ(deleteProblem(state, 1), WriteResult::Failed);
 }
 

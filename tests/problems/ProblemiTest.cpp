@@ -240,12 +240,14 @@ TEST_F(ProblemiTest, TellsWhatCouldNotBeDone)
             prompts.queue(PromptButton::Yes);
             prompts.queue();
             click(button);
-            EXPECT_EQ(prompts.last(), "Attenzione!|" + text
-                                          + "\nNessun dato è stato modificato: riprovare tra poco.|warning");
+            EXPECT_EQ(prompts.last(),
+                      "Attenzione!|" + text
+                          + ": l'archivio è occupato o non si può scrivere.\nNessun dato è stato "
+                            "modificato: riprovare tra poco.|warning");
         };
-        expectFailure("bt_Probl_3", "Non è stato possibile cancellare il problema.");
+        expectFailure("bt_Probl_3", "Non è stato possibile cancellare il problema");
         clickRow(items, "0");
-        expectFailure("bt_Visita_3", "Non è stato possibile cancellare la visita.");
+        expectFailure("bt_Visita_3", "Non è stato possibile cancellare la visita");
         EXPECT_EQ(rows(items).size(), 1);
         execute("CREATE TABLE DELETIONS (sRecordUid TEXT(50), sTableCode TEXT(10), idRowGuid GUID, sOwnerUid "
                 "TEXT(50), "

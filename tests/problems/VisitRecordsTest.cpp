@@ -8,6 +8,12 @@ namespace {
 
 class VisitRecordsTest : public ProblemFixture {
 protected:
+    // Saves as who has just read the visit.
+    WriteResult save(VisitDetail &visit)
+    {
+        VisitDetail read = readVisit(*environment.clinical, visit.id).value_or(VisitDetail());
+        return saveVisit(state, visit, read);
+    }
     VisitDetail detail(QDate date)
     {
         VisitDetail visit;
@@ -17,7 +23,7 @@ protected:
     VisitDetail saved(QDate date)
     {
         VisitDetail visit = detail(date);
-        EXPECT_EQ(saveVisit(state, visit), WriteResult::Done);
+        EXPECT_EQ(save(visit), WriteResult::Done);
         return visit;
     }
 };
@@ -30,7 +36,7 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     visit.type = 2;
     visit.symptom = "S01";
     visit.texts = {awkwardText(), " \n ", "  c'è  ", "100%", "[*]"};
-    ASSERT_EQ(saveVisit(state, visit), WriteResult::Done);
+    ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(visit.id, 1) << "the first visit ever";
     const auto read = readVisit(*environment.clinical, 1);
     ASSERT_TRUE(read);
@@ -62,12 +68,12 @@ TEST_F(VisitRecordsTest, EditKeepsTheKeyAndAValidityThatIsNotGivenAnew)
 {
     VisitDetail visit = detail(QDate(2026, 11, 20));
     visit.validity = QDate(2026, 12, 1);
-    ASSERT_EQ(saveVisit(state, visit), WriteResult::Done);
+    ASSERT_EQ(save(visit), WriteResult::Done);
     clock.set(jet::dateTime(2026, 11, 22, 9));
     visit.validity = {};
     visit.problem = noProblem;
     visit.texts[4] = "nota";
-    ASSERT_EQ(saveVisit(state, visit), WriteResult::Done);
+    ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(clinical("SELECT IdVisitaProbl, id_Probl, validita, txtNote, dCreationDate, dLastModifiedDate, "
                        "sOwnerUid FROM VISITAPROBL"),
               QStringList("1|0|2026-12-01 00:00:00|nota|2026-11-21 10:00:00|2026-11-22 09:00:00|" + bruno));
@@ -112,16 +118,54 @@ TEST_F(VisitRecordsTest, AnotherWorkstationWritesMeanwhile)
     pauses.actAt = 1;
     pauses.during = [&] { theirs->commit(); };
     VisitDetail visit = detail(QDate(2026, 11, 1));
-    EXPECT_EQ(saveVisit(state, visit), WriteResult::Failed) << "the day, while this save was waiting";
+    EXPECT_EQ(save(visit), WriteResult::Failed) << "the day, while this save was waiting";
     EXPECT_EQ(visit.id, 0);
     EXPECT_EQ(clinical("SELECT IdVisitaProbl FROM VISITAPROBL"), QStringList("5"));
+}
 
-    visit = saved(QDate(2026, 11, 2));
-    EXPECT_EQ(saveVisit(state, visit), WriteResult::Done) << "what this workstation wrote last";
-    other->Execute("UPDATE VISITAPROBL SET anamnesi = 'di là', dLastModifiedDate = #11/21/2026 10:05:00#");
-    visit.texts[0] = QStringLiteral("di qua");
-    EXPECT_EQ(saveVisit(state, visit), WriteResult::Failed);
-    EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL WHERE IdVisitaProbl = 6"), QStringList("di là"));
+// What was read: "prima" as history, "obiettivo" as findings, filed against problem 5. What this workstation wants to write,
+// and what the other one has written since.
+TEST_F(VisitRecordsTest, OnlyWhatTheOtherOneWroteAndThisOneWouldReplaceIsAConflict)
+{
+    struct Case {
+        const char *name;
+        const char *mine; // the history
+        const char *theirs; // of an UPDATE
+        bool conflict;
+    };
+    const Case cases[]{
+        {"nobody else wrote", "mio", "", false},
+        {"only the stamps", "mio", "dLastModifiedDate = #11/21/2026 10:05:00#, sAuthorUid = 'x'", false},
+        {"a field of no form", "mio", "sOwnerUid = 'x'", false},
+        {"the same text", "stesso", "anamnesi = 'stesso'", false},
+        {"the same text in capitals", "stesso", "anamnesi = 'STESSO'", true},
+        {"the same field", "mio", "anamnesi = 'altro'", true},
+        {"without a new stamp", "mio", "anamnesi = 'altro', dLastModifiedDate = #11/21/2026 10:00:00#", true},
+        {"another field", "mio", "esameob = 'altro'", true},
+        {"nothing here", "prima", "esameob = 'altro'", true},
+        {"the problem is none any more", "mio", "id_Probl = NULL", true},
+        {"an hour of the same day", "mio", "DataReg = #11/01/2026 23:59:59#", false},
+    };
+    for (const Case &c : cases) {
+        VisitDetail visit = detail(QDate(2026, 11, 1));
+        visit.texts = {"prima", "obiettivo", "", "", ""};
+        visit.problem = 5;
+        ASSERT_EQ(save(visit), WriteResult::Done) << c.name;
+        VisitDetail read = *readVisit(*environment.clinical, visit.id);
+        if (*c.theirs)
+            otherWorkstation()->Execute(QStringLiteral("UPDATE VISITAPROBL SET ")
+                                        + QString::fromUtf8(c.theirs));
+        visit.texts[0] = QString::fromUtf8(c.mine);
+        const QStringList before = clinical("VISITAPROBL");
+        const WriteResult expected = c.conflict ? WriteResult::Changed : WriteResult::Done;
+        EXPECT_EQ(saveVisit(state, visit, read), expected) << c.name;
+        if (c.conflict) {
+            EXPECT_EQ(clinical("VISITAPROBL"), before) << c.name << ": nothing is written";
+            EXPECT_EQ(saveVisit(state, visit, read), WriteResult::Done) << c.name << ": once it was seen";
+        }
+        EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList(visit.texts[0])) << c.name;
+        execute("DELETE * FROM VISITAPROBL");
+    }
 }
 
 TEST_F(VisitRecordsTest, DeletingLeavesATraceAndOtherVisitsAlone)
@@ -136,7 +180,7 @@ TEST_F(VisitRecordsTest, DeletingLeavesATraceAndOtherVisitsAlone)
 
     otherWorkstation()->Execute("DELETE * FROM VISITAPROBL");
     VisitDetail gone = second;
-    EXPECT_EQ(saveVisit(state, gone), WriteResult::Vanished);
+    EXPECT_EQ(save(gone), WriteResult::Vanished);
     EXPECT_EQ(saved(QDate(2026, 11, 3)).id, 1) << "an empty table begins again";
 }
 
@@ -144,12 +188,12 @@ TEST_F(VisitRecordsTest, AFailedSaveWritesNothing)
 {
     VisitDetail visit = detail(QDate(2026, 11, 1));
     visit.symptom = "troppo lungo";
-    EXPECT_EQ(saveVisit(state, visit), WriteResult::Failed);
+    EXPECT_EQ(save(visit), WriteResult::Failed);
     EXPECT_EQ(visit.id, 0);
     EXPECT_TRUE(clinical("VISITAPROBL").isEmpty());
     EXPECT_EQ(logged().filter("VISITAPROBL - Error 3163 - ").size(), 1);
     visit.symptom = "S02";
-    EXPECT_EQ(saveVisit(state, visit), WriteResult::Done);
+    EXPECT_EQ(save(visit), WriteResult::Done);
 }
 
 TEST_F(VisitRecordsTest, TypesAndSymptomsComeByName)

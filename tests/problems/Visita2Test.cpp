@@ -248,22 +248,80 @@ TEST_F(Visita2Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
         EXPECT_FALSE(form.isVisible());
     });
     execute("DELETE * FROM VISITAPROBL");
-    const qint32 visit = addVisit("NULL", "#11/19/2026#");
+    const qint32 visit = addVisit("NULL", "#11/19/2026#", "anamnesi, esameob", "'prima', 'prima'");
+    execute("UPDATE VISITAPROBL SET dLastModifiedDate = #11/20/2026 09:00:00#");
+    environment.doctors->Execute("INSERT INTO medici_gruppo (cod_smi, cognome, nome, idRowGuid) VALUES (2, "
+                                 "'Verdi', 'Bruno', '{6C4C00A9-60AC-45AF-B5C3-FD30774041A6}')");
     openVisit(visit, [&] {
         type("Text1_0", "scritto qui");
+        type("Text1_4", "nota");
         otherWorkstation()->Execute(
-            "UPDATE VISITAPROBL SET anamnesi = 'di là', dLastModifiedDate = #11/21/2026 10:05:00#");
-        EXPECT_EQ(boxOf(save, PromptButton::No),
-                  "Attenzione!|La visita è stata modificata da un'altra postazione mentre era aperta qui.\n"
-                  "Salvarla come è in questa finestra? Quanto è stato scritto altrove sarà "
-                  "sostituito.|question");
+            QStringLiteral("UPDATE VISITAPROBL SET anamnesi = 'di là', esameob = 'di là', idtipo = 2, "
+                           "dLastModifiedDate = #11/21/2026 10:05:00#, sAuthorUid = '%1'")
+                .arg(bruno));
+        const std::string told =
+            "La visita è stata salvata da Bruno Verdi il 21/11/2026 alle 10:05, da un'altra postazione, "
+            "mentre era in questa finestra.\n"
+            "Tipo|Visita ambulatoriale|Visita domiciliare\n"
+            "Anamnesi|scritto qui|di là\n"
+            "Esame obiettivo|prima|di là\n"
+            "Note|nota|";
+        EXPECT_EQ(conflictOf(save, ConflictChoice::BackToEditing), told);
         EXPECT_TRUE(form.isVisible());
-        EXPECT_EQ(value("Text1_0"), "scritto qui");
-        EXPECT_EQ(stored("anamnesi"), "di là");
-        boxOf(save, PromptButton::Yes);
+        EXPECT_EQ(value("Text1_0") + '|' + value("Text1_4"), "scritto qui|nota");
+        EXPECT_EQ(stored("anamnesi, esameob, txtNote, idtipo"), "di là|di là|Null|2");
+        EXPECT_EQ(conflictOf(save, ConflictChoice::Mine), told) << "asked as often as it is saved";
         EXPECT_FALSE(form.isVisible());
     });
-    EXPECT_EQ(stored("anamnesi"), "scritto qui");
+    EXPECT_EQ(stored("anamnesi, esameob, txtNote, idtipo"), "scritto qui|di là|nota|2")
+        << "where nothing was written here, what was written there stays";
+
+    openVisit(visit, [&] {
+        type("Text1_0", "di nuovo qui");
+        otherWorkstation()->Execute("UPDATE VISITAPROBL SET anamnesi = 'ancora di là'");
+        EXPECT_EQ(
+            conflictOf(save, ConflictChoice::Theirs),
+            "La visita è stata salvata da un'altra postazione mentre era in questa finestra. Chi e quando "
+            "non è registrato.\nAnamnesi|di nuovo qui|ancora di là")
+            << "a program that leaves no stamp";
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored("anamnesi"), "ancora di là");
+}
+
+// A third workstation writes while the doctor looks at the two versions.
+TEST_F(Visita2Test, WhatChangesWhileTheDoctorChoosesIsShownToo)
+{
+    const qint32 visit = addVisit("NULL", "#11/19/2026#");
+    openVisit(visit, [&] {
+        type("Text1_0", "qui");
+        otherWorkstation()->Execute("UPDATE VISITAPROBL SET anamnesi = 'seconda'");
+        QStringList seen;
+        forms.act = [&] {
+            seen.append(state.conflict.fields[5].stored);
+            otherWorkstation()->Execute("UPDATE VISITAPROBL SET anamnesi = 'terza', esameob = 'terza'");
+            state.conflict.choice = ConflictChoice::Mine;
+        };
+        click(save);
+        EXPECT_FALSE(form.isVisible());
+        EXPECT_EQ(seen, (QStringList{"seconda", "terza"}));
+    });
+    EXPECT_EQ(stored("anamnesi, esameob"), "qui|terza");
+}
+
+// The form of conflicts cannot be shown: the doctor is told all the same, and nothing is lost.
+TEST_F(Visita2Test, WithoutTheFormOfConflictsNothingIsReplaced)
+{
+    const qint32 visit = addVisit("NULL", "#11/19/2026#");
+    openVisit(visit, [&] {
+        type("Text1_0", "qui");
+        otherWorkstation()->Execute("UPDATE VISITAPROBL SET anamnesi = 'altrove'");
+        EXPECT_EQ(boxOf(save),
+                  "Attenzione!|La visita è stata salvata da un'altra postazione mentre era in questa "
+                  "finestra. Chi e quando non è registrato.\nNiente è stato salvato.|warning");
+        EXPECT_TRUE(form.isVisible());
+    });
+    EXPECT_EQ(stored("anamnesi"), "altrove");
 }
 
 TEST_F(Visita2Test, ASaveThatFailsKeepsTheDialogOpen)

@@ -3,6 +3,7 @@
 
 #include "FormDriver.h"
 #include "SheetFixture.h"
+#include "TestConflicts.h"
 #include "host/working_state/FormOpener.h"
 #include "sheets/AIR15_Gestione.h"
 #include "sheets/SheetData.h"
@@ -279,22 +280,44 @@ TEST_F(SheetFormTest, OtherWorkstationsAreNotOverwrittenUnasked)
 {
     addSheetRow(2, 1, "#1/1/2026#", quoted(blank(2)));
     const auto adherence = [&] {
-        return clinical("SELECT mid(SEQDATI, 24, 1) FROM AIR15_7 WHERE idTipo = 2").join(',');
+        return clinical("SELECT mid(SEQDATI, 24, 1) FROM AIR15_7 WHERE idTipo = 2").join(',').toStdString();
     };
-    const auto otherWrites = [&] {
+    const auto otherWrites = [&](const char *entry = "3") {
         QString other = blank(2);
-        other[23] = '3';
+        other[23] = QLatin1Char(*entry);
         execute("UPDATE AIR15_7 SET SEQDATI = '" + other + "'");
+    };
+    std::string told;
+    ConflictChoice choice = ConflictChoice::BackToEditing;
+    forms.act = [&](const QString &name) {
+        EXPECT_EQ(name, "Conflitto");
+        told = toldOf(state);
+        state.conflict.choice = choice;
+        return true;
     };
     openSheet(2, 1, [&] {
         choose("cmbAderenza", "buona");
+        choose("cmbFumo", "fuma");
         otherWrites();
-        prompts.queue(PromptButton::No);
         click(save);
+        EXPECT_EQ(told,
+                  "La scheda è stata salvata da un'altra postazione mentre era in questa finestra. Chi e "
+                  "quando non è registrato.\nFumo|fuma|non rilevato\nAderenza|buona|scarsa");
         EXPECT_EQ(adherence(), "3");
-        prompts.queue(PromptButton::Yes);
+        choice = ConflictChoice::Theirs;
         click(save);
-        EXPECT_EQ(adherence(), "1");
+        EXPECT_EQ(control<QComboBox>("cmbAderenza")->currentText(), "scarsa") << "shown as it is stored";
+        EXPECT_EQ(control<QComboBox>("cmbFumo")->currentText(), "non rilevato");
+        otherWrites("2");
+        choose("cmbFumo", "fuma");
+        choice = ConflictChoice::Mine;
+        click(save);
+        EXPECT_EQ(adherence(), "2") << "what was changed only there";
+        EXPECT_EQ(control<QComboBox>("cmbFumo")->currentText(), "fuma");
+        choose("cmbAderenza", "buona");
+        told.clear();
+        click(save);
+        EXPECT_EQ(adherence() + told, "1");
         // Deleted meanwhile: nothing comes back unless the doctor wants it.
         execute("DELETE FROM AIR15_7");
         prompts.queue(PromptButton::No);

@@ -128,5 +128,36 @@ TEST_F(DomiciliariTest, AnHourOfTheDayIsKeptAndMakesNoOtherEntry)
     EXPECT_EQ(entries(), "1|2026-11-01 15:30:00|Null|7");
 }
 
+TEST_F(DomiciliariTest, WhatAnotherWorkstationWroteSinceTheListWasReadIsShown)
+{
+    addEntry(1, "#11/01/2026#", 7);
+    open(form, [&] {
+        otherWorkstation()->Execute(
+            "UPDATE VISITAPROBL SET idtipo = 9, validita = #12/01/2026#, txtNote = 'nota'");
+        click(edit);
+        control<QLineEdit>("dtEdit")->setText("02/11/2026");
+        const std::string told = "L'elemento è stato salvato da un'altra postazione mentre era in questa "
+                                 "finestra. Chi e quando non è "
+                                 "registrato.\n"
+                                 "Data Domiciliare|02/11/2026|01/11/2026\n"
+                                 "Data Inizio Validità||01/12/2026\n"
+                                 "Tipo|Assistenza|Vaccinazione";
+        EXPECT_EQ(conflictOf(store, ConflictChoice::BackToEditing), told);
+        EXPECT_TRUE(control("frDati")->isEnabled());
+        EXPECT_EQ(conflictOf(store, ConflictChoice::Theirs), told);
+        EXPECT_FALSE(control("frDati")->isEnabled());
+        EXPECT_EQ(entries(), "1|2026-11-01 00:00:00|2026-12-01 00:00:00|9");
+        EXPECT_EQ(rows(grid), QStringList("01/11/2026|Vaccinazione|01/12/2026")) << "the list is read again";
+
+        otherWorkstation()->Execute("UPDATE VISITAPROBL SET idtipo = 7");
+        click(edit);
+        control<QLineEdit>("dtEdit")->setText("03/11/2026");
+        conflictOf(store, ConflictChoice::Mine);
+        EXPECT_FALSE(control("frDati")->isEnabled());
+        form.close();
+    });
+    EXPECT_EQ(entries(), "1|2026-11-03 00:00:00|2026-12-01 00:00:00|7");
+}
+
 } // namespace
 } // namespace clivara

@@ -157,19 +157,23 @@ TEST_F(RicoveriTest, TypingProposesTheHospitalsThatContainIt)
 TEST_F(RicoveriTest, WhatAnotherWorkstationWroteIsReplacedOnlyWhenTheDoctorSaysSo)
 {
     addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
-    const std::string question =
-        "Attenzione!|Il ricovero è stato modificato da un'altra postazione mentre era aperto qui.\n"
-        "Salvarlo come è in questa finestra? Quanto è stato scritto altrove sarà sostituito.|question";
     openStay(1, [&] {
+        typeHospital("Ospedale Sant'Anna");
         control("Data_Val")->setFocus(Qt::TabFocusReason);
-        otherWorkstation()->Execute("UPDATE ricoveri2 SET data_fineric = #11/12/2026#, dLastModifiedDate = "
-                                    "#11/21/2026 09:00:00#");
-        EXPECT_EQ(boxOf(memorise, PromptButton::No), question);
+        otherWorkstation()->Execute("UPDATE ricoveri2 SET data_fineric = #11/12/2026#, sede = 'Altrove', "
+                                    "dLastModifiedDate = #11/21/2026 09:00:00#");
+        const std::string told = "Il ricovero è stato salvato il 21/11/2026 alle 09:00, da un'altra "
+                                 "postazione, mentre era in questa "
+                                 "finestra. Chi non è registrato.\n"
+                                 "Data fine ricovero||12/11/2026\n"
+                                 "Sede|Ospedale Sant'Anna|Altrove";
+        EXPECT_EQ(conflictOf(memorise, ConflictChoice::BackToEditing), told);
         EXPECT_TRUE(dialog.isVisible());
-        EXPECT_EQ(boxOf(memorise, PromptButton::Yes), question);
+        EXPECT_EQ(stays(), "Altrove|Cardiologia|2026-11-10 00:00:00|2026-11-12 00:00:00");
+        EXPECT_EQ(conflictOf(memorise, ConflictChoice::Mine), told);
         EXPECT_FALSE(dialog.isVisible());
     });
-    EXPECT_EQ(stays(), "Clinica Santa Lucia|Cardiologia|2026-11-10 00:00:00|Null");
+    EXPECT_EQ(stays(), "Ospedale Sant'Anna|Cardiologia|2026-11-10 00:00:00|2026-11-12 00:00:00");
 }
 
 } // namespace

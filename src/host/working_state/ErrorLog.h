@@ -11,7 +11,12 @@ namespace clivara {
 
 struct WorkingState;
 
-// The line in the log for an error that ended a routine ("Problemi.CaricaTab_Visite").
+// The line in the log for an error that ended a routine ("Problemi.CaricaTab_Visite"). A server that cannot be reached
+// is told to the doctor too, as tellUnreachable() does.
 void logError(WorkingState &state, const QString &routine, const dao::Error &error);
+
+// Tells the doctor, once until something is written or another section is opened, that the server cannot be reached: an
+// empty list would otherwise say that there is nothing.
+void tellUnreachable(WorkingState &state);
 
 } // namespace clivara

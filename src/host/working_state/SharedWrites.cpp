@@ -8,20 +8,56 @@ namespace clivara {
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write)
 {
+    state.failure = 0;
+    state.operations.takeFailure();
     try {
         if (!state.environment || !state.environment->workspace)
             throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio dell'ospite non disponibile"));
         std::optional<dao::Transaction> transaction;
-        if (state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction) != 0)
-            return WriteResult::Failed;
-        const WriteResult result = write();
+        const bool begun =
+            state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction) == 0;
+        const WriteResult result = begun ? write() : WriteResult::Failed;
         if (result == WriteResult::Done)
             transaction->commit();
+        state.failure = state.operations.takeFailure();
+        if (result == WriteResult::Done)
+            state.unreachableTold = false;
         return result;
     } catch (const dao::Error &error) {
+        const int first = state.operations.takeFailure();
+        state.failure = first != 0 ? first : error.number();
         state.log.write(QStringLiteral("%1 - Error %2 - ").arg(subject).arg(error.number()) + error.text());
         return WriteResult::Failed;
     }
+}
+
+QString failureReason(int errorNumber)
+{
+    switch (errorNumber) {
+    case dao::ConnectionLost:
+        return QStringLiteral("il server dell'archivio non è raggiungibile");
+    case dao::Locked:
+        return QStringLiteral("l'archivio è occupato da un'altra postazione");
+    default:
+        return QStringLiteral("l'archivio è occupato o non si può scrivere");
+    }
+}
+
+void warnNotSaved(WorkingState &state)
+{
+    state.prompts.warn(
+        QStringLiteral("Salvataggio non riuscito: %1.\n"
+                       "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.")
+            .arg(failureReason(state.failure)));
+}
+
+void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed)
+{
+    if (result == WriteResult::Vanished)
+        state.prompts.warn(vanished);
+    else if (result != WriteResult::Done)
+        state.prompts.warn(QStringLiteral("%1: %2.\nNessun dato è stato modificato: riprovare tra poco.")
+                               .arg(failed, failureReason(state.failure)));
 }
 
 WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode)
@@ -40,11 +76,6 @@ WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QSt
         return WriteResult::Failed;
     rows->Delete();
     return WriteResult::Done;
-}
-
-QDateTime modifiedDate(dao::Recordset &row)
-{
-    return row.Fields(QStringLiteral("dLastModifiedDate")).date();
 }
 
 } // namespace clivara

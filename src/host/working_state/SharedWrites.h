@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QDateTime>
 #include <QString>
 #include <functional>
 
@@ -16,22 +15,28 @@ struct WorkingState;
 enum class WriteResult {
     Done,
     Vanished, // another workstation deleted the row
+    Changed, // another workstation changed what would be replaced
     Failed // still not possible after the retries; the log tells why
 };
 
 // Does `write` within one transaction of the host's databases and commits it when the result is Done; otherwise
 // nothing of it stays. Waits for other workstations before it begins. Raises nothing: an error is Failed and
-// leaves a line in the log that begins with `subject`.
+// leaves a line in the log that begins with `subject`. WorkingState::failure tells the error's number.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
+
+// Why an error of that number keeps the practice from being written, as the end of a sentence: the server cannot be
+// reached, another workstation is in the way, or what else it may be.
+QString failureReason(int errorNumber);
+// Tells the doctor that nothing was saved and why, by WorkingState::failure, and that the window keeps what was typed.
+void warnNotSaved(WorkingState &state);
+// Tells the doctor what a deletion or another command on a row of a list came to; nothing when it is Done.
+void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed);
 
 // The part of a deletion that every shared row has in common, within writeTogether: opens the one row of the
 // query in the clinical database, makes the working doctor its owner, records the deletion under the table's
 // code ("DP") and deletes the row. A row without record UID gets one, so that its deletion can be passed on.
 // Throws dao::Error.
 WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode);
-
-// When a shared row was last written (dLastModifiedDate); null when no one noted it. Throws dao::Error.
-QDateTime modifiedDate(dao::Recordset &row);
 
 } // namespace clivara
