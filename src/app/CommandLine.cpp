@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/CommandLine.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <cstdio>
 
@@ -123,7 +124,11 @@ QString CommandLine::help() const
 
 void printError(const QString &line)
 {
-    std::fprintf(stderr, "%s\n", line.toUtf8().constData());
+    // An address that was mistaken for something else may hold a password.
+    static const QRegularExpression password(QStringLiteral("(postgresql://[^/@\\s:]*):[^/@\\s]*@"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    const QString shown = QString(line).replace(password, QStringLiteral("\\1@"));
+    std::fprintf(stderr, "%s\n", shown.toUtf8().constData());
 }
 
 void printLine(const QString &line)

@@ -13,7 +13,9 @@ CommandLine windowCommandLine(); // the options of runWindow
 int runWindow(const QStringList &arguments); // orvale [--practice P]
 int runDemo(const QStringList &arguments); // orvale demo P [--patients N] [--years Y] [--seed S]
 int runImport(const QStringList &arguments); // orvale import SOURCE P [--region NN] [--replace]
+int runCopy(const QStringList &arguments); // orvale copy FROM TO
 int runPlay(const QStringList &arguments); // orvale play [--practice P] [--today D] [--shots FOLDER] FILE
+int runRole(const QStringList &arguments); // orvale role [NAME]
 int runTour(const QStringList &arguments); // orvale tour FOLDER
 int runCheck(const QStringList &arguments); // orvale check P
 

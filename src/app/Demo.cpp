@@ -36,7 +36,7 @@ void createDemo(const QString &path, const DemoOptions &options, const DemoProgr
         {
             dao::Transaction transaction(workspace);
             writeCatalogues(writer);
-            transaction.commit();
+            writer.commit(transaction);
         }
         // The patient with very many rows stands early in the practice, but is not the first one.
         const int rich = std::min(17, options.patients);
@@ -52,11 +52,11 @@ void createDemo(const QString &path, const DemoOptions &options, const DemoProgr
                 if (progress && code % 10 == 0)
                     progress(code, options.patients);
             }
-            transaction.commit();
+            writer.commit(transaction);
         }
         dao::Transaction transaction(workspace);
         writeJournals(writer, patients);
-        transaction.commit();
+        writer.commit(transaction);
         if (progress)
             progress(options.patients, options.patients);
     });

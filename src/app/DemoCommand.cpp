@@ -4,7 +4,6 @@
 #include "app/Demo.h"
 #include "app/Practice.h"
 #include "app/TerminalProgress.h"
-#include "data/engine/PostgresAddress.h"
 #include "support/Clock.h"
 
 namespace orvale {
@@ -34,11 +33,10 @@ int runDemo(const QStringList &arguments)
     TerminalProgress bar;
     createDemo(line.argument(0), options, [&](int done, int total) { bar.show({}, done, total); });
     bar.end();
-    printLine(
-        QStringLiteral("Creato l'archivio dimostrativo %1: %2 pazienti, %3 anni.")
-            .arg(dao::isServerAddress(line.argument(0)) ? practicePath(line.argument(0)) : line.argument(0))
-            .arg(options.patients)
-            .arg(options.years));
+    printLine(QStringLiteral("Creato l'archivio dimostrativo %1: %2 pazienti, %3 anni.")
+                  .arg(shownPractice(line.argument(0)))
+                  .arg(options.patients)
+                  .arg(options.years));
     return 0;
 }
 

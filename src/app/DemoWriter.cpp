@@ -36,15 +36,31 @@ void DemoWriter::add(const char *database, const char *table, const QVariantList
 {
     const QString role = QString::fromLatin1(database);
     const QString name = QString::fromLatin1(table);
-    auto &inserter = m_inserters[{role, name}];
-    if (!inserter) {
+    Rows &rows = m_rows[{role, name}];
+    if (!rows.insert) {
         dao::Database &target = databaseOf(m_practice, role);
         QStringList fields;
         for (const dao::ColumnInfo &column : target.TableDefs()[name].Fields())
             fields.append(column.name);
-        inserter = std::make_unique<dao::BulkInsert>(target, name, fields);
+        rows.insert = std::make_unique<dao::BulkInsert>(target, name, fields);
     }
-    inserter->add(values);
+    rows.waiting.append(values);
+    constexpr qsizetype most = 500;
+    if (rows.waiting.size() >= most)
+        rows.write();
+}
+
+void DemoWriter::Rows::write()
+{
+    insert->addRows(waiting, [](qsizetype, const dao::Error &error) { throw error; });
+    waiting.clear();
+}
+
+void DemoWriter::commit(dao::Transaction &transaction)
+{
+    for (auto &[table, rows] : m_rows)
+        rows.write();
+    transaction.commit();
 }
 
 QVariantList DemoWriter::stamps(const DemoPatient &patient, const QString &section, QDate day)

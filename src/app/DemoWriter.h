@@ -42,6 +42,8 @@ public:
     // Adds a row, its values in the order of the table's fields. A key of an autonumber field is written as
     // given. The database and the table's name are those of the dictionary.
     void add(const char *database, const char *table, const QVariantList &values);
+    // Commits what was added; rows are written many at once, the last ones now.
+    void commit(dao::Transaction &transaction);
 
     // The nine identity values of a shared row in the order of the table's fields: idRowGuid, sRecordUid,
     // sOwnerUid, dCreationDate, sCodSezCli, sPatientUid, sPatientRecordOwnerUid, dLastModifiedDate,
@@ -57,7 +59,12 @@ public:
 
 private:
     Practice &m_practice;
-    std::map<std::pair<QString, QString>, std::unique_ptr<dao::BulkInsert>> m_inserters;
+    struct Rows {
+        std::unique_ptr<dao::BulkInsert> insert;
+        QList<QVariantList> waiting;
+        void write();
+    };
+    std::map<std::pair<QString, QString>, Rows> m_rows; // by database and table
 };
 
 } // namespace orvale

@@ -5,6 +5,8 @@
 #include "app/ImportReport.h"
 #include "app/ImportSource.h"
 #include "app/PracticeBuild.h"
+#include "app/PracticeReader.h"
+#include "data/engine/PostgresAddress.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -52,6 +54,14 @@ private:
     std::vector<CopiedEntry> m_copied;
     qint64 m_done = 0, m_total = 0;
 };
+
+// Beside the practice's folder; for a practice on a server, in the folder where the program was started.
+QString reportPath(const QString &practice)
+{
+    const QString name =
+        dao::isServerAddress(practice) ? dao::PostgresAddress::parse(practice).database : practice;
+    return QFileInfo(name + QStringLiteral(".import.tsv")).absoluteFilePath();
+}
 
 // What an import replaces must not hold what it reads.
 void Import::checkPlaces() const
@@ -147,40 +157,21 @@ TableProof Import::proofOf(const CopiedEntry &entry, const TableTally &target) c
     proof.read = entry.copied.read;
     proof.written = target.rows();
     proof.refused = entry.copied.refused;
-    proof.sourceChecksum = QString::number(source.checksum(), 16);
-    proof.targetChecksum = QString::number(target.checksum(), 16);
-    proof.agrees = proof.declared == proof.read && proof.read == proof.written + proof.refused
-                   && source.rows() == target.rows() && source.checksum() == target.checksum();
-    for (int i = 0; i < entry.plan.copied.size(); ++i) {
-        const ColumnTally &from = source.column(i);
-        const ColumnTally &to = target.column(i);
-        ColumnProof column;
-        column.name = entry.plan.copied[i].target.name;
-        column.sourceValues = from.values();
-        column.targetValues = to.values();
-        column.sourceSum = from.sum();
-        column.targetSum = to.sum();
-        const auto sourceFigures = from.figures();
-        const auto targetFigures = to.figures();
-        for (int f = 0; f < sourceFigures.size(); ++f)
-            column.figures.append({sourceFigures[f].first, sourceFigures[f].second, targetFigures[f].second});
-        column.agrees = from == to;
-        proof.agrees &= column.agrees;
-        proof.columns.append(column);
-    }
+    proof.agrees = proof.declared == proof.read && proof.read == proof.written + proof.refused;
+    QStringList columns;
+    for (const PlannedColumn &column : entry.plan.copied)
+        columns.append(column.target.name);
+    compareColumns(proof, columns, source, target);
     return proof;
 }
 
 // Reads the finished files through a connection of their own.
 void Import::prove(const QString &folder)
 {
-    dao::DBEngine engine;
-    std::map<QString, std::shared_ptr<dao::Database>> databases;
-    for (const PracticeFile &file : practiceFiles())
-        databases[file.database] = engine.OpenDatabase(QDir(folder).filePath(file.fileName));
+    PracticeReader practice(folder, m_options.target);
     for (const CopiedEntry &entry : m_copied) {
         const TableTally tally =
-            tallyOf(*databases[entry.database], entry.plan.name, entry.plan.copied,
+            tallyOf(practice.database(entry.database), entry.plan.name, entry.plan.copied,
                     stepsOf(entry.database + u'.' + entry.plan.name, entry.source.declaredRows, true));
         m_report.tables.append(proofOf(entry, tally));
     }
@@ -189,7 +180,7 @@ void Import::prove(const QString &folder)
 void Import::place(PracticeBuild &build)
 {
     m_report.practice = build.target();
-    m_report.reportFile = build.target() + QStringLiteral(".import.tsv");
+    m_report.reportFile = reportPath(build.target());
     QSaveFile file(m_report.reportFile);
     const QByteArray text = reportText(m_report);
     const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush();
@@ -241,7 +232,7 @@ ImportReport importPractice(const ImportOptions &options,
         throw UserError(error.text());
     } catch (const dao::Error &error) {
         throw UserError(QStringLiteral("L'archivio %1 non si può creare: %2")
-                            .arg(options.target, error.text().simplified()));
+                            .arg(shownPractice(options.target), error.text().simplified()));
     }
 }
 

@@ -2,51 +2,11 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/Import.h"
+#include "app/Practice.h"
+#include "app/SignalNotes.h"
 #include "app/TerminalProgress.h"
 
-#include <csignal>
-
 namespace orvale {
-
-namespace {
-
-volatile std::sig_atomic_t caughtSignal = 0;
-
-void noteSignal(int signal)
-{
-    caughtSignal = signal;
-}
-
-// Thrown through the import, which then leaves nothing behind.
-struct Interrupted { };
-
-// Ctrl-C and a request to end only note themselves while this lives. The second of its kind ends the program at
-// once.
-class SignalNotes {
-public:
-    SignalNotes()
-    {
-        caughtSignal = 0;
-        struct sigaction action = {};
-        action.sa_handler = noteSignal;
-        action.sa_flags = SA_RESETHAND | SA_RESTART;
-        sigaction(SIGINT, &action, &m_interrupt);
-        sigaction(SIGTERM, &action, &m_terminate);
-    }
-    ~SignalNotes()
-    {
-        sigaction(SIGINT, &m_interrupt, nullptr);
-        sigaction(SIGTERM, &m_terminate, nullptr);
-    }
-    SignalNotes(const SignalNotes &) = delete;
-    SignalNotes &operator=(const SignalNotes &) = delete;
-
-private:
-    struct sigaction m_interrupt = {};
-    struct sigaction m_terminate = {};
-};
-
-} // namespace
 
 int runImport(const QStringList &arguments)
 {
@@ -55,9 +15,11 @@ int runImport(const QStringList &arguments)
         QStringLiteral(
             "Porta i file Jet della cartella SOURCE (Orvale.mdb, Tabelle.mdb, Terzo.mdb, Medici.mdb,\n"
             "Locale.mdb, Eventi.mdb) in un nuovo archivio P e prova che c'è tutto. Il rapporto\n"
-            "completo è in P.import.tsv. Termina con 0 se nessuna riga è rifiutata e tutto è uguale."));
+            "completo è in P.import.tsv (per un server, DATABASE.import.tsv nella cartella corrente). "
+            "Termina con 0 se nessuna riga è rifiutata e tutto è uguale."));
     line.addArgument(QStringLiteral("SOURCE"), QStringLiteral("cartella dei file Jet, che non cambiano"));
-    line.addArgument(QStringLiteral("P"), QStringLiteral("cartella dell'archivio da creare"));
+    line.addArgument(QStringLiteral("P"),
+                     QStringLiteral("cartella dell'archivio da creare, o postgresql://server/database"));
     line.addOption(QStringLiteral("region"), QStringLiteral("NN"),
                    QStringLiteral("codice della regione del medico, due cifre"));
     line.addOption(QStringLiteral("replace"), {},
@@ -70,23 +32,22 @@ int runImport(const QStringList &arguments)
     options.region = line.value(QStringLiteral("region"));
     options.replace = line.isSet(QStringLiteral("replace"));
 
+    const QString target = shownPractice(options.target);
     const SignalNotes notes;
     TerminalProgress bar;
     ImportReport report;
     try {
         report = importPractice(options, [&](const ImportProgress &progress) {
-            if (caughtSignal != 0)
-                throw Interrupted();
+            notes.check();
             if (!progress.table.isEmpty())
                 bar.show((progress.proving ? QStringLiteral("prova ") : QStringLiteral("copia "))
                              + progress.table,
                          progress.tableDone, progress.tableTotal);
         });
-    } catch (const Interrupted &) {
+    } catch (const SignalNotes::Interrupted &) {
         bar.end();
-        printError(
-            QStringLiteral("Importazione interrotta: l'archivio %1 è come prima.").arg(options.target));
-        return 128 + caughtSignal;
+        printError(QStringLiteral("Importazione interrotta: l'archivio %1 è come prima.").arg(target));
+        return notes.status();
     }
     bar.end();
     const QStringList lines = tableLines(report) + QStringList{QString()} + summaryLines(report);
@@ -95,7 +56,7 @@ int runImport(const QStringList &arguments)
     if (report.agrees())
         return 0;
     printError(QStringLiteral("L'archivio %1 è al suo posto, ma %2: vedere il rapporto %3.")
-                   .arg(options.target,
+                   .arg(target,
                         report.tablesAgree()
                             ? QStringLiteral("con righe rifiutate (%1)").arg(report.refused())
                             : QStringLiteral("la prova non è riuscita"),

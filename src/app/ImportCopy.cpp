@@ -13,7 +13,7 @@ namespace {
 
 using dao::FieldType;
 
-// Rows between two reports.
+// Rows that are written at once, and between two reports.
 constexpr qint64 stepRows = 256;
 // Below this many rows an index is kept up to date faster than it is dropped and made anew.
 constexpr qint64 fewRows = 500;
@@ -68,6 +68,14 @@ QVariant convertedValue(const QVariant &value, const dao::ColumnInfo &target)
     return converted;
 }
 
+// A row that was read, and what came of it so far.
+struct ReadRow {
+    qint64 number = 0;
+    jetfile::JetRow row;
+    QVariantList values; // empty when it is refused
+    QString refusal;
+};
+
 class TableCopy {
 public:
     TableCopy(const jetfile::JetTable &source, const PlannedTable &plan, const CopyTarget &target,
@@ -84,10 +92,11 @@ public:
 private:
     void define();
     void defineRest();
-    void prepareRow(const jetfile::JetRow &row);
-    void write();
+    void prepareRow(ReadRow &read) const;
+    QVariantList valuesOf(const jetfile::JetRow &row) const;
+    void write(CopiedTable &result);
+    void refuse(const ReadRow &read, CopiedTable &result);
     QString duplicateReason(const dao::Error &error) const;
-    void createIndex(dao::IndexInfo index);
 
     const jetfile::JetTable &m_source;
     const PlannedTable &m_plan;
@@ -96,28 +105,12 @@ private:
     QList<dao::IndexInfo> m_later; // created when the rows are there
     QList<bool> m_required; // by copied column
     std::unique_ptr<dao::BulkInsert> m_insert;
-    QVariantList m_values;
+    std::vector<ReadRow> m_rows; // that wait to be written
 };
 
 bool isUnique(const dao::IndexInfo &index)
 {
     return index.unique || index.primary;
-}
-
-// An index has a name of its own among all of the database's, which a table may have taken.
-void TableCopy::createIndex(dao::IndexInfo index)
-{
-    const QString name = index.name;
-    for (int i = 2;; ++i) {
-        try {
-            m_target.load.createIndex(m_plan.name, index);
-            return;
-        } catch (const dao::Error &error) {
-            if (error.number() != dao::TableExists || i > 9)
-                throw;
-        }
-        index.name = QStringLiteral("%1_%2").arg(name).arg(i);
-    }
 }
 
 void TableCopy::define()
@@ -133,7 +126,7 @@ void TableCopy::define()
         if (isLater)
             m_later.append(index);
         if (m_plan.isChanged && !isLater)
-            createIndex(index);
+            createIndexInto(m_target.load, m_plan.name, index);
         else if (!m_plan.isChanged && isLater)
             m_target.load.dropIndex(m_plan.name, index.name);
     }
@@ -153,7 +146,7 @@ void TableCopy::define()
 void TableCopy::defineRest()
 {
     for (const dao::IndexInfo &index : std::as_const(m_later))
-        createIndex(index);
+        createIndexInto(m_target.load, m_plan.name, index);
     const bool isNumbered =
         std::any_of(m_plan.columns.begin(), m_plan.columns.end(),
                     [](const dao::ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
@@ -163,9 +156,9 @@ void TableCopy::defineRest()
         m_target.load.setLastAutoNumber(m_plan.name, m_source.lastAutoNumber);
 }
 
-void TableCopy::prepareRow(const jetfile::JetRow &row)
+QVariantList TableCopy::valuesOf(const jetfile::JetRow &row) const
 {
-    m_values.resize(m_plan.copied.size());
+    QVariantList values(m_plan.copied.size());
     for (int i = 0; i < m_plan.copied.size(); ++i) {
         const PlannedColumn &column = m_plan.copied[i];
         const QVariant &value = row.values[column.source];
@@ -174,10 +167,28 @@ void TableCopy::prepareRow(const jetfile::JetRow &row)
         if (value.typeId() == QMetaType::QString && !value.toString().isValidUtf16())
             throw Refusal{QStringLiteral("il campo %1 contiene mezzo carattere, che non si può scrivere")
                               .arg(column.target.name)};
-        m_values[i] = column.converts ? convertedValue(value, column.target) : value;
-        if (m_required[i] && isNull(m_values[i]))
+        values[i] = column.converts ? convertedValue(value, column.target) : value;
+        if (m_required[i] && isNull(values[i]))
             throw Refusal{
                 QStringLiteral("manca il valore del campo %1, che è obbligatorio").arg(column.target.name)};
+    }
+    return values;
+}
+
+void TableCopy::prepareRow(ReadRow &read) const
+{
+    try {
+        if (!read.row.problem.isEmpty())
+            throw Refusal{read.row.problem};
+        if (!m_insert)
+            throw Refusal{QStringLiteral("la tabella non ha campi")};
+        read.values = valuesOf(read.row);
+    } catch (const Refusal &refusal) {
+        read.refusal = refusal.reason;
+    } catch (const dao::Error &error) {
+        if (!isOfTheRow(error))
+            throw;
+        read.refusal = error.text();
     }
 }
 
@@ -191,17 +202,39 @@ QString TableCopy::duplicateReason(const dao::Error &error) const
              index.fields.join(QStringLiteral(", ")));
 }
 
-void TableCopy::write()
+void TableCopy::refuse(const ReadRow &read, CopiedTable &result)
 {
-    if (!m_insert)
-        throw Refusal{QStringLiteral("la tabella non ha campi")};
-    try {
-        m_insert->add(m_values);
-    } catch (const dao::Error &error) {
-        if (!isOfTheRow(error))
-            throw;
-        throw Refusal{error.number() == dao::DuplicateKey ? duplicateReason(error) : error.text()};
+    ++result.refused;
+    m_refused.add(m_target.role, m_source, read.number, read.refusal, read.row);
+    const bool isListed = result.reasons.size() < mostReasons || result.reasons.contains(read.refusal);
+    ++result.reasons[isListed ? read.refusal : QStringLiteral("altri motivi")];
+}
+
+// Writes the rows that wait. Those that are refused are kept in the order in which they were read.
+void TableCopy::write(CopiedTable &result)
+{
+    QList<QVariantList> values;
+    std::vector<ReadRow *> written;
+    for (ReadRow &read : m_rows) {
+        if (!read.refusal.isEmpty())
+            continue;
+        values.append(read.values);
+        written.push_back(&read);
     }
+    if (!values.isEmpty())
+        m_insert->addRows(values, [&](qsizetype row, const dao::Error &error) {
+            if (!isOfTheRow(error))
+                throw error;
+            written[size_t(row)]->refusal =
+                error.number() == dao::DuplicateKey ? duplicateReason(error) : error.text();
+        });
+    for (const ReadRow &read : m_rows) {
+        if (read.refusal.isEmpty())
+            result.written.add([&](int i) -> const QVariant & { return read.values[i]; });
+        else
+            refuse(read, result);
+    }
+    m_rows.clear();
 }
 
 CopiedTable TableCopy::run(jetfile::JetFileReader &reader, const std::function<void(qint64)> &step)
@@ -212,31 +245,18 @@ CopiedTable TableCopy::run(jetfile::JetFileReader &reader, const std::function<v
     CopiedTable result{0, 0, TableTally(columns), {}};
     dao::Transaction transaction(m_target.workspace);
     define();
-    jetfile::JetRow row;
-    while (reader.nextRow(row)) {
-        ++result.read;
-        try {
-            if (!row.problem.isEmpty())
-                throw Refusal{row.problem};
-            try {
-                prepareRow(row);
-            } catch (const dao::Error &error) {
-                if (!isOfTheRow(error))
-                    throw;
-                throw Refusal{error.text()};
-            }
-            write();
-            result.written.add([&](int i) -> const QVariant & { return m_values[i]; });
-        } catch (const Refusal &refusal) {
-            ++result.refused;
-            m_refused.add(m_target.role, m_source, result.read, refusal.reason, row);
-            const bool isListed =
-                result.reasons.size() < mostReasons || result.reasons.contains(refusal.reason);
-            ++result.reasons[isListed ? refusal.reason : QStringLiteral("altri motivi")];
-        }
-        if (result.read % stepRows == 0)
+    ReadRow read;
+    while (reader.nextRow(read.row)) {
+        read.number = ++result.read;
+        prepareRow(read);
+        m_rows.push_back(std::move(read));
+        read = ReadRow();
+        if (result.read % stepRows == 0) {
+            write(result);
             step(result.read);
+        }
     }
+    write(result);
     defineRest();
     m_insert.reset();
     transaction.commit();
@@ -245,6 +265,21 @@ CopiedTable TableCopy::run(jetfile::JetFileReader &reader, const std::function<v
 }
 
 } // namespace
+
+void createIndexInto(dao::BulkLoad &load, const QString &table, dao::IndexInfo index)
+{
+    const QString name = index.name;
+    for (int i = 2;; ++i) {
+        try {
+            load.createIndex(table, index);
+            return;
+        } catch (const dao::Error &error) {
+            if (error.number() != dao::TableExists || i > 9)
+                throw;
+        }
+        index.name = QStringLiteral("%1_%2").arg(name).arg(i);
+    }
+}
 
 CopiedTable copyTable(jetfile::JetFileReader &reader, const jetfile::JetTable &source,
                       const PlannedTable &plan, const CopyTarget &target, RefusedRows &refused,

@@ -32,6 +32,9 @@ CopiedTable copyTable(jetfile::JetFileReader &reader, const jetfile::JetTable &s
                       const PlannedTable &plan, const CopyTarget &target, RefusedRows &refused,
                       const std::function<void(qint64)> &step);
 
+// Creates an index. It has a name of its own among all of the database's; one that is taken gets a number.
+void createIndexInto(dao::BulkLoad &load, const QString &table, dao::IndexInfo index);
+
 // The same figures of a table as it stands in a database.
 TableTally tallyOf(dao::Database &database, const QString &table, const QList<PlannedColumn> &columns,
                    const std::function<void(qint64)> &step);

@@ -190,4 +190,29 @@ bool ColumnTally::operator==(const ColumnTally &other) const
            && m_checksum == other.m_checksum;
 }
 
+void compareColumns(TableProof &proof, const QStringList &columns, const TableTally &source,
+                    const TableTally &target)
+{
+    proof.sourceChecksum = QString::number(source.checksum(), 16);
+    proof.targetChecksum = QString::number(target.checksum(), 16);
+    proof.agrees &= source.rows() == target.rows() && source.checksum() == target.checksum();
+    for (int i = 0; i < columns.size(); ++i) {
+        const ColumnTally &from = source.column(i);
+        const ColumnTally &to = target.column(i);
+        ColumnProof column;
+        column.name = columns[i];
+        column.sourceValues = from.values();
+        column.targetValues = to.values();
+        column.sourceSum = from.sum();
+        column.targetSum = to.sum();
+        const auto sourceFigures = from.figures();
+        const auto targetFigures = to.figures();
+        for (int f = 0; f < sourceFigures.size(); ++f)
+            column.figures.append({sourceFigures[f].first, sourceFigures[f].second, targetFigures[f].second});
+        column.agrees = from == to;
+        proof.agrees &= column.agrees;
+        proof.columns.append(column);
+    }
+}
+
 } // namespace orvale

@@ -70,4 +70,8 @@ private:
     quint64 m_checksum = 0;
 };
 
+// Adds the columns to a table's proof, and to its verdict whether rows, columns and the checksums of both agree.
+void compareColumns(TableProof &proof, const QStringList &columns, const TableTally &source,
+                    const TableTally &target);
+
 } // namespace orvale

@@ -4,6 +4,7 @@
 #include "app/PracticeBuild.h"
 #include "app/PracticeProbe.h"
 #include "data/engine/PostgresAddress.h"
+#include "support/Seams.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -42,9 +43,9 @@ Practice::Practice(const QString &path, const QString &given)
     m_environment.programFolder = QCoreApplication::applicationDirPath();
     m_environment.dataFolder = workstationFolder();
     if (dao::isServerAddress(path)) {
-        const auto address = dao::PostgresAddress::parse(given.isEmpty() ? path : given);
-        m_engine->setDefaultUser(address.user);
-        m_engine->setDefaultPassword(address.password);
+        const dao::Account account = accountOf(given.isEmpty() ? path : given);
+        m_engine->setDefaultUser(account.user);
+        m_engine->setDefaultPassword(account.password);
     }
 }
 
@@ -159,6 +160,20 @@ QString Practice::property(const QString &name) const
 void Practice::setProperty(const QString &name, const QString &value)
 {
     writeProperty(*m_environment.clinical, name, value);
+}
+
+dao::Account accountOf(const QString &address)
+{
+    const auto parsed = dao::PostgresAddress::parse(address);
+    if (!parsed.password.isEmpty())
+        return {parsed.user, parsed.password};
+    clivara::SystemMiddleware middleware;
+    return {middleware.account(QStringLiteral("U")), middleware.account(QStringLiteral("P"))};
+}
+
+QString shownPractice(const QString &path)
+{
+    return dao::isServerAddress(path) ? practicePath(path) : path;
 }
 
 QString practicePath(const QString &path)

@@ -4,6 +4,7 @@
 #include "app/Schema.h"
 #include "app/UserError.h"
 #include "data/HostEnvironment.h"
+#include "data/engine/SqlDialect.h"
 
 #include <QString>
 #include <functional>
@@ -65,6 +66,13 @@ private:
     std::unique_ptr<dao::DBEngine> m_engine;
     clivara::HostEnvironment m_environment;
 };
+
+// The account with which a practice on a server is opened: the one in its address, else the host's library's; what
+// they leave out the environment says. The password is for the connection only and is not kept.
+dao::Account accountOf(const QString &address);
+
+// A practice as messages show it: as it was given, an address without its password.
+QString shownPractice(const QString &path);
 
 // The absolute path of a practice's folder, or its address without the password; throws UserError for one that is
 // none.

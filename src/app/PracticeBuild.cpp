@@ -52,6 +52,9 @@ PracticeBuild::PracticeBuild(const QString &path, Existing existing)
     : m_target(practicePath(path))
 {
     if (dao::isServerAddress(m_target)) {
+        if (existing == Existing::Replaced)
+            throw UserError(QStringLiteral("Un archivio su un server non si sostituisce: indicare un altro "
+                                           "database del server."));
         m_serverPart = std::make_unique<ServerPart>(path);
         begin(path);
         return;
@@ -78,6 +81,8 @@ void PracticeBuild::begin(const QString &given)
     const auto databases = m_practice->databases();
     for (auto it = databases.begin(); it != databases.end(); ++it)
         m_loads.emplace(it.key(), std::make_unique<dao::BulkLoad>(*it.value()));
+    if (m_serverPart)
+        m_loads.at(QStringLiteral("local"))->prepareLinks();
     Schema::current().apply(m_practice->m_engine->DefaultWorkspace(), databases, 0);
     m_practice->setProperty(QStringLiteral("created"), QDateTime::currentDateTime().toString(Qt::ISODate));
 }

@@ -9,12 +9,14 @@ namespace orvale {
 namespace {
 
 const QString making = QStringLiteral("new_");
+const QString functions = QStringLiteral("jet"); // the data engine's own
 
 } // namespace
 
 ServerPart::ServerPart(const QString &address)
     : m_practice(practicePath(address))
-    , m_schemas(address, dao::PostgresSchemas::Missing::Created)
+    , m_schemas(address, accountOf(address), dao::PostgresSchemas::Missing::Created)
+    , m_hadFunctions(m_schemas.names().contains(functions))
 {
     if (!present({}).isEmpty())
         throw UserError(QStringLiteral("Il database %1 contiene già un archivio.").arg(m_practice));
@@ -29,7 +31,14 @@ ServerPart::~ServerPart()
     if (m_isPlaced)
         return;
     try {
-        m_schemas.remove(present(making));
+        if (m_schemas.hasCreated()) {
+            m_schemas.removeCreated();
+            return;
+        }
+        QStringList left = present(making);
+        if (!m_hadFunctions && m_schemas.names().contains(functions))
+            left.append(functions);
+        m_schemas.remove(left);
     } catch (const dao::Error &) {
         // The next program that makes a practice there removes them.
     }

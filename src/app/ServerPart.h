@@ -8,7 +8,7 @@
 namespace orvale {
 
 // A practice in the making on a server: schemas beside those that they are to become, in the same database. They go
-// away with this object unless they took their place; those that a killed program left behind are removed by the
+// away with this object unless they took their place, and with them the database if it was made for them; those that a killed program left behind are removed by the
 // next one. Throws UserError and dao::Error.
 class ServerPart {
 public:
@@ -27,6 +27,7 @@ private:
 
     QString m_practice;
     dao::PostgresSchemas m_schemas;
+    bool m_hadFunctions; // before this practice
     bool m_isPlaced = false;
 };
 

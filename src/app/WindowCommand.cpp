@@ -91,7 +91,8 @@ Showing openPractice(const QString &path, HostServices &host, bool reportsStartu
     try {
         return showPractice(*practice, host, reportsStartup);
     } catch (const dao::Error &error) {
-        throw UserError(QStringLiteral("L'archivio %1 non si legge: %2").arg(path, error.text()));
+        throw UserError(
+            QStringLiteral("L'archivio %1 non si legge: %2").arg(shownPractice(path), error.text()));
     }
 }
 
@@ -103,7 +104,7 @@ CommandLine windowCommandLine()
         QStringLiteral("[--practice P]"),
         QStringLiteral("Apre la finestra sull'archivio dell'utente; al primo avvio ne crea uno di prova."));
     line.addOption(QStringLiteral("practice"), QStringLiteral("P"),
-                   QStringLiteral("la cartella di un altro archivio"));
+                   QStringLiteral("un altro archivio: una cartella, o postgresql://server/database"));
     line.addOption(QStringLiteral("startup-report"), {},
                    QStringLiteral("dice quando la finestra è visibile e quanta memoria occupa, poi esce"));
     return line;
@@ -122,7 +123,15 @@ int runWindow(const QStringList &arguments)
         return 0;
 
     HostServices host;
-    Showing showing = openPractice(path, host, line.isSet(QStringLiteral("startup-report")));
+    Showing showing;
+    try {
+        showing = openPractice(path, host, line.isSet(QStringLiteral("startup-report")));
+    } catch (const UserError &error) {
+        // Whoever started the program from a menu sees no line.
+        printError(error.text());
+        host.services().prompts.warn(error.text());
+        return 1;
+    }
     while (!showing.next.isEmpty()) {
         const QString next = showing.next;
         try {

@@ -19,6 +19,8 @@ const QList<Command> &commands()
     static const QList<Command> list{
         {QStringLiteral("demo"), orvale::runDemo, false},
         {QStringLiteral("import"), orvale::runImport, false},
+        {QStringLiteral("copy"), orvale::runCopy, false},
+        {QStringLiteral("role"), orvale::runRole, false},
         {QStringLiteral("check"), orvale::runCheck, false},
         {QStringLiteral("play"), orvale::runPlay, true},
         {QStringLiteral("tour"), orvale::runTour, true},
@@ -28,16 +30,20 @@ const QList<Command> &commands()
 
 QString help()
 {
-    return QStringLiteral("Uso: orvale [--practice P]\n"
-                          "     orvale COMANDO [ARGOMENTI]\n\n"
-                          "Senza comando apre la finestra sull'archivio P (o su quello dell'utente).\n\n"
-                          "  demo P            crea un archivio dimostrativo nella cartella P\n"
-                          "  import SOURCE P   porta i file Jet della cartella SOURCE nell'archivio P\n"
-                          "  check P           legge l'archivio P e dice che cosa è incoerente\n"
-                          "  play SCENARIO     esegue uno scenario e ne scrive i risultati\n"
-                          "  tour CARTELLA     apre ogni sezione e ne salva un'immagine\n"
-                          "  --help            mostra questo aiuto; dopo un comando, il suo\n"
-                          "  --version         mostra la versione");
+    return QStringLiteral(
+        "Uso: orvale [--practice P]\n"
+        "     orvale COMANDO [ARGOMENTI]\n\n"
+        "Senza comando apre la finestra sull'archivio P (o su quello dell'utente).\n\n"
+        "  demo P            crea un archivio dimostrativo nella cartella P\n"
+        "  import SOURCE P   porta i file Jet della cartella SOURCE nell'archivio P\n"
+        "  copy DA A         copia l'archivio DA nel nuovo archivio A e prova che è uguale\n"
+        "  check P           legge l'archivio P e dice che cosa è incoerente\n"
+        "  role RUOLO        scrive l'SQL dei permessi delle postazioni su un server\n"
+        "  play SCENARIO     esegue uno scenario e ne scrive i risultati\n"
+        "  tour CARTELLA     apre ogni sezione e ne salva un'immagine\n"
+        "  --help            mostra questo aiuto; dopo un comando, il suo\n"
+        "  --version         mostra la versione\n\n"
+        "Un archivio è una cartella, o un database di un server: postgresql://server/database.");
 }
 
 bool hasDisplay()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/Connection.h"
 
+#include "data/engine/PostgresAddress.h"
 #include "support/Seams.h"
 #include "support/SettingsStore.h"
 #include "values/JetValues.h"
@@ -24,6 +25,9 @@ QString practiceExtension(const HostEnvironment &environment)
 {
     if (!environment.clinical)
         throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio clinico non disponibile"));
+    // With a practice on a server these are files of the workstation.
+    if (dao::isServerAddress(environment.clinical->Name()))
+        return QStringLiteral(".sqlite");
     const QString suffix = QFileInfo(environment.clinical->Name()).suffix();
     return suffix.isEmpty() ? QString() : QLatin1Char('.') + suffix;
 }

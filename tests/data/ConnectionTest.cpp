@@ -98,20 +98,23 @@ TEST_F(ConnectionTest, ErrorsEndTheLinkingSilently)
 
 TEST_F(ConnectionTest, OpensTheWorkAndUsersDatabasesInTheirFolders)
 {
-    if (testengine::isServer())
-        GTEST_SKIP() << "of files";
-    settings.write("ORVALE_WORK", path("lavoro"));
+    // They are files also where the practice is on a server.
+    dao::DBEngine files;
+    settings.write("ORVALE_WORK", folder.filePath("lavoro"));
     ASSERT_TRUE(QDir(folder.path()).mkdir("lavoro"));
-    EXPECT_THROW(openWorkDatabase(engine, environment, settings), dao::Error);
-    EXPECT_THROW(openUsersDatabase(engine, environment), dao::Error);
-    EXPECT_TRUE(QDir(path("lavoro")).isEmpty()) << "a missing database is not created";
+    EXPECT_THROW(openWorkDatabase(files, environment, settings), dao::Error);
+    EXPECT_THROW(openUsersDatabase(files, environment), dao::Error);
+    EXPECT_TRUE(QDir(folder.filePath("lavoro")).isEmpty()) << "a missing database is not created";
 
-    create("lavoro/ORV_WORK.sqlite", {"CREATE TABLE APPOGGIO (a LONG)"})->Close();
-    create("Utenti.sqlite", {"CREATE TABLE UTENTI (a LONG)"})->Close();
-    EXPECT_TRUE(tableExists(*openWorkDatabase(engine, environment, settings), "appoggio"));
-    EXPECT_TRUE(tableExists(*openUsersDatabase(engine, environment), "utenti"));
+    for (const auto &[file, table] :
+         {std::pair("lavoro/ORV_WORK.sqlite", "APPOGGIO"), {"Utenti.sqlite", "UTENTI"}})
+        files.DefaultWorkspace()
+            .CreateDatabase(folder.filePath(file))
+            ->Execute(QStringLiteral("CREATE TABLE %1 (a LONG)").arg(table));
+    EXPECT_TRUE(tableExists(*openWorkDatabase(files, environment, settings), "appoggio"));
+    EXPECT_TRUE(tableExists(*openUsersDatabase(files, environment), "utenti"));
     environment.clinical.reset();
-    EXPECT_THROW(openUsersDatabase(engine, environment), dao::Error);
+    EXPECT_THROW(openUsersDatabase(files, environment), dao::Error);
 }
 
 TEST_F(ConnectionTest, PreparesTheEngineWithTheAccountOfTheMiddleware)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/Dao.h"
+#include "data/engine/BulkLoad.h"
 #include "server/TestEngine.h"
 #include "values/JetValues.h"
 
@@ -388,6 +389,93 @@ TEST_F(DaoTest, HalfReadRowsSurviveWritesAndTransactions)
         ++sum;
     EXPECT_EQ(sum, 990);
     EXPECT_EQ(scalar(*database, "SELECT count(*) FROM numeri"), 501);
+}
+
+TEST_F(DaoTest, ManyRowsAreWrittenAtOnceAndEachThatCannotBeIsTold)
+{
+    const auto database = create("a.sqlite");
+    database->Execute("CREATE TABLE righe (id LONG, nome TEXT(12), nota MEMO, quando DATETIME, vero YESNO, "
+                      "peso DOUBLE)");
+    database->Execute("CREATE UNIQUE INDEX chiave ON righe (id)");
+    const QDateTime day(QDate(1899, 12, 30), QTime(23, 59, 59), Qt::UTC);
+    const QList<QVariantList> rows{
+        {1, "a\tb\\N\nc\rd", "\\.", day, true, 0.1},
+        {2, "\u00e8\u20ac\U0001F600", QVariant(), QVariant(), false, -1e-300},
+        {1, "doppia", QVariant(), QVariant(), false, 0},
+        {3, "pi\u00f9 di dodici caratteri", QVariant(), QVariant(), false, 0},
+        {"x", "non \u00e8 un numero", QVariant(), QVariant(), false, 0},
+        {4, "\\N", "", QVariant(), QVariant(), 1.7976931348623157e308},
+    };
+    QStringList told;
+    QString broken;
+    dao::Transaction transaction(m_engine.DefaultWorkspace());
+    dao::BulkInsert insert(*database, "righe", {"id", "nome", "nota", "quando", "vero", "peso"});
+    insert.addRows(rows, [&](qsizetype row, const dao::Error &error) {
+        told.append(QStringLiteral("%1:%2").arg(row).arg(error.number()));
+        if (error.number() == dao::DuplicateKey)
+            broken = insert.brokenIndex(error).name;
+    });
+    told.sort();
+    EXPECT_EQ(told, (QStringList{"2:3022", "3:3163", "4:3421"}));
+    EXPECT_EQ(broken, "chiave");
+    // Whoever does not take it ends it.
+    EXPECT_EQ(errorOf([&] {
+                  insert.addRows({{9, "a"}}, [](qsizetype, const dao::Error &error) { throw error; });
+              }),
+              dao::InvalidArgument);
+    QList<QVariantList> many;
+    for (int i = 100; i < 1100; ++i)
+        many.append({i, QString::number(i), QVariant(), QVariant(), false, i});
+    insert.addRows(many, [](qsizetype, const dao::Error &error) { throw error; });
+    transaction.commit();
+
+    dao::BulkReader reader(*database, "righe", {"id", "nome", "nota", "quando", "vero", "peso"});
+    for (const int i : {0, 1, 5}) {
+        ASSERT_TRUE(reader.next());
+        for (int column = 0; column < 6; ++column) {
+            const QVariant expected = column == 4 ? QVariant(rows[i][column].toBool()) : rows[i][column];
+            EXPECT_EQ(reader.value(column), expected) << i << '/' << column;
+        }
+    }
+    int left = 0;
+    while (reader.next())
+        ++left;
+    EXPECT_EQ(left, 1000);
+}
+
+TEST_F(DaoTest, RowsThatAreReadInOneStateAreNotThoseOfLaterWriters)
+{
+    const auto database = create("a.sqlite");
+    database->Execute("CREATE TABLE visite (id COUNTER, nota TEXT(9))");
+    for (int i = 0; i < 3; ++i)
+        database->Execute("INSERT INTO visite (nota) VALUES ('x')");
+    database->Execute("DELETE FROM visite WHERE id = 3");
+    EXPECT_EQ(dao::lastAutoNumber(*database, "visite"), 3);
+    database->Execute("CREATE TABLE altre (nota TEXT(9))");
+    EXPECT_EQ(dao::lastAutoNumber(*database, "altre"), 0);
+    const auto other = m_engine.CreateWorkspace();
+    const auto theirs = other->OpenDatabase(path("a.sqlite"));
+    other->BeginReading();
+    const auto count = [](dao::Database &from) {
+        return scalar(from, "SELECT count(*) FROM visite").toInt();
+    };
+    EXPECT_EQ(count(*theirs), 2);
+    try {
+        database->Execute("INSERT INTO visite (nota) VALUES ('dopo')");
+    } catch (const dao::Error &error) {
+        EXPECT_EQ(error.number(), dao::Locked); // files let nobody write meanwhile
+    }
+    EXPECT_EQ(count(*theirs), 2);
+    {
+        // One that is left in the middle lets the workspace go on.
+        dao::BulkReader reader(*theirs, "visite", {"id"});
+        EXPECT_TRUE(reader.next());
+    }
+    EXPECT_EQ(count(*theirs), 2);
+    EXPECT_EQ(errorOf([&] { other->BeginReading(); }), dao::TransactionError);
+    other->CommitTrans();
+    database->Execute("INSERT INTO visite (nota) VALUES ('dopo')");
+    EXPECT_GE(count(*theirs), 3);
 }
 
 TEST_F(DaoTest, TransactionsSpanDatabasesAndNest)

@@ -40,6 +40,8 @@ TEST(PostgresAddress, NamesTheDatabaseAndNeverThePassword)
         {"PostgreSQL:///studio#Orvale", "", "", 0, "studio", "Orvale", "postgresql:///studio#Orvale"},
         {"postgresql://server/studio?sslmode=require&password=x", "", "server", 0, "studio", "",
          "postgresql://server/studio?sslmode=require"},
+        {"postgresql:///studio?host=/run/pg&user=mario&port=5433#codes", "mario", "/run/pg", 5433, "studio",
+         "codes", "postgresql://mario@:5433/studio?host=/run/pg#codes"},
     };
     for (const auto &c : cases) {
         const auto address = dao::PostgresAddress::parse(QString::fromLatin1(c.given));
@@ -147,6 +149,33 @@ TEST_F(PostgresTest, NumbersGoOnAboveThoseThatRowsAreGiven)
     EXPECT_EQ(errorOf([&] { add(20); }), dao::DuplicateKey);
     dao::BulkLoad(*database).setLastAutoNumber("visite", 100);
     EXPECT_EQ(add({}), 101);
+}
+
+TEST_F(PostgresTest, LinksHoldWhereverThePracticeIs)
+{
+    const auto clinical = create("clinica");
+    clinical->Execute("CREATE TABLE problemi (n LONG)");
+    const auto local = create("locale");
+    dao::BulkLoad(*local).prepareLinks();
+    EXPECT_EQ(local->TableDefs().Count(), 0);
+    dao::TableDef link = local->CreateTableDef("problemi");
+    link.setConnect(";DATABASE=" + clinical->Name());
+    local->TableDefs().Append(link);
+    local->Execute("INSERT INTO problemi (n) VALUES (7)");
+
+    QSqlQuery stored(QStringLiteral("SELECT connect FROM \"%1\".engine_links").arg(local->nativeSchema()),
+                     local->nativeConnection());
+    ASSERT_TRUE(stored.next());
+    EXPECT_EQ(stored.value(0).toString(), ";DATABASE=#" + clinical->nativeSchema());
+    // Another workstation says the server's address in another way.
+    dao::DBEngine other;
+    const QString address =
+        QStringLiteral("postgresql://orvale@/orvale?application_name=altra#") + local->nativeSchema();
+    const auto theirs = other.OpenDatabase(address);
+    EXPECT_EQ(theirs->TableDefs()["problemi"].Connect(),
+              ";DATABASE=" + QString(address).replace(local->nativeSchema(), clinical->nativeSchema()));
+    theirs->Execute("UPDATE problemi SET n = 8");
+    EXPECT_EQ(clinical->OpenRecordset("SELECT n FROM problemi")->Fields(0).Value(), 8);
 }
 
 TEST_F(PostgresTest, TextsStandInTheOrderOfTheLanguage)

@@ -11,6 +11,8 @@ struct BulkInsert::Private {
     TableInfo table;
     std::unique_ptr<NativeInsert> insert;
     QVariantList converted;
+
+    void convert(const QVariantList &values);
 };
 
 BulkInsert::BulkInsert(Database &database, const QString &table, const QStringList &fields)
@@ -20,8 +22,6 @@ BulkInsert::BulkInsert(Database &database, const QString &table, const QStringLi
     const TableInfo *info = from.catalog->table(table);
     if (!info)
         throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));
-    QStringList names;
-    QStringList marks;
     QList<ColumnInfo> columns;
     for (const QString &field : fields) {
         const int column = info->columnIndex(field);
@@ -29,30 +29,47 @@ BulkInsert::BulkInsert(Database &database, const QString &table, const QStringLi
             throw Error(ItemNotFound,
                         QStringLiteral("Elemento non trovato in questo insieme: '%1'").arg(field));
         columns.append(info->columns[column]);
-        names.append(from.session->dialect().identifier(columns.last().name));
-        marks.append(QStringLiteral("?"));
     }
     QSqlDatabase connection = from.session->connection();
-    auto insert = from.session->dialect().openInsert(
-        connection,
-        QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-            .arg(info->nativeName, names.join(QStringLiteral(", ")), marks.join(QStringLiteral(", "))),
-        columns);
+    auto insert = from.session->dialect().openInsert(connection, info->nativeName, columns);
     d = std::make_unique<Private>(
         Private{from.session, columns, from.catalog->tables(), *info, std::move(insert), {}});
 }
 
 BulkInsert::~BulkInsert() = default;
 
-void BulkInsert::add(const QVariantList &values)
+void BulkInsert::Private::convert(const QVariantList &values)
 {
-    if (values.size() != d->columns.size())
+    if (values.size() != columns.size())
         throw Error(InvalidArgument,
                     QStringLiteral("Il numero dei valori e quello dei campi non coincidono"));
-    d->converted.resize(values.size());
+    converted.resize(values.size());
     for (int i = 0; i < values.size(); ++i)
-        d->converted[i] = fieldValue(values[i], d->columns[i]);
+        converted[i] = fieldValue(values[i], columns[i]);
+}
+
+void BulkInsert::add(const QVariantList &values)
+{
+    d->convert(values);
     d->session->insert(*d->insert, d->converted);
+}
+
+void BulkInsert::addRows(const QList<QVariantList> &rows,
+                         const std::function<void(qsizetype, const Error &)> &refused)
+{
+    QList<QVariantList> converted;
+    QList<qsizetype> positions; // of the converted rows among all
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        try {
+            d->convert(rows[i]);
+            converted.append(d->converted);
+            positions.append(i);
+        } catch (const Error &error) {
+            refused(i, error);
+        }
+    }
+    d->session->insertRows(*d->insert, converted,
+                           [&](qsizetype row, const Error &error) { refused(positions[row], error); });
 }
 
 IndexInfo BulkInsert::brokenIndex(const Error &error) const

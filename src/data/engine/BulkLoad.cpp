@@ -3,6 +3,8 @@
 
 #include "data/engine/DatabasePrivate.h"
 
+#include <algorithm>
+
 namespace dao {
 
 namespace {
@@ -27,6 +29,11 @@ void BulkLoad::finish()
     Session &session = *m_database.d->session;
     QSqlDatabase connection = session.connection();
     session.dialect().endLoad(connection, m_database.d->attachment->schema);
+}
+
+void BulkLoad::prepareLinks()
+{
+    m_database.d->catalog->prepareLinks();
 }
 
 const TableInfo &BulkLoad::describe(const QString &table) const
@@ -113,12 +120,28 @@ BulkReader::BulkReader(Database &database, const QString &table, const QStringLi
     if (columns.isEmpty())
         columns.append(identity);
     auto cursor =
-        from.session->select(QStringLiteral("SELECT %1 FROM %2 AS %3 ORDER BY %4")
+        from.session->stream(QStringLiteral("SELECT %1 FROM %2 AS %3 ORDER BY %4")
                                  .arg(columns.join(QStringLiteral(", ")), info->nativeName, alias, identity));
     d = std::make_unique<Private>(Private{from.session, from.catalog->tables(), types, std::move(cursor)});
 }
 
 BulkReader::~BulkReader() = default;
+
+qint64 lastAutoNumber(Database &database, const QString &table)
+{
+    const Database::Private &from = *database.d;
+    from.requireOpen();
+    const TableInfo *info = from.catalog->table(table);
+    if (!info)
+        throw noSuchTable(table);
+    const bool isNumbered =
+        std::any_of(info->columns.begin(), info->columns.end(),
+                    [](const ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
+    if (!isNumbered)
+        return 0;
+    QSqlDatabase connection = from.session->connection();
+    return from.session->dialect().lastAutoNumber(connection, from.attachment->schema, *info);
+}
 
 bool BulkReader::next()
 {

@@ -26,6 +26,8 @@ public:
     // New rows are numbered from the next number on, or after the highest row if that is more. The table has
     // an autonumber field.
     void setLastAutoNumber(const QString &table, qint64 number);
+    // Tables can be linked into the database from now on even by who may not change its definitions.
+    void prepareLinks();
     // From now on the database is used as any other. What was loaded may still have to reach the disk: that
     // is for the host, which knows when it needs the files.
     void finish(); // outside transactions
@@ -36,7 +38,12 @@ private:
     Database &m_database;
 };
 
+// The number after which an own table's autonumber field goes on; 0 when there is none.
+qint64 lastAutoNumber(Database &database, const QString &table);
+
 // Reads fields of a table as they are stored, forward once, in the order in which the database keeps the rows.
+// Nothing else is read through its workspace as long as it lives. A table of a server that takes longer than a
+// statement may is read in a transaction of Workspace::BeginReading.
 class BulkReader {
 public:
     BulkReader(Database &database, const QString &table, const QStringList &fields);

@@ -80,6 +80,11 @@ void Workspace::BeginTrans()
     m_session->begin();
 }
 
+void Workspace::BeginReading()
+{
+    m_session->beginReading();
+}
+
 void Workspace::CommitTrans()
 {
     m_session->commit();

@@ -191,6 +191,7 @@ private:
     friend class BulkInsert;
     friend class BulkLoad;
     friend class BulkReader;
+    friend qint64 lastAutoNumber(Database &database, const QString &table);
     struct Private;
     explicit Database(std::unique_ptr<Private> d);
     std::unique_ptr<Private> d;
@@ -203,6 +204,9 @@ public:
     std::shared_ptr<Database> OpenDatabase(const QString &name, bool readOnly = false);
     // A new, empty database; TableExists when there is something of that name.
     std::shared_ptr<Database> CreateDatabase(const QString &name);
+    // A transaction that only reads, and sees one state of all databases however long it takes; after a database
+    // was opened, outside transactions.
+    void BeginReading();
     void BeginTrans(); // takes the write lock of the workspace's databases; Locked
     void CommitTrans(); // a commit that fails is rolled back, then the error passes on
     void Rollback();
@@ -263,6 +267,10 @@ public:
     // One per field; a null or invalid variant is Null. After an error the row is not there, and the next one
     // can be added.
     void add(const QVariantList &values);
+    // Many rows, in their order, as fast as the native engine takes them. A row that cannot be written is told to
+    // `refused` by its position and is not there; what that throws passes on.
+    void addRows(const QList<QVariantList> &rows,
+                 const std::function<void(qsizetype row, const Error &)> &refused);
     // The unique index that a DuplicateKey error of add() speaks of; empty when it cannot be told.
     IndexInfo brokenIndex(const Error &error) const;
 

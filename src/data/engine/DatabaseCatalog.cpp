@@ -57,7 +57,7 @@ std::shared_ptr<const TableSet> DatabaseCatalog::tables() const
             session.select(QStringLiteral("SELECT name, connect, source FROM %1 ORDER BY position")
                                .arg(nativeLinks(*m_attachment)));
         while (links->next()) {
-            const TableLink link{links->value(0).toString(), links->value(1).toString(),
+            const TableLink link{links->value(0).toString(), shownConnect(links->value(1).toString()),
                                  links->value(2).toString()};
             tables->names.append(link.name);
             tables->links.insert(folded(link.name), link);
@@ -65,6 +65,22 @@ std::shared_ptr<const TableSet> DatabaseCatalog::tables() const
     }
     m_tables = tables;
     return m_tables;
+}
+
+QString DatabaseCatalog::storedConnect(const QString &connect) const
+{
+    const QString path = TableLink::path(connect);
+    return path.isEmpty() ? connect
+                          : QString(connect).replace(
+                              path, m_attachment->session->dialect().linkedName(path, m_attachment->name));
+}
+
+QString DatabaseCatalog::shownConnect(const QString &connect) const
+{
+    const QString path = TableLink::path(connect);
+    return path.isEmpty() ? connect
+                          : QString(connect).replace(
+                              path, m_attachment->session->dialect().nameOfLinked(path, m_attachment->name));
 }
 
 bool DatabaseCatalog::contains(QStringView name) const
@@ -137,18 +153,26 @@ void DatabaseCatalog::setLink(const TableLink &link)
     Session &session = *m_attachment->session;
     const QString links = nativeLinks(*m_attachment);
     Atomic atomic(session);
-    if (!tables()->hasLinks)
-        session.execute(QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (position %2, name TEXT NOT NULL, "
-                                       "connect TEXT NOT NULL, source TEXT NOT NULL)")
-                            .arg(links, session.dialect().rowNumberDeclaration()));
+    prepareLinks();
     const TableLink *existing = this->link(link.name);
     if (existing)
         session.execute(QStringLiteral("UPDATE %1 SET connect = ?, source = ? WHERE name = ?").arg(links),
-                        {link.connect, link.source, existing->name});
+                        {storedConnect(link.connect), link.source, existing->name});
     else
         session.execute(QStringLiteral("INSERT INTO %1 (name, connect, source) VALUES (?, ?, ?)").arg(links),
-                        {link.name, link.connect, link.source});
+                        {link.name, storedConnect(link.connect), link.source});
     atomic.commit();
+    session.definitionsChanged();
+}
+
+void DatabaseCatalog::prepareLinks()
+{
+    if (tables()->hasLinks)
+        return;
+    Session &session = *m_attachment->session;
+    session.execute(QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (position %2, name TEXT NOT NULL, "
+                                   "connect TEXT NOT NULL, source TEXT NOT NULL)")
+                        .arg(nativeLinks(*m_attachment), session.dialect().rowNumberDeclaration()));
     session.definitionsChanged();
 }
 

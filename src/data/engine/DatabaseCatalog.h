@@ -53,8 +53,13 @@ public:
     // Adds the link, or replaces the one of that name. The target must be there, else nothing changes.
     void setLink(const TableLink &link);
     void removeLink(const QString &name);
+    // Makes the table in which links are kept, unless it is there.
+    void prepareLinks();
 
 private:
+    // A link's connect text as it is stored in the database, and as everybody else sees it.
+    QString storedConnect(const QString &connect) const;
+    QString shownConnect(const QString &connect) const;
     std::shared_ptr<const TableInfo> describeLink(const TableLink &link, const TableSet &tables) const;
 
     std::shared_ptr<Attachment> m_attachment;

@@ -17,6 +17,7 @@ enum ErrorNumber {
     UpdateWithoutEdit = 3020,
     CannotFindFile = 3024,
     ReadOnly = 3027,
+    NoPermission = 3033,
     InvalidArgument = 3001,
     InvalidOperation = 3219,
     ObjectNotFound = 3078, // a table or query that does not exist

@@ -29,8 +29,18 @@ PostgresAddress PostgresAddress::parse(const QString &address)
     result.database = url.path(QUrl::FullyDecoded).mid(1);
     result.schema = url.fragment(QUrl::FullyDecoded);
     const QUrlQuery query(url);
-    for (const auto &[key, value] : query.queryItems(QUrl::FullyDecoded))
-        result.options.append({key, value});
+    for (const auto &[key, value] : query.queryItems(QUrl::FullyDecoded)) {
+        if (key == u"host")
+            result.host = value;
+        else if (key == u"port")
+            result.port = value.toInt();
+        else if (key == u"user")
+            result.user = value;
+        else if (key == u"password")
+            result.password = value;
+        else
+            result.options.append({key, value});
+    }
     if (!url.isValid() || result.database.isEmpty() || result.database.contains(u'/'))
         throw Error(CannotFindFile,
                     QStringLiteral("L'indirizzo del database non è valido: deve avere la forma "
@@ -41,21 +51,22 @@ PostgresAddress PostgresAddress::parse(const QString &address)
 QString PostgresAddress::server() const
 {
     QUrl url;
+    QUrlQuery query;
     url.setScheme(scheme);
-    url.setHost(host);
+    // The folder of a socket is no name of a host.
+    if (host.startsWith(u'/'))
+        query.addQueryItem(QStringLiteral("host"), host);
+    else
+        url.setHost(host);
     if (!user.isEmpty())
         url.setUserName(user, QUrl::DecodedMode);
     if (port > 0)
         url.setPort(port);
     url.setPath(u'/' + database, QUrl::DecodedMode);
-    if (!options.isEmpty()) {
-        QUrlQuery query;
-        for (const auto &[key, value] : options) {
-            if (key != u"password")
-                query.addQueryItem(key, value);
-        }
+    for (const auto &[key, value] : options)
+        query.addQueryItem(key, value);
+    if (!query.isEmpty())
         url.setQuery(query);
-    }
     // Without a host the two slashes would be lost.
     const QString text = url.toString(QUrl::FullyEncoded);
     return isServerAddress(text) ? text : QString(text).replace(scheme + u':', scheme + QLatin1String("://"));

@@ -8,7 +8,7 @@
 namespace dao {
 
 // Where a database on a server is: "postgresql://[user[:password]@][host[:port]]/database[?option=value&...]
-// [#schema]". A practice is one such database, each of its databases a schema in it. What is left out (host,
+// [#schema]"; host, port, user and password may also stand among the options, the host as the folder of a socket. A practice is one such database, each of its databases a schema in it. What is left out (host,
 // port, user, password) comes from the account that the host names or from the usual environment of the server's
 // clients (PGHOST, PGUSER, PGPASSWORD, the password file).
 struct PostgresAddress {

@@ -5,6 +5,7 @@
 
 #include <QSqlDriver>
 #include <QSqlError>
+#include <algorithm>
 #include <cstdlib>
 #include <libpq-fe.h>
 
@@ -32,6 +33,18 @@ const QByteArray returnToState = QByteArrayLiteral("ROLLBACK TO statement");
 QString connectionLostText()
 {
     return QStringLiteral("Il collegamento con il server dei database si è interrotto");
+}
+
+Error errorOf(const SqlDialect &dialect, const PGconn *connection, const PGresult *failed,
+              const QString &shown)
+{
+    const char *message = failed ? PQresultErrorField(failed, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
+    const char *state = failed ? PQresultErrorField(failed, PG_DIAG_SQLSTATE) : nullptr;
+    const char *constraint = failed ? PQresultErrorField(failed, PG_DIAG_CONSTRAINT_NAME) : nullptr;
+    const QString text = QString::fromUtf8(message != nullptr ? message : PQerrorMessage(connection));
+    return dialect.error(QSqlError(QString::fromUtf8(constraint), text.trimmed(), QSqlError::StatementError,
+                                   QString::fromLatin1(state)),
+                         shown);
 }
 
 } // namespace
@@ -89,7 +102,7 @@ QByteArray PostgresConnection::literal(const QVariant &value) const
     default: {
         const QByteArray text = value.toString().toUtf8();
         if (text.contains('\0'))
-            throw Error(InvalidArgument,
+            throw Error(ConversionError,
                         QStringLiteral("Il testo contiene un carattere nullo, che il server non accetta"));
         QByteArray quoted;
         quoted.reserve(text.size() + 2);
@@ -139,29 +152,30 @@ void PostgresConnection::requireConnection(const QString &sql)
 
 PostgresResult PostgresConnection::send(const QByteArray &sql, const QString &shown)
 {
+    PQsendQuery(m_connection, sql.constData());
+    return results(shown);
+}
+
+// Waits for what the server answers to what was sent.
+PostgresResult PostgresConnection::results(const QString &shown)
+{
     PostgresResult useful;
     PostgresResult failed;
-    if (PQsendQuery(m_connection, sql.constData()) == 1) {
-        while (PGresult *result = PQgetResult(m_connection)) {
-            PostgresResult owned(result);
-            const ExecStatusType status = PQresultStatus(result);
-            if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY)
-                failed = std::move(owned);
-            else if (!useful || status == PGRES_TUPLES_OK || *PQcmdTuples(result) != '\0')
-                useful = std::move(owned);
-        }
+    while (PGresult *result = PQgetResult(m_connection)) {
+        PostgresResult owned(result);
+        const ExecStatusType status = PQresultStatus(result);
+        if (status == PGRES_COPY_IN)
+            return owned; // the rows are to come
+        if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY)
+            failed = std::move(owned);
+        else if (!useful || status == PGRES_TUPLES_OK || *PQcmdTuples(result) != '\0')
+            useful = std::move(owned);
     }
     if (PQstatus(m_connection) != CONNECTION_OK)
         throw Error(ConnectionLost, connectionLostText(), shown);
     if (!failed && useful)
         return useful;
-    const char *message = failed ? PQresultErrorField(failed.get(), PG_DIAG_MESSAGE_PRIMARY) : nullptr;
-    const char *state = failed ? PQresultErrorField(failed.get(), PG_DIAG_SQLSTATE) : nullptr;
-    const char *constraint = failed ? PQresultErrorField(failed.get(), PG_DIAG_CONSTRAINT_NAME) : nullptr;
-    const QString text = QString::fromUtf8(message != nullptr ? message : PQerrorMessage(m_connection));
-    throw m_dialect.error(QSqlError(QString::fromUtf8(constraint), text.trimmed(), QSqlError::StatementError,
-                                    QString::fromLatin1(state)),
-                          shown);
+    throw errorOf(m_dialect, m_connection, failed.get(), shown);
 }
 
 PostgresResult PostgresConnection::run(const QString &sql, const QVariantList &values)
@@ -178,6 +192,33 @@ PostgresResult PostgresConnection::run(const QString &sql, const QVariantList &v
             send(returnToState, sql);
         throw;
     }
+}
+
+void PostgresConnection::copyIn(const QString &sql, const QByteArray &rows)
+{
+    const bool inside = inTransaction();
+    if (!inside)
+        requireConnection(sql);
+    try {
+        send(sql.toUtf8(), sql);
+        // The library takes no more than a whole number of bytes at once.
+        constexpr qsizetype most = 1 << 20;
+        for (qsizetype at = 0; at < rows.size(); at += most)
+            PQputCopyData(m_connection, rows.constData() + at, int(std::min(most, rows.size() - at)));
+        PQputCopyEnd(m_connection, nullptr);
+        results(sql);
+        if (inside)
+            send(QByteArrayLiteral("RELEASE statement; SAVEPOINT statement"), sql);
+    } catch (const Error &) {
+        if (PQtransactionStatus(m_connection) == PQTRANS_INERROR)
+            send(returnToState, sql);
+        throw;
+    }
+}
+
+int PostgresConnection::serverVersion(const QSqlDatabase &connection)
+{
+    return PQserverVersion(*static_cast<PGconn *const *>(connection.driver()->handle().constData()));
 }
 
 void PostgresConnection::control(const QString &sql)
@@ -231,6 +272,56 @@ QVariant PostgresCursor::value(int column) const
     if (bytes.startsWith(mark))
         return QString(QChar(0xFEFF) + QString::fromUtf8(bytes.sliced(mark.size())));
     return QString::fromUtf8(bytes);
+}
+
+struct PostgresStream::Private {
+    const SqlDialect &dialect;
+    PGconn *connection;
+    QString sql;
+    bool isOver = false;
+};
+
+PostgresStream::PostgresStream(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql)
+    : d(new Private{dialect, *static_cast<PGconn *const *>(connection.driver()->handle().constData()), sql})
+{
+    PQsendQuery(d->connection, sql.toUtf8().constData());
+    PQsetSingleRowMode(d->connection);
+}
+
+PostgresStream::~PostgresStream()
+{
+    if (d->isOver)
+        return;
+    // What is left is of no use to anybody.
+    if (PGcancel *cancel = PQgetCancel(d->connection)) {
+        char reason[256];
+        PQcancel(cancel, reason, int(sizeof reason));
+        PQfreeCancel(cancel);
+    }
+    while (PGresult *result = PQgetResult(d->connection))
+        PQclear(result);
+}
+
+bool PostgresStream::next()
+{
+    m_row.reset();
+    while (!d->isOver) {
+        PostgresResult result(PQgetResult(d->connection));
+        if (!result) {
+            d->isOver = true;
+            if (PQstatus(d->connection) != CONNECTION_OK)
+                throw Error(ConnectionLost, connectionLostText(), d->sql);
+            break;
+        }
+        const ExecStatusType status = PQresultStatus(result.get());
+        if (status == PGRES_SINGLE_TUPLE) {
+            m_row = std::make_unique<PostgresCursor>(std::move(result));
+            return m_row->next();
+        }
+        if (status != PGRES_TUPLES_OK)
+            throw errorOf(d->dialect, d->connection, result.get(), d->sql);
+    }
+    return false;
 }
 
 } // namespace dao

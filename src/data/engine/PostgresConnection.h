@@ -35,12 +35,17 @@ public:
     void control(const QString &sql);
     bool inTransaction() const;
 
+    // COPY ... FROM STDIN with these rows as its text.
+    void copyIn(const QString &sql, const QByteArray &rows);
+
     static int affected(const PGresult *result);
+    static int serverVersion(const QSqlDatabase &connection); // 150004 for 15.4
 
 private:
     QByteArray withValues(const QString &sql, const QVariantList &values) const;
     QByteArray literal(const QVariant &value) const;
     PostgresResult send(const QByteArray &sql, const QString &shown);
+    PostgresResult results(const QString &shown);
     void requireConnection(const QString &sql);
 
     const SqlDialect &m_dialect;
@@ -67,6 +72,23 @@ private:
     PostgresResult m_result;
     int m_row = -1;
     int m_rows;
+};
+
+// The rows of a statement as they come, for tables that are too large to be kept in memory. Until it goes away the
+// connection can do nothing else.
+class PostgresStream final : public NativeCursor {
+public:
+    PostgresStream(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql);
+    ~PostgresStream() override;
+    PostgresStream(const PostgresStream &) = delete;
+    PostgresStream &operator=(const PostgresStream &) = delete;
+    bool next() override;
+    QVariant value(int column) const override { return m_row->value(column); }
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+    std::unique_ptr<PostgresCursor> m_row;
 };
 
 } // namespace dao

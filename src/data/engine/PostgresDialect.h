@@ -8,7 +8,8 @@ namespace dao {
 // PostgreSQL 15: one connection to one database of a server, each database of the practice a schema in it. Texts
 // are of the type citext in a database whose own collation is ICU's root, so that every comparison, index, group
 // and order takes them without regard to case; the language's functions are the server's own (PostgresFunctions).
-// The language is in PostgresDialect.cpp, connection, schemas, tables and values are in PostgresStorage.cpp.
+// The language is in PostgresDialect.cpp, connecting and schemas in PostgresOpening.cpp, definitions in
+// PostgresTables.cpp, whole tables in PostgresLoading.cpp, statements, values and errors in PostgresStorage.cpp.
 class PostgresDialect final : public SqlDialect {
 public:
     QString textLiteral(const QString &text) const override;
@@ -57,17 +58,23 @@ public:
     qint64 insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
                      const QString &autoNumber) const override;
     void begin(QSqlDatabase &connection) const override;
+    void beginReading(QSqlDatabase &connection) const override;
     void control(QSqlDatabase &connection, const QString &sql) const override;
     bool inTransaction(QSqlDatabase &connection) const override;
     qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
     void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                            qint64 number) const override;
+    qint64 lastAutoNumber(QSqlDatabase &connection, const QString &schema,
+                          const TableInfo &table) const override;
     void beginLoad(QSqlDatabase &connection, const QString &schema) const override;
     void endLoad(QSqlDatabase &connection, const QString &schema) const override;
     std::unique_ptr<ExclusiveUse> useExclusively(const QString &name) const override;
     std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                              const QVariantList &values) const override;
-    std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &sql,
+    std::unique_ptr<NativeCursor> openStream(QSqlDatabase &connection, const QString &sql) const override;
+    QString linkedName(const QString &name, const QString &holder) const override;
+    QString nameOfLinked(const QString &linked, const QString &holder) const override;
+    std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &nativeTable,
                                              const QList<ColumnInfo> &columns) const override;
     const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const override;
     int errorNumber(const QSqlError &error) const override;

@@ -9,16 +9,26 @@
 
 namespace dao {
 
+namespace {
+
+// The one that every server has, for what cannot be done from within a database.
+const QString commonDatabase = QStringLiteral("postgres");
+
+} // namespace
+
 struct PostgresSchemas::Private {
     PostgresDialect dialect;
     QString name = QUuid::createUuid().toString();
     QSqlDatabase connection;
+    PostgresAddress address;
+    Account account;
+    bool hasCreated = false;
 
-    void open(const PostgresAddress &address, const QString &database)
+    void open(const QString &database)
     {
         connection = QSqlDatabase::addDatabase(dialect.driverName(), name);
         try {
-            openPostgres(dialect, connection, address, {}, database);
+            openPostgres(dialect, connection, address, account, database);
         } catch (const Error &) {
             close();
             throw;
@@ -31,6 +41,7 @@ struct PostgresSchemas::Private {
         QSqlDatabase::removeDatabase(name);
     }
     PostgresResult run(const QString &sql) { return PostgresConnection(dialect, connection).run(sql); }
+    void removeDatabase() { run(QStringLiteral("DROP DATABASE ") + dialect.identifier(address.database)); }
     void runTogether(const QStringList &statements)
     {
         run(QStringLiteral("SET statement_timeout = 0"));
@@ -38,21 +49,30 @@ struct PostgresSchemas::Private {
     }
 };
 
-PostgresSchemas::PostgresSchemas(const QString &address, Missing missing)
+PostgresSchemas::PostgresSchemas(const QString &address, const Account &account, Missing missing)
     : d(std::make_unique<Private>())
 {
-    const PostgresAddress parsed = PostgresAddress::parse(address);
+    d->address = PostgresAddress::parse(address);
+    d->account = account;
     try {
-        d->open(parsed, parsed.database);
+        d->open(d->address.database);
     } catch (const Error &error) {
         if (missing == Missing::Refused || error.sql() != missingDatabaseMark)
             throw;
-        d->open(parsed, QStringLiteral("postgres"));
+        d->open(commonDatabase);
         d->run(QStringLiteral("CREATE DATABASE %1 TEMPLATE template0 ENCODING 'UTF8' LOCALE_PROVIDER icu "
                               "ICU_LOCALE 'und' LC_COLLATE 'C' LC_CTYPE 'C.UTF-8'")
-                   .arg(d->dialect.identifier(parsed.database)));
+                   .arg(d->dialect.identifier(d->address.database)));
         d->close();
-        d->open(parsed, parsed.database);
+        try {
+            d->open(d->address.database);
+        } catch (const Error &) {
+            d->open(commonDatabase);
+            d->removeDatabase();
+            d->close();
+            throw;
+        }
+        d->hasCreated = true;
     }
 }
 
@@ -61,10 +81,22 @@ PostgresSchemas::~PostgresSchemas()
     d->close();
 }
 
+bool PostgresSchemas::hasCreated() const
+{
+    return d->hasCreated;
+}
+
+void PostgresSchemas::removeCreated()
+{
+    d->close();
+    d->open(commonDatabase);
+    d->removeDatabase();
+}
+
 QStringList PostgresSchemas::names() const
 {
     PostgresCursor rows(d->run(QStringLiteral("SELECT nspname FROM pg_namespace WHERE nspname !~ '^pg_' "
-                                              "AND nspname NOT IN ('information_schema', 'public', 'jet')")));
+                                              "AND nspname NOT IN ('information_schema', 'public')")));
     QStringList names;
     while (rows.next())
         names.append(rows.value(0).toString());

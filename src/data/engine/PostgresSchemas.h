@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/engine/SqlDialect.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -17,16 +19,19 @@ public:
 
     // `address` is a practice's; a password may stand in it. With Missing::Created the server makes the database
     // when it does not have it.
-    PostgresSchemas(const QString &address, Missing missing);
+    PostgresSchemas(const QString &address, const Account &account, Missing missing);
     ~PostgresSchemas();
     PostgresSchemas(const PostgresSchemas &) = delete;
     PostgresSchemas &operator=(const PostgresSchemas &) = delete;
 
-    QStringList names() const; // without those of the server and of the data engine
+    bool hasCreated() const; // the database
+    QStringList names() const; // without the server's own; "jet" is the data engine's
     // Whether another program has the practice open.
     bool isInUse() const;
     // With all that is in them; all of them or none.
     void remove(const QStringList &schemas);
+    // The whole database, when it was created here; nothing else can be done with this object afterwards.
+    void removeCreated();
     // From the first to the second name; all of them or none.
     void rename(const QList<std::pair<QString, QString>> &names);
 

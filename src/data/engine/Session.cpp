@@ -82,6 +82,7 @@ std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
     ++m_schemas;
     auto attachment = std::make_shared<Attachment>();
     attachment->session = shared_from_this();
+    attachment->name = m_dialect->fullName(path);
     attachment->schema = schema;
     attachment->key = readOnly ? canonical + QStringLiteral("|ro") : shared;
     m_attached.insert(attachment->key, attachment);
@@ -120,6 +121,12 @@ std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariant
     return m_dialect->openCursor(handle, sql, values);
 }
 
+std::unique_ptr<NativeCursor> Session::stream(const QString &sql) const
+{
+    QSqlDatabase handle = m_connection;
+    return m_dialect->openStream(handle, sql);
+}
+
 int Session::execute(const QString &sql, const QVariantList &values)
 {
     drainReaders();
@@ -139,6 +146,14 @@ void Session::insert(NativeInsert &prepared, const QVariantList &values)
     drainReaders();
     requireTransaction();
     prepared.add(values);
+}
+
+void Session::insertRows(NativeInsert &prepared, const QList<QVariantList> &rows,
+                         const NativeInsert::Refused &refused)
+{
+    drainReaders();
+    requireTransaction();
+    prepared.addRows(rows, refused);
 }
 
 void Session::drainReaders()
@@ -172,6 +187,15 @@ void Session::begin()
         m_dialect->begin(m_connection);
     else
         control(QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
+    ++m_depth;
+}
+
+void Session::beginReading()
+{
+    if (m_depth > 0)
+        throw Error(TransactionError, QStringLiteral("Una transazione è già in corso"));
+    drainReaders();
+    m_dialect->beginReading(m_connection);
     ++m_depth;
 }
 

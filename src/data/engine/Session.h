@@ -27,6 +27,7 @@ public:
 struct Attachment {
     std::shared_ptr<Session> session;
     QString key;
+    QString name; // the database's, in full
     QString schema;
 
     ~Attachment();
@@ -54,14 +55,19 @@ public:
 
     // A statement that reads; its rows are the caller's to step through.
     std::unique_ptr<NativeCursor> select(const QString &sql, const QVariantList &values = {}) const;
+    // The same for rows that are too many to be kept in memory.
+    std::unique_ptr<NativeCursor> stream(const QString &sql) const;
     // A statement that writes; the number of rows affected.
     int execute(const QString &sql, const QVariantList &values = {});
     // INSERT of one row; the number that it got in the autonumber column (0 when its name is empty).
     qint64 insertRow(const QString &sql, const QVariantList &values, const QString &autoNumber);
     // A row through a statement prepared once.
     void insert(NativeInsert &prepared, const QVariantList &values);
+    void insertRows(NativeInsert &prepared, const QList<QVariantList> &rows,
+                    const NativeInsert::Refused &refused);
 
     void begin();
+    void beginReading(); // not inside a transaction
     void commit();
     void rollback();
     void rollbackAll();

@@ -41,6 +41,8 @@ QString errorDescription(int number, const QString &native)
             .arg(native);
     case ReadOnly:
         return QStringLiteral("Impossibile aggiornare, il database è di sola lettura: %1").arg(native);
+    case NoPermission:
+        return QStringLiteral("Manca il permesso per questa operazione sul database: %1").arg(native);
     case Corrupt:
         return QStringLiteral("Il database è danneggiato: %1").arg(native);
     case NotADatabase:
@@ -86,34 +88,6 @@ public:
 
 private:
     const SqlDialect &m_dialect;
-    QSqlQuery m_query;
-};
-
-// Through Qt's driver, with values as toNative() makes them.
-class QueryInsert final : public NativeInsert {
-public:
-    QueryInsert(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
-                const QList<ColumnInfo> &columns)
-        : m_dialect(dialect)
-        , m_columns(columns)
-        , m_query(connection)
-    {
-        m_query.setForwardOnly(true);
-        if (!m_query.prepare(sql))
-            throw dialect.error(m_query.lastError(), sql);
-    }
-
-    void add(const QVariantList &values) override
-    {
-        for (int i = 0; i < values.size(); ++i)
-            m_query.bindValue(i, m_dialect.toNative(values[i], m_columns[i].type));
-        if (!m_query.exec())
-            throw m_dialect.error(m_query.lastError(), m_query.lastQuery());
-    }
-
-private:
-    const SqlDialect &m_dialect;
-    QList<ColumnInfo> m_columns;
     QSqlQuery m_query;
 };
 
@@ -178,10 +152,29 @@ std::unique_ptr<NativeCursor> SqlDialect::openCursor(QSqlDatabase &connection, c
     return std::make_unique<QueryCursor>(*this, connection, sql, values);
 }
 
-std::unique_ptr<NativeInsert> SqlDialect::openInsert(QSqlDatabase &connection, const QString &sql,
-                                                     const QList<ColumnInfo> &columns) const
+std::unique_ptr<NativeCursor> SqlDialect::openStream(QSqlDatabase &connection, const QString &sql) const
 {
-    return std::make_unique<QueryInsert>(*this, connection, sql, columns);
+    return openCursor(connection, sql, {});
+}
+
+QString SqlDialect::linkedName(const QString &name, const QString &) const
+{
+    return name;
+}
+
+QString SqlDialect::nameOfLinked(const QString &linked, const QString &) const
+{
+    return linked;
+}
+
+QString SqlDialect::insertStatement(const QString &nativeTable, const QList<ColumnInfo> &columns) const
+{
+    QStringList names;
+    for (const ColumnInfo &column : columns)
+        names.append(identifier(column.name));
+    return QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+        .arg(nativeTable, names.join(QStringLiteral(", ")),
+             QStringList(columns.size(), QStringLiteral("?")).join(QStringLiteral(", ")));
 }
 
 std::unique_ptr<SqlDialect> makeDialect(const QString &name)

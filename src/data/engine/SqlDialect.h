@@ -121,6 +121,8 @@ public:
                              const QString &autoNumber) const = 0;
     // Begins a transaction that may write and that no other one writes beside: Locked.
     virtual void begin(QSqlDatabase &connection) const = 0;
+    // Begins a transaction that reads one state of all databases, however long it takes. The default is begin().
+    virtual void beginReading(QSqlDatabase &connection) const { begin(connection); }
     // COMMIT, ROLLBACK and savepoints.
     virtual void control(QSqlDatabase &connection, const QString &sql) const;
     // False also when the native engine gave a transaction up by itself (disk full, for example).
@@ -130,6 +132,9 @@ public:
     // The autonumber field of a table goes on after this number, or after its highest row if that is more.
     virtual void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                                    qint64 number) const = 0;
+    // The number above which that field goes on; 0 before the first one. The table has an autonumber field.
+    virtual qint64 lastAutoNumber(QSqlDatabase &connection, const QString &schema,
+                                  const TableInfo &table) const = 0;
     // While a schema is being loaded that is thrown away if anything fails, nothing waits for the disk;
     // afterwards it is again a database that survives the loss of power and that several programs share.
     virtual void beginLoad(QSqlDatabase &connection, const QString &schema) const = 0;
@@ -141,12 +146,20 @@ public:
     // The default reads through Qt's driver.
     virtual std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                                      const QVariantList &values) const;
-    // A statement that adds one row; `sql` has a mark for the value of each column. The default writes through
-    // Qt's driver.
-    virtual std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &sql,
-                                                     const QList<ColumnInfo> &columns) const;
+    // The same without values, for more rows than are to be kept in memory; nothing else is done on the connection
+    // as long as the cursor is there. The default is openCursor().
+    virtual std::unique_ptr<NativeCursor> openStream(QSqlDatabase &connection, const QString &sql) const;
+    // Adds rows to a table, of which these columns are given values.
+    virtual std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &nativeTable,
+                                                     const QList<ColumnInfo> &columns) const = 0;
+    // A database's name as a link from `holder` keeps it, and the name that it stands for: a link to another
+    // database of the same practice holds wherever the practice is. The default keeps the name.
+    virtual QString linkedName(const QString &name, const QString &holder) const;
+    virtual QString nameOfLinked(const QString &linked, const QString &holder) const;
     // The unique index of the table that a DuplicateKey error speaks of; null when it cannot be told.
     virtual const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const = 0;
+    // "INSERT INTO table (columns) VALUES (?, ...)".
+    QString insertStatement(const QString &nativeTable, const QList<ColumnInfo> &columns) const;
     // The error of a native error: the engine's own text where people meet it, the native text beside it.
     Error error(const QSqlError &error, const QString &sql) const;
     // The engine's error number for a native error.

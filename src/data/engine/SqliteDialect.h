@@ -51,12 +51,14 @@ public:
     qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
     void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                            qint64 number) const override;
+    qint64 lastAutoNumber(QSqlDatabase &connection, const QString &schema,
+                          const TableInfo &table) const override;
     void beginLoad(QSqlDatabase &connection, const QString &schema) const override;
     void endLoad(QSqlDatabase &connection, const QString &schema) const override;
     std::unique_ptr<ExclusiveUse> useExclusively(const QString &name) const override;
     std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                              const QVariantList &values) const override;
-    std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &sql,
+    std::unique_ptr<NativeInsert> openInsert(QSqlDatabase &connection, const QString &nativeTable,
                                              const QList<ColumnInfo> &columns) const override;
     const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const override;
     int errorNumber(const QSqlError &error) const override;

@@ -68,10 +68,11 @@ private:
 
 } // namespace
 
-std::unique_ptr<NativeInsert> SqliteDialect::openInsert(QSqlDatabase &connection, const QString &sql,
+std::unique_ptr<NativeInsert> SqliteDialect::openInsert(QSqlDatabase &connection, const QString &nativeTable,
                                                         const QList<ColumnInfo> &columns) const
 {
-    return std::make_unique<SqliteInsert>(*this, handleOf(connection), sql, columns);
+    return std::make_unique<SqliteInsert>(*this, handleOf(connection), insertStatement(nativeTable, columns),
+                                          columns);
 }
 
 const IndexInfo *SqliteDialect::brokenIndex(const Error &error, const TableInfo &table) const
@@ -104,6 +105,16 @@ void SqliteDialect::setLastAutoNumber(QSqlDatabase &connection, const QString &s
             .arg(sequence)
             .arg(number)
             .arg(name));
+}
+
+qint64 SqliteDialect::lastAutoNumber(QSqlDatabase &connection, const QString &schema,
+                                     const TableInfo &table) const
+{
+    // The table of numbers is there from the first table on that has one.
+    SqliteStatement statement(*this, handleOf(connection),
+                              QStringLiteral("SELECT seq FROM %1.sqlite_sequence WHERE name = %2")
+                                  .arg(identifier(schema), textLiteral(table.name)));
+    return statement.step() ? sqlite3_column_int64(statement.get(), 0) : 0;
 }
 
 void SqliteDialect::beginLoad(QSqlDatabase &connection, const QString &schema) const

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <csignal>
+
+namespace orvale {
+
+// Ctrl-C and a request to end only note themselves while this lives, so that what was begun can be taken back. The
+// second of its kind ends the program at once.
+class SignalNotes {
+public:
+    // Thrown through the work, which then leaves nothing behind.
+    struct Interrupted { };
+
+    SignalNotes();
+    ~SignalNotes();
+    SignalNotes(const SignalNotes &) = delete;
+    SignalNotes &operator=(const SignalNotes &) = delete;
+
+    void check() const; // throws Interrupted when a signal has come
+    int status() const; // of a program that ends because of it
+
+private:
+    struct sigaction m_interrupt = {};
+    struct sigaction m_terminate = {};
+};
+
+} // namespace orvale
