@@ -12,9 +12,10 @@ int runCopy(const QStringList &arguments)
 {
     CommandLine line(
         QStringLiteral("copy DA A"),
-        QStringLiteral("Copia l'archivio DA in un nuovo archivio A, da una cartella a un server e viceversa, e\n"
-                       "prova che è uguale: ogni tabella, riga per riga e valore per valore. Se qualcosa\n"
-                       "non riesce, di A non resta nulla."));
+        QStringLiteral(
+            "Copia l'archivio DA in un nuovo archivio A, da una cartella a un server e viceversa, e\n"
+            "prova che è uguale: ogni tabella, riga per riga e valore per valore. Se qualcosa\n"
+            "non riesce, di A non resta nulla."));
     line.addArgument(QStringLiteral("DA"),
                      QStringLiteral("cartella dell'archivio, o postgresql://server/database"));
     line.addArgument(QStringLiteral("A"), QStringLiteral("lo stesso, dell'archivio da creare"));
@@ -41,10 +42,11 @@ int runCopy(const QStringList &arguments)
     qint64 rows = 0;
     for (const TableProof &proof : proofs)
         rows += proof.written;
-    printLine(QStringLiteral("Copiate %1 righe di %2 tabelle in %3: la prova è riuscita, ogni valore è uguale.")
-                  .arg(rows)
-                  .arg(proofs.size())
-                  .arg(shownPractice(line.argument(1))));
+    printLine(
+        QStringLiteral("Copiate %1 righe di %2 tabelle in %3: la prova è riuscita, ogni valore è uguale.")
+            .arg(rows)
+            .arg(proofs.size())
+            .arg(shownPractice(line.argument(1))));
     return 0;
 }
 

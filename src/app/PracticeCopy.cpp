@@ -38,7 +38,7 @@ private:
     void copyTable(dao::Database &source, PracticeBuild &build, const QString &role,
                    const dao::TableInfo &definition);
     void copyRows(dao::Database &source, dao::Database &target, const dao::TableInfo &definition,
-                    TableTally &tally, const QString &place);
+                  TableTally &tally, const QString &place);
     QList<TableProof> prove(const QString &folder);
     void report(const QString &table, bool proving, qint64 done, qint64 total) const;
 
@@ -81,7 +81,7 @@ void PracticeCopy::report(const QString &table, bool proving, qint64 done, qint6
 }
 
 void PracticeCopy::copyRows(dao::Database &source, dao::Database &target, const dao::TableInfo &definition,
-                              TableTally &tally, const QString &place)
+                            TableTally &tally, const QString &place)
 {
     const qint64 total = countRows(source, definition.name);
     const QStringList fields = fieldsOf(definition);
@@ -171,11 +171,12 @@ QList<TableProof> PracticeCopy::prove(const QString &folder)
         proof.agrees = true;
         compareColumns(proof, fieldsOf(copied.definition), copied.source, tally);
         if (!proof.agrees)
-            throw UserError(QStringLiteral("La copia non è uguale all'originale nella tabella %1 (righe %2 e %3): "
-                                           "non ne è rimasto nulla.")
-                                .arg(place)
-                                .arg(proof.read)
-                                .arg(proof.written));
+            throw UserError(
+                QStringLiteral("La copia non è uguale all'originale nella tabella %1 (righe %2 e %3): "
+                               "non ne è rimasto nulla.")
+                    .arg(place)
+                    .arg(proof.read)
+                    .arg(proof.written));
         proofs.append(proof);
     }
     return proofs;

@@ -9,7 +9,8 @@ namespace {
 
 // What a workstation may do in the database of a practice: read and write rows. A role of that name is made unless
 // there is one; doctors' accounts are its members. It is for the practice's owner to run, and can be run again.
-const char *const script = R"sql(-- Permessi delle postazioni: leggono e scrivono le righe, non cambiano le tabelle.
+const char *const script =
+    R"sql(-- Permessi delle postazioni: leggono e scrivono le righe, non cambiano le tabelle.
 -- Da eseguire nel database dell'archivio come suo proprietario; si può ripetere.
 BEGIN;
 DO $$
@@ -52,8 +53,8 @@ int runRole(const QStringList &arguments)
     for (const PracticeFile &file : practiceFiles())
         schemas.append(file.database);
     const QString role = line.argument(0);
-    printLine(QString::fromUtf8(script)
-                  .arg(enclosed(role, u'\''), enclosed(role, u'"'), schemas.join(QStringLiteral(", "))));
+    printLine(QString::fromUtf8(script).arg(enclosed(role, u'\''), enclosed(role, u'"'),
+                                            schemas.join(QStringLiteral(", "))));
     return 0;
 }
 

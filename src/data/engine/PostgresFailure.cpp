@@ -92,8 +92,8 @@ PostgresFailure PostgresFailure::find(const PostgresOptions &options, const QStr
     case PQPING_NO_RESPONSE:
         // Nothing is told to a server whose certificate is not the one that was asked for.
         if (ping(options + PostgresOptions{{modeKey, QStringLiteral("disable")}}) != PQPING_NO_RESPONSE)
-            return {Reason::Other,
-                    QStringLiteral("il collegamento cifrato con il server non riesce (%1)").arg(firstLine(answer))};
+            return {Reason::Other, QStringLiteral("il collegamento cifrato con il server non riesce (%1)")
+                                       .arg(firstLine(answer))};
         return {Reason::NoAnswer, QStringLiteral("a questo indirizzo non risponde nessun server")};
     case PQPING_REJECT:
         return {Reason::NoAnswer, QStringLiteral("il server si sta avviando o fermando: riprovare fra poco")};
@@ -107,7 +107,8 @@ PostgresFailure PostgresFailure::find(const PostgresOptions &options, const QStr
     // The database that every server has, with the same account. Where TLS may be left out the library tries without
     // it too, and forgets then that a password was refused.
     const QString mode = valueOf(options, modeKey, qEnvironmentVariable("PGSSLMODE"));
-    const PostgresOptions common = options + PostgresOptions{{QStringLiteral("dbname"), QStringLiteral("postgres")}};
+    const PostgresOptions common =
+        options + PostgresOptions{{QStringLiteral("dbname"), QStringLiteral("postgres")}};
     QList<PostgresOptions> tries{common};
     if (mode == u"prefer" || mode == u"allow")
         tries.prepend(common + PostgresOptions{{modeKey, QStringLiteral("require")}});

@@ -108,15 +108,16 @@ private:
 
 } // namespace
 
-qint64 PostgresDialect::lastAutoNumber(QSqlDatabase &connection, const QString &, const TableInfo &table) const
+qint64 PostgresDialect::lastAutoNumber(QSqlDatabase &connection, const QString &,
+                                       const TableInfo &table) const
 {
     for (const ColumnInfo &column : table.columns) {
         if (column.type != FieldType::AutoNumber)
             continue;
-        PostgresCursor row(
-            runPostgres(*this, connection,
-                        QStringLiteral("SELECT pg_sequence_last_value(pg_get_serial_sequence(?, ?)::regclass)"),
-                        {table.nativeName, column.name}));
+        PostgresCursor row(runPostgres(
+            *this, connection,
+            QStringLiteral("SELECT pg_sequence_last_value(pg_get_serial_sequence(?, ?)::regclass)"),
+            {table.nativeName, column.name}));
         return row.next() ? row.value(0).toLongLong() : 0;
     }
     return 0;
@@ -145,7 +146,8 @@ std::unique_ptr<NativeCursor> PostgresDialect::openStream(QSqlDatabase &connecti
     return std::make_unique<PostgresStream>(*this, connection, sql);
 }
 
-std::unique_ptr<NativeInsert> PostgresDialect::openInsert(QSqlDatabase &connection, const QString &nativeTable,
+std::unique_ptr<NativeInsert> PostgresDialect::openInsert(QSqlDatabase &connection,
+                                                          const QString &nativeTable,
                                                           const QList<ColumnInfo> &columns) const
 {
     return std::make_unique<PostgresInsert>(*this, connection, nativeTable, columns);

@@ -30,9 +30,10 @@ void requireVersion(const QSqlDatabase &connection, const QString &name)
     const QString shown = version >= 100000
                               ? QString::number(version / 10000)
                               : QStringLiteral("%1.%2").arg(version / 10000).arg(version / 100 % 100);
-    throw unsuitable(QStringLiteral("Il server del database '%1' è PostgreSQL %2: occorre la versione 15 o una "
-                                    "più recente")
-                         .arg(name, shown));
+    throw unsuitable(
+        QStringLiteral("Il server del database '%1' è PostgreSQL %2: occorre la versione 15 o una "
+                       "più recente")
+            .arg(name, shown));
 }
 
 // Whether the database is such as a practice needs.
@@ -46,7 +47,8 @@ void requireSuitable(const SqlDialect &dialect, const QSqlDatabase &connection, 
     row.next();
     if (!row.value(0).toBool())
         throw unsuitable(
-            QStringLiteral("Il database '%1' non ha la codifica UTF8 e le regole ICU che occorrono").arg(name));
+            QStringLiteral("Il database '%1' non ha la codifica UTF8 e le regole ICU che occorrono")
+                .arg(name));
     if (row.value(1).toBool())
         throw Error(ReadOnly, QStringLiteral("Il server del database '%1' è di sola lettura").arg(name));
 }
@@ -61,8 +63,8 @@ public:
         QSqlDatabase connection = QSqlDatabase::addDatabase(dialect.driverName(), m_connection);
         try {
             openPostgres(dialect, connection, address, {}, address.database);
-            PostgresCursor taken(
-                runPostgres(dialect, connection, QStringLiteral("SELECT pg_try_advisory_lock(%1)").arg(useLock)));
+            PostgresCursor taken(runPostgres(dialect, connection,
+                                             QStringLiteral("SELECT pg_try_advisory_lock(%1)").arg(useLock)));
             if (!taken.next() || !taken.value(0).toBool())
                 throw Error(
                     Locked,
@@ -132,16 +134,18 @@ void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const Pos
         else if (key == u"password")
             connection.setPassword(value);
         else
-            others.append(key + QStringLiteral("='") + QString(value).replace(u'\\', QStringLiteral("\\\\")).replace(u'\'', QStringLiteral("\\'")) + u'\'');
+            others.append(
+                key + QStringLiteral("='")
+                + QString(value).replace(u'\\', QStringLiteral("\\\\")).replace(u'\'', QStringLiteral("\\'"))
+                + u'\'');
     }
     connection.setConnectOptions(others.join(u';'));
     if (!connection.open()) {
-        const auto failure =
-            PostgresFailure::find(options, connection.lastError().databaseText().trimmed());
-        throw Error(CannotFindFile,
-                    QStringLiteral("Impossibile aprire il database '%1': %2").arg(address.server(), failure.text),
-                    failure.reason == PostgresFailure::Reason::NoSuchDatabase ? missingDatabaseMark
-                                                                              : QString());
+        const auto failure = PostgresFailure::find(options, connection.lastError().databaseText().trimmed());
+        throw Error(
+            CannotFindFile,
+            QStringLiteral("Impossibile aprire il database '%1': %2").arg(address.server(), failure.text),
+            failure.reason == PostgresFailure::Reason::NoSuchDatabase ? missingDatabaseMark : QString());
     }
     requireVersion(connection, address.server());
     runPostgres(dialect, connection, postgresSessionSettings());
@@ -173,11 +177,12 @@ QString PostgresDialect::attach(QSqlDatabase &connection, const QString &name, c
     if (address.database != connection.databaseName() || address.host != connection.hostName())
         throw Error(CannotFindFile,
                     QStringLiteral("Il database '%1' non è quello aperto").arg(address.name()));
-    PostgresCursor found(runPostgres(*this, connection,
-                             QStringLiteral("SELECT obj_description(to_regnamespace('jet'), 'pg_namespace'), "
-                                            "has_schema_privilege(oid, 'USAGE') "
-                                            "FROM pg_namespace WHERE nspname = ?"),
-                             {address.schema}));
+    PostgresCursor found(
+        runPostgres(*this, connection,
+                    QStringLiteral("SELECT obj_description(to_regnamespace('jet'), 'pg_namespace'), "
+                                   "has_schema_privilege(oid, 'USAGE') "
+                                   "FROM pg_namespace WHERE nspname = ?"),
+                    {address.schema}));
     if (!found.next())
         throw Error(CannotFindFile,
                     QStringLiteral("Impossibile trovare il database '%1'").arg(address.name()));
@@ -187,7 +192,8 @@ QString PostgresDialect::attach(QSqlDatabase &connection, const QString &name, c
                     QStringLiteral("Il database '%1' è di una versione più recente del programma")
                         .arg(address.name()));
     if (!found.value(1).toBool())
-        throw Error(NoPermission, QStringLiteral("Manca il permesso di usare il database '%1'").arg(address.name()));
+        throw Error(NoPermission,
+                    QStringLiteral("Manca il permesso di usare il database '%1'").arg(address.name()));
     return address.schema;
 }
 
@@ -218,10 +224,11 @@ void PostgresDialect::createDatabase(QSqlDatabase &connection, const QString &na
     // Two programs that begin at once wait for one another.
     begin(connection);
     try {
-        PostgresCursor found(runPostgres(*this, connection,
-                                 QStringLiteral("SELECT to_regnamespace(quote_ident(?)) IS NOT NULL, "
-                                                "obj_description(to_regnamespace('jet'), 'pg_namespace')"),
-                                 {address.schema}));
+        PostgresCursor found(
+            runPostgres(*this, connection,
+                        QStringLiteral("SELECT to_regnamespace(quote_ident(?)) IS NOT NULL, "
+                                       "obj_description(to_regnamespace('jet'), 'pg_namespace')"),
+                        {address.schema}));
         found.next();
         if (found.value(0).toBool())
             throw Error(TableExists, QStringLiteral("Il database '%1' esiste già").arg(address.name()));

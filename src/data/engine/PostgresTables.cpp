@@ -138,9 +138,9 @@ QString PostgresDialect::requireColumn(const QString &nativeName, const QString 
 QStringList PostgresDialect::tables(QSqlDatabase &connection, const QString &schema) const
 {
     PostgresCursor rows(runPostgres(*this, connection,
-                            QStringLiteral("SELECT relname FROM pg_class WHERE relkind = 'r' "
-                                           "AND relnamespace = to_regnamespace(?) ORDER BY oid"),
-                            {quotedName(schema)}));
+                                    QStringLiteral("SELECT relname FROM pg_class WHERE relkind = 'r' "
+                                                   "AND relnamespace = to_regnamespace(?) ORDER BY oid"),
+                                    {quotedName(schema)}));
     QStringList names;
     while (rows.next())
         names.append(rows.value(0).toString());
@@ -154,7 +154,8 @@ TableInfo PostgresDialect::describe(QSqlDatabase &connection, const QString &sch
     info.name = table;
     info.nativeName = qualifiedName(schema, table);
     // Columns first, then the indexes with their fields.
-    PostgresCursor rows(runPostgres(*this, connection,
+    PostgresCursor rows(runPostgres(
+        *this, connection,
         QStringLiteral(
             "SELECT 0, attname, format_type(atttypid, atttypmod), attidentity <> '', attnotnull, attnum::int "
             "FROM pg_attribute WHERE attrelid = to_regclass(?) AND attnum > 0 AND NOT attisdropped "
@@ -224,14 +225,14 @@ QString PostgresDialect::dropIndex(const QString &schema, const QString &table, 
 
 qint64 PostgresDialect::definitionVersion(QSqlDatabase &connection, const QString &schema) const
 {
-    PostgresCursor row(
-        runPostgres(*this, connection,
-            QStringLiteral(
-                "SELECT hashtextextended(string_agg(concat_ws(' ', c.oid, c.relname, a.attname, a.atttypid, "
-                "a.attnotnull), ',' ORDER BY c.oid, a.attnum), 0) "
-                "FROM pg_class c LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 "
-                "WHERE c.relnamespace = to_regnamespace(?) AND c.relkind IN ('r', 'i')"),
-            {quotedName(schema)}));
+    PostgresCursor row(runPostgres(
+        *this, connection,
+        QStringLiteral(
+            "SELECT hashtextextended(string_agg(concat_ws(' ', c.oid, c.relname, a.attname, a.atttypid, "
+            "a.attnotnull), ',' ORDER BY c.oid, a.attnum), 0) "
+            "FROM pg_class c LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 "
+            "WHERE c.relnamespace = to_regnamespace(?) AND c.relkind IN ('r', 'i')"),
+        {quotedName(schema)}));
     return row.next() ? row.value(0).toLongLong() : 0;
 }
 
@@ -241,7 +242,8 @@ void PostgresDialect::setLastAutoNumber(QSqlDatabase &connection, const QString 
     const TableInfo info = describe(connection, schema, table);
     for (const ColumnInfo &column : info.columns) {
         if (column.type == FieldType::AutoNumber)
-            runPostgres(*this, connection,
+            runPostgres(
+                *this, connection,
                 QStringLiteral("SELECT setval(pg_get_serial_sequence(?, ?), greatest(max(%1), ?, 1)) FROM %2")
                     .arg(quotedName(column.name), info.nativeName),
                 {info.nativeName, column.name, number});
@@ -252,7 +254,8 @@ const IndexInfo *PostgresDialect::brokenIndex(const Error &error, const TableInf
 {
     // The server names the index: "duplicate key value violates unique constraint "name"".
     for (const IndexInfo &index : table.indexes) {
-        if ((index.unique || index.primary) && error.text().endsWith(quotedName(indexName(table.name, index))))
+        if ((index.unique || index.primary)
+            && error.text().endsWith(quotedName(indexName(table.name, index))))
             return &index;
     }
     return nullptr;
