@@ -22,9 +22,9 @@ bool isNetworkShare(const StoragePlace &place)
 {
     // File systems of the kernel, and after them programs that show what is elsewhere as a file system.
     static const QByteArrayList types{
-        "nfs",    "nfs3",      "nfs4",  "cifs",    "smb",   "smb2",      "smb3",    "smbfs", "afs",
-        "ncp",    "ncpfs",     "coda",  "ceph",    "gfs",   "gfs2",      "ocfs2",   "gpfs",  "lustre",
-        "beegfs", "glusterfs", "davfs", "davfs2",  "sshfs", "smbnetfs",  "curlftpfs", "rclone", "gvfsd-fuse",
+        "nfs",    "nfs3",      "nfs4",  "cifs",    "smb",    "smb2",     "smb3",      "smbfs",  "afs",
+        "ncp",    "ncpfs",     "coda",  "ceph",    "gfs",    "gfs2",     "ocfs2",     "gpfs",   "lustre",
+        "beegfs", "glusterfs", "davfs", "davfs2",  "sshfs",  "smbnetfs", "curlftpfs", "rclone", "gvfsd-fuse",
         "s3fs",   "ceph-fuse", "mfs",   "juicefs", "webdav", "ftpfs",
     };
     QByteArray type = place.fileSystem.toLower();
@@ -38,9 +38,10 @@ void refuseNetworkShare(const QString &path, const StoragePlace &place)
 {
     if (isNetworkShare(place))
         throw UserError(
-            QStringLiteral("La cartella %1 è condivisa in rete (%2): un archivio di file si usa solo sul disco di un "
-                           "computer, altrimenti i salvataggi di più postazioni possono perdersi. Per lavorare da più "
-                           "computer metterlo su un server PostgreSQL.")
+            QStringLiteral(
+                "La cartella %1 è condivisa in rete (%2): un archivio di file si usa solo sul disco di un "
+                "computer, altrimenti i salvataggi di più postazioni possono perdersi. Per lavorare da più "
+                "computer metterlo su un server PostgreSQL.")
                 .arg(QDir::toNativeSeparators(path),
                      place.fileSystem.isEmpty() ? place.root : QString::fromLatin1(place.fileSystem)));
 }

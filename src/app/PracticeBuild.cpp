@@ -48,7 +48,7 @@ bool holdsOnlyDatabases(const QString &folder)
 
 } // namespace
 
-PracticeBuild::PracticeBuild(const QString &path, Existing existing)
+PracticeBuild::PracticeBuild(const QString &path, Existing existing, Tables tables)
     : m_target(practicePath(path))
 {
     if (dao::isServerAddress(m_target)) {
@@ -56,7 +56,7 @@ PracticeBuild::PracticeBuild(const QString &path, Existing existing)
             throw UserError(QStringLiteral("Un archivio su un server non si sostituisce: indicare un altro "
                                            "database del server."));
         m_serverPart = std::make_unique<ServerPart>(path);
-        begin(path);
+        begin(path, tables);
         return;
     }
     refuseNetworkShare(m_target);
@@ -71,10 +71,10 @@ PracticeBuild::PracticeBuild(const QString &path, Existing existing)
     if (holdsSomething)
         m_previous = takePractice(m_target);
     m_part = std::make_unique<PartFolder>(m_target);
-    begin({});
+    begin({}, tables);
 }
 
-void PracticeBuild::begin(const QString &given)
+void PracticeBuild::begin(const QString &given, Tables tables)
 {
     m_practice.reset(new Practice(folder(), given));
     m_practice->openDatabases(true);
@@ -83,6 +83,8 @@ void PracticeBuild::begin(const QString &given)
         m_loads.emplace(it.key(), std::make_unique<dao::BulkLoad>(*it.value()));
     if (m_serverPart)
         m_loads.at(QStringLiteral("local"))->prepareLinks();
+    if (tables == Tables::None)
+        return;
     Schema::current().apply(m_practice->m_engine->DefaultWorkspace(), databases, 0);
     m_practice->setProperty(QStringLiteral("created"), QDateTime::currentDateTime().toString(Qt::ISODate));
 }

@@ -137,13 +137,6 @@ void PracticeCopy::copyTable(dao::Database &source, PracticeBuild &build, const 
 
 void PracticeCopy::copyDatabase(PracticeReader &source, PracticeBuild &build, const QString &role)
 {
-    {
-        dao::Transaction transaction(build.practice().engine().DefaultWorkspace());
-        const QStringList made = ownTables(build.database(role));
-        for (const QString &name : made)
-            build.load(role).dropTable(name);
-        transaction.commit();
-    }
     dao::Database &database = source.database(role);
     const QStringList names = ownTables(database);
     for (const QString &name : names)
@@ -186,7 +179,7 @@ QList<TableProof> PracticeCopy::run()
 {
     Practice::open(m_from); // says what is wrong with it, and brings its tables to this version
     PracticeReader source(practicePath(m_from), m_from);
-    PracticeBuild build(m_to);
+    PracticeBuild build(m_to, PracticeBuild::Existing::Refused, PracticeBuild::Tables::None);
     for (const PracticeFile &file : practiceFiles())
         copyDatabase(source, build, file.database);
     build.finish();

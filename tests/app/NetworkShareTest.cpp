@@ -49,7 +49,8 @@ TEST(NetworkShareTest, IsRefusedInOneLineThatNamesTheWayOut)
         refuseNetworkShare(QStringLiteral("/mnt/nas/studio"), {"cifs", QStringLiteral("/mnt/nas")});
         FAIL() << "not refused";
     } catch (const UserError &error) {
-        EXPECT_TRUE(error.text().startsWith(QStringLiteral("La cartella /mnt/nas/studio è condivisa in rete (cifs): ")));
+        EXPECT_TRUE(error.text().startsWith(
+            QStringLiteral("La cartella /mnt/nas/studio è condivisa in rete (cifs): ")));
         EXPECT_TRUE(error.text().contains(QStringLiteral("PostgreSQL")));
         EXPECT_FALSE(error.text().contains(u'\n'));
     }

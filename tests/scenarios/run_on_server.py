@@ -15,28 +15,14 @@ import sys
 import tempfile
 
 
-def orvale_fails(program, arguments, words):
-    """The command must end with the status 1 and one line on standard error that has these words."""
-    run = subprocess.run([program, *arguments], capture_output=True, encoding="utf-8", timeout=100)
-    lines = run.stderr.splitlines()
-    if run.returncode != 1 or len(lines) != 1 or words not in lines[0]:
-        print(f"orvale {' '.join(arguments)}: status {run.returncode}, expected «{words}»\n{run.stderr}")
-        return 1
-    return 0
-
-
 def main():
     program, scenarios = sys.argv[1], pathlib.Path(sys.argv[2])
     address = os.environ["CLIVARA_TEST_SERVER"].rsplit("/", 1)[0]
     practice = f"{address}/practice"  # not there yet: the program makes it
     subprocess.run([program, "demo", practice, "--patients", "5", "--years", "1", "--seed", "7"], check=True)
-    failures = orvale_fails(program, ["demo", practice], "contiene già un archivio")
-    failures += orvale_fails(program, ["check", f"{address}/nessuno"], "il server non ha questo database")
-    failures += orvale_fails(program, ["check", os.environ["CLIVARA_TEST_SERVER"]], "Impossibile trovare il database")
-    failures += orvale_fails(program, ["check", "postgresql://127.0.0.1:1/x"], "non risponde nessun server")
-    failures += orvale_fails(program, ["check", "postgresql://server"], "L'indirizzo del database non è valido")
     subprocess.run([program, "play", "--practice", practice, scenarios / "patients.txt"], check=True)
     subprocess.run([program, "check", practice], check=True)
+    failures = 0
     for scenario in sorted(scenarios.glob("*.scenario")):
         name = f"copy_{scenario.stem}"
         subprocess.run(["createdb", "--template", "practice", name], check=True)
