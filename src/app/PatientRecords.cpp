@@ -195,7 +195,7 @@ qint32 PatientRecords::instructivePatient(QDate since) const
                        "WHERE r2.cod_rie = r.minsan AND r.tipo = 1 AND r.da_pre > cdate('%1 0.0.0') "
                        "AND NOT isnull(r2.unita) AND r2.codice IN ('90.14.1', '90.14.3', '90.43.2', "
                        "'90.16.4', '90.16.04', '90.27.1')")
-            .arg(clivara::jet::formatDate(clivara::jet::dateTime(since), u"dd/mm/yyyy")),
+            .arg(clivara::jet::slashedDate(since)),
         dao::RecordsetType::Snapshot);
     for (; !results->Eof(); results->MoveNext())
         exams[static_cast<qint32>(results->Fields(0).number())].insert(results->Fields(1).text());

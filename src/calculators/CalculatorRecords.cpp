@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CalculatorRecords.h"
-#include "controls/DateFieldGuard.h"
 
 #include "calculators/CalculatorRules.h"
 #include "data/engine/Dao.h"
@@ -76,7 +75,7 @@ std::optional<Proposal> scanResults(dao::Database &clinical, qint32 patientCode,
                   + QStringLiteral("') and (r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
                   + QString::number(patientCode);
     if (since.isValid())
-        sql += QStringLiteral(") and (r.da_pre >= CDATE('%1')").arg(slashedDate(since));
+        sql += QStringLiteral(") and (r.da_pre >= CDATE('%1')").arg(jet::slashedDate(since));
     // Of results of the same day the one with the higher key is the newest.
     sql += QStringLiteral(") ORDER BY r.da_pre DESC, r.cod_pre DESC, r2.idriepil2 DESC");
     for (const auto rows = open(clinical, sql); !rows->Eof(); rows->MoveNext()) {

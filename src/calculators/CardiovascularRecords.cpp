@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CardiovascularRecords.h"
-#include "controls/DateFieldGuard.h"
 
 #include "data/engine/Dao.h"
 #include "host/working_state/SharedWrites.h"
@@ -110,7 +109,7 @@ Condition readDiabetes(dao::Database &clinical, qint32 patientCode)
              + QStringLiteral(" and num_rem = 2 AND (progre = '64801' or left(progre,4) = '250.')"),
          QStringLiteral("dall'anamnesi remota, senza data")},
         {QStringLiteral("select * from patopers where cod_paz= ") + code
-             + QStringLiteral(" AND (cod_mal = '64801' or left(cod_mal,4) = '250.')"),
+             + QStringLiteral("AND (cod_mal = '64801' or left(cod_mal,4) = '250.')"),
          QStringLiteral("dalle diagnosi del paziente, senza data")},
     };
     for (const auto &[query, source] : places) {
@@ -133,7 +132,7 @@ Condition readSmoking(dao::Database &clinical, qint32 patientCode)
         newest = std::max(newest, rows->Fields(QStringLiteral("data_reg")).date().date());
     }
     if (condition.present)
-        condition.source = newest.isValid() ? QStringLiteral("questionario del ") + slashedDate(newest)
+        condition.source = newest.isValid() ? QStringLiteral("questionario del ") + jet::slashedDate(newest)
                                             : QStringLiteral("dal questionario, senza data");
     return condition;
 }
@@ -143,7 +142,7 @@ std::optional<Proposal> readRecentSystolic(dao::Database &clinical, qint32 patie
     const auto rows = open(
         clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ") + QString::number(patientCode)
                       + QStringLiteral(") AND (presmax >= 90) AND (presmax <= 200) AND (data_ob >= CDATE('")
-                      + slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
+                      + jet::slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
     if (rows->Eof())
         return std::nullopt;
     const QString text = jet::numberText(rows->Fields(QStringLiteral("presmax")).number());

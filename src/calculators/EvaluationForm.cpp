@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/EvaluationForm.h"
-#include "controls/DateFieldGuard.h"
 
 #include "calculators/CardiovascularRules.h"
 #include "calculators/HistoryModel.h"
@@ -204,19 +203,20 @@ void EvaluationForm::showChosen(const QDateTime &when)
     bool shown = false;
     guarded([&] { shown = showSaved(when); });
     if (!shown) {
-        showStatus(QStringLiteral("La rilevazione del %1 non si può leggere.").arg(slashedDate(when.date())),
-                   true);
+        showStatus(
+            QStringLiteral("La rilevazione del %1 non si può leggere.").arg(jet::slashedDate(when.date())),
+            true);
         return;
     }
     m_chosen = when;
     m_ui->Button1_1->setEnabled(true);
-    showDate(slashedDate(when.date()));
+    showDate(jet::slashedDate(when.date()));
     m_refusedDate.reset();
     setSavable(false);
     const int row = m_ui->Grid1->currentIndex().row();
     m_ui->plot->setCurrent(int(m_plotted.indexOf(row)));
     showStatus(QStringLiteral("Rilevazione del %1: per modificarla premere Calcola, poi Salva.")
-                   .arg(slashedDate(when.date())));
+                   .arg(jet::slashedDate(when.date())));
 }
 
 void EvaluationForm::showHint(const QString &text)
@@ -319,7 +319,7 @@ void EvaluationForm::saveOn(QDate day)
     }
     refreshHistory();
     afterSave();
-    showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(slashedDate(day)));
+    showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(jet::slashedDate(day)));
 }
 
 SaveOutcome EvaluationForm::trySaveOn(const QDateTime &when, bool isNew)
@@ -383,7 +383,7 @@ void EvaluationForm::deleteChosen()
     if (!m_chosen.isValid()
         || !state().prompts.confirm(QStringLiteral("Confermi l'eliminazione della rilevazione selezionata?")))
         return;
-    const QString day = slashedDate(m_chosen.date());
+    const QString day = jet::slashedDate(m_chosen.date());
     WriteResult result = WriteResult::Failed;
     {
         const WaitCursor waiting;

@@ -175,7 +175,7 @@ void HistoryPlot::paintAxis(QPainter &painter) const
     const double baseline = area.bottom() + metrics.height() / 2.0 + 2; // below the axis' lowest text
     const auto dayLabel = [&](QDate day, Qt::Alignment side) {
         painter.drawText(QRectF(area.left() - 3 * gap, baseline, area.width() + 4 * gap, metrics.height()),
-                         side, jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy"));
+                         side, jet::slashedDate(day));
     };
     painter.setPen(quiet);
     if (first == last) {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/PatientInputForm.h"
-#include "controls/DateFieldGuard.h"
 
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
@@ -101,7 +100,7 @@ void PatientInputForm::showPatient()
 
 void PatientInputForm::clearInputs()
 {
-    showDate(slashedDate(m_state.clock.today()));
+    showDate(jet::slashedDate(m_state.clock.today()));
     fillInputs({});
 }
 
@@ -135,7 +134,7 @@ void PatientInputForm::proposeValue(NumericEdit *edit, const QString &phrase, co
     edit->setText(proposal->text);
     if (proposal->stored.isEmpty())
         return;
-    QString source = proposal->date.isValid() ? phrase.arg(slashedDate(proposal->date)) : QString();
+    QString source = proposal->date.isValid() ? phrase.arg(jet::slashedDate(proposal->date)) : QString();
     // The doctor sees when the text is not all of it a number, or not the proposed one: "1,10" is read as 1.
     const auto stored = jet::numberFromText(proposal->stored);
     if (!stored || *stored != jet::leadingNumber(proposal->text))

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/SindrMetabolica.h"
-#include "controls/DateFieldGuard.h"
 
 #include "calculators/CardiovascularRules.h"
 #include "controls/NumericEdit.h"
@@ -127,9 +126,10 @@ void SindrMetabolica::showThresholds()
         showHint(QStringLiteral("Soglie regionali non disponibili."));
         return;
     }
-    const QString since = m_thresholds->since.isValid()
-                              ? QStringLiteral(", in vigore dal %1").arg(slashedDate(m_thresholds->since))
-                              : QString();
+    const QString since =
+        m_thresholds->since.isValid()
+            ? QStringLiteral(", in vigore dal %1").arg(jet::slashedDate(m_thresholds->since))
+            : QString();
     showHint(QStringLiteral("▲ Valori oltre le soglie regionali: %1 (regione %2%3).")
                  .arg(beyond)
                  .arg(regionCode(), since));

@@ -21,16 +21,6 @@ void showAsTyped(MaskedDateEdit *edit, const QString &text)
 
 } // namespace
 
-QString dashedDate(QDate date)
-{
-    return jet::formatDate(jet::dateTime(date), u"dd-mm-yyyy");
-}
-
-QString slashedDate(QDate date)
-{
-    return jet::formatDate(jet::dateTime(date), u"dd/mm/yyyy");
-}
-
 DateFieldGuard::DateFieldGuard(const Clock &clock, Prompts &prompts, std::function<bool()> mayLeave)
     : m_clock(clock)
     , m_prompts(prompts)
@@ -61,7 +51,7 @@ void DateFieldGuard::refuse(MaskedDateEdit *edit)
 void DateFieldGuard::fill(MaskedDateEdit *edit) const
 {
     if (!m_returning && edit->isEmptyDate() && !edit->isReadOnly())
-        showAsTyped(edit, dashedDate(m_clock.today()));
+        showAsTyped(edit, jet::dashedDate(m_clock.today()));
 }
 
 void DateFieldGuard::check(MaskedDateEdit *edit, Empty empty)
@@ -71,8 +61,8 @@ void DateFieldGuard::check(MaskedDateEdit *edit, Empty empty)
     const auto day = calendarDay(edit->dateText());
     if (!day)
         refuse(edit);
-    else if (edit->displayText() != dashedDate(*day))
-        showAsTyped(edit, dashedDate(*day)); // "1-2-24" is shown as the date that it was taken for
+    else if (edit->displayText() != jet::dashedDate(*day))
+        showAsTyped(edit, jet::dashedDate(*day)); // "1-2-24" is shown as the date that it was taken for
 }
 
 } // namespace clivara

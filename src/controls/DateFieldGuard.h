@@ -42,9 +42,4 @@ private:
     bool m_returning = false; // between a refusal and the focus being back
 };
 
-// The date as these fields show it, "dd-mm-yyyy"; empty when there is none.
-QString dashedDate(QDate date);
-// The date as the date control and lists show it, "dd/mm/yyyy"; empty when there is none.
-QString slashedDate(QDate date);
-
 } // namespace clivara

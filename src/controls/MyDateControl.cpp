@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "controls/MyDateControl.h"
 
-#include "controls/DateFieldGuard.h"
 #include "controls/DatePicker.h"
 #include "controls/MaskedDateEdit.h"
 #include "support/Clock.h"
@@ -78,7 +77,7 @@ bool MyDateControl::isEmpty() const
 
 void MyDateControl::setValue(QDate date)
 {
-    SetTextValue(slashedDate(date));
+    SetTextValue(jet::slashedDate(date));
 }
 
 void MyDateControl::setBackColor(const QColor &colour)
@@ -147,7 +146,7 @@ void MyDateControl::setEditText(const QString &text)
 
 void MyDateControl::showDate(QDate date)
 {
-    setEditText(slashedDate(date));
+    setEditText(jet::slashedDate(date));
 }
 
 void MyDateControl::setPicker(QDate date)

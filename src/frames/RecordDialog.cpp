@@ -5,6 +5,7 @@
 #include "controls/MaskedDateEdit.h"
 #include "data/engine/Error.h"
 #include "host/working_state/WorkingState.h"
+#include "values/JetValues.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -91,7 +92,7 @@ void RecordDialog::keyPressEvent(QKeyEvent *event)
 
 void showStoredDate(MaskedDateEdit *edit, QDate stored)
 {
-    edit->setDateText(dashedDate(stored.isValid() ? stored : unknownDay));
+    edit->setDateText(jet::dashedDate(stored.isValid() ? stored : unknownDay));
     setQuiet(edit, !stored.isValid());
 }
 

@@ -7,6 +7,7 @@
 #include "host/working_state/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
 #include "ui_Probl1.h"
+#include "values/JetValues.h"
 
 namespace clivara {
 
@@ -84,7 +85,7 @@ void Probl1::show(const ProblemDetail &problem)
     m_ui->MaskEdBox3->setEnabled(m_ui->Combo1->currentIndex() == int(ProblemState::Closed));
     showStoredDate(m_ui->MaskEdBox1, problem.opened);
     showStoredDate(m_ui->MaskEdBox2, problem.started);
-    m_ui->MaskEdBox3->setDateText(dashedDate(problem.closed));
+    m_ui->MaskEdBox3->setDateText(jet::dashedDate(problem.closed));
     for (std::size_t i = 0; i < texts().size(); ++i)
         texts()[i]->setStoredText(problem.texts[i]);
 }

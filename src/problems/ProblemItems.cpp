@@ -212,9 +212,10 @@ QList<ItemRow> problemItems(dao::Database &local, qint32 patientCode, qint32 pro
     const QString diagnosis =
         isProblem ? QStringLiteral(" and (riepil.cod_dia = ") + sqlText(code.trimmed()) + QStringLiteral(") ")
                   : QStringLiteral(" and (isnull(riepil.cod_dia) or (TRIM(riepil.cod_dia)='')) ");
-    const QString since = start.isValid() ? QStringLiteral("and (riepil.da_pre >= cdate('%1 00.00.00'))")
-                                                .arg(jet::formatDate(jet::dateTime(start), u"dd/mm/yyyy"))
-                                          : QString();
+    const QString since =
+        start.isValid()
+            ? QStringLiteral("and (riepil.da_pre >= cdate('%1 00.00.00'))").arg(jet::slashedDate(start))
+            : QString();
     appendDrugs(items, local,
                 drugQuery.arg(patientCode) + since + QLatin1Char(')') + diagnosis
                     + QStringLiteral("order by riepil.da_pre desc, riepil.cod_pre desc"));

@@ -88,7 +88,7 @@ std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id)
 bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 exceptVisit)
 {
     // A visit may carry a time of day in rows that other programs wrote.
-    const QString day = jet::formatDate(jet::dateTime(date), u"dd/mm/yyyy");
+    const QString day = jet::slashedDate(date);
     QString query =
         QStringLiteral("select * from VisitaProbl where (cod_paz=%1) and (datareg>=cdate('%2 0.0.0')) "
                        "and (datareg<=cdate('%2 23.59.59'))")

@@ -96,7 +96,7 @@ void Visita2::show(const VisitDetail &visit)
     m_state.problemSelector = problem;
     m_visit = visit;
     showStoredDate(m_ui->MaskEdBox1, visit.date);
-    m_ui->MaskEdBox2->setDateText(dashedDate(visit.validity));
+    m_ui->MaskEdBox2->setDateText(jet::dashedDate(visit.validity));
     noteValidity();
     m_ui->Combo1->showIndex(indexOfCode(m_ui->Combo1, typeCode(visit)));
     m_ui->Combo2->showIndex(indexOfCode(m_ui->Combo2, visit.symptom));
@@ -151,7 +151,7 @@ void Visita2::noteValidity()
     if (holdsNoDate(m_ui->MaskEdBox2))
         note = QStringLiteral("La validità non è una data: non sarà salvata.");
     else if (m_ui->MaskEdBox2->isEmptyDate() && m_visit.validity.isValid())
-        note = QStringLiteral("Resta la validità registrata: %1.").arg(dashedDate(m_visit.validity));
+        note = QStringLiteral("Resta la validità registrata: %1.").arg(jet::dashedDate(m_visit.validity));
     m_ui->validityNote->setText(note);
     m_ui->validityNote->setVisible(!note.isEmpty());
 }

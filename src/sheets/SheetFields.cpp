@@ -232,7 +232,7 @@ QString SheetFields::text(int field) const
     case SheetFieldKind::Date: {
         const QString typed = dateEdit(control)->dateText();
         const auto day = calendarDay(typed);
-        return day ? jet::formatDate(jet::dateTime(*day), u"dd/mm/yyyy") : typed;
+        return day ? jet::slashedDate(*day) : typed;
     }
     case SheetFieldKind::Total:
     case SheetFieldKind::Band:

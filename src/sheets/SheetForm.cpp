@@ -32,7 +32,7 @@ const auto pdfFolder = QStringLiteral("CARTELLA_PDF");
 
 QString dayText(QDate day)
 {
-    return jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy");
+    return jet::slashedDate(day);
 }
 
 // What a file's name may be anywhere.

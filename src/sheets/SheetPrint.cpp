@@ -27,11 +27,6 @@ const auto styleSheet =
                    ".none { color: #777777; }"
                    ".small { font-size: 8pt; color: #555555; }");
 
-QString dayText(QDate day)
-{
-    return jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy");
-}
-
 QString lines(const QStringList &texts)
 {
     QStringList escaped;
@@ -119,7 +114,7 @@ SheetPaper sheetPaper(const WorkingState &state, qint32 number, QDate date)
         facts << QStringLiteral("%1 il %2")
                      .arg(identity.sex == QLatin1String("F") ? QStringLiteral("Nata")
                                                              : QStringLiteral("Nato"),
-                          dayText(state.header.birthDay));
+                          jet::slashedDate(state.header.birthDay));
     if (!identity.fiscalCode.isEmpty())
         facts << QStringLiteral("C.F. %1").arg(identity.fiscalCode);
     paper.patient = {(identity.surname + u' ' + identity.name).trimmed(), facts.join(QStringLiteral(" · "))};
@@ -131,18 +126,19 @@ SheetPaper sheetPaper(const WorkingState &state, qint32 number, QDate date)
 QString sheetHtml(const SheetData &data, const SheetPaper &paper)
 {
     const SheetLayout &layout = data.layout();
-    QString html = QStringLiteral("<html><body><p class=\"practice\">%1</p><hr>"
-                                  "<p class=\"title\">%2</p><p class=\"small\">Scheda n. %3 del %4</p>"
-                                  "<p class=\"patient\">%5</p><br>")
-                       .arg(lines(paper.heading), layout.listText.toHtmlEscaped(),
-                            QString::number(paper.number), dayText(paper.date), lines(paper.patient));
+    QString html =
+        QStringLiteral("<html><body><p class=\"practice\">%1</p><hr>"
+                       "<p class=\"title\">%2</p><p class=\"small\">Scheda n. %3 del %4</p>"
+                       "<p class=\"patient\">%5</p><br>")
+            .arg(lines(paper.heading), layout.listText.toHtmlEscaped(), QString::number(paper.number),
+                 jet::slashedDate(paper.date), lines(paper.patient));
     for (const QString &group : layout.groups)
         html += groupTable(data, group);
     return html
            + QStringLiteral("<br><br><table width=\"100%\"><tr><td width=\"50%\" class=\"small\">Data %1</td>"
                             "<td width=\"50%\" class=\"small\">Firma del medico "
                             "______________________________</td></tr></table></body></html>")
-                 .arg(dayText(paper.date));
+                 .arg(jet::slashedDate(paper.date));
 }
 
 void printSheet(const SheetData &data, const SheetPaper &paper, QPagedPaintDevice &device)

@@ -15,11 +15,6 @@ struct Found {
     QString origin = {};
 };
 
-QString dayText(QDate day)
-{
-    return jet::formatDate(jet::dateTime(day), u"dd/mm/yyyy");
-}
-
 // The record as the sources see it. What several fields come from is read once.
 class Sources {
 public:
@@ -101,7 +96,7 @@ Sources::Maybe Sources::smoking(const QStringList &)
     if (code < 1 || code > 3)
         return std::nullopt;
     return Found{QString::number(code - 1), day.isValid()
-                                                ? QStringLiteral("Anamnesi del %1").arg(dayText(day))
+                                                ? QStringLiteral("Anamnesi del %1").arg(jet::slashedDate(day))
                                                 : QStringLiteral("Anamnesi senza data")};
 }
 
@@ -174,7 +169,7 @@ const std::optional<LabResult> &Sources::result(const QStringList &arguments)
 QString originOf(const LabResult &result)
 {
     return QStringLiteral("Risultato del %1: %2 %3")
-        .arg(dayText(result.date), jet::numberText(result.value), result.unit)
+        .arg(jet::slashedDate(result.date), jet::numberText(result.value), result.unit)
         .trimmed();
 }
 
@@ -191,7 +186,7 @@ Sources::Maybe Sources::examDate(const QStringList &arguments)
     const auto &found = result(arguments);
     if (!found)
         return std::nullopt;
-    return Found{dayText(found->date), originOf(*found)};
+    return Found{jet::slashedDate(found->date), originOf(*found)};
 }
 
 // In per cent. Laboratories report mmol/mol: % = 0.0915 * mmol/mol + 2.15 (NGSP master equation). A value without
@@ -221,7 +216,7 @@ const Anthropometry &Sources::body(const QString &months)
 QString originOf(const Anthropometry &body)
 {
     return QStringLiteral("Misure del %1: %2 m, %3 kg")
-        .arg(dayText(body.date), jet::numberText(body.heightM), jet::numberText(body.weightKg));
+        .arg(jet::slashedDate(body.date), jet::numberText(body.heightM), jet::numberText(body.weightKg));
 }
 
 Sources::Maybe Sources::massIndex(const QStringList &arguments)

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Domiciliari_Gestione.h"
 
-#include "controls/DateFieldGuard.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
 #include "host/working_state/ErrorLog.h"
@@ -9,6 +8,7 @@
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "ui_Domiciliari_Gestione.h"
+#include "values/JetValues.h"
 
 #include <QKeyEvent>
 #include <QShortcut>
@@ -128,7 +128,7 @@ void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
     for (const HomeCareEntry &entry : std::as_const(m_entries)) {
         ReportTableModel::Row row;
         row.key = entry.id;
-        row.texts = {slashedDate(entry.date), entry.typeName, slashedDate(entry.validity)};
+        row.texts = {jet::slashedDate(entry.date), entry.typeName, jet::slashedDate(entry.validity)};
         row.icon = reportIcon(entry.isTypeKnown ? ReportIcon::HomeCare : ReportIcon::Doubtful);
         if (!entry.isTypeKnown)
             row.iconText = QStringLiteral("tipo non più in elenco");

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Gestione.h"
 
-#include "controls/DateFieldGuard.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
 #include "host/working_state/ErrorLog.h"
@@ -11,6 +10,7 @@
 #include "stays/StayRecords.h"
 #include "stays/StayRules.h"
 #include "ui_Ricoveri_Gestione.h"
+#include "values/JetValues.h"
 
 #include <limits>
 
@@ -26,7 +26,7 @@ ReportTableModel::Row rowOf(const Stay &stay, QDate today)
 {
     ReportTableModel::Row row;
     row.key = stay.id;
-    row.texts = {slashedDate(stay.admitted), slashedDate(stay.discharged), stay.hospital.trimmed(),
+    row.texts = {jet::slashedDate(stay.admitted), jet::slashedDate(stay.discharged), stay.hospital.trimmed(),
                  stay.ward.trimmed()};
     row.hintColumn = Discharged;
     switch (stayState(stay.admitted, stay.discharged, today)) {

@@ -187,6 +187,16 @@ QString formatDate(const QDateTime &date, QStringView pattern)
     return text;
 }
 
+QString slashedDate(QDate date)
+{
+    return formatDate(dateTime(date), u"dd/mm/yyyy");
+}
+
+QString dashedDate(QDate date)
+{
+    return formatDate(dateTime(date), u"dd-mm-yyyy");
+}
+
 std::optional<QDateTime> dateFromText(QStringView text, DateOrder order)
 {
     text = text.trimmed();

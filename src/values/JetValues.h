@@ -53,6 +53,9 @@ QString numberText(double value);
 // Shows a date by a pattern of dd, d, mm, m, yyyy, yy, hh, h, nn, n, ss, s ("mm" next to hours is minutes, as
 // in "hh:mm:ss"); other characters stand for themselves. An invalid date gives an empty text.
 QString formatDate(const QDateTime &date, QStringView pattern);
+// The date as lists and queries show it, "dd/mm/yyyy", and as date fields do, "dd-mm-yyyy"; empty when there is none.
+QString slashedDate(QDate date);
+QString dashedDate(QDate date);
 
 enum class DateOrder { DayFirst, MonthFirst };
 

@@ -39,9 +39,6 @@ public:
     QStringList completeTable(const QString &nativeName, const QList<ColumnInfo> &columns) const override;
     QString requireColumn(const QString &nativeName, const QString &column) const override;
 
-    QVariant fromNative(const QVariant &value, FieldType type) const override;
-    QVariant toNative(const QVariant &value, FieldType type) const override;
-
     QString driverName() const override;
     void openConnection(QSqlDatabase &connection, const QString &name, const Account &account) const override;
     QString fullName(const QString &name) const override;

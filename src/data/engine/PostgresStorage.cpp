@@ -3,73 +3,16 @@
 
 #include "data/engine/PostgresSql.h"
 #include "data/engine/SqliteFunctions.h"
-#include "values/JetValues.h"
 
 #include <QSqlError>
 
 namespace dao {
 namespace {
 
-namespace jet = clivara::jet;
-
 // A lock of the whole practice, by a number that nothing else uses there, which each transaction holds.
 const QString writeLock = QStringLiteral("pg_advisory_xact_lock(1869769079, 1)");
 
 } // namespace
-
-QVariant PostgresDialect::fromNative(const QVariant &value, FieldType type) const
-{
-    if (!value.isValid() || value.isNull())
-        return {};
-    switch (type) {
-    case FieldType::Boolean:
-        return value.typeId() == QMetaType::Bool ? value.toBool() : value.toDouble() != 0;
-    case FieldType::Byte:
-    case FieldType::Integer:
-    case FieldType::Long:
-    case FieldType::AutoNumber:
-        return value.toInt();
-    case FieldType::Currency:
-    case FieldType::Single:
-    case FieldType::Double:
-        return value.toDouble();
-    case FieldType::Date: {
-        const QDateTime date = jet::dateFromStored(value.toString());
-        return date.isValid() ? QVariant(date) : QVariant();
-    }
-    case FieldType::Text:
-    case FieldType::Memo:
-    case FieldType::Guid:
-        return value.toString();
-    case FieldType::Binary:
-        return value.toByteArray();
-    case FieldType::Null:
-    case FieldType::Unknown:
-        break;
-    }
-    if (value.typeId() != QMetaType::LongLong)
-        return value;
-    const qint64 number = value.toLongLong();
-    return number == qint32(number) ? QVariant(int(number)) : QVariant(double(number));
-}
-
-QVariant PostgresDialect::toNative(const QVariant &value, FieldType type) const
-{
-    if (!value.isValid() || value.isNull())
-        return {};
-    switch (type) {
-    case FieldType::Date:
-        return jet::storedDate(value.toDateTime());
-    case FieldType::Text:
-    case FieldType::Memo:
-    case FieldType::Guid: {
-        const QString text = value.toString();
-        return text.isNull() ? QStringLiteral("") : text;
-    }
-    default:
-        return value;
-    }
-}
 
 QString PostgresDialect::driverName() const
 {

@@ -2,12 +2,15 @@
 #include "data/engine/SqlDialect.h"
 
 #include "data/engine/PostgresAddress.h"
+#include "values/JetValues.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
 
 namespace dao {
 namespace {
+
+namespace jet = clivara::jet;
 
 QString enclosed(const QString &text, QChar quote)
 {
@@ -109,6 +112,60 @@ QString SqlDialect::numberLiteral(double value) const
     if (!number.contains(u'.') && !number.contains(u'e'))
         number += QStringLiteral(".0");
     return number;
+}
+
+QVariant SqlDialect::fromNative(const QVariant &value, FieldType type) const
+{
+    if (!value.isValid() || value.isNull())
+        return {};
+    switch (type) {
+    case FieldType::Boolean:
+        return value.typeId() == QMetaType::Bool ? value.toBool() : value.toDouble() != 0;
+    case FieldType::Byte:
+    case FieldType::Integer:
+    case FieldType::Long:
+    case FieldType::AutoNumber:
+        return value.toInt();
+    case FieldType::Currency:
+    case FieldType::Single:
+    case FieldType::Double:
+        return value.toDouble();
+    case FieldType::Date: {
+        const QDateTime date = jet::dateFromStored(value.toString());
+        return date.isValid() ? QVariant(date) : QVariant();
+    }
+    case FieldType::Text:
+    case FieldType::Memo:
+    case FieldType::Guid:
+        return value.toString();
+    case FieldType::Binary:
+        return value.toByteArray();
+    case FieldType::Null:
+    case FieldType::Unknown:
+        break;
+    }
+    if (value.typeId() != QMetaType::LongLong)
+        return value;
+    const qint64 number = value.toLongLong();
+    return number == qint32(number) ? QVariant(int(number)) : QVariant(double(number));
+}
+
+QVariant SqlDialect::toNative(const QVariant &value, FieldType type) const
+{
+    if (!value.isValid() || value.isNull())
+        return {};
+    switch (type) {
+    case FieldType::Date:
+        return jet::storedDate(value.toDateTime());
+    case FieldType::Text:
+    case FieldType::Memo:
+    case FieldType::Guid: {
+        const QString text = value.toString();
+        return text.isNull() ? QStringLiteral("") : text;
+    }
+    default:
+        return value;
+    }
 }
 
 QStringList SqlDialect::completeTable(const QString &, const QList<ColumnInfo> &) const

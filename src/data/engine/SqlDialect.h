@@ -88,8 +88,8 @@ public:
     // --- values ---------------------------------------------------------------------------------
     // A native value as the type's variant: int (Byte, Integer, Long, AutoNumber), double, bool, QDateTime
     // (UTC, standing for a date without zone), QString, QByteArray; Null is an invalid variant.
-    virtual QVariant fromNative(const QVariant &value, FieldType type) const = 0;
-    virtual QVariant toNative(const QVariant &value, FieldType type) const = 0;
+    virtual QVariant fromNative(const QVariant &value, FieldType type) const;
+    virtual QVariant toNative(const QVariant &value, FieldType type) const;
 
     // --- connection -----------------------------------------------------------------------------
     virtual QString driverName() const = 0; // of Qt SQL

@@ -29,7 +29,6 @@ public:
     QString columnDeclaration(const ColumnInfo &column) const override;
     QString rowNumberDeclaration() const override;
 
-    QVariant fromNative(const QVariant &value, FieldType type) const override;
     QVariant toNative(const QVariant &value, FieldType type) const override;
 
     QString driverName() const override;

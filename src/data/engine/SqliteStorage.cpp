@@ -4,7 +4,6 @@
 #include "data/engine/Error.h"
 #include "data/engine/SqliteCursor.h"
 #include "data/engine/SqliteFunctions.h"
-#include "values/JetValues.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -18,8 +17,6 @@
 
 namespace dao {
 namespace {
-
-namespace jet = clivara::jet;
 
 // Index names are a table's own in the language but a schema's own in SQLite.
 constexpr QChar nameSeparator = u'$';
@@ -186,61 +183,11 @@ QString SqliteDialect::rowNumberDeclaration() const
     return QStringLiteral("INTEGER PRIMARY KEY");
 }
 
-QVariant SqliteDialect::fromNative(const QVariant &value, FieldType type) const
-{
-    if (value.isNull())
-        return {};
-    switch (type) {
-    case FieldType::Boolean:
-        return value.toDouble() != 0;
-    case FieldType::Byte:
-    case FieldType::Integer:
-    case FieldType::Long:
-    case FieldType::AutoNumber:
-        return value.toInt();
-    case FieldType::Currency:
-    case FieldType::Single:
-    case FieldType::Double:
-        return value.toDouble();
-    case FieldType::Date: {
-        const QDateTime date = jet::dateFromStored(value.toString());
-        return date.isValid() ? QVariant(date) : QVariant();
-    }
-    case FieldType::Text:
-    case FieldType::Memo:
-    case FieldType::Guid:
-        return value.toString();
-    case FieldType::Binary:
-        return value.toByteArray();
-    case FieldType::Null:
-    case FieldType::Unknown:
-        break;
-    }
-    if (value.typeId() != QMetaType::LongLong)
-        return value;
-    const qint64 number = value.toLongLong();
-    return number == qint32(number) ? QVariant(int(number)) : QVariant(double(number));
-}
-
 QVariant SqliteDialect::toNative(const QVariant &value, FieldType type) const
 {
-    if (!value.isValid() || value.isNull())
-        return {};
-    switch (type) {
-    case FieldType::Boolean:
+    if (type == FieldType::Boolean && value.isValid() && !value.isNull())
         return value.toBool() ? -1 : 0;
-    case FieldType::Date:
-        return jet::storedDate(value.toDateTime());
-    case FieldType::Text:
-    case FieldType::Memo:
-    case FieldType::Guid: {
-        // The driver stores a QString without a buffer as Null; an empty text is something else.
-        const QString text = value.toString();
-        return text.isNull() ? QStringLiteral("") : text;
-    }
-    default:
-        return value;
-    }
+    return SqlDialect::toNative(value, type);
 }
 
 QString SqliteDialect::driverName() const

@@ -24,7 +24,7 @@ QString birthText(QDate birth, QDate today)
 {
     if (!birth.isValid())
         return QStringLiteral("data di nascita mancante");
-    const QString date = jet::formatDate(jet::dateTime(birth), u"dd/mm/yyyy");
+    const QString date = jet::slashedDate(birth);
     const QString age = ageText(birth, today);
     return age.isEmpty() ? QStringLiteral("data di nascita futura: %1").arg(date)
                          : QStringLiteral("%1 (%2)").arg(age, date);
