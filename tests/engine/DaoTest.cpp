@@ -608,6 +608,32 @@ TEST_F(DaoTest, DefinitionsOfAnotherConnectionAreSeen)
     EXPECT_EQ(errorOf([&] { scalar(*mine, "SELECT medico FROM pazienti"); }), 0);
 }
 
+TEST_F(DaoTest, RepeatedStatementsFollowDefinitionsAndClock)
+{
+    int day = 1;
+    m_engine.setNow([&] { return jet::dateTime(QDate(2026, 3, day)); });
+    const auto database = patients();
+    const QString all = QStringLiteral("SELECT * FROM pazienti WHERE figli = 1");
+    const QString today = QStringLiteral("SELECT date() FROM pazienti");
+    const int fields = database->OpenRecordset(all)->FieldCount();
+    EXPECT_EQ(scalar(*database, today).toDateTime().date(), QDate(2026, 3, 1));
+
+    day = 2;
+    database->Execute("ALTER TABLE pazienti ADD COLUMN medico TEXT(5)");
+    EXPECT_EQ(database->OpenRecordset(all)->FieldCount(), fields + 1);
+    EXPECT_EQ(scalar(*database, today).toDateTime().date(), QDate(2026, 3, 2));
+
+    const QString edit = QStringLiteral("UPDATE pazienti SET figli = figli + 1 WHERE figli = 1");
+    database->Execute(edit);
+    EXPECT_EQ(database->RecordsAffected(), 1);
+    database->Execute(edit);
+    EXPECT_EQ(database->RecordsAffected(), 0);
+    EXPECT_TRUE(database->OpenRecordset(all)->Eof());
+
+    database->Execute("DROP TABLE pazienti");
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset(all); }), dao::ObjectNotFound);
+}
+
 TEST_F(DaoTest, ReadOnlyDatabasesAreNotWritten)
 {
     patients();

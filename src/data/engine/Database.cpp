@@ -28,9 +28,15 @@ void Database::Private::requireWritable() const
 
 Translation Database::Private::translate(const QString &sql) const
 {
+    const std::shared_ptr<const TableSet> tables = catalog->tables();
+    if (const Translation *known = tables->translations.object(sql))
+        return *known;
     const Translator translator(session->dialect(), *catalog, [this] { return session->now(); });
     try {
-        return translator.translate(sql);
+        Translation translation = translator.translate(sql);
+        if (!translation.usesClock)
+            tables->translations.insert(sql, new Translation(translation));
+        return translation;
     } catch (const Error &error) {
         throw Error(error.number(), error.text(), sql);
     }

@@ -3,7 +3,9 @@
 
 #include "data/engine/Catalog.h"
 #include "data/engine/Session.h"
+#include "data/engine/Translator.h"
 
+#include <QCache>
 #include <QHash>
 #include <memory>
 
@@ -22,6 +24,8 @@ struct TableLink {
 // The definitions of one database as they were read at one time. Recordsets hold on to it, so that what they
 // know of their tables stays valid when a definition changes.
 struct TableSet {
+    static constexpr int translationsKept = 200;
+
     QStringList names; // own tables and links, in order of creation
     QHash<QString, QString> own; // stored name by folded name
     QHash<QString, TableLink> links; // by folded name
@@ -31,6 +35,9 @@ struct TableSet {
 
     mutable QHash<QString, std::shared_ptr<const TableInfo>> described;
     mutable QList<std::shared_ptr<Attachment>> attachments; // of the links used so far
+    // Statements by their text, those asked for last: forms ask the same again each time that they are shown, and to
+    // translate a short query takes longer than to run it.
+    mutable QCache<QString, const Translation> translations{translationsKept};
 };
 
 // Looks up and changes a database's tables and links.
