@@ -351,7 +351,8 @@ SaveOutcome EvaluationForm::trySaveOn(const QDateTime &when, bool isNew)
 bool EvaluationForm::mayReplace(const QDateTime &when, const EvaluationVersions &versions)
 {
     RecordConflict conflict;
-    conflict.event = QStringLiteral("La rilevazione del %1 è stata salvata").arg(slashedDate(when.date()));
+    conflict.event =
+        QStringLiteral("La rilevazione del %1 è stata salvata").arg(jet::slashedDate(when.date()));
     conflict.mergesFields = false; // the result follows from all values
     const QList<StoredEvaluation::Value> &values = storedAs().values;
     for (qsizetype i = 0; i < values.size(); ++i) {
@@ -375,7 +376,7 @@ void EvaluationForm::showTheirs(const QDateTime &when)
     else
         newEvaluation();
     showStatus(QStringLiteral("La rilevazione del %1 è come l'ha salvata l'altra postazione.")
-                   .arg(slashedDate(when.date())));
+                   .arg(jet::slashedDate(when.date())));
 }
 
 void EvaluationForm::deleteChosen()

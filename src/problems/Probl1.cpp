@@ -192,9 +192,9 @@ QStringList Probl1::shownTexts(const ProblemDetail &problem) const
                       problem.description,
                       problem.state < m_ui->Combo1->count() ? problemStateText(problem.state)
                                                             : QString::number(problem.state),
-                      dashedDate(problem.opened),
-                      dashedDate(problem.started),
-                      dashedDate(problem.closed)};
+                      jet::dashedDate(problem.opened),
+                      jet::dashedDate(problem.started),
+                      jet::dashedDate(problem.closed)};
     for (const QString &text : problem.texts)
         shown.append(text);
     return shown;

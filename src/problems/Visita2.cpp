@@ -233,7 +233,7 @@ QStringList Visita2::shownTexts(const VisitDetail &visit) const
     };
     const qint32 problem = visit.problem.value_or(noProblem);
     const QString filed = problemText(m_state.clinical(), m_state.codes(), problem);
-    QStringList shown{dashedDate(visit.date), dashedDate(visit.validity),
+    QStringList shown{jet::dashedDate(visit.date), jet::dashedDate(visit.validity),
                       entryOf(m_ui->Combo1, typeCode(visit)), entryOf(m_ui->Combo2, visit.symptom),
                       filed.isEmpty() && problem > noProblem
                           ? QStringLiteral("problema %1, eliminato").arg(problem)

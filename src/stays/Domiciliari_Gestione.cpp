@@ -266,7 +266,7 @@ QString Domiciliari_Gestione::typeName(const HomeCareEntry &entry) const
 RecordConflict Domiciliari_Gestione::conflict() const
 {
     const auto shown = [this](const HomeCareEntry &entry) {
-        return QStringList{slashedDate(entry.date), slashedDate(entry.validity), typeName(entry)};
+        return QStringList{jet::slashedDate(entry.date), jet::slashedDate(entry.validity), typeName(entry)};
     };
     return conflictOf(
         QStringLiteral("L'elemento è stato salvato"),

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Inserimento.h"
 
-#include "controls/DateFieldGuard.h"
 #include "host/working_state/RegionalNotice.h"
 #include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "stays/StayRules.h"
 #include "ui_Ricoveri_Inserimento.h"
+#include "values/JetValues.h"
 
 namespace clivara {
 
@@ -214,7 +214,7 @@ WriteResult Ricoveri_Inserimento::write()
 RecordConflict Ricoveri_Inserimento::conflict() const
 {
     const auto shown = [](const Stay &stay) {
-        return QStringList{slashedDate(stay.admitted), slashedDate(stay.discharged), stay.hospital,
+        return QStringList{jet::slashedDate(stay.admitted), jet::slashedDate(stay.discharged), stay.hospital,
                            stay.ward};
     };
     return conflictOf(QStringLiteral("Il ricovero è stato salvato"),
