@@ -23,6 +23,12 @@ int pauseFor(double draw)
     return std::min(maximumPause, static_cast<int>(jet::roundHalfToEven(draw * 500 + 500)));
 }
 
+// In a transaction that is gone nothing can be saved any more, and what may have been saved must not be saved twice.
+bool isFinal(const dao::Error &error)
+{
+    return error.number() == dao::TransactionError || error.number() == dao::CommitInDoubt;
+}
+
 } // namespace
 
 template <typename Operation>
@@ -45,7 +51,7 @@ qint16 RecordsetOperations::attempt(const QString &routine, const QString &sourc
                 QStringLiteral("%1iErr=%2 - Error %3 - ").arg(prefix).arg(failures).arg(error.number())
                 + error.text());
             m_log.write(prefix + source);
-            if (failures == maximumAttempts
+            if (failures == maximumAttempts || isFinal(error)
                 || (error.number() == dao::ConnectionLost && time.hasExpired(longestPatience)))
                 break;
         }

@@ -47,7 +47,8 @@ enum ErrorNumber {
     DiskError = 3043,
     DiskFull = 3183,
     SelectNotExecuted = 3065, // Execute of a SELECT
-    ConnectionLost = 3151, // of the database server
+    ConnectionLost = 3151, // of the database server; nothing of the statement or transaction was saved
+    CommitInDoubt = 3155, // lost in the middle of saving, and nobody can tell whether it was saved
     Failed = 3146, // the native engine failed; the text is its own
 };
 

@@ -237,6 +237,21 @@ void PostgresConnection::control(const QString &sql)
                     QStringLiteral("La transazione è stata annullata da un errore precedente"));
 }
 
+void PostgresConnection::commit(const QString &mark)
+{
+    if (PQtransactionStatus(m_connection) == PQTRANS_INTRANS) {
+        try {
+            send(mark.toLatin1() + "; COMMIT", mark);
+            return;
+        } catch (const Error &) {
+            if (PQtransactionStatus(m_connection) != PQTRANS_INERROR)
+                throw; // not the mark: the commit was refused, or the connection is gone
+            send(returnToState, mark);
+        }
+    }
+    control(QStringLiteral("COMMIT"));
+}
+
 PostgresCursor::PostgresCursor(PostgresResult result)
     : m_result(std::move(result))
     , m_rows(PQntuples(m_result.get()))

@@ -33,6 +33,9 @@ public:
     PostgresResult run(const QString &sql, const QVariantList &values = {});
     // BEGIN, COMMIT and the like: nothing around them.
     void control(const QString &sql);
+    // COMMIT together with a statement before it that is left out when it fails. ConnectionLost leaves open whether it
+    // was done.
+    void commit(const QString &mark);
     bool inTransaction() const;
 
     // COPY ... FROM STDIN with these rows as its text.

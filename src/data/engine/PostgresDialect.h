@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/engine/PostgresCommit.h"
 #include "data/engine/SqlDialect.h"
+
+#include <functional>
 
 namespace dao {
 
@@ -76,6 +79,15 @@ public:
     const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const override;
     int errorNumber(const QSqlError &error) const override;
     QString errorText(const QSqlError &error) const override;
+
+private:
+    // Does `write` in the transaction that is open, or in one of its own, so that its commit can be told from one that
+    // was not done.
+    void write(QSqlDatabase &connection, const std::function<void()> &write) const;
+
+    // A dialect serves one connection; its functions change nothing of the dialect's but this.
+    mutable PostgresCommit m_commit;
+    mutable bool m_writing = false; // the open transaction may write
 };
 
 } // namespace dao

@@ -548,6 +548,10 @@ QStringList postgresDefinitions()
                        "EXECUTE format('CREATE DOMAIN jet.text_%s AS citext "
                        "CHECK (length(VALUE::text) <= %s)', size, size); "
                        "END LOOP; END IF; END $do$")};
+    // The last commit of each connection (PostgresCommit). Whoever may use the schema may note his own.
+    statements.append(QStringLiteral("CREATE TABLE IF NOT EXISTS jet.commits (session bigint PRIMARY KEY, "
+                                     "number bigint NOT NULL, at timestamptz NOT NULL)"));
+    statements.append(QStringLiteral("GRANT SELECT, INSERT, UPDATE, DELETE ON jet.commits TO PUBLIC"));
     for (const char *part : {helpers, textFunctions, numberFunctions, dateFunctions, aggregatesAndTriggers})
         statements.append(QString::fromUtf8(part));
     statements.append(QStringLiteral("COMMENT ON SCHEMA jet IS 'orvale %1'").arg(postgresDefinitionsVersion));

@@ -12,6 +12,6 @@ namespace dao {
 QStringList postgresDefinitions();
 
 // Raised with every change of the definitions; kept in the practice.
-constexpr int postgresDefinitionsVersion = 1;
+constexpr int postgresDefinitionsVersion = 2;
 
 } // namespace dao

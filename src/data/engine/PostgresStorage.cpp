@@ -21,7 +21,11 @@ QString PostgresDialect::driverName() const
 
 int PostgresDialect::execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const
 {
-    return PostgresConnection::affected(runPostgres(*this, connection, sql, values).get());
+    int affected = 0;
+    write(connection, [&] {
+        affected = PostgresConnection::affected(runPostgres(*this, connection, sql, values).get());
+    });
+    return affected;
 }
 
 qint64 PostgresDialect::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
@@ -31,9 +35,31 @@ qint64 PostgresDialect::insertRow(QSqlDatabase &connection, const QString &sql, 
         execute(connection, sql, values);
         return 0;
     }
-    PostgresCursor row(
-        runPostgres(*this, connection, sql + QStringLiteral(" RETURNING ") + quotedName(autoNumber), values));
-    return row.next() ? row.value(0).toLongLong() : 0;
+    qint64 number = 0;
+    write(connection, [&] {
+        PostgresCursor row(runPostgres(*this, connection,
+                                       sql + QStringLiteral(" RETURNING ") + quotedName(autoNumber), values));
+        number = row.next() ? row.value(0).toLongLong() : 0;
+    });
+    return number;
+}
+
+void PostgresDialect::write(QSqlDatabase &connection, const std::function<void()> &write) const
+{
+    PostgresConnection native(*this, connection);
+    if (native.inTransaction()) {
+        write();
+        return;
+    }
+    try {
+        native.control(QStringLiteral("BEGIN; SELECT ") + m_commit.lock());
+        write();
+        m_commit.commit(native);
+    } catch (const Error &) {
+        if (native.inTransaction())
+            native.control(QStringLiteral("ROLLBACK"));
+        throw;
+    }
 }
 
 void PostgresDialect::begin(QSqlDatabase &connection) const
@@ -42,7 +68,8 @@ void PostgresDialect::begin(QSqlDatabase &connection) const
     // the transaction has written it.
     PostgresConnection native(*this, connection);
     try {
-        native.control(QStringLiteral("BEGIN; SELECT ") + writeLock);
+        native.control(QStringLiteral("BEGIN; SELECT %1, %2").arg(writeLock, m_commit.lock()));
+        m_writing = true;
     } catch (const Error &) {
         if (native.inTransaction())
             native.control(QStringLiteral("ROLLBACK"));
@@ -52,6 +79,7 @@ void PostgresDialect::begin(QSqlDatabase &connection) const
 
 void PostgresDialect::beginReading(QSqlDatabase &connection) const
 {
+    m_writing = false;
     PostgresConnection(*this, connection)
         .control(QStringLiteral(
             "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL statement_timeout = 0; "
@@ -60,7 +88,11 @@ void PostgresDialect::beginReading(QSqlDatabase &connection) const
 
 void PostgresDialect::control(QSqlDatabase &connection, const QString &sql) const
 {
-    PostgresConnection(*this, connection).control(sql);
+    PostgresConnection native(*this, connection);
+    if (sql == u"COMMIT" && std::exchange(m_writing, false))
+        m_commit.commit(native);
+    else
+        native.control(sql);
 }
 
 bool PostgresDialect::inTransaction(QSqlDatabase &connection) const

@@ -36,6 +36,9 @@ QString failureReason(int errorNumber)
     switch (errorNumber) {
     case dao::ConnectionLost:
         return QStringLiteral("il server dell'archivio non è raggiungibile");
+    case dao::CommitInDoubt:
+        return QStringLiteral(
+            "il server dell'archivio si è interrotto proprio in quel momento e non si sa che cosa abbia salvato");
     case dao::Locked:
         return QStringLiteral("l'archivio è occupato da un'altra postazione");
     default:
@@ -45,6 +48,13 @@ QString failureReason(int errorNumber)
 
 void warnNotSaved(WorkingState &state)
 {
+    if (state.failure == dao::CommitInDoubt) {
+        state.prompts.warn(QStringLiteral("Salvataggio incerto: %1.\n"
+                                          "Quanto scritto resta nella finestra: prima di salvarlo di nuovo, "
+                                          "controllare se c'è già.")
+                               .arg(failureReason(state.failure)));
+        return;
+    }
     state.prompts.warn(
         QStringLiteral("Salvataggio non riuscito: %1.\n"
                        "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.")
@@ -56,8 +66,11 @@ void tellCommand(WorkingState &state, WriteResult result, const QString &vanishe
     if (result == WriteResult::Vanished)
         state.prompts.warn(vanished);
     else if (result != WriteResult::Done)
-        state.prompts.warn(QStringLiteral("%1: %2.\nNessun dato è stato modificato: riprovare tra poco.")
-                               .arg(failed, failureReason(state.failure)));
+        state.prompts.warn(QStringLiteral("%1: %2.\n%3")
+                               .arg(failed, failureReason(state.failure),
+                                    state.failure == dao::CommitInDoubt
+                                        ? QStringLiteral("Controllare prima di riprovare.")
+                                        : QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.")));
 }
 
 WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode)
