@@ -12,10 +12,10 @@ class Log;
 class Pauses;
 
 // AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
-// step logged; a server that cannot be reached is not tried for longer than the pauses may take. The result is a
-// failure flag: 0 done, -1 failed after the last attempt. No error is raised,
-// and after a failed Update the edit buffer is still there. The calling thread does not respond during the
-// pauses.
+// step logged; a server that cannot be reached is not tried for longer than the pauses may take, and what stands in a
+// transaction that is gone, or may have been saved, is not tried again. The result is a failure flag: 0 done, -1 failed
+// after the last attempt. No error is raised, and after a failed Update the edit buffer is still there. The calling
+// thread does not respond during the pauses.
 class RecordsetOperations {
 public:
     RecordsetOperations(Log &log, Pauses &pauses)
