@@ -79,8 +79,10 @@ bool Desk::perform(const Save &save)
     for (;;) {
         m_openedMs = -1;
         fillIn();
-        if (m_failure)
-            std::rethrow_exception(std::exchange(m_failure, {}));
+        // Before anything is saved a form may lack what it could not read; the doctor opens it again later.
+        if (const std::exception_ptr failure = std::exchange(m_failure, {});
+            failure && (m_begun || trying.elapsed() >= m_patienceMs))
+            std::rethrow_exception(failure);
         for (const QString &text : m_prompts.takeErrors())
             m_ledger.shown(save, text);
         if (m_begun || trying.elapsed() >= m_patienceMs)
@@ -147,6 +149,9 @@ void Desk::save(const std::function<bool()> &attempt)
     // Whoever means to end this workstation in the middle of a save waits for this line.
     std::printf("saving %d\n", m_save.number);
     std::fflush(stdout);
+    // What was shown while the form was filled in says nothing of the save.
+    for (const QString &text : m_prompts.takeErrors())
+        m_ledger.shown(m_save, text);
     QElapsedTimer trying;
     trying.start();
     for (;;) {
@@ -157,7 +162,11 @@ void Desk::save(const std::function<bool()> &attempt)
         const QStringList errors = m_prompts.takeErrors();
         for (const QString &text : errors)
             m_ledger.shown(m_save, text);
-        if (errors.isEmpty()) {
+        // What is shown after the save may be incomplete, and the doctor is told; the save is done.
+        const bool isSaved = std::all_of(errors.begin(), errors.end(), [](const QString &text) {
+            return text.contains(QStringLiteral("Quanto è mostrato può essere incompleto"));
+        });
+        if (isSaved) {
             m_ledger.acknowledged(m_save, m_openedMs, waited);
             m_done = true;
             return;
