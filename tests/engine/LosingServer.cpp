@@ -68,7 +68,8 @@ void LosingServer::serve()
 {
     while (!m_stopping) {
         if (isReadable(m_listening))
-            m_connections.emplace_back([this, client = ::accept(m_listening, nullptr, nullptr)] { pass(client); });
+            m_connections.emplace_back(
+                [this, client = ::accept(m_listening, nullptr, nullptr)] { pass(client); });
     }
 }
 
@@ -76,13 +77,14 @@ void LosingServer::pass(int client)
 {
     const int server = ::socket(AF_UNIX, SOCK_STREAM, 0);
     const sockaddr_un address = addressOf(m_serverSocket);
-    bool open = !m_refuses && ::connect(server, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    bool open =
+        !m_refuses && ::connect(server, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
     while (open && !m_stopping) {
         if (isReadable(client)) {
             const QByteArray message = received(client);
-            const Loses loses =
-                m_loses != Loses::Nothing && message.contains(m_text) ? m_loses.exchange(Loses::Nothing)
-                                                                      : Loses::Nothing;
+            const Loses loses = m_loses != Loses::Nothing && message.contains(m_text)
+                                    ? m_loses.exchange(Loses::Nothing)
+                                    : Loses::Nothing;
             if (loses != Loses::Statement)
                 ::send(server, message.constData(), std::size_t(message.size()), MSG_NOSIGNAL);
             if (loses == Loses::Answer)

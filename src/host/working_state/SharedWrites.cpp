@@ -37,8 +37,8 @@ QString failureReason(int errorNumber)
     case dao::ConnectionLost:
         return QStringLiteral("il server dell'archivio non è raggiungibile");
     case dao::CommitInDoubt:
-        return QStringLiteral(
-            "il server dell'archivio si è interrotto proprio in quel momento e non si sa che cosa abbia salvato");
+        return QStringLiteral("il server dell'archivio si è interrotto proprio in quel momento e non si sa "
+                              "che cosa abbia salvato");
     case dao::Locked:
         return QStringLiteral("l'archivio è occupato da un'altra postazione");
     default:
@@ -66,11 +66,12 @@ void tellCommand(WorkingState &state, WriteResult result, const QString &vanishe
     if (result == WriteResult::Vanished)
         state.prompts.warn(vanished);
     else if (result != WriteResult::Done)
-        state.prompts.warn(QStringLiteral("%1: %2.\n%3")
-                               .arg(failed, failureReason(state.failure),
-                                    state.failure == dao::CommitInDoubt
-                                        ? QStringLiteral("Controllare prima di riprovare.")
-                                        : QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.")));
+        state.prompts.warn(
+            QStringLiteral("%1: %2.\n%3")
+                .arg(failed, failureReason(state.failure),
+                     state.failure == dao::CommitInDoubt
+                         ? QStringLiteral("Controllare prima di riprovare.")
+                         : QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.")));
 }
 
 WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode)
