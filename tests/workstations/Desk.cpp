@@ -136,13 +136,10 @@ void Desk::actWhenOpen(QWidget *below, const Act &act)
 
 void Desk::press(QWidget &form, const QString &button)
 {
-    save([this, &form, button] {
-        clickControl(form, button);
-        return true;
-    });
+    save([&form, button] { clickControl(form, button); });
 }
 
-void Desk::save(const std::function<bool()> &attempt)
+void Desk::save(const std::function<void()> &attempt)
 {
     m_ledger.begun(m_save);
     m_begun = true;
@@ -189,7 +186,6 @@ void Desk::recordEvent()
                              == 0;
         if (!isSaved)
             m_prompts.warn(QStringLiteral("evento non registrato"));
-        return isSaved;
     });
 }
 

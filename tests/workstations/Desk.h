@@ -45,7 +45,7 @@ private:
     void openFrom(QWidget &form, const QString &button, const Act &act);
     void actWhenOpen(QWidget *below, const Act &act);
     // The moment of truth: a button or `close` saves. Until then nothing is begun.
-    void save(const std::function<bool()> &attempt);
+    void save(const std::function<void()> &attempt);
     void press(QWidget &form, const QString &button);
     void recordEvent();
     void fillIn();
