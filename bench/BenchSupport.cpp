@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BenchSupport.h"
 
+#include "data/engine/Dao.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
@@ -15,6 +17,15 @@ QString practicePath(bool large)
     if (path.isEmpty())
         throw std::runtime_error(std::string(variable) + " is not set: run scripts/bench");
     return path;
+}
+
+int patientWithMostRows(dao::Database &clinical)
+{
+    const auto rows = clinical.OpenRecordset(
+        "SELECT cod_paz, count(*) AS n FROM riepil GROUP BY cod_paz ORDER BY count(*) DESC, cod_paz");
+    if (rows->Eof())
+        throw std::runtime_error("the practice has no prescriptions");
+    return int(rows->Fields("cod_paz").number());
 }
 
 void MedianReporter::ReportRuns(const std::vector<Run> &runs)

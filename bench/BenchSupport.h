@@ -6,11 +6,18 @@
 #include <map>
 #include <string>
 
+namespace dao {
+class Database;
+}
+
 namespace bench {
 
 // The demo practice that scripts/bench has made: of 1,500 patients, or of 15,000. Throws std::runtime_error
 // when the environment variable that names it is missing.
 QString practicePath(bool large = false);
+
+// The patient with the most prescriptions and tests. Throws std::runtime_error when there are none.
+int patientWithMostRows(dao::Database &clinical);
 
 // Prints the usual table and keeps the median of every benchmark, for the ratios and limits below it.
 class MedianReporter : public benchmark::ConsoleReporter {

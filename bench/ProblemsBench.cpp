@@ -19,15 +19,6 @@ constexpr qint16 noProblemAction =
     16; // the same form with nothing selected: it shows what is filed under none
 constexpr int openings = 20;
 
-int patientWithMostRows(dao::Database &clinical)
-{
-    const auto rows = clinical.OpenRecordset(
-        "SELECT cod_paz, count(*) AS n FROM riepil GROUP BY cod_paz ORDER BY count(*) DESC, cod_paz");
-    if (rows->Eof())
-        throw std::runtime_error("the practice has no prescriptions");
-    return int(rows->Fields("cod_paz").number());
-}
-
 void openForms(benchmark::State &state, bench::Host &host, int patient)
 {
     // The row under which most is filed stays selected from here on.
@@ -182,7 +173,7 @@ int main(int argc, char **argv)
     try {
         bench::Host host(bench::practicePath());
         const auto &databases = host.practice->environment();
-        const int patient = patientWithMostRows(*databases.clinical);
+        const int patient = bench::patientWithMostRows(*databases.clinical);
         host.openForm(problemsAction, patient); // the first time loads fonts and styles, and links the tables
         const QStringList queries = itemQueries(*databases.clinical, patient);
 

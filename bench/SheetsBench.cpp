@@ -20,15 +20,6 @@ namespace {
 
 using clivara::ModEstrazDati;
 
-int patientWithMostRows(dao::Database &clinical)
-{
-    const auto rows = clinical.OpenRecordset(
-        "SELECT cod_paz, count(*) AS n FROM riepil GROUP BY cod_paz ORDER BY count(*) DESC, cod_paz");
-    if (rows->Eof())
-        throw std::runtime_error("the practice has no prescriptions");
-    return int(rows->Fields("cod_paz").number());
-}
-
 struct Routine {
     std::string name;
     std::function<void(const ModEstrazDati &)> run;
@@ -160,7 +151,7 @@ int main(int argc, char **argv)
         clivara::SystemClock clock;
         clivara::Log log(clock);
         const ModEstrazDati data(clinical, log);
-        const int patient = patientWithMostRows(clinical);
+        const int patient = bench::patientWithMostRows(clinical);
         const clivara::Period year{clock.today().addYears(-1), clock.today()};
 
         const std::vector<Routine> all = routines(patient, year);
