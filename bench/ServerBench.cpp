@@ -85,9 +85,9 @@ int main(int argc, char **argv)
         bench::MedianReporter reporter;
         bench::runInterleaved(argc, argv, reporter);
         printRoundTrips(serverPractice, patient);
-        const bool problems = bench::hold(
-            "action 5 to painted form, server against files",
-            reporter.median("problems_server") / reporter.median("problems_files"), 3.0, "times");
+        const bool problems =
+            bench::hold("action 5 to painted form, server against files",
+                        reporter.median("problems_server") / reporter.median("problems_files"), 3.0, "times");
         const bool ldl =
             bench::hold("action 80 to painted form, server against files",
                         reporter.median("ldl_server") / reporter.median("ldl_files"), 3.0, "times");

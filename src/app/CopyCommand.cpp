@@ -27,10 +27,7 @@ int runCopy(const QStringList &arguments)
     try {
         proofs = copyPractice(line.argument(0), line.argument(1), [&](const ImportProgress &progress) {
             notes.check();
-            if (!progress.table.isEmpty())
-                bar.show((progress.proving ? QStringLiteral("prova ") : QStringLiteral("copia "))
-                             + progress.table,
-                         progress.tableDone, progress.tableTotal);
+            bar.show(progress);
         });
     } catch (const SignalNotes::Interrupted &) {
         bar.end();

@@ -39,10 +39,7 @@ int runImport(const QStringList &arguments)
     try {
         report = importPractice(options, [&](const ImportProgress &progress) {
             notes.check();
-            if (!progress.table.isEmpty())
-                bar.show((progress.proving ? QStringLiteral("prova ") : QStringLiteral("copia "))
-                             + progress.table,
-                         progress.tableDone, progress.tableTotal);
+            bar.show(progress);
         });
     } catch (const SignalNotes::Interrupted &) {
         bar.end();

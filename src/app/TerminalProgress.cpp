@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/TerminalProgress.h"
 
+#include "app/Import.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
@@ -29,6 +31,13 @@ void TerminalProgress::show(const QString &text, qint64 done, qint64 total)
     std::fprintf(stderr, "\r[%s%s] %3d%% %s", std::string(size_t(filled), '#').c_str(),
                  std::string(size_t(width - filled), '.').c_str(), percent, text.toUtf8().constData());
     std::fflush(stderr);
+}
+
+void TerminalProgress::show(const ImportProgress &progress)
+{
+    if (!progress.table.isEmpty())
+        show((progress.proving ? QStringLiteral("prova ") : QStringLiteral("copia ")) + progress.table,
+             progress.tableDone, progress.tableTotal);
 }
 
 void TerminalProgress::end()

@@ -5,6 +5,8 @@
 
 namespace orvale {
 
+struct ImportProgress;
+
 // A bar on the terminal's last line; nothing where standard error is no terminal.
 class TerminalProgress {
 public:
@@ -15,6 +17,8 @@ public:
     // A text that is new gets a line of its own; the line of the one before stays as it was last. `total` 0
     // stands for all done.
     void show(const QString &text, qint64 done, qint64 total);
+    // The table that is being copied or proved; nothing while the practice is finished.
+    void show(const ImportProgress &progress);
     // Leaves the line, so that what follows begins on a new one.
     void end();
 

@@ -34,4 +34,12 @@ QVariant callFunction(const Function &function, Arguments arguments)
     return function.call(arguments);
 }
 
+QString literalPrefix(const QString &pattern)
+{
+    qsizetype length = 0;
+    while (length < pattern.size() && !QStringView(u"*?#[").contains(pattern[length]))
+        ++length;
+    return pattern.left(length);
+}
+
 } // namespace dao::sql

@@ -43,6 +43,9 @@ const Function *findFunction(QStringView name);
 // The result for arguments of the parameters' types; throws FunctionError.
 QVariant callFunction(const Function &function, Arguments arguments);
 
+// What a pattern of "like" begins with before its first sign.
+QString literalPrefix(const QString &pattern);
+
 // A Date as text: "dd/mm/yyyy", with " hh:mm:ss" unless it is midnight; the time alone on day zero.
 QString dateText(const QDateTime &date);
 

@@ -10,15 +10,6 @@ namespace {
 
 const QString textType = QStringLiteral("::citext");
 
-// What a pattern begins with before its first sign.
-QString literalPrefix(const QString &pattern)
-{
-    qsizetype length = 0;
-    while (length < pattern.size() && !QStringView(u"*?#[").contains(pattern[length]))
-        ++length;
-    return pattern.left(length);
-}
-
 } // namespace
 
 QString PostgresDialect::textLiteral(const QString &text) const
@@ -116,7 +107,7 @@ QString PostgresDialect::groupText(const QString &expression) const
 
 QString PostgresDialect::likePattern(const QString &text, const QString &pattern) const
 {
-    const QString prefix = literalPrefix(pattern);
+    const QString prefix = sql::literalPrefix(pattern);
     const QString match = likeExpression(text, textLiteral(pattern));
     if (prefix.isEmpty())
         return match;

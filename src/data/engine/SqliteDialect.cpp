@@ -9,15 +9,6 @@ namespace {
 
 const QString collation = QStringLiteral(" COLLATE JET_TEXT");
 
-// What a pattern begins with before its first sign.
-QString literalPrefix(const QString &pattern)
-{
-    qsizetype length = 0;
-    while (length < pattern.size() && !QStringView(u"*?#[").contains(pattern[length]))
-        ++length;
-    return pattern.left(length);
-}
-
 } // namespace
 
 QString SqliteDialect::textLiteral(const QString &text) const
@@ -74,7 +65,7 @@ QString SqliteDialect::groupText(const QString &expression) const
 
 QString SqliteDialect::likePattern(const QString &text, const QString &pattern) const
 {
-    const QString prefix = literalPrefix(pattern);
+    const QString prefix = sql::literalPrefix(pattern);
     const QString match =
         QStringLiteral("jet_like(") + textLiteral(pattern) + QStringLiteral(", ") + text + u')';
     if (prefix.isEmpty())
