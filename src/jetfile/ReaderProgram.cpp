@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "jetfile/ReaderProgram.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -20,11 +19,10 @@ namespace jetfile {
 
 namespace {
 
-// The folder of the running program. Qt only knows it while there is an application object.
+// The folder of the running program. Readers are started from several threads at once, which
+// QCoreApplication::applicationDirPath() does not bear at its first call; nor is there always an application object.
 QString programFolder()
 {
-    if (QCoreApplication::instance())
-        return QCoreApplication::applicationDirPath();
     return QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
 }
 

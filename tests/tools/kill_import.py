@@ -61,10 +61,8 @@ class Trial:
         self.environment = environment
         self.faults = []
 
-    def start(self, source, target, *more):
-        return subprocess.Popen([self.options.orvale, "import", str(source), str(target), *more],
-                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL,
-                                env=self.environment)
+    def command(self, target, old):
+        return [self.options.orvale, "import", str(self.options.source), str(target), *(["--replace"] if old else [])]
 
     def check(self, practice):
         """What is wrong with a practice that `orvale check` cannot read; empty for a readable one."""
@@ -78,7 +76,8 @@ class Trial:
         target = folder / "practice"
         if old:
             shutil.copytree(old["path"], target)
-        process = self.start(self.options.source, target, *(["--replace"] if old else []))
+        process = subprocess.Popen(self.command(target, old), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   stdin=subprocess.DEVNULL, env=self.environment)
         time.sleep(moment)
         in_time = process.poll() is None
         if in_time:
@@ -116,10 +115,13 @@ class Trial:
         if old:
             shutil.copytree(old["path"], target)
         started = time.monotonic()
-        status = self.start(self.options.source, target, *(["--replace"] if old else [])).wait(LIMIT)
-        if status != 0:
-            sys.exit(f"the import fails without being killed: status {status}")
-        return time.monotonic() - started
+        run = subprocess.run(self.command(target, old), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                             stderr=subprocess.STDOUT, encoding="utf-8", env=self.environment, timeout=LIMIT,
+                             check=False)
+        seconds = time.monotonic() - started
+        if run.returncode != 0:
+            sys.exit(f"the import fails without being killed: status {run.returncode}\n{run.stdout[-4000:]}")
+        return seconds
 
     def run(self, scratch):
         first = scratch / "first"
