@@ -11,7 +11,7 @@ namespace {
 
 std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
 {
-    return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
+    return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot, dao::RowsWanted::First);
 }
 
 } // namespace

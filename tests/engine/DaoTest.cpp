@@ -391,6 +391,60 @@ TEST_F(DaoTest, HalfReadRowsSurviveWritesAndTransactions)
     EXPECT_EQ(scalar(*database, "SELECT count(*) FROM numeri"), 501);
 }
 
+TEST_F(DaoTest, RowsAfterTheFirstOnesComeEachOnce)
+{
+    const auto database = create("a.sqlite");
+    database->Execute("CREATE TABLE esami (n LONG, nota TEXT(9))");
+    const auto other = m_engine.CreateWorkspace();
+    const auto theirs = other->OpenDatabase(path("a.sqlite"));
+    const auto fill = [&](int count) {
+        database->Execute("DELETE FROM esami");
+        for (int i = 0; i < count; ++i)
+            database->Execute(QStringLiteral("INSERT INTO esami (n, nota) VALUES (%1, 'x')").arg(i));
+    };
+    const auto open = [&](const QString &order) {
+        return database->OpenRecordset("SELECT n, nota FROM esami WHERE nota <> '%1 %2' ORDER BY " + order,
+                                       dao::RecordsetType::Snapshot, dao::RowsWanted::First);
+    };
+    const auto numbers = [](dao::Recordset &rows) {
+        QList<int> found;
+        for (; !rows.Eof(); rows.MoveNext())
+            found.append(rows.Fields("n").Value().toInt());
+        return found;
+    };
+    const auto upTo = [](int first, int count) {
+        QList<int> all;
+        for (int i = first; i < count; ++i)
+            all.append(i);
+        return all;
+    };
+    for (const int count : {0, 9, 10, 11, 45}) {
+        fill(count);
+        EXPECT_EQ(numbers(*open("n")), upTo(0, count));
+        QList<int> ofOneOrder = numbers(*open("nota")); // any of them may be the first ones
+        std::sort(ofOneOrder.begin(), ofOneOrder.end());
+        EXPECT_EQ(ofOneOrder, upTo(0, count));
+    }
+
+    // Whatever others do meanwhile: files keep the state that is being read, a server may show the new row.
+    fill(45);
+    const auto rows = open("n");
+    for (int i = 0; i < 4; ++i)
+        rows->MoveNext();
+    theirs->Execute("DELETE FROM esami WHERE n < 2");
+    theirs->Execute("INSERT INTO esami (n, nota) VALUES (-1, 'nuovo')");
+    QList<int> left = numbers(*rows);
+    EXPECT_LE(left.removeAll(-1), 1);
+    EXPECT_EQ(left, upTo(4, 45));
+
+    // What the same workstation does: the rows are those of before.
+    fill(45);
+    const auto before = open("n");
+    EXPECT_FALSE(before->Eof());
+    database->Execute("DELETE FROM esami");
+    EXPECT_EQ(numbers(*before), upTo(0, 45));
+}
+
 TEST_F(DaoTest, ManyRowsAreWrittenAtOnceAndEachThatCannotBeIsTold)
 {
     const auto database = create("a.sqlite");

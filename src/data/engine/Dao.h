@@ -23,6 +23,9 @@ class Session; // the native connection of a workspace, shared by its objects
 struct TableInfo;
 
 enum class RecordsetType { Table, Dynaset, Snapshot };
+// What is going to be read of a query: most often a row among the first few (a server then sends and finds no more
+// than these at first), or all of them.
+enum class RowsWanted { All, First };
 enum class EditMode { None, InProgress, Add };
 
 // One field of a recordset's current row (or of its edit buffer).
@@ -167,7 +170,8 @@ public:
     QString Name() const; // the full path of its file, as it was opened
     // A SELECT, or a table's name. RecordsetType::Table needs a table.
     std::unique_ptr<Recordset> OpenRecordset(const QString &source,
-                                             RecordsetType type = RecordsetType::Dynaset);
+                                             RecordsetType type = RecordsetType::Dynaset,
+                                             RowsWanted wanted = RowsWanted::All);
     // An action query or a definition. All or nothing.
     void Execute(const QString &sql);
     int RecordsAffected() const; // of the last Execute

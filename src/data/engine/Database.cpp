@@ -73,7 +73,8 @@ QString Database::Name() const
     return d->name;
 }
 
-std::unique_ptr<Recordset> Database::OpenRecordset(const QString &source, RecordsetType type)
+std::unique_ptr<Recordset> Database::OpenRecordset(const QString &source, RecordsetType type,
+                                                   RowsWanted wanted)
 {
     d->requireOpen();
     QString tableName = source.trimmed();
@@ -86,7 +87,8 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString &source, Record
         Translation translation = table ? d->wholeTable(*table) : d->translate(source);
         if (translation.kind != StatementKind::Select)
             throw Error(InvalidOperation, QStringLiteral("L'istruzione SQL non restituisce record"), source);
-        return std::make_unique<Recordset::Private>(d->session, d->catalog->tables(), std::move(translation));
+        return std::make_unique<Recordset::Private>(d->session, d->catalog->tables(), std::move(translation),
+                                                    wanted);
     });
     made->name = source;
     made->type = type;

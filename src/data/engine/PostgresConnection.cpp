@@ -258,6 +258,11 @@ PostgresCursor::PostgresCursor(PostgresResult result)
 {
 }
 
+int PostgresCursor::columnCount() const
+{
+    return PQnfields(m_result.get());
+}
+
 QVariant PostgresCursor::value(int column) const
 {
     const PGresult *result = m_result.get();

@@ -70,6 +70,9 @@ public:
     explicit PostgresCursor(PostgresResult result);
     bool next() override { return ++m_row < m_rows; }
     QVariant value(int column) const override;
+    int rowCount() const { return m_rows; }
+    int columnCount() const;
+    void restart() { m_row = -1; } // before the first row
 
 private:
     PostgresResult m_result;

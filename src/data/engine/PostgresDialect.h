@@ -71,6 +71,8 @@ public:
     std::unique_ptr<ExclusiveUse> useExclusively(const QString &name) const override;
     std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                              const QVariantList &values) const override;
+    std::unique_ptr<NativeCursor> openFirstRows(QSqlDatabase &connection, const QString &sql,
+                                                const QVariantList &values, int rows) const override;
     std::unique_ptr<NativeCursor> openStream(QSqlDatabase &connection, const QString &sql) const override;
     QString linkedName(const QString &name, const QString &holder) const override;
     QString nameOfLinked(const QString &linked, const QString &holder) const override;

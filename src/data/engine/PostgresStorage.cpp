@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/PostgresDialect.h"
 
+#include "data/engine/PostgresFirstRows.h"
 #include "data/engine/PostgresSql.h"
 #include "data/engine/SqliteFunctions.h"
 
@@ -104,6 +105,12 @@ std::unique_ptr<NativeCursor> PostgresDialect::openCursor(QSqlDatabase &connecti
                                                           const QVariantList &values) const
 {
     return std::make_unique<PostgresCursor>(runPostgres(*this, connection, sql, values));
+}
+
+std::unique_ptr<NativeCursor> PostgresDialect::openFirstRows(QSqlDatabase &connection, const QString &sql,
+                                                             const QVariantList &values, int rows) const
+{
+    return std::make_unique<PostgresFirstRows>(*this, connection, sql, values, rows);
 }
 
 int PostgresDialect::errorNumber(const QSqlError &error) const

@@ -13,7 +13,7 @@ enum class Standing { OnRow, Deleted, NoMatch };
 
 struct Recordset::Private {
     Private(std::shared_ptr<Session> session_, std::shared_ptr<const TableSet> tables_,
-            Translation translation_);
+            Translation translation_, RowsWanted wanted);
 
     // --- rows
     void requireOpen() const;
@@ -57,6 +57,7 @@ struct Recordset::Private {
     Translation translation;
     QString name;
     RecordsetType type = RecordsetType::Dynaset;
+    RowsWanted rowsWanted;
     bool updatable = false;
     bool open = true;
 

@@ -7,12 +7,15 @@ namespace dao {
 
 // Enough for most queries of a form to be read, and their cursor closed, at once.
 constexpr int rowsPerStep = 100;
+// Where a row among the first few is looked for.
+constexpr int firstRows = 10;
 // Room taken at once for the rows of a query; most of the forms' queries need no more.
 constexpr int rowsExpected = 32;
 
-void RowCache::start(QList<NativeQuery> queries)
+void RowCache::start(QList<NativeQuery> queries, RowsWanted wanted)
 {
     stop();
+    m_wanted = wanted;
     m_cells.clear();
     m_failure.reset();
     m_waiting = std::move(queries);
@@ -34,7 +37,7 @@ void RowCache::closeCursor()
 bool RowCache::has(int row)
 {
     while (row >= size()) {
-        if (!readRows(rowsPerStep))
+        if (!readRows(m_wanted == RowsWanted::First ? firstRows : rowsPerStep))
             return false;
     }
     return true;
@@ -60,8 +63,9 @@ void RowCache::drain()
 
 void RowCache::openNext()
 {
-    m_cursor = m_session->select(m_waiting.first().sql, m_waiting.first().values);
-    m_waiting.removeFirst();
+    const NativeQuery query = m_waiting.takeFirst();
+    m_cursor = m_wanted == RowsWanted::First ? m_session->selectFirst(firstRows, query.sql, query.values)
+                                             : m_session->select(query.sql, query.values);
     m_cells.reserve(m_cells.size() + qsizetype(rowsExpected) * m_width);
     m_session->addReader(*this);
 }

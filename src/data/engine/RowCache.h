@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/engine/Dao.h"
 #include "data/engine/Session.h"
 
 #include <QList>
@@ -29,7 +30,7 @@ public:
     RowCache &operator=(const RowCache &) = delete;
 
     // Forgets all rows; the queries run when a row is asked for.
-    void start(QList<NativeQuery> queries);
+    void start(QList<NativeQuery> queries, RowsWanted wanted = RowsWanted::All);
     // Rows that follow those of the queries before.
     void append(const NativeQuery &query) { m_waiting.append(query); }
     // Reads as far as that row; false when there are fewer rows.
@@ -55,6 +56,7 @@ private:
     std::shared_ptr<Session> m_session;
     int m_width;
     QList<NativeQuery> m_waiting;
+    RowsWanted m_wanted = RowsWanted::All;
     std::unique_ptr<NativeCursor> m_cursor;
     QList<QVariant> m_cells;
     std::optional<Error> m_failure; // of reading: what was read stays, what follows is not there

@@ -121,6 +121,13 @@ std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariant
     return m_dialect->openCursor(handle, sql, values);
 }
 
+std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
+                                                   const QVariantList &values) const
+{
+    QSqlDatabase handle = m_connection;
+    return m_dialect->openFirstRows(handle, sql, values, rows);
+}
+
 std::unique_ptr<NativeCursor> Session::stream(const QString &sql) const
 {
     QSqlDatabase handle = m_connection;

@@ -55,6 +55,8 @@ public:
 
     // A statement that reads; its rows are the caller's to step through.
     std::unique_ptr<NativeCursor> select(const QString &sql, const QVariantList &values = {}) const;
+    // The same rows, of which most often no more than so many are read.
+    std::unique_ptr<NativeCursor> selectFirst(int rows, const QString &sql, const QVariantList &values) const;
     // The same for rows that are too many to be kept in memory.
     std::unique_ptr<NativeCursor> stream(const QString &sql) const;
     // A statement that writes; the number of rows affected.

@@ -209,6 +209,12 @@ std::unique_ptr<NativeCursor> SqlDialect::openCursor(QSqlDatabase &connection, c
     return std::make_unique<QueryCursor>(*this, connection, sql, values);
 }
 
+std::unique_ptr<NativeCursor> SqlDialect::openFirstRows(QSqlDatabase &connection, const QString &sql,
+                                                        const QVariantList &values, int) const
+{
+    return openCursor(connection, sql, values);
+}
+
 std::unique_ptr<NativeCursor> SqlDialect::openStream(QSqlDatabase &connection, const QString &sql) const
 {
     return openCursor(connection, sql, {});

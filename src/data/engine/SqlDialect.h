@@ -146,6 +146,10 @@ public:
     // The default reads through Qt's driver.
     virtual std::unique_ptr<NativeCursor> openCursor(QSqlDatabase &connection, const QString &sql,
                                                      const QVariantList &values) const;
+    // The same rows, of which most often no more than `rows` are read. The default is openCursor(), for engines that find
+    // a row when it is stepped to.
+    virtual std::unique_ptr<NativeCursor> openFirstRows(QSqlDatabase &connection, const QString &sql,
+                                                        const QVariantList &values, int rows) const;
     // The same without values, for more rows than are to be kept in memory; nothing else is done on the connection
     // as long as the cursor is there. The default is openCursor().
     virtual std::unique_ptr<NativeCursor> openStream(QSqlDatabase &connection, const QString &sql) const;
