@@ -5,6 +5,7 @@
 #include "app/Regions.h"
 #include "app/Schema.h"
 #include "app/WorkDialog.h"
+#include "data/engine/PostgresAddress.h"
 #include "support/Prompts.h"
 #include "ui_ImportDialog.h"
 
@@ -25,6 +26,13 @@ QString folderOf(const QLineEdit &field)
     const QString text = field.text().trimmed();
     return text.isEmpty() ? QString()
                           : QDir(QDir::cleanPath(QDir::fromNativeSeparators(text))).absolutePath();
+}
+
+// A folder, or a server's address as it was typed.
+QString targetOf(const QLineEdit &field)
+{
+    const QString text = field.text().trimmed();
+    return dao::isServerAddress(text) ? text : folderOf(field);
 }
 
 bool isPractice(const QString &folder)
@@ -119,7 +127,9 @@ ImportDialog::~ImportDialog() = default;
 
 QString ImportDialog::proposedTarget(const QString &openPractice)
 {
-    return freeFolder(QFileInfo(QDir::cleanPath(openPractice)).absoluteDir());
+    return freeFolder(dao::isServerAddress(openPractice)
+                          ? QDir::home()
+                          : QFileInfo(QDir::cleanPath(openPractice)).absoluteDir());
 }
 
 QString ImportDialog::targetWithin(const QString &folder)
@@ -157,7 +167,7 @@ ImportOptions ImportDialog::options() const
 {
     ImportOptions options;
     options.source = folderOf(*m_ui->source);
-    options.target = folderOf(*m_ui->target);
+    options.target = targetOf(*m_ui->target);
     options.region = region();
     options.replace = m_ui->replace->isChecked();
     return options;
@@ -174,7 +184,8 @@ bool ImportDialog::acceptsFields(const ImportOptions &options)
         return refuse(*m_ui->source, QStringLiteral("Indicare la cartella che contiene i file Jet."));
     if (options.target.isEmpty())
         return refuse(*m_ui->target, QStringLiteral("Indicare la cartella del nuovo archivio."));
-    if (isWithin(options.target, m_openPractice))
+    // A server's database that holds anything is refused by the import itself.
+    if (!dao::isServerAddress(options.target) && isWithin(options.target, m_openPractice))
         return refuse(*m_ui->target,
                       QStringLiteral("L'archivio %1 è aperto in questa finestra: non si può importare al suo "
                                      "posto.\n\nIndicare un'altra cartella per il nuovo archivio.")
@@ -218,7 +229,8 @@ void ImportDialog::import()
     hide();
     ImportSummary summary(report, parentWidget());
     if (summary.exec() == Accepted)
-        m_practiceToOpen = report.practice;
+        m_practiceToOpen =
+            dao::isServerAddress(wanted.target) ? wanted.target : report.practice; // with its password
     done(m_practiceToOpen.isEmpty() ? Rejected : Accepted);
 }
 

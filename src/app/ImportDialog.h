@@ -25,7 +25,7 @@ public:
     using Importer = std::function<ImportReport(const ImportOptions &,
                                                 const std::function<void(const ImportProgress &)> &)>;
 
-    // `openPractice`: the folder of the practice that the window has open; never imported over. The prompts
+    // `openPractice`: the folder or the address of the practice that the window has open; never imported over. The prompts
     // must outlive the dialog.
     ImportDialog(const QString &openPractice, clivara::Prompts &prompts, Importer importer,
                  QWidget *parent = nullptr);
@@ -35,7 +35,7 @@ public:
     QString practiceToOpen() const { return m_practiceToOpen; }
     QString region() const; // the two digits that were chosen; empty for none
 
-    // A folder beside `openPractice` that does not exist yet.
+    // A folder beside `openPractice`, or at home when that is on a server, that does not exist yet.
     static QString proposedTarget(const QString &openPractice);
     // Where an import goes when the doctor picks `folder`: into it when it is empty or holds a practice,
     // else into a new folder inside it.
