@@ -37,13 +37,22 @@ public:
                 sheet.setValue(i, *value);
         }
         clivara::AggiornaTotali(sheet);
-        if (const int field = sheet.layout().indexOf(QStringLiteral("Criteri")); field >= 0)
-            sheet.setValue(field,
-                           QString::number(clivara::therapyCriteria(sheet, m_patient.ageOn(m_day)).entry));
+        // What follows from other values follows from them here, too.
+        const double fev1 = sheet.number(QStringLiteral("Fev1"));
+        setEntry(sheet, "Stadio", fev1 <= 0 ? 0 : fev1 >= 80 ? 1 : fev1 >= 50 ? 2 : fev1 >= 30 ? 3 : 4);
+        setEntry(sheet, "Gruppo", clivara::copdGroup(sheet));
+        setEntry(sheet, "Criteri", clivara::therapyCriteria(sheet, m_patient.ageOn(m_day)).entry);
         return clivara::CreaStringaDati(sheet);
     }
 
 private:
+    // Nothing in a sheet that has no such list.
+    static void setEntry(SheetData &sheet, const char *list, int entry)
+    {
+        if (const int field = sheet.layout().indexOf(QLatin1String(list)); field >= 0)
+            sheet.setValue(field, QString::number(entry));
+    }
+
     QString valueOf(const SheetField &field, const QString &empty)
     {
         switch (field.kind) {

@@ -82,34 +82,29 @@ TherapyCriteria asthma(const SheetData &data)
     return judged(faults, {levels[control]});
 }
 
-enum class CopdGroup { Unknown, A, B, E };
+enum Group { GroupA = 1, GroupB = 2, GroupE = 3 }; // entries of the list "Gruppo"
 
-constexpr int dyspnoeaUnknown = 5;
-
-CopdGroup copdGroup(const SheetData &data)
+QChar groupLetter(int group)
 {
-    if (number(data, "Riacutizzazioni") >= 2 || number(data, "Ricoveri") >= 1)
-        return CopdGroup::E;
-    const int dyspnoea = data.entry(QStringLiteral("Dispnea"));
-    const bool known = dyspnoea != dyspnoeaUnknown;
-    if ((known && dyspnoea >= 2) || number(data, "Cat") >= 10)
-        return CopdGroup::B;
-    return known || !isEmpty(data, "Cat") ? CopdGroup::A : CopdGroup::Unknown;
+    return QStringLiteral("ABE").at(group - 1);
 }
 
 TherapyCriteria copd(const SheetData &data)
 {
-    const CopdGroup group = copdGroup(data);
+    const int group = copdGroup(data);
     QStringList findings, faults;
     const double ratio = number(data, "Tiffeneau");
     if (ratio >= 70)
         findings
             << QStringLiteral("FEV1/FVC %1 %: l'ostruzione non è confermata.").arg(jet::numberText(ratio));
-    if (group == CopdGroup::Unknown)
+    if (group == 0)
         return {Unknown, findings << QStringLiteral("Gruppo: mancano la dispnea e il CAT.")};
-    const char *const letter = group == CopdGroup::A ? "A" : group == CopdGroup::B ? "B" : "E";
-    findings << QStringLiteral("Gruppo %1.").arg(QLatin1String(letter));
-    if (group == CopdGroup::A) {
+    const int noted = data.entry(QStringLiteral("Gruppo"));
+    findings << (noted == 0 || noted == group
+                     ? QStringLiteral("Gruppo %1.").arg(groupLetter(group))
+                     : QStringLiteral("Gruppo %1 secondo i dati, ma è indicato il gruppo %2.")
+                           .arg(groupLetter(group), groupLetter(noted)));
+    if (group == GroupA) {
         if (!anyYes(data, {"Brevi", "Laba", "Lama"}))
             faults << QStringLiteral("Nessun broncodilatatore prescritto.");
     } else if (!isYes(data, "Laba") || !isYes(data, "Lama")) {
@@ -138,6 +133,18 @@ TherapyCriteria anyRespiratory(const SheetData &data)
 }
 
 } // namespace
+
+int copdGroup(const SheetData &data)
+{
+    constexpr int dyspnoeaUnknown = 5;
+    if (number(data, "Riacutizzazioni") >= 2 || number(data, "Ricoveri") >= 1)
+        return GroupE;
+    const int dyspnoea = data.entry(QStringLiteral("Dispnea"));
+    const bool known = dyspnoea != dyspnoeaUnknown;
+    if ((known && dyspnoea >= 2) || number(data, "Cat") >= 10)
+        return GroupB;
+    return known || !isEmpty(data, "Cat") ? GroupA : 0;
+}
 
 TherapyCriteria CriteriTerapiaDiabete(const SheetData &data, int age)
 {

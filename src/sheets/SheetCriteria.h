@@ -23,6 +23,10 @@ TherapyCriteria CriteriTerapiaDiabete(const SheetData &data, int age);
 // bronchodilators where the group asks for them. By the international reports on both diseases.
 TherapyCriteria CriteriTerapiaMalattieRespiratorie(const SheetData &data);
 
+// The group of a COPD sheet's values as the entry of its list "Gruppo": 1 A, 2 B, 3 E; 0 when dyspnoea and CAT score are
+// both missing.
+int copdGroup(const SheetData &data);
+
 // The criteria that the sheet's layout names; entry 0 without reasons for a sheet that has none.
 TherapyCriteria therapyCriteria(const SheetData &data, int age);
 
