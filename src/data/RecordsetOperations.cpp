@@ -13,9 +13,10 @@ namespace {
 
 constexpr int maximumAttempts = 20;
 constexpr int maximumPause = 1000; // ms
-// What the pauses take at most. A server that does not even answer costs seconds at each attempt; that is no reason to
-// keep the doctor waiting for longer.
+// What the pauses take at most. A server that does not even answer, or only just before its limit, costs seconds at each
+// attempt; that is no reason to keep the doctor waiting for longer.
 constexpr qint64 longestPatience = (maximumAttempts - 1) * maximumPause;
+constexpr qint64 slowAttempt = 1000; // ms
 
 // 500 to 1000 ms; the random part keeps two workstations that collided from retrying in step.
 int pauseFor(double draw)
@@ -36,30 +37,35 @@ qint16 RecordsetOperations::attempt(const QString &routine, const QString &sourc
 {
     const QString prefix = routine + QStringLiteral(" - ");
     m_log.write(prefix + QStringLiteral("begin"));
-    int firstError = 0; // what follows it is often only its consequence
+    int tellingError =
+        0; // the first one, what follows being often only its consequence; a server that is gone above all
+    qint64 longestAttempt = 0;
     QElapsedTimer time;
     time.start();
     for (int failures = 0;;) {
+        const qint64 before = time.elapsed();
         try {
             operation();
             m_log.write(prefix + QStringLiteral("0"));
             return 0;
         } catch (const dao::Error &error) {
-            if (failures++ == 0)
-                firstError = error.number();
+            if (failures++ == 0 || error.number() == dao::ConnectionLost)
+                tellingError = error.number();
             m_log.write(
                 QStringLiteral("%1iErr=%2 - Error %3 - ").arg(prefix).arg(failures).arg(error.number())
                 + error.text());
             m_log.write(prefix + source);
+            longestAttempt = std::max(longestAttempt, time.elapsed() - before);
+            const bool isSlow = error.number() == dao::ConnectionLost || longestAttempt > slowAttempt;
             if (failures == maximumAttempts || isFinal(error)
-                || (error.number() == dao::ConnectionLost && time.hasExpired(longestPatience)))
+                || (isSlow && time.elapsed() + maximumPause + longestAttempt > longestPatience))
                 break;
         }
         m_pauses.pause(pauseFor(m_pauses.draw()));
         m_log.write(prefix + QStringLiteral("TryAgain"));
     }
     m_log.write(prefix + QStringLiteral("Failed"));
-    m_failure = firstError;
+    m_failure = tellingError;
     return -1;
 }
 

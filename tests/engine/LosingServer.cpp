@@ -58,9 +58,10 @@ LosingServer::~LosingServer()
     ::close(m_listening);
 }
 
-void LosingServer::lose(Loses what, const QByteArray &text)
+void LosingServer::lose(Loses what, const QByteArray &text, Then then)
 {
     m_text = text;
+    m_then = then;
     m_loses = what;
 }
 
@@ -89,6 +90,10 @@ void LosingServer::pass(int client)
                 ::send(server, message.constData(), std::size_t(message.size()), MSG_NOSIGNAL);
             if (loses == Loses::Answer)
                 received(server); // it has been done
+            if (loses != Loses::Nothing && m_then == Then::IsSilent) {
+                while (!m_stopping && !(isReadable(client) && received(client).isEmpty())) { }
+                break;
+            }
             open = loses == Loses::Nothing && !message.isEmpty();
         }
         if (open && isReadable(server)) {

@@ -18,7 +18,7 @@ protected:
         m_direct = m_admin.DefaultWorkspace().CreateDatabase(name());
         m_direct->Execute("CREATE TABLE visite (id COUNTER, nota TEXT(20))");
         qputenv("PGHOST", m_folder.path().toUtf8());
-        m_database = m_engine.OpenDatabase(name());
+        m_database = m_engine.OpenDatabase(name().replace(u'#', "?answer_timeout=1#"));
         qputenv("PGHOST", m_host);
     }
     QString name() const { return testengine::databaseName(m_folder.path(), "Orvale.sqlite"); }
@@ -39,12 +39,14 @@ protected:
 TEST_F(PostgresCommitTest, WhatWasSavedIsSaidToBeSavedAndTheRestNot)
 {
     using Loses = LosingServer::Loses;
+    using Then = LosingServer::Then;
     struct Row {
         const char *what;
         Loses loses;
         const char *text;
         bool inTransaction;
         bool isSaved;
+        Then then = Then::Cuts;
     };
     for (const Row &row : {
              Row{"the answer to the commit", Loses::Answer, "COMMIT", true, true},
@@ -53,6 +55,8 @@ TEST_F(PostgresCommitTest, WhatWasSavedIsSaidToBeSavedAndTheRestNot)
              {"the commit of a statement alone", Loses::Statement, "COMMIT", false, false},
              {"the answer to a statement alone", Loses::Answer, "INSERT INTO", false, false},
              {"a statement alone", Loses::Statement, "INSERT INTO", false, false},
+             Row{"the answer to the commit, in silence", Loses::Answer, "COMMIT", true, true, Then::IsSilent},
+             Row{"the commit, in silence", Loses::Statement, "COMMIT", true, false, Then::IsSilent},
          }) {
         const int before = stored();
         int error = 0;
@@ -63,13 +67,13 @@ TEST_F(PostgresCommitTest, WhatWasSavedIsSaidToBeSavedAndTheRestNot)
                 transaction.emplace(m_engine.DefaultWorkspace());
             const auto visits = m_database->OpenRecordset("visite");
             if (!row.inTransaction)
-                m_server->lose(row.loses, row.text);
+                m_server->lose(row.loses, row.text, row.then);
             visits->AddNew();
             visits->Fields("nota").setValue("tosse");
             visits->Update();
             number = visits->LastAutoNumber();
             if (row.inTransaction) {
-                m_server->lose(row.loses, row.text);
+                m_server->lose(row.loses, row.text, row.then);
                 transaction->commit();
             }
         } catch (const dao::Error &lost) {

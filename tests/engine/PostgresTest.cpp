@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/BulkLoad.h"
+#include "data/engine/ExclusiveUse.h"
 #include "data/engine/PostgresAddress.h"
 #include "server/TestEngine.h"
 #include "values/JetValues.h"
@@ -52,8 +53,13 @@ TEST(PostgresAddress, NamesTheDatabaseAndNeverThePassword)
         EXPECT_EQ(address.schema, QLatin1String(c.schema)) << c.given;
         EXPECT_EQ(address.name(), QLatin1String(c.name)) << c.given;
     }
+    const QString slow = QStringLiteral("postgresql://server/studio?answer_timeout=30");
+    EXPECT_EQ(dao::PostgresAddress::parse(slow).answerTimeout, 30);
+    EXPECT_EQ(dao::PostgresAddress::parse(slow).name(), slow);
+    EXPECT_TRUE(dao::PostgresAddress::parse(slow).options.isEmpty())
+        << "the server's library does not know it";
     for (const char *wrong : {"postgresql://server", "postgresql://server/", "postgresql://server:x/studio",
-                              "postgresql://server/a/b"})
+                              "postgresql://server/a/b", "postgresql://server/studio?answer_timeout=presto"})
         EXPECT_EQ(errorOf([&] { dao::PostgresAddress::parse(QString::fromLatin1(wrong)); }),
                   dao::CannotFindFile)
             << wrong;
@@ -112,8 +118,11 @@ TEST_F(PostgresTest, ConnectionThatWasLostComesBackForTheNextStatement)
                                  "WHERE application_name = 'orvale' AND pid <> pg_backend_pid()"));
     };
     cut();
-    EXPECT_EQ(errorOf([&] { database->Execute("INSERT INTO numeri (n) VALUES (1)"); }), dao::ConnectionLost);
-    database->Execute("INSERT INTO numeri (n) VALUES (2)");
+    database->Execute("INSERT INTO numeri (n) VALUES (2)"); // nothing was lost with it
+    cut();
+    EXPECT_EQ(database->OpenRecordset("SELECT n FROM numeri")->Fields(0).Value(), 2);
+    // The practice is in use on the new connection as well.
+    EXPECT_EQ(errorOf([&] { dao::useExclusively(name("a")); }), dao::Locked);
     // A transaction that was cut is gone as a whole, and nothing of it is saved on its own.
     m_engine.DefaultWorkspace().BeginTrans();
     database->Execute("INSERT INTO numeri (n) VALUES (3)");
@@ -121,7 +130,9 @@ TEST_F(PostgresTest, ConnectionThatWasLostComesBackForTheNextStatement)
     EXPECT_EQ(errorOf([&] { database->Execute("INSERT INTO numeri (n) VALUES (4)"); }), dao::ConnectionLost);
     EXPECT_EQ(errorOf([&] { database->Execute("INSERT INTO numeri (n) VALUES (5)"); }),
               dao::TransactionError);
-    EXPECT_EQ(errorOf([&] { m_engine.DefaultWorkspace().CommitTrans(); }), dao::TransactionError);
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset("SELECT n FROM numeri")->Eof(); }),
+              dao::TransactionError);
+    EXPECT_EQ(errorOf([&] { m_engine.DefaultWorkspace().CommitTrans(); }), dao::ConnectionLost);
     const auto rows = database->OpenRecordset("SELECT n FROM numeri");
     ASSERT_FALSE(rows->Eof());
     EXPECT_EQ(rows->Fields(0).Value(), 2);

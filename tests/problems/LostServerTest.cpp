@@ -3,51 +3,14 @@
 #include "problems/Problemi.h"
 #include "problems/Visita2.h"
 
-#include "DialogFixture.h"
+#include "LostServerFixture.h"
 
-#include <QProcess>
-#include <QSqlError>
 #include <QThread>
 
 namespace clivara {
 namespace {
 
-// The server goes away while a dialog is open, and comes back. Only where there is a server.
-class LostServerTest : public DialogFixture {
-protected:
-    void SetUp() override
-    {
-        if (!testengine::isServer())
-            GTEST_SKIP() << "needs a server";
-    }
-    static void server(const char *command)
-    {
-        QProcess control;
-        control.start(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {QString::fromLatin1(command)});
-        EXPECT_TRUE(control.waitForFinished(30000) && control.exitCode() == 0) << command;
-    }
-    // On the server itself, as its administrator.
-    void native(const QString &sql)
-    {
-        const auto other = otherWorkstation();
-        QSqlQuery query(other->nativeConnection());
-        EXPECT_TRUE(query.exec(QString(sql).replace("SCHEMA", u'"' + other->nativeSchema() + u'"')))
-            << query.lastError().text().toStdString();
-    }
-    // Cuts the connection that does something to the table.
-    void cutConnectionOf(const char *event, const char *table, const char *deferred = "")
-    {
-        native(QStringLiteral("CREATE FUNCTION SCHEMA.cut() RETURNS trigger LANGUAGE plpgsql AS "
-                              "$$ BEGIN PERFORM pg_terminate_backend(pg_backend_pid()); RETURN NEW; END $$"));
-        native(QStringLiteral("CREATE %1 ON SCHEMA.%2 %3 FOR EACH ROW EXECUTE FUNCTION SCHEMA.cut()")
-                   .arg(QLatin1String(event), QLatin1String(table), QLatin1String(deferred)));
-    }
-    void repair() { native(QStringLiteral("DROP FUNCTION SCHEMA.cut() CASCADE")); }
-
-    inline static const std::string unreachable =
-        "Attenzione!|Salvataggio non riuscito: il server dell'archivio non è raggiungibile.\n"
-        "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.|warning";
-};
+using LostServerTest = LostServerFixture;
 
 TEST_F(LostServerTest, TheDialogSaysSoAndSavesWhenTheServerIsBack)
 {
@@ -65,6 +28,42 @@ TEST_F(LostServerTest, TheDialogSaysSoAndSavesWhenTheServerIsBack)
         EXPECT_FALSE(form.isVisible());
     });
     EXPECT_EQ(clinical("SELECT cod_paz, anamnesi FROM VISITAPROBL"), QStringList("17|scritto"));
+}
+
+// Nobody was at the workstation meanwhile.
+TEST_F(LostServerTest, AServerThatIsBackIsNotMissed)
+{
+    Visita2 form(state);
+    state.visitMode = "10";
+    open(form, [&] {
+        type("Text1_0", "scritto");
+        server("kill");
+        server("start");
+        click(save);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_TRUE(prompts.boxes.isEmpty());
+    EXPECT_TRUE(pauses.taken.isEmpty());
+    EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList("scritto"));
+}
+
+TEST_F(LostServerTest, AServerThatGoesAwayWhileOthersWriteIsWhatIsTold)
+{
+    Visita2 form(state);
+    state.visitMode = "10";
+    const auto other = otherWorkstation();
+    open(form, [&] {
+        type("Text1_0", "scritto");
+        otherWorkspace().BeginTrans();
+        pauses.actAt = 2;
+        pauses.during = [&] { server("kill"); };
+        EXPECT_EQ(boxOf(save), unreachable)
+            << "not that another workstation is in the way, as it was at first";
+        server("start");
+        EXPECT_THROW(otherWorkspace().Rollback(), dao::Error);
+        click(save);
+    });
+    EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList("scritto"));
 }
 
 TEST_F(LostServerTest, AListThatCannotBeReadSaysSoOnce)

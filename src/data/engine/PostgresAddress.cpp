@@ -10,6 +10,8 @@ namespace dao {
 namespace {
 
 constexpr QLatin1String scheme("postgresql");
+// An option of the program's own, which the server's library does not know.
+constexpr QLatin1String answerTimeoutKey("answer_timeout");
 
 } // namespace
 
@@ -38,10 +40,13 @@ PostgresAddress PostgresAddress::parse(const QString &address)
             result.user = value;
         else if (key == u"password")
             result.password = value;
+        else if (key == answerTimeoutKey)
+            result.answerTimeout = value.toInt();
         else
             result.options.append({key, value});
     }
-    if (!url.isValid() || result.database.isEmpty() || result.database.contains(u'/'))
+    if (!url.isValid() || result.answerTimeout < 1 || result.database.isEmpty()
+        || result.database.contains(u'/'))
         throw Error(CannotFindFile,
                     QStringLiteral("L'indirizzo del database non è valido: deve avere la forma "
                                    "postgresql://server/database"));
@@ -65,6 +70,8 @@ QString PostgresAddress::server() const
     url.setPath(u'/' + database, QUrl::DecodedMode);
     for (const auto &[key, value] : options)
         query.addQueryItem(key, value);
+    if (answerTimeout != PostgresAddress().answerTimeout)
+        query.addQueryItem(answerTimeoutKey, QString::number(answerTimeout));
     if (!query.isEmpty())
         url.setQuery(query);
     // Without a host the two slashes would be lost.

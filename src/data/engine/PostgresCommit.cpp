@@ -4,15 +4,19 @@
 #include "data/engine/Error.h"
 #include "data/engine/PostgresConnection.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QThread>
+#include <algorithm>
 
 namespace dao {
 namespace {
 
-// A server that was restarted is back within seconds.
+// A server that was restarted is back within seconds. Where the loss itself was noticed late, only so much is left that
+// nobody waits longer than for the retries of a save.
 constexpr qint64 longestDoubtMs = 10000;
+constexpr qint64 longestCommitMs = 19000;
 constexpr int betweenAttemptsMs = 250;
 
 } // namespace
@@ -30,6 +34,7 @@ QString PostgresCommit::lock() const
 void PostgresCommit::commit(PostgresConnection &connection)
 {
     ++m_number;
+    const QDeadlineTimer end(longestCommitMs);
     // The rows of connections that are no more go with the first commit of another one.
     const QString purge =
         m_number == 1 ? QStringLiteral("DELETE FROM jet.commits WHERE at < now() - interval '1 day'; ")
@@ -42,16 +47,18 @@ void PostgresCommit::commit(PostgresConnection &connection)
                   .arg(m_session)
                   .arg(m_number));
     } catch (const Error &error) {
-        if (error.number() != ConnectionLost || !isDone(connection))
+        if (error.number() != ConnectionLost || !isDone(connection, end))
             throw;
     }
 }
 
-bool PostgresCommit::isDone(PostgresConnection &connection) const
+bool PostgresCommit::isDone(PostgresConnection &connection, const QDeadlineTimer &end) const
 {
+    const qint64 limit = std::min(longestDoubtMs, end.remainingTime());
     QElapsedTimer doubt;
     doubt.start();
-    for (;;) {
+    for (qint64 longestAttempt = 0;;) {
+        const qint64 before = doubt.elapsed();
         try {
             // The lock is free when the server has done with the transaction, one way or the other.
             PostgresCursor row(
@@ -60,7 +67,8 @@ bool PostgresCommit::isDone(PostgresConnection &connection) const
                                    .arg(m_session)));
             return row.next() && row.value(0).toLongLong() == m_number;
         } catch (const Error &error) {
-            if (doubt.hasExpired(longestDoubtMs))
+            longestAttempt = std::max(longestAttempt, doubt.elapsed() - before);
+            if (doubt.elapsed() + betweenAttemptsMs + longestAttempt > limit)
                 throw Error(CommitInDoubt,
                             QStringLiteral("Il collegamento con il server si è interrotto durante il "
                                            "salvataggio: non si sa se è avvenuto (%1)")

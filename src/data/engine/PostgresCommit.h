@@ -3,6 +3,8 @@
 
 #include <QString>
 
+class QDeadlineTimer;
+
 namespace dao {
 
 class PostgresConnection;
@@ -20,7 +22,7 @@ public:
     void commit(PostgresConnection &connection);
 
 private:
-    bool isDone(PostgresConnection &connection) const;
+    bool isDone(PostgresConnection &connection, const QDeadlineTimer &end) const;
 
     const qint64 m_session; // this connection's number among all
     qint64 m_number = 0; // of its last commit

@@ -5,7 +5,6 @@
 
 #include <QSqlDriver>
 #include <QSqlError>
-#include <algorithm>
 #include <cstdlib>
 #include <libpq-fe.h>
 
@@ -30,11 +29,6 @@ const QByteArray keepState = QByteArrayLiteral("; SAVEPOINT statement");
 const QByteArray keepNewState = QByteArrayLiteral("; RELEASE statement; SAVEPOINT statement");
 const QByteArray returnToState = QByteArrayLiteral("ROLLBACK TO statement");
 
-QString connectionLostText()
-{
-    return QStringLiteral("Il collegamento con il server dei database si è interrotto");
-}
-
 Error errorOf(const SqlDialect &dialect, const PGconn *connection, const PGresult *failed,
               const QString &shown)
 {
@@ -49,34 +43,43 @@ Error errorOf(const SqlDialect &dialect, const PGconn *connection, const PGresul
 
 } // namespace
 
+Error connectionLost(const QString &sql)
+{
+    return Error(ConnectionLost, QStringLiteral("Il collegamento con il server dei database si è interrotto"),
+                 sql);
+}
+
 void ClearPostgresResult::operator()(PGresult *result) const
 {
     PQclear(result);
 }
 
-QString postgresSessionSettings()
-{
-    // A lock is waited for as shortly as in a file: whoever wants to try longer does so where the user can see it.
-    // Nothing that a person waits for may take longer than the retries of a save, and a workstation that hangs in
-    // the middle of a transaction must not keep the others from working.
-    return QStringLiteral(
-        "SET lock_timeout = '250ms'; SET statement_timeout = '10s'; "
-        "SET idle_in_transaction_session_timeout = '60s'; SET extra_float_digits = 1; SET jit = off; "
-        "SET client_min_messages = warning; SET datestyle = 'ISO'; "
-        "SET bytea_output = 'hex'; SET standard_conforming_strings = on; "
-        "SET search_path = pg_catalog, jet, public");
-}
-
 PostgresConnection::PostgresConnection(const SqlDialect &dialect, const QSqlDatabase &connection)
     : m_dialect(dialect)
     , m_connection(*static_cast<PGconn *const *>(connection.driver()->handle().constData()))
+    , m_wire(PostgresWire::of(connection))
 {
 }
 
 bool PostgresConnection::inTransaction() const
 {
-    const PGTransactionStatusType status = PQtransactionStatus(m_connection);
-    return status == PQTRANS_INTRANS || status == PQTRANS_INERROR;
+    return m_wire.isInTransaction();
+}
+
+void PostgresConnection::beginLongWork(PostgresWire::LongWork work)
+{
+    const QString scope = work == PostgresWire::LongWork::Transaction ? QStringLiteral("LOCAL") : QString();
+    const QString sql = QStringLiteral("SET %1 statement_timeout = 0; "
+                                       "SET %1 idle_in_transaction_session_timeout = 0")
+                            .arg(scope);
+    run(sql);
+    m_wire.setLongWork(work);
+}
+
+void PostgresConnection::endLongWork()
+{
+    run(QString::fromUtf8(m_wire.greeting()));
+    m_wire.setLongWork(PostgresWire::LongWork::None);
 }
 
 int PostgresConnection::affected(const PGresult *result)
@@ -141,19 +144,39 @@ QByteArray PostgresConnection::withValues(const QString &sql, const QVariantList
 
 void PostgresConnection::requireConnection(const QString &sql)
 {
-    if (PQstatus(m_connection) == CONNECTION_OK)
+    if (m_wire.isOpen())
         return;
-    PQreset(m_connection);
-    if (PQstatus(m_connection) != CONNECTION_OK)
-        throw Error(ConnectionLost, connectionLostText(), sql);
-    PQsetClientEncoding(m_connection, "UTF8");
-    send(postgresSessionSettings().toLatin1(), sql);
+    if (!m_wire.open())
+        throw connectionLost(sql);
+    try {
+        send(m_wire.greeting(), sql);
+    } catch (const Error &) {
+        m_wire.giveUp(); // it is not to be used without
+        throw;
+    }
 }
 
 PostgresResult PostgresConnection::send(const QByteArray &sql, const QString &shown)
 {
-    PQsendQuery(m_connection, sql.constData());
+    m_wire.send(sql);
     return results(shown);
+}
+
+// That a connection is gone is often found out only by using it. What has certainly changed nothing is sent again over
+// a new one, so that nobody hears of a server that is back already.
+PostgresResult PostgresConnection::sendOutside(const QByteArray &sql, const QString &shown)
+{
+    requireConnection(shown);
+    try {
+        return send(sql, shown);
+    } catch (const Error &error) {
+        const bool changesNothing = sql.startsWith("SELECT ") || sql.startsWith("BEGIN");
+        // Whoever has waited for a silent server is not made to wait for it a second time.
+        if (error.number() != ConnectionLost || !changesNothing || m_wire.wasSilent())
+            throw;
+    }
+    requireConnection(shown);
+    return send(sql, shown);
 }
 
 // Waits for what the server answers to what was sent.
@@ -161,18 +184,21 @@ PostgresResult PostgresConnection::results(const QString &shown)
 {
     PostgresResult useful;
     PostgresResult failed;
-    while (PGresult *result = PQgetResult(m_connection)) {
+    while (PGresult *result = m_wire.result()) {
         PostgresResult owned(result);
         const ExecStatusType status = PQresultStatus(result);
-        if (status == PGRES_COPY_IN)
+        if (status == PGRES_COPY_IN) {
+            if (!m_wire.isOpen())
+                break;
             return owned; // the rows are to come
+        }
         if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY)
             failed = std::move(owned);
         else if (!useful || status == PGRES_TUPLES_OK || *PQcmdTuples(result) != '\0')
             useful = std::move(owned);
     }
-    if (PQstatus(m_connection) != CONNECTION_OK)
-        throw Error(ConnectionLost, connectionLostText(), shown);
+    if (!m_wire.isOpen())
+        throw connectionLost(shown);
     if (!failed && useful)
         return useful;
     throw errorOf(m_dialect, m_connection, failed.get(), shown);
@@ -181,10 +207,8 @@ PostgresResult PostgresConnection::results(const QString &shown)
 PostgresResult PostgresConnection::run(const QString &sql, const QVariantList &values)
 {
     const QByteArray text = withValues(sql, values);
-    if (!inTransaction()) {
-        requireConnection(sql);
-        return send(text, sql);
-    }
+    if (!inTransaction())
+        return sendOutside(text, sql);
     try {
         return send(text + keepNewState, sql);
     } catch (const Error &) {
@@ -201,11 +225,7 @@ void PostgresConnection::copyIn(const QString &sql, const QByteArray &rows)
         requireConnection(sql);
     try {
         send(sql.toUtf8(), sql);
-        // The library takes no more than a whole number of bytes at once.
-        constexpr qsizetype most = 1 << 20;
-        for (qsizetype at = 0; at < rows.size(); at += most)
-            PQputCopyData(m_connection, rows.constData() + at, int(std::min(most, rows.size() - at)));
-        PQputCopyEnd(m_connection, nullptr);
+        m_wire.sendCopy(rows);
         results(sql);
         if (inside)
             send(QByteArrayLiteral("RELEASE statement; SAVEPOINT statement"), sql);
@@ -223,14 +243,12 @@ int PostgresConnection::serverVersion(const QSqlDatabase &connection)
 
 void PostgresConnection::control(const QString &sql)
 {
-    if (!inTransaction())
-        requireConnection(sql);
     const bool opens = sql.startsWith(u"BEGIN") || sql.startsWith(u"SAVEPOINT ");
-    const PostgresResult result = send(sql.toUtf8()
-                                           + (opens                         ? keepState
-                                              : sql.startsWith(u"RELEASE ") ? keepNewState
-                                                                            : QByteArray()),
-                                       sql);
+    const QByteArray text = sql.toUtf8()
+                            + (opens                         ? keepState
+                               : sql.startsWith(u"RELEASE ") ? keepNewState
+                                                             : QByteArray());
+    const PostgresResult result = inTransaction() ? send(text, sql) : sendOutside(text, sql);
     // A transaction that cannot be committed any more is rolled back without an error.
     if (sql == u"COMMIT" && qstrcmp(PQcmdStatus(result.get()), "COMMIT") != 0)
         throw Error(TransactionError,
@@ -297,14 +315,16 @@ QVariant PostgresCursor::value(int column) const
 struct PostgresStream::Private {
     const SqlDialect &dialect;
     PGconn *connection;
+    PostgresWire &wire;
     QString sql;
     bool isOver = false;
 };
 
 PostgresStream::PostgresStream(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql)
-    : d(new Private{dialect, *static_cast<PGconn *const *>(connection.driver()->handle().constData()), sql})
+    : d(new Private{dialect, *static_cast<PGconn *const *>(connection.driver()->handle().constData()),
+                    PostgresWire::of(connection), sql})
 {
-    PQsendQuery(d->connection, sql.toUtf8().constData());
+    d->wire.send(sql.toUtf8());
     PQsetSingleRowMode(d->connection);
 }
 
@@ -313,12 +333,12 @@ PostgresStream::~PostgresStream()
     if (d->isOver)
         return;
     // What is left is of no use to anybody.
-    if (PGcancel *cancel = PQgetCancel(d->connection)) {
+    if (PGcancel *cancel = d->wire.isOpen() ? PQgetCancel(d->connection) : nullptr) {
         char reason[256];
         PQcancel(cancel, reason, int(sizeof reason));
         PQfreeCancel(cancel);
     }
-    while (PGresult *result = PQgetResult(d->connection))
+    while (PGresult *result = d->wire.result())
         PQclear(result);
 }
 
@@ -326,11 +346,11 @@ bool PostgresStream::next()
 {
     m_row.reset();
     while (!d->isOver) {
-        PostgresResult result(PQgetResult(d->connection));
+        PostgresResult result(d->wire.result());
         if (!result) {
             d->isOver = true;
-            if (PQstatus(d->connection) != CONNECTION_OK)
-                throw Error(ConnectionLost, connectionLostText(), d->sql);
+            if (!d->wire.isOpen())
+                throw connectionLost(d->sql);
             break;
         }
         const ExecStatusType status = PQresultStatus(result.get());

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/engine/Error.h"
 #include "data/engine/NativeCursor.h"
 #include "data/engine/PostgresAddress.h"
+#include "data/engine/PostgresWire.h"
 
 #include <QSqlDatabase>
 #include <QVariantList>
 #include <memory>
-
-typedef struct pg_conn PGconn;
-typedef struct pg_result PGresult;
 
 namespace dao {
 
@@ -21,9 +20,12 @@ struct ClearPostgresResult {
 };
 using PostgresResult = std::unique_ptr<PGresult, ClearPostgresResult>;
 
+// Nothing of the transaction, or of the statement outside one, was saved.
+Error connectionLost(const QString &sql = {});
+
 // Statements on the native connection that Qt's driver has opened, each in one round trip. Inside a transaction
 // a statement that fails is undone alone: the transaction goes on. A connection that was lost is opened again by
-// the next statement that stands outside transactions.
+// the next statement that stands outside transactions; one that only reads is then sent again by itself.
 class PostgresConnection {
 public:
     PostgresConnection(const SqlDialect &dialect, const QSqlDatabase &connection);
@@ -37,6 +39,10 @@ public:
     // was done.
     void commit(const QString &mark);
     bool inTransaction() const;
+    // Lets statements take as long as they need, until the transaction or the session ends.
+    void beginLongWork(PostgresWire::LongWork work);
+    // Ends what lasts as long as the session.
+    void endLongWork();
 
     // COPY ... FROM STDIN with these rows as its text.
     void copyIn(const QString &sql, const QByteArray &rows);
@@ -48,11 +54,13 @@ private:
     QByteArray withValues(const QString &sql, const QVariantList &values) const;
     QByteArray literal(const QVariant &value) const;
     PostgresResult send(const QByteArray &sql, const QString &shown);
+    PostgresResult sendOutside(const QByteArray &sql, const QString &shown);
     PostgresResult results(const QString &shown);
     void requireConnection(const QString &sql);
 
     const SqlDialect &m_dialect;
     PGconn *m_connection;
+    PostgresWire &m_wire;
 };
 
 // Opens a connection to a database of the address's server as the address, the account and the environment say.
@@ -60,9 +68,6 @@ private:
 void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
                   const Account &account, const QString &database);
 inline const QString missingDatabaseMark = QStringLiteral("CREATE DATABASE");
-
-// What each new connection is told: how long it waits, and how it shows values.
-QString postgresSessionSettings();
 
 // The rows of a result that has come whole.
 class PostgresCursor final : public NativeCursor {

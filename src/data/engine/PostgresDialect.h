@@ -61,6 +61,7 @@ public:
     void beginReading(QSqlDatabase &connection) const override;
     void control(QSqlDatabase &connection, const QString &sql) const override;
     bool inTransaction(QSqlDatabase &connection) const override;
+    Error goneTransaction() const override;
     qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const override;
     void setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                            qint64 number) const override;

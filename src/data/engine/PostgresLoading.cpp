@@ -125,9 +125,8 @@ qint64 PostgresDialect::lastAutoNumber(QSqlDatabase &connection, const QString &
 
 void PostgresDialect::beginLoad(QSqlDatabase &connection, const QString &) const
 {
-    runPostgres(*this, connection,
-                QStringLiteral("SET synchronous_commit = off; SET statement_timeout = 0; "
-                               "SET idle_in_transaction_session_timeout = 0"));
+    runPostgres(*this, connection, QStringLiteral("SET synchronous_commit = off"));
+    PostgresConnection(*this, connection).beginLongWork(PostgresWire::LongWork::Session);
 }
 
 void PostgresDialect::endLoad(QSqlDatabase &connection, const QString &schema) const
@@ -138,7 +137,8 @@ void PostgresDialect::endLoad(QSqlDatabase &connection, const QString &schema) c
         names.append(qualifiedName(schema, table));
     if (!names.isEmpty())
         runPostgres(*this, connection, QStringLiteral("ANALYZE ") + names.join(QStringLiteral(", ")));
-    runPostgres(*this, connection, QStringLiteral("RESET synchronous_commit; ") + postgresSessionSettings());
+    runPostgres(*this, connection, QStringLiteral("RESET synchronous_commit"));
+    PostgresConnection(*this, connection).endLongWork();
 }
 
 std::unique_ptr<NativeCursor> PostgresDialect::openStream(QSqlDatabase &connection, const QString &sql) const

@@ -114,6 +114,23 @@ PostgresOptions optionsOf(const PostgresAddress &address, const Account &account
     return options;
 }
 
+// What each new connection is told: how long it waits, and how it shows values.
+QByteArray sessionSettings(int answerTimeout)
+{
+    // A lock is waited for as shortly as in a file: whoever wants to try longer does so where the user can see it.
+    // Nothing that a person waits for may take longer than the retries of a save, and a workstation that hangs or has
+    // gone in the middle of a transaction must not keep the others from working: the server looks for it, too.
+    return QByteArrayLiteral("SET lock_timeout = '250ms'; SET statement_timeout = '")
+           + QByteArray::number(answerTimeout)
+           + QByteArrayLiteral(
+               "s'; SET idle_in_transaction_session_timeout = '10s'; SET tcp_keepalives_idle = 10; "
+               "SET tcp_keepalives_interval = 5; SET tcp_keepalives_count = 2; SET tcp_user_timeout = '10s'; "
+               "SET extra_float_digits = 1; SET jit = off; SET client_encoding = 'UTF8'; "
+               "SET client_min_messages = warning; SET datestyle = 'ISO'; "
+               "SET bytea_output = 'hex'; SET standard_conforming_strings = on; "
+               "SET search_path = pg_catalog, jet, public");
+}
+
 } // namespace
 
 void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
@@ -148,7 +165,10 @@ void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const Pos
             failure.reason == PostgresFailure::Reason::NoSuchDatabase ? missingDatabaseMark : QString());
     }
     requireVersion(connection, address.server());
-    runPostgres(dialect, connection, postgresSessionSettings());
+    PostgresWire &wire = PostgresWire::of(connection);
+    wire.setStatementLimit(address.answerTimeout);
+    wire.addToGreeting(sessionSettings(address.answerTimeout));
+    runPostgres(dialect, connection, QString::fromLatin1(wire.greeting()));
 }
 
 void PostgresDialect::openConnection(QSqlDatabase &connection, const QString &name,
@@ -158,7 +178,9 @@ void PostgresDialect::openConnection(QSqlDatabase &connection, const QString &na
     openPostgres(*this, connection, address, account, address.database);
     requireSuitable(*this, connection, address.server());
     // Somebody who has the practice for himself alone is waited for as shortly as for any lock.
-    runPostgres(*this, connection, QStringLiteral("SELECT pg_advisory_lock_shared(%1)").arg(useLock));
+    const QString share = QStringLiteral("SELECT pg_advisory_lock_shared(%1)").arg(useLock);
+    runPostgres(*this, connection, share);
+    PostgresWire::of(connection).addToGreeting("; " + share.toLatin1());
 }
 
 QString PostgresDialect::fullName(const QString &name) const

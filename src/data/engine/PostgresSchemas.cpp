@@ -44,7 +44,7 @@ struct PostgresSchemas::Private {
     void removeDatabase() { run(QStringLiteral("DROP DATABASE ") + dialect.identifier(address.database)); }
     void runTogether(const QStringList &statements)
     {
-        run(QStringLiteral("SET statement_timeout = 0"));
+        PostgresConnection(dialect, connection).beginLongWork(PostgresWire::LongWork::Session);
         run(QStringLiteral("BEGIN; ") + statements.join(QStringLiteral("; ")) + QStringLiteral("; COMMIT"));
     }
 };

@@ -81,10 +81,9 @@ void PostgresDialect::begin(QSqlDatabase &connection) const
 void PostgresDialect::beginReading(QSqlDatabase &connection) const
 {
     m_writing = false;
-    PostgresConnection(*this, connection)
-        .control(QStringLiteral(
-            "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY; SET LOCAL statement_timeout = 0; "
-            "SET LOCAL idle_in_transaction_session_timeout = 0"));
+    PostgresConnection native(*this, connection);
+    native.control(QStringLiteral("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"));
+    native.beginLongWork(PostgresWire::LongWork::Transaction);
 }
 
 void PostgresDialect::control(QSqlDatabase &connection, const QString &sql) const
@@ -99,6 +98,12 @@ void PostgresDialect::control(QSqlDatabase &connection, const QString &sql) cons
 bool PostgresDialect::inTransaction(QSqlDatabase &connection) const
 {
     return PostgresConnection(*this, connection).inTransaction();
+}
+
+Error PostgresDialect::goneTransaction() const
+{
+    // A statement that fails is undone alone: only the end of the connection takes the transaction with it.
+    return connectionLost();
 }
 
 std::unique_ptr<NativeCursor> PostgresDialect::openCursor(QSqlDatabase &connection, const QString &sql,

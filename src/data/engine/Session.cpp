@@ -117,6 +117,7 @@ void Session::detachUnused()
 
 std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariantList &values) const
 {
+    requireTransaction();
     QSqlDatabase handle = m_connection;
     return m_dialect->openCursor(handle, sql, values);
 }
@@ -130,6 +131,7 @@ std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
 
 std::unique_ptr<NativeCursor> Session::stream(const QString &sql) const
 {
+    requireTransaction();
     QSqlDatabase handle = m_connection;
     return m_dialect->openStream(handle, sql);
 }
@@ -171,12 +173,17 @@ void Session::drainReaders()
 }
 
 // The native engine may give up a whole transaction (disk full, for example). What the caller believes to be
-// inside it must not be saved on its own then.
-void Session::requireTransaction()
+// inside it must not be saved on its own then, and what is read outside it may be another state.
+bool Session::isTransactionGone() const
 {
-    if (m_depth > 0 && !m_dialect->inTransaction(m_connection))
-        throw Error(TransactionError,
-                    QStringLiteral("La transazione è stata annullata da un errore precedente"));
+    QSqlDatabase handle = m_connection;
+    return m_depth > 0 && !m_dialect->inTransaction(handle);
+}
+
+void Session::requireTransaction() const
+{
+    if (isTransactionGone())
+        throw m_dialect->SqlDialect::goneTransaction();
 }
 
 void Session::control(const QString &sql)
@@ -212,7 +219,8 @@ void Session::commit()
         throw Error(TransactionError, QStringLiteral("Nessuna transazione in corso"));
     drainReaders();
     try {
-        requireTransaction();
+        if (isTransactionGone())
+            throw m_dialect->goneTransaction();
         control(m_depth == 1 ? QStringLiteral("COMMIT")
                              : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {

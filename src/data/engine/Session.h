@@ -86,7 +86,8 @@ private:
     void release(const QString &schema);
     void detachUnused();
     void drainReaders();
-    void requireTransaction();
+    bool isTransactionGone() const;
+    void requireTransaction() const;
     // Opens the native connection for the first database. Later ones must be of the same engine: InvalidOperation.
     void open(const QString &name);
     void control(const QString &sql);

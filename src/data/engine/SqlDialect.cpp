@@ -198,6 +198,12 @@ void SqlDialect::control(QSqlDatabase &connection, const QString &sql) const
         throw error(query.lastError(), sql);
 }
 
+Error SqlDialect::goneTransaction() const
+{
+    return Error(TransactionError,
+                 QStringLiteral("La transazione è stata annullata da un errore precedente"));
+}
+
 QString SqlDialect::limit(int rows) const
 {
     return QStringLiteral("LIMIT %1").arg(rows);

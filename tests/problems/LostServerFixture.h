@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "DialogFixture.h"
+
+#include <QProcess>
+#include <QSqlError>
+
+namespace clivara {
+
+// The server goes away while a dialog is open, and comes back. Only where there is a server.
+class LostServerFixture : public DialogFixture {
+protected:
+    void SetUp() override
+    {
+        if (!testengine::isServer())
+            GTEST_SKIP() << "needs a server";
+    }
+    static void server(const char *command)
+    {
+        QProcess control;
+        control.start(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {QString::fromLatin1(command)});
+        EXPECT_TRUE(control.waitForFinished(30000) && control.exitCode() == 0) << command;
+    }
+    // On the server itself, as its administrator.
+    void native(const QString &sql)
+    {
+        const auto other = otherWorkstation();
+        QSqlQuery query(other->nativeConnection());
+        EXPECT_TRUE(query.exec(QString(sql).replace("SCHEMA", u'"' + other->nativeSchema() + u'"')))
+            << query.lastError().text().toStdString();
+    }
+    // Cuts the connection that does something to the table.
+    void cutConnectionOf(const char *event, const char *table, const char *deferred = "")
+    {
+        native(QStringLiteral("CREATE FUNCTION SCHEMA.cut() RETURNS trigger LANGUAGE plpgsql AS "
+                              "$$ BEGIN PERFORM pg_terminate_backend(pg_backend_pid()); RETURN NEW; END $$"));
+        native(QStringLiteral("CREATE %1 ON SCHEMA.%2 %3 FOR EACH ROW EXECUTE FUNCTION SCHEMA.cut()")
+                   .arg(QLatin1String(event), QLatin1String(table), QLatin1String(deferred)));
+    }
+    void repair() { native(QStringLiteral("DROP FUNCTION SCHEMA.cut() CASCADE")); }
+
+    inline static const std::string unreachable =
+        "Attenzione!|Salvataggio non riuscito: il server dell'archivio non è raggiungibile.\n"
+        "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.|warning";
+};
+
+} // namespace clivara
