@@ -125,6 +125,7 @@ std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariant
 std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
                                                    const QVariantList &values) const
 {
+    requireTransaction();
     QSqlDatabase handle = m_connection;
     return m_dialect->openFirstRows(handle, sql, values, rows);
 }
