@@ -67,15 +67,8 @@ public:
     QueryCursor(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
                 const QVariantList &values)
         : m_dialect(dialect)
-        , m_query(connection)
+        , m_query(runQuery(dialect, connection, sql, values))
     {
-        m_query.setForwardOnly(true);
-        bool done = m_query.prepare(sql);
-        for (const QVariant &value : values)
-            m_query.addBindValue(value);
-        done = done && m_query.exec();
-        if (!done)
-            throw dialect.error(m_query.lastError(), sql);
     }
 
     bool next() override
@@ -95,6 +88,20 @@ private:
 };
 
 } // namespace
+
+QSqlQuery runQuery(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
+                   const QVariantList &values)
+{
+    QSqlQuery query(connection);
+    query.setForwardOnly(true);
+    bool done = query.prepare(sql);
+    for (const QVariant &value : values)
+        query.addBindValue(value);
+    done = done && query.exec();
+    if (!done)
+        throw dialect.error(query.lastError(), sql);
+    return query;
+}
 
 QString SqlDialect::identifier(const QString &name) const
 {
@@ -180,15 +187,7 @@ QString SqlDialect::requireColumn(const QString &, const QString &) const
 
 int SqlDialect::execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const
 {
-    QSqlQuery query(connection);
-    query.setForwardOnly(true);
-    bool done = query.prepare(sql);
-    for (const QVariant &value : values)
-        query.addBindValue(value);
-    done = done && query.exec();
-    if (!done)
-        throw error(query.lastError(), sql);
-    return query.numRowsAffected();
+    return runQuery(*this, connection, sql, values).numRowsAffected();
 }
 
 void SqlDialect::control(QSqlDatabase &connection, const QString &sql) const

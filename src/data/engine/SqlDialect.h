@@ -16,6 +16,7 @@
 #include <memory>
 
 class QSqlError;
+class QSqlQuery;
 
 namespace dao {
 
@@ -173,6 +174,10 @@ public:
     // The native text of an error, without what the dialect itself wrote around it.
     virtual QString errorText(const QSqlError &error) const = 0;
 };
+
+// A statement through Qt's driver, its values bound; its rows can be read once, forwards. Throws Error.
+QSqlQuery runQuery(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
+                   const QVariantList &values = {});
 
 std::unique_ptr<SqlDialect> makeSqliteDialect();
 std::unique_ptr<SqlDialect> makePostgresDialect();

@@ -71,20 +71,6 @@ QString qualified(const QString &schema, const QString &name)
     return quoted(schema) + u'.' + quoted(name);
 }
 
-QSqlQuery run(const SqlDialect &dialect, QSqlDatabase &connection, const QString &sql,
-              const QVariantList &values = {})
-{
-    QSqlQuery query(connection);
-    query.setForwardOnly(true);
-    bool done = query.prepare(sql);
-    for (const QVariant &value : values)
-        query.addBindValue(value);
-    done = done && query.exec();
-    if (!done)
-        throw dialect.error(query.lastError(), sql);
-    return query;
-}
-
 QString fileUri(const QFileInfo &file, const QString &options)
 {
     return QString::fromLatin1(QUrl::fromLocalFile(file.absoluteFilePath()).toEncoded()) + u'?' + options;
@@ -131,10 +117,10 @@ QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, 
 {
     QList<IndexInfo> indexes;
     QSqlQuery list =
-        run(dialect, connection,
-            QStringLiteral("SELECT name, \"unique\" FROM pragma_index_list(?, ?) WHERE origin = 'c' "
-                           "ORDER BY seq DESC"),
-            {table, schema});
+        runQuery(dialect, connection,
+                 QStringLiteral("SELECT name, \"unique\" FROM pragma_index_list(?, ?) WHERE origin = 'c' "
+                                "ORDER BY seq DESC"),
+                 {table, schema});
     while (list.next()) {
         IndexInfo index;
         const QString nativeName = list.value(0).toString();
@@ -146,9 +132,9 @@ QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, 
             index.name.chop(primaryMark.size());
             index.primary = true;
         }
-        QSqlQuery fields = run(dialect, connection,
-                               QStringLiteral("SELECT name FROM pragma_index_info(?, ?) ORDER BY seqno"),
-                               {nativeName, schema});
+        QSqlQuery fields = runQuery(dialect, connection,
+                                    QStringLiteral("SELECT name FROM pragma_index_info(?, ?) ORDER BY seqno"),
+                                    {nativeName, schema});
         while (fields.next())
             index.fields.append(fields.value(0).toString());
         indexes.append(index);
@@ -207,8 +193,8 @@ void SqliteDialect::openConnection(QSqlDatabase &connection, const QString &, co
     sqlite3_extended_result_codes(handle, 1);
     sqlite3_busy_handler(handle, waitForLock, nullptr);
     registerSqliteFunctions(handle);
-    run(*this, connection, QStringLiteral("PRAGMA foreign_keys = ON"));
-    run(*this, connection, QStringLiteral("PRAGMA temp_store = MEMORY"));
+    runQuery(*this, connection, QStringLiteral("PRAGMA foreign_keys = ON"));
+    runQuery(*this, connection, QStringLiteral("PRAGMA temp_store = MEMORY"));
 }
 
 QString SqliteDialect::fullName(const QString &name) const
@@ -231,13 +217,14 @@ QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, con
     if (readOnly && !QFileInfo(file.absolutePath()).isWritable()
         && !QFile::exists(file.absoluteFilePath() + QStringLiteral("-wal")))
         options = QStringLiteral("immutable=1");
-    run(*this, connection, QStringLiteral("ATTACH DATABASE ? AS ") + quoted(schema),
-        {fileUri(file, options)});
+    runQuery(*this, connection, QStringLiteral("ATTACH DATABASE ? AS ") + quoted(schema),
+             {fileUri(file, options)});
     try {
         // A saved row survives the loss of power, at the price of one flush a transaction.
-        run(*this, connection, QStringLiteral("PRAGMA %1.synchronous = FULL").arg(quoted(schema)));
-        run(*this, connection, QStringLiteral("PRAGMA %1.cache_size = -4000").arg(quoted(schema)));
-        run(*this, connection, QStringLiteral("SELECT count(*) FROM %1.sqlite_master").arg(quoted(schema)))
+        runQuery(*this, connection, QStringLiteral("PRAGMA %1.synchronous = FULL").arg(quoted(schema)));
+        runQuery(*this, connection, QStringLiteral("PRAGMA %1.cache_size = -4000").arg(quoted(schema)));
+        runQuery(*this, connection,
+                 QStringLiteral("SELECT count(*) FROM %1.sqlite_master").arg(quoted(schema)))
             .next();
     } catch (const Error &error) {
         detach(connection, schema);
@@ -248,7 +235,7 @@ QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, con
 
 void SqliteDialect::detach(QSqlDatabase &connection, const QString &schema) const
 {
-    run(*this, connection, QStringLiteral("DETACH DATABASE ") + quoted(schema));
+    runQuery(*this, connection, QStringLiteral("DETACH DATABASE ") + quoted(schema));
 }
 
 void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name) const
@@ -264,9 +251,9 @@ void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name
     stream.close();
     const QString schema = QStringLiteral("new_database");
     try {
-        run(*this, connection, QStringLiteral("ATTACH DATABASE ? AS ") + schema,
-            {fileUri(file, QStringLiteral("mode=rw"))});
-        run(*this, connection, QStringLiteral("PRAGMA new_database.journal_mode = WAL")).next();
+        runQuery(*this, connection, QStringLiteral("ATTACH DATABASE ? AS ") + schema,
+                 {fileUri(file, QStringLiteral("mode=rw"))});
+        runQuery(*this, connection, QStringLiteral("PRAGMA new_database.journal_mode = WAL")).next();
         detach(connection, schema);
     } catch (const Error &) {
         stream.remove();
@@ -276,10 +263,10 @@ void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name
 
 QStringList SqliteDialect::tables(QSqlDatabase &connection, const QString &schema) const
 {
-    QSqlQuery query = run(*this, connection,
-                          QStringLiteral("SELECT name FROM %1.sqlite_master WHERE type = 'table' "
-                                         "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid")
-                              .arg(quoted(schema)));
+    QSqlQuery query = runQuery(*this, connection,
+                               QStringLiteral("SELECT name FROM %1.sqlite_master WHERE type = 'table' "
+                                              "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid")
+                                   .arg(quoted(schema)));
     QStringList names;
     while (query.next())
         names.append(query.value(0).toString());
@@ -292,9 +279,9 @@ TableInfo SqliteDialect::describe(QSqlDatabase &connection, const QString &schem
     info.name = table;
     info.nativeName = qualified(schema, table);
     QSqlQuery query =
-        run(*this, connection,
-            QStringLiteral("SELECT name, type, \"notnull\" FROM pragma_table_info(?, ?) ORDER BY cid"),
-            {table, schema});
+        runQuery(*this, connection,
+                 QStringLiteral("SELECT name, type, \"notnull\" FROM pragma_table_info(?, ?) ORDER BY cid"),
+                 {table, schema});
     while (query.next())
         info.columns.append(
             declaredColumn(query.value(0).toString(), query.value(1).toString(), query.value(2).toBool()));
@@ -344,7 +331,8 @@ bool SqliteDialect::inTransaction(QSqlDatabase &connection) const
 
 qint64 SqliteDialect::definitionVersion(QSqlDatabase &connection, const QString &schema) const
 {
-    QSqlQuery query = run(*this, connection, QStringLiteral("PRAGMA %1.schema_version").arg(quoted(schema)));
+    QSqlQuery query =
+        runQuery(*this, connection, QStringLiteral("PRAGMA %1.schema_version").arg(quoted(schema)));
     return query.next() ? query.value(0).toLongLong() : 0;
 }
 
