@@ -344,6 +344,16 @@ class PracticesTest(unittest.TestCase):
         scenario.write_text("today 2026-11-21\nexec clinical CREATE TABLE x (a LONG)\n")
         self.refuses("Manca il permesso", "play", "--practice", address("ambulatorio"), scenario, PGUSER="stanza1")
 
+    def test_definitions_of_an_earlier_program_are_renewed_by_the_owner(self):
+        copy_of("studio", "dipassato")
+        psql("dipassato", "GRANT USAGE ON SCHEMA jet, clinical, codes, third, doctors, local, events TO senzadiritti; "
+                          "GRANT SELECT ON ALL TABLES IN SCHEMA clinical, codes, third, doctors, local, events TO senzadiritti; "
+                          "DROP TABLE jet.commits; COMMENT ON SCHEMA jet IS 'orvale 1'")
+        self.refuses("deve aprirlo per primo il suo proprietario", "check", "postgresql://senzadiritti@/dipassato")
+        self.succeeds("check", address("dipassato"))
+        self.assertEqual(psql("dipassato", "SELECT count(*) FROM jet.commits"), ["1"])
+        self.succeeds("check", "postgresql://senzadiritti@/dipassato")
+
     def test_backup_is_restored_into_a_new_database(self):
         backup = self.folder / "studio.dump"
         subprocess.run(["pg_dump", "-Fc", "-f", backup, "studio"], check=True)

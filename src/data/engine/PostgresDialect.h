@@ -8,6 +8,8 @@
 
 namespace dao {
 
+struct PostgresAddress;
+
 // PostgreSQL 15: one connection to one database of a server, each database of the practice a schema in it. Texts
 // are of the type citext in a database whose own collation is ICU's root, so that every comparison, index, group
 // and order takes them without regard to case; the language's functions are the server's own (PostgresFunctions).
@@ -87,6 +89,8 @@ private:
     // Does `write` in the transaction that is open, or in one of its own, so that its commit can be told from one that
     // was not done.
     void write(QSqlDatabase &connection, const std::function<void()> &write) const;
+    void define(const QSqlDatabase &connection) const;
+    void renewDefinitions(QSqlDatabase &connection, const PostgresAddress &address) const;
 
     // A dialect serves one connection; its functions change nothing of the dialect's but this.
     mutable PostgresCommit m_commit;

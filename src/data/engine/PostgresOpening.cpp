@@ -131,6 +131,12 @@ QByteArray sessionSettings(int answerTimeout)
                "SET search_path = pg_catalog, jet, public");
 }
 
+// Of the text that the schema of the definitions is marked with; 0 when there is none.
+int definitionsVersion(const QVariant &mark)
+{
+    return mark.toString().section(u' ', 1).toInt();
+}
+
 } // namespace
 
 void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
@@ -208,14 +214,16 @@ QString PostgresDialect::attach(QSqlDatabase &connection, const QString &name, c
     if (!found.next())
         throw Error(CannotFindFile,
                     QStringLiteral("Impossibile trovare il database '%1'").arg(address.name()));
-    const QString version = found.value(0).toString();
-    if (version.section(u' ', 1).toInt() > postgresDefinitionsVersion)
+    const int version = definitionsVersion(found.value(0));
+    if (version > postgresDefinitionsVersion)
         throw Error(NotADatabase,
                     QStringLiteral("Il database '%1' è di una versione più recente del programma")
                         .arg(address.name()));
     if (!found.value(1).toBool())
         throw Error(NoPermission,
                     QStringLiteral("Manca il permesso di usare il database '%1'").arg(address.name()));
+    if (version > 0 && version < postgresDefinitionsVersion)
+        renewDefinitions(connection, address);
     return address.schema;
 }
 
@@ -238,6 +246,34 @@ QString PostgresDialect::nameOfLinked(const QString &linked, const QString &hold
 
 void PostgresDialect::detach(QSqlDatabase &, const QString &) const { }
 
+void PostgresDialect::define(const QSqlDatabase &connection) const
+{
+    for (const QString &statement : postgresDefinitions())
+        runPostgres(*this, connection, statement);
+}
+
+// What an earlier version of the program has defined gives way to this one's. Programs that begin at once wait for one
+// another; to define the same again does no harm.
+void PostgresDialect::renewDefinitions(QSqlDatabase &connection, const PostgresAddress &address) const
+{
+    if (inTransaction(connection))
+        return; // when the next database is opened
+    begin(connection);
+    try {
+        define(connection);
+        control(connection, QStringLiteral("COMMIT"));
+    } catch (const Error &error) {
+        if (inTransaction(connection))
+            control(connection, QStringLiteral("ROLLBACK"));
+        if (error.number() != NoPermission)
+            throw;
+        throw Error(NoPermission,
+                    QStringLiteral("Il database '%1' è di una versione precedente del programma: "
+                                   "deve aprirlo per primo il suo proprietario")
+                        .arg(address.name()));
+    }
+}
+
 void PostgresDialect::createDatabase(QSqlDatabase &connection, const QString &name) const
 {
     const PostgresAddress address = PostgresAddress::parse(name);
@@ -254,10 +290,8 @@ void PostgresDialect::createDatabase(QSqlDatabase &connection, const QString &na
         found.next();
         if (found.value(0).toBool())
             throw Error(TableExists, QStringLiteral("Il database '%1' esiste già").arg(address.name()));
-        if (found.value(1).toString().section(u' ', 1).toInt() < postgresDefinitionsVersion) {
-            for (const QString &statement : postgresDefinitions())
-                runPostgres(*this, connection, statement);
-        }
+        if (definitionsVersion(found.value(1)) < postgresDefinitionsVersion)
+            define(connection);
         runPostgres(*this, connection, QStringLiteral("CREATE SCHEMA ") + quotedName(address.schema));
         control(connection, QStringLiteral("COMMIT"));
     } catch (const Error &) {
