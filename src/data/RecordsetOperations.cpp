@@ -27,7 +27,8 @@ int pauseFor(double draw)
 // In a transaction that is gone nothing can be saved any more, and what may have been saved must not be saved twice.
 bool isFinal(const dao::Error &error)
 {
-    return error.number() == dao::TransactionError || error.number() == dao::CommitInDoubt;
+    return error.number() == dao::TransactionError || error.number() == dao::TransactionLost
+           || error.number() == dao::CommitInDoubt;
 }
 
 } // namespace

@@ -186,7 +186,7 @@ qint16 Class3::Action(qint16 code, QVariant &param)
     try {
         d->act(code, param);
     } catch (const dao::Error &error) {
-        if (error.number() == dao::ConnectionLost) {
+        if (dao::isConnectionLost(error.number())) {
             d->pointer.restore();
             tellUnreachable(d->state);
         }

@@ -128,11 +128,9 @@ TEST_F(PostgresTest, ConnectionThatWasLostComesBackForTheNextStatement)
     database->Execute("INSERT INTO numeri (n) VALUES (3)");
     cut();
     EXPECT_EQ(errorOf([&] { database->Execute("INSERT INTO numeri (n) VALUES (4)"); }), dao::ConnectionLost);
-    EXPECT_EQ(errorOf([&] { database->Execute("INSERT INTO numeri (n) VALUES (5)"); }),
-              dao::TransactionError);
-    EXPECT_EQ(errorOf([&] { database->OpenRecordset("SELECT n FROM numeri")->Eof(); }),
-              dao::TransactionError);
-    EXPECT_EQ(errorOf([&] { m_engine.DefaultWorkspace().CommitTrans(); }), dao::ConnectionLost);
+    EXPECT_EQ(errorOf([&] { database->Execute("INSERT INTO numeri (n) VALUES (5)"); }), dao::TransactionLost);
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset("SELECT n FROM numeri")->Eof(); }), dao::TransactionLost);
+    EXPECT_EQ(errorOf([&] { m_engine.DefaultWorkspace().CommitTrans(); }), dao::TransactionLost);
     const auto rows = database->OpenRecordset("SELECT n FROM numeri");
     ASSERT_FALSE(rows->Eof());
     EXPECT_EQ(rows->Fields(0).Value(), 2);

@@ -53,7 +53,7 @@ TEST_F(LostNetworkTest, TheDialogSaysSoInTimeAndSavesOnceWhenTheNetworkIsBack)
         // A form asks many things, and does not wait for each of them.
         Problemi list(state);
         time.start();
-        inside(list, [] { });
+        inside(list, [] {});
         list.showModal();
         EXPECT_LT(time.elapsed(), notEndless);
         server("plug");
@@ -70,7 +70,8 @@ TEST_F(LostNetworkTest, AnswersOfAllLengthsArriveWhole)
 {
     const auto other = otherWorkstation();
     for (const int length : {1, 8000, 16300, 16384, 40000, 1000000, 3000000}) {
-        const auto found = other->OpenRecordset(QStringLiteral("SELECT String(%1, 'x') AS t FROM archivio").arg(length));
+        const auto found =
+            other->OpenRecordset(QStringLiteral("SELECT String(%1, 'x') AS t FROM archivio").arg(length));
         int count = 0;
         for (; !found->Eof(); found->MoveNext())
             count += found->Fields(0).text().size() == length;

@@ -66,6 +66,24 @@ TEST_F(LostServerTest, AServerThatGoesAwayWhileOthersWriteIsWhatIsTold)
     EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList("scritto"));
 }
 
+// The owner of a row is looked up with little regard for errors.
+TEST_F(LostServerTest, ALossThatNobodyMindedIsToldAllTheSame)
+{
+    const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
+        const auto row = environment.clinical->OpenRecordset("PROBLEMS");
+        EXPECT_EQ(state.operations.Recordset_AddNew(*row), 0);
+        server("kill");
+        EXPECT_THROW(clinical("SELECT * FROM archivio"), dao::Error);
+        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+    EXPECT_EQ(result, WriteResult::Failed);
+    server("start");
+    EXPECT_TRUE(pauses.taken.isEmpty()) << "nothing to wait for";
+    prompts.queue();
+    warnNotSaved(state);
+    EXPECT_EQ(prompts.last().toStdString(), unreachable);
+}
+
 TEST_F(LostServerTest, AListThatCannotBeReadSaysSoOnce)
 {
     addVisit(QString::number(addProblem("", "Tosse", QDate(2026, 1, 1))), "#01/05/2026#");

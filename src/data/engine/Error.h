@@ -48,9 +48,16 @@ enum ErrorNumber {
     DiskFull = 3183,
     SelectNotExecuted = 3065, // Execute of a SELECT
     ConnectionLost = 3151, // of the database server; nothing of the statement or transaction was saved
+    TransactionLost = 3154, // what stands in a transaction that went with its connection
     CommitInDoubt = 3155, // lost in the middle of saving, and nobody can tell whether it was saved
     Failed = 3146, // the native engine failed; the text is its own
 };
+
+// Whether an error of that number says that the database server is out of reach.
+constexpr bool isConnectionLost(int number)
+{
+    return number == ConnectionLost || number == TransactionLost;
+}
 
 // The one error of the data engine: the engine's number, its text, and the SQL it failed on (may be empty).
 class Error : public std::runtime_error {

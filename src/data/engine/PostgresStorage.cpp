@@ -103,7 +103,7 @@ bool PostgresDialect::inTransaction(QSqlDatabase &connection) const
 Error PostgresDialect::goneTransaction() const
 {
     // A statement that fails is undone alone: only the end of the connection takes the transaction with it.
-    return connectionLost();
+    return Error(TransactionLost, connectionLost().text());
 }
 
 std::unique_ptr<NativeCursor> PostgresDialect::openCursor(QSqlDatabase &connection, const QString &sql,

@@ -175,16 +175,11 @@ void Session::drainReaders()
 
 // The native engine may give up a whole transaction (disk full, for example). What the caller believes to be
 // inside it must not be saved on its own then, and what is read outside it may be another state.
-bool Session::isTransactionGone() const
-{
-    QSqlDatabase handle = m_connection;
-    return m_depth > 0 && !m_dialect->inTransaction(handle);
-}
-
 void Session::requireTransaction() const
 {
-    if (isTransactionGone())
-        throw m_dialect->SqlDialect::goneTransaction();
+    QSqlDatabase handle = m_connection;
+    if (m_depth > 0 && !m_dialect->inTransaction(handle))
+        throw m_dialect->goneTransaction();
 }
 
 void Session::control(const QString &sql)
@@ -220,8 +215,7 @@ void Session::commit()
         throw Error(TransactionError, QStringLiteral("Nessuna transazione in corso"));
     drainReaders();
     try {
-        if (isTransactionGone())
-            throw m_dialect->goneTransaction();
+        requireTransaction();
         control(m_depth == 1 ? QStringLiteral("COMMIT")
                              : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {

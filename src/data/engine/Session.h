@@ -86,7 +86,6 @@ private:
     void release(const QString &schema);
     void detachUnused();
     void drainReaders();
-    bool isTransactionGone() const;
     void requireTransaction() const;
     // Opens the native connection for the first database. Later ones must be of the same engine: InvalidOperation.
     void open(const QString &name);

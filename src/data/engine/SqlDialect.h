@@ -128,7 +128,7 @@ public:
     virtual void control(QSqlDatabase &connection, const QString &sql) const;
     // False also when the native engine gave a transaction up by itself (disk full, for example).
     virtual bool inTransaction(QSqlDatabase &connection) const = 0;
-    // The error of committing a transaction that the native engine has given up by itself.
+    // The error of what stands in a transaction that the native engine has given up by itself.
     virtual Error goneTransaction() const;
     // A number that changes with every definition in the schema, by whatever process.
     virtual qint64 definitionVersion(QSqlDatabase &connection, const QString &schema) const = 0;

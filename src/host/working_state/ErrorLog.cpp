@@ -10,7 +10,7 @@ void logError(WorkingState &state, const QString &routine, const dao::Error &err
     state.log.write(
         QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, routine).arg(error.number())
         + error.text());
-    if (error.number() == dao::ConnectionLost)
+    if (dao::isConnectionLost(error.number()))
         tellUnreachable(state);
 }
 

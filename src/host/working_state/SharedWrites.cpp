@@ -35,6 +35,7 @@ QString failureReason(int errorNumber)
 {
     switch (errorNumber) {
     case dao::ConnectionLost:
+    case dao::TransactionLost:
         return QStringLiteral("il server dell'archivio non è raggiungibile");
     case dao::CommitInDoubt:
         return QStringLiteral("il server dell'archivio si è interrotto proprio in quel momento e non si sa "
