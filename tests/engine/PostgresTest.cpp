@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/BulkLoad.h"
 #include "data/engine/ExclusiveUse.h"
+#include "data/engine/NameLookup.h"
 #include "data/engine/PostgresAddress.h"
 #include "server/TestEngine.h"
 #include "values/JetValues.h"
 
+#include <QSemaphore>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <functional>
@@ -64,6 +66,21 @@ TEST(PostgresAddress, NamesTheDatabaseAndNeverThePassword)
                   dao::CannotFindFile)
             << wrong;
     EXPECT_FALSE(dao::isServerAddress("/home/mario/postgresql"));
+}
+
+TEST(NameLookup, IsWaitedForWithALimit)
+{
+    const auto go = std::make_shared<QSemaphore>();
+    const auto gone = std::make_shared<QSemaphore>();
+    EXPECT_FALSE(dao::endsWithin(20, [go, gone] {
+        go->acquire();
+        gone->release();
+    }));
+    go->release();
+    gone->acquire(); // the work went on
+    EXPECT_TRUE(dao::endsWithin(60000, [] {}));
+    for (const char *host : {"", "/run/postgresql", "127.0.0.1"})
+        EXPECT_TRUE(dao::isNameAnswered(host)) << host;
 }
 
 class PostgresTest : public testing::Test {

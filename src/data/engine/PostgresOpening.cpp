@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "data/engine/NameLookup.h"
 #include "data/engine/PostgresDialect.h"
 #include "data/engine/PostgresFailure.h"
 #include "data/engine/PostgresFunctions.h"
@@ -163,6 +164,12 @@ void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const Pos
                 + u'\'');
     }
     connection.setConnectOptions(others.join(u';'));
+    const QByteArray host = address.host.isEmpty() ? qgetenv("PGHOST") : address.host.toUtf8();
+    if (!isNameAnswered(host))
+        throw Error(
+            CannotFindFile,
+            QStringLiteral("Impossibile aprire il database '%1': la rete non dice dove si trova il server")
+                .arg(address.server()));
     if (!connection.open()) {
         const auto failure = PostgresFailure::find(options, connection.lastError().databaseText().trimmed());
         throw Error(

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/PostgresWire.h"
 
+#include "data/engine/NameLookup.h"
+
 #include <QElapsedTimer>
 #include <QSqlDriver>
 #include <QVariant>
@@ -61,7 +63,9 @@ bool PostgresWire::open()
     m_wasSilent = false;
     QElapsedTimer time;
     time.start();
-    PQreset(m_connection); // as long as connect_timeout allows
+    // The library looks the name up for as long as that takes, and connects for as long as connect_timeout allows.
+    if (isNameAnswered(PQhost(m_connection)))
+        PQreset(m_connection);
     if (isOpen())
         return true;
     if (time.hasExpired(slowAttemptMs))
