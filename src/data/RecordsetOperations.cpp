@@ -38,8 +38,8 @@ qint16 RecordsetOperations::attempt(const QString &routine, const QString &sourc
 {
     const QString prefix = routine + QStringLiteral(" - ");
     m_log.write(prefix + QStringLiteral("begin"));
-    int tellingError =
-        0; // the first one, what follows being often only its consequence; a server that is gone above all
+    // The first one, what follows being often only its consequence; a server that is gone above all.
+    int tellingError = 0;
     qint64 longestAttempt = 0;
     QElapsedTimer time;
     time.start();

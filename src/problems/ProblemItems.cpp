@@ -2,6 +2,7 @@
 #include "problems/ProblemItems.h"
 
 #include "data/Connection.h"
+#include "data/Identity.h"
 #include "data/SqlText.h"
 #include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
@@ -70,11 +71,19 @@ QList<ItemRow> visits(dao::Database &local, const QString &query)
         {QStringLiteral("Note: "), field(*rows, "VISITAPROBL.txtNote")},
     }};
     const dao::Field date = field(*rows, "datareg"), type = field(*rows, "descr_tipo"),
-                     id = field(*rows, "idvisitaprobl"), code = field(*rows, "codicdsospetto");
+                     id = field(*rows, "idvisitaprobl"), code = field(*rows, "codicdsospetto"),
+                     author = field(*rows, "VISITAPROBL.sAuthorUid"),
+                     modified = field(*rows, "VISITAPROBL.dLastModifiedDate");
     QList<ItemRow> items;
     for (; !rows->Eof(); rows->MoveNext()) {
-        ItemRow visit{
-            ItemRow::Kind::Visit, shownDate(date.date()), trimmed(type), key(id), {}, trimmed(code), {}};
+        ItemRow visit{ItemRow::Kind::Visit,
+                      shownDate(date.date()),
+                      trimmed(type),
+                      key(id),
+                      {},
+                      trimmed(code),
+                      {},
+                      {normaliseUid(author.text()), modified.date()}};
         for (const Text &text : texts) {
             const QString written = trimmed(text.field);
             if (!written.isEmpty())
@@ -92,8 +101,14 @@ void appendDrugs(QList<ItemRow> &items, dao::Database &local, const QString &que
                      order = field(*rows, "cod_pre"), minsan = field(*rows, "minsan"),
                      packs = field(*rows, "num_conf");
     for (; !rows->Eof(); rows->MoveNext()) {
-        ItemRow drug{
-            ItemRow::Kind::Drug, shownDate(date.date()), trimmed(name), key(order), trimmed(minsan), {}, {}};
+        ItemRow drug{ItemRow::Kind::Drug,
+                     shownDate(date.date()),
+                     trimmed(name),
+                     key(order),
+                     trimmed(minsan),
+                     {},
+                     {},
+                     {}};
         if (!packs.isNull())
             drug.lines.append({{}, QStringLiteral("Num. confezioni: ") + packs.text()});
         items.append(std::move(drug));
@@ -150,8 +165,14 @@ void appendTests(QList<ItemRow> &items, dao::Database &local, const QString &que
         const QDateTime date = prescribed.date();
         const int type = int(group.number());
         if (date != previousDate || type != previousType) {
-            items.append(
-                {ItemRow::Kind::Test, shownDate(date), trimmed(name), key(order), trimmed(minsan), {}, {}});
+            items.append({ItemRow::Kind::Test,
+                          shownDate(date),
+                          trimmed(name),
+                          key(order),
+                          trimmed(minsan),
+                          {},
+                          {},
+                          {}});
             previousDate = date;
             previousType = type;
         }

@@ -39,6 +39,7 @@ ProblemListModel::Row rowFrom(const ProblemRow &problem,
                                                  : problem.suspectedCode;
     row.state = problem.state;
     row.closedBeforeStart = problem.closedBeforeStart();
+    row.written = problem.written;
     QStringList parts{stateText(problem)};
     if (!row.problem.startsWith(name, Qt::CaseInsensitive))
         parts.append(name);

@@ -24,6 +24,7 @@ public:
         QString description; // the name of its code where that says more, and its state in words
         qint16 state = 0;
         bool closedBeforeStart = false;
+        LastWrite written;
     };
 
     explicit ProblemListModel(QObject *parent = nullptr);

@@ -110,7 +110,7 @@ QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode)
         };
         problems.append({qint32(rows->Fields(QStringLiteral("idProblems")).number()), date("DataInizio"),
                          date("DataChiusura"), text("CodICDSospetto"), text("CodICDFinale"),
-                         text("descr_mal"), stateOf(*rows)});
+                         text("descr_mal"), stateOf(*rows), lastWrite(*rows)});
     }
     return problems;
 }
@@ -165,10 +165,11 @@ WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDeta
     return result;
 }
 
-WriteResult deleteProblem(WorkingState &state, qint32 id)
+WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen)
 {
     return writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
-        const WriteResult result = deleteSharedRow(state, byIdAndPatient(state, id), QStringLiteral("DP"));
+        const WriteResult result =
+            deleteSharedRow(state, byIdAndPatient(state, id), QStringLiteral("DP"), seen);
         if (result == WriteResult::Done)
             state.clinical().Execute(
                 QStringLiteral("update VISITAPROBL set id_Probl='' where (id_Probl = %1)").arg(id));

@@ -34,6 +34,7 @@ struct ProblemRow {
     QString suspectedCode, finalCode; // CodICDSospetto, CodICDFinale; trimmed
     QString description; // descr_mal, trimmed
     qint16 state = 0; // as stored: a practice may hold other values than ProblemState has
+    LastWrite written; // as it was read
 
     // True when it was closed before it started, which a list marks.
     bool closedBeforeStart() const { return start.isValid() && closed.isValid() && closed < start; }
@@ -74,8 +75,8 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
 // waited, wrote a problem that this one is a duplicate of.
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read);
 // Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
-// (id_Probl becomes empty). All or nothing.
-WriteResult deleteProblem(WorkingState &state, qint32 id);
+// (id_Probl becomes empty). All or nothing. Changed when it was written since `seen`, which becomes what is stored.
+WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen);
 // Sets the state to closed and the stamps of an edit. The closing date is left as it is.
 WriteResult closeProblem(WorkingState &state, qint32 id);
 

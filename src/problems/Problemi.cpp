@@ -14,6 +14,8 @@ namespace clivara {
 
 namespace {
 
+const auto vanishedText = QStringLiteral("Il problema era già stato cancellato da un'altra postazione.");
+
 constexpr QSize preferredSize(1120, 704); // fits the smallest screens in use, 1366 x 768
 const auto problemForm = QStringLiteral("Probl1");
 const auto problemTable = QStringLiteral("150"); // for the record-identifier form
@@ -301,8 +303,10 @@ void Problemi::deleteProblem(const ProblemListModel::Row &problem)
 {
     if (!m_state.prompts.confirm(QStringLiteral("Cancellare il problema\n%1?").arg(problem.problem)))
         return;
-    tell(clivara::deleteProblem(m_state, problem.id),
-         QStringLiteral("Non è stato possibile cancellare il problema"));
+    deleteListed(m_state, problem.written,
+                 [&](LastWrite &seen) { return clivara::deleteProblem(m_state, problem.id, seen); },
+                 {QStringLiteral("Il problema è stato salvato"), vanishedText,
+                  QStringLiteral("Non è stato possibile cancellare il problema")});
     CaricaTab_Problemi();
 }
 
@@ -316,15 +320,9 @@ void Problemi::closeProblem(const ProblemListModel::Row &problem)
     }
     if (!m_state.prompts.confirm(QStringLiteral("Chiudere il problema\n%1?").arg(problem.problem)))
         return;
-    tell(clivara::closeProblem(m_state, problem.id),
-         QStringLiteral("Non è stato possibile chiudere il problema"));
+    tellCommand(m_state, clivara::closeProblem(m_state, problem.id), vanishedText,
+                QStringLiteral("Non è stato possibile chiudere il problema"));
     CaricaTab_Problemi();
-}
-
-void Problemi::tell(WriteResult result, const QString &failure)
-{
-    tellCommand(m_state, result,
-                QStringLiteral("Il problema era già stato cancellato da un'altra postazione."), failure);
 }
 
 void Problemi::runVisitCommand(VisitCommand command)
@@ -345,7 +343,7 @@ void Problemi::runVisitCommand(VisitCommand command)
         editVisit(m_state, *visit);
         break;
     case VisitCommand::Delete:
-        if (!visit || !askAndDeleteVisit(m_state, *visit))
+        if (!visit || !askAndDeleteVisit(m_state, *m_ui->ReportControl1_1->selectedItem()))
             return;
         break;
     }

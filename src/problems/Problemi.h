@@ -53,8 +53,6 @@ private:
     void runVisitCommand(VisitCommand command);
     void openProblemIdentifier(int row);
     void openDiabetesChart();
-    // Warns when a write was not done.
-    void tell(WriteResult result, const QString &failure);
 
     // The selected row, the one of no problem included; null without one.
     const ProblemListModel::Row *selectedRow() const;

@@ -31,13 +31,16 @@ void editVisit(WorkingState &state, qint32 id)
     state.forms->showForm(visitForm);
 }
 
-bool askAndDeleteVisit(WorkingState &state, qint32 id)
+bool askAndDeleteVisit(WorkingState &state, const ItemRow &visit)
 {
+    const qint32 id = visit.key;
+    const LastWrite written = visit.written; // the list may be read again meanwhile
     if (!state.prompts.confirm(QStringLiteral("Cancellare la voce?")))
         return false;
-    tellCommand(state, deleteVisit(state, id),
-                QStringLiteral("La visita era già stata cancellata da un'altra postazione."),
-                QStringLiteral("Non è stato possibile cancellare la visita"));
+    deleteListed(state, written, [&](LastWrite &seen) { return deleteVisit(state, id, seen); },
+                 {QStringLiteral("La visita è stata salvata"),
+                  QStringLiteral("La visita era già stata cancellata da un'altra postazione."),
+                  QStringLiteral("Non è stato possibile cancellare la visita")});
     return true;
 }
 

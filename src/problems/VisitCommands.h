@@ -15,7 +15,7 @@ void newVisit(WorkingState &state);
 void editVisit(WorkingState &state, qint32 id);
 // Asks, deletes, and tells the doctor when the visit could not be deleted. False when the answer was no: then
 // nothing has changed, else the list has to be read again.
-bool askAndDeleteVisit(WorkingState &state, qint32 id);
+bool askAndDeleteVisit(WorkingState &state, const ItemRow &visit);
 
 // Opens the record-identifier form for a row of a table; an item's table is told by "103" for a visit, and by
 // itemKindLetter() for the others.

@@ -134,10 +134,10 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read
     return result;
 }
 
-WriteResult deleteVisit(WorkingState &state, qint32 id)
+WriteResult deleteVisit(WorkingState &state, qint32 id, LastWrite &seen)
 {
     return writeTogether(state, QStringLiteral("VISITAPROBL"),
-                         [&] { return deleteSharedRow(state, byId(id), QStringLiteral("DV")); });
+                         [&] { return deleteSharedRow(state, byId(id), QStringLiteral("DV"), seen); });
 }
 
 QList<CodeName> visitTypes(dao::Database &codes)

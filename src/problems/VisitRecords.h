@@ -37,7 +37,7 @@ bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 
 // within the transaction that writes it. A validity that is null is left out for a new visit and leaves an
 // edited one's as it was.
 WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read);
-WriteResult deleteVisit(WorkingState &state, qint32 id);
+WriteResult deleteVisit(WorkingState &state, qint32 id, LastWrite &seen);
 
 struct CodeName {
     QString code;

@@ -114,8 +114,8 @@ void Visite2::editSelected()
 
 void Visite2::deleteSelected()
 {
-    const std::optional<qint32> visit = m_ui->ReportControl1->selectedVisit();
-    if (visit && askAndDeleteVisit(m_state, *visit))
+    if (m_ui->ReportControl1->selectedVisit()
+        && askAndDeleteVisit(m_state, *m_ui->ReportControl1->selectedItem()))
         CaricaTab_Visite(ItemTreeView::Place::AsBefore);
 }
 

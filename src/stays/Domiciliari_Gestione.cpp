@@ -210,9 +210,11 @@ void Domiciliari_Gestione::deleteSelected()
         || !m_state.prompts.confirm(QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?")))
         return;
     const int row = m_ui->Griglia_Domiciliari->currentIndex().row();
-    tellCommand(m_state, deleteHomeCare(m_state, entry->id),
-                QStringLiteral("L'elemento era già stato eliminato da un'altra postazione."),
-                QStringLiteral("Non è stato possibile eliminare l'elemento"));
+    deleteListed(m_state, entry->written,
+                 [&](LastWrite &seen) { return deleteHomeCare(m_state, entry->id, seen); },
+                 {QStringLiteral("L'elemento è stato salvato"),
+                  QStringLiteral("L'elemento era già stato eliminato da un'altra postazione."),
+                  QStringLiteral("Non è stato possibile eliminare l'elemento")});
     Carica_Domiciliari(entry->id, row);
 }
 

@@ -153,10 +153,10 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntr
     return result;
 }
 
-WriteResult deleteHomeCare(WorkingState &state, qint32 id)
+WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen)
 {
     return writeTogether(state, QStringLiteral("VISITAPROBL"),
-                         [&] { return deleteSharedRow(state, byId(id), sectionCode); });
+                         [&] { return deleteSharedRow(state, byId(id), sectionCode, seen); });
 }
 
 } // namespace clivara

@@ -53,7 +53,7 @@ bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &ent
 // still of the same day. Raises nothing; when nothing was written the struct is as it was. `read` as with saveStay; of
 // what is stored it gets everything but the type's name.
 WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntry &read);
-// Sets the owner to the working doctor, records the deletion ("DV") and deletes the row. All or nothing.
-WriteResult deleteHomeCare(WorkingState &state, qint32 id);
+// Sets the owner to the working doctor, records the deletion ("DV") and deletes the row. All or nothing. `seen` as with deleteStay.
+WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen);
 
 } // namespace clivara

@@ -108,8 +108,11 @@ void Ricoveri_Gestione::fill(qint32 selected, int otherwise)
     try {
         const QDate today = m_state.clock.today();
         const QList<Stay> stays = listStays(m_state.clinical(), m_state.header.patientCode);
-        for (const Stay &stay : stays)
+        m_written.clear();
+        for (const Stay &stay : stays) {
             rows.append(rowOf(stay, today));
+            m_written.insert(stay.id, stay.written);
+        }
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("Ricoveri_Gestione.Carica_Ricoveri"), error);
     }
@@ -166,9 +169,10 @@ void Ricoveri_Gestione::deleteSelected()
                != PromptButton::Ok)
         return;
     const int row = m_ui->Griglia_Ricoveri->currentIndex().row();
-    tellCommand(m_state, deleteStay(m_state, id),
-                QStringLiteral("Il ricovero era già stato eliminato da un'altra postazione."),
-                QStringLiteral("Non è stato possibile eliminare il ricovero"));
+    deleteListed(m_state, m_written.value(id), [&](LastWrite &seen) { return deleteStay(m_state, id, seen); },
+                 {QStringLiteral("Il ricovero è stato salvato"),
+                  QStringLiteral("Il ricovero era già stato eliminato da un'altra postazione."),
+                  QStringLiteral("Non è stato possibile eliminare il ricovero")});
     fill(id, row);
 }
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "host/working_state/RecordConflict.h"
 #include "support/ui/ChartForm.h"
 
+#include <QHash>
 #include <memory>
 
 namespace Ui {
@@ -41,6 +43,7 @@ private:
     WorkingState &m_state;
     std::unique_ptr<Ui::Ricoveri_Gestione> m_ui;
     ReportTableModel *m_stays;
+    QHash<qint32, LastWrite> m_written; // of each stay of the list, as it was read
 };
 
 } // namespace clivara

@@ -129,10 +129,10 @@ WriteResult saveStay(WorkingState &state, Stay &stay, Stay &read, bool extendLis
     return result;
 }
 
-WriteResult deleteStay(WorkingState &state, qint32 id)
+WriteResult deleteStay(WorkingState &state, qint32 id, LastWrite &seen)
 {
     return writeTogether(state, QStringLiteral("ricoveri2"),
-                         [&] { return deleteSharedRow(state, byId(id), sectionCode); });
+                         [&] { return deleteSharedRow(state, byId(id), sectionCode, seen); });
 }
 
 } // namespace clivara

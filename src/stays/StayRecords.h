@@ -48,7 +48,8 @@ QString nameInList(const QStringList &names, const QString &typed);
 // of the same day stays. Raises nothing; when nothing was written the struct is as it was. `read` is the stay as it was
 // read: when writing would replace what was stored since then, the result is Changed and `read` becomes what is stored.
 WriteResult saveStay(WorkingState &state, Stay &stay, Stay &read, bool extendList);
-// Sets the owner to the working doctor, records the deletion ("DR") and deletes the row. All or nothing.
-WriteResult deleteStay(WorkingState &state, qint32 id);
+// Sets the owner to the working doctor, records the deletion ("DR") and deletes the row. All or nothing. Changed when it was
+// written since `seen`, which becomes what is stored.
+WriteResult deleteStay(WorkingState &state, qint32 id, LastWrite &seen);
 
 } // namespace clivara

@@ -9,6 +9,13 @@ namespace {
 
 class ProblemRecordsTest : public ProblemFixture {
 protected:
+    // As whoever has just seen it.
+    WriteResult remove(qint32 id)
+    {
+        const auto stored = readProblem(*environment.clinical, id);
+        LastWrite seen = stored ? stored->written : LastWrite();
+        return deleteProblem(state, id, seen);
+    }
     // Saves as who has just read the problem.
     WriteResult save(ProblemDetail &problem)
     {
@@ -157,19 +164,19 @@ TEST_F(ProblemRecordsTest, DeletingDetachesTheVisitsAndLeavesATrace)
                 .arg(visit < 3 ? problem.id : other));
 
     state.header.patientCode = 18;
-    EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Vanished) << "not this patient's";
+    EXPECT_EQ(remove(problem.id), WriteResult::Vanished) << "not this patient's";
     state.header.patientCode = 17;
-    EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Done);
+    EXPECT_EQ(remove(problem.id), WriteResult::Done);
     EXPECT_EQ(clinical("SELECT idProblems FROM PROBLEMS"), QStringList(QString::number(other)));
     EXPECT_EQ(clinical("SELECT IdVisitaProbl, id_Probl FROM VISITAPROBL ORDER BY IdVisitaProbl"),
               (QStringList{"1|Null", "2|Null", "3|" + QString::number(other)}));
     EXPECT_EQ(clinical("SELECT sRecordUid, sTableCode, sOwnerUid, sAuthorUid FROM DELETIONS"),
               QStringList(guid(1) + "|DP|" + bruno + '|' + anna));
 
-    EXPECT_EQ(deleteProblem(state, other), WriteResult::Done);
+    EXPECT_EQ(remove(other), WriteResult::Done);
     EXPECT_EQ(clinical("SELECT sRecordUid FROM DELETIONS ORDER BY idDeletion").value(1), guid(4))
         << "a row without record UID gets one to be known by";
-    EXPECT_EQ(deleteProblem(state, other), WriteResult::Vanished);
+    EXPECT_EQ(remove(other), WriteResult::Vanished);
 }
 
 // Whatever fails half way, nothing of the deletion stays.
@@ -181,7 +188,7 @@ TEST_F(ProblemRecordsTest, DeletionIsWholeOrNotAtAll)
     const QStringList before = clinical(rows);
     for (const char *table : {"VISITAPROBL", "DELETIONS"}) {
         execute(QStringLiteral("DROP TABLE ") + table);
-        EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Failed) << table;
+        EXPECT_EQ(remove(problem.id), WriteResult::Failed) << table;
         EXPECT_EQ(clinical(rows), before) << table;
         EXPECT_EQ(tableExists(*environment.clinical, "DELETIONS") ? clinical("DELETIONS") : QStringList(),
                   QStringList())
@@ -200,7 +207,7 @@ TEST_F(ProblemRecordsTest, AnotherWorkstationDeletesTheRow)
     problem.texts[0] = "scritto intanto";
     EXPECT_EQ(save(problem), WriteResult::Vanished);
     EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished);
-    EXPECT_EQ(deleteProblem(state, problem.id), WriteResult::Vanished);
+    EXPECT_EQ(remove(problem.id), WriteResult::Vanished);
     EXPECT_FALSE(readProblem(*environment.clinical, problem.id));
     EXPECT_TRUE(clinical("DELETIONS").isEmpty());
     EXPECT_TRUE(pauses.taken.isEmpty()) << "nothing to wait for";
@@ -237,7 +244,7 @@ TEST_F(ProblemRecordsTest, ATooLongDescriptionIsRefusedWhole)
 
     state.environment = nullptr;
     EXPECT_EQ(save(problem), WriteResult::Failed) << "no host";
-    EXPECT_EQ(deleteProblem(state, 1), WriteResult::Failed);
+    EXPECT_EQ(remove(1), WriteResult::Failed);
 }
 
 TEST_F(ProblemRecordsTest, AProblemIsCalledByItsDescriptionElseByItsCodesName)

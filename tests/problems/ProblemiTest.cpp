@@ -272,6 +272,49 @@ TEST_F(ProblemiTest, TellsWhatCouldNotBeDone)
     });
 }
 
+TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotDeletedUnseen)
+{
+    const qint32 problem = addProblem("466", "Tosse", QDate(2026, 1, 2));
+    addVisit(QString::number(problem), "#01/03/2026#");
+    state.problemSelector = problem;
+    Problemi form(state);
+    open(form, [&] {
+        const auto saveElsewhere = [&](const char *table, int minute) {
+            otherWorkstation()->Execute(
+                QStringLiteral("UPDATE %1 SET dLastModifiedDate = #11/21/2026 09:%2:00#")
+                    .arg(QLatin1String(table))
+                    .arg(minute));
+        };
+        const auto told = [](const char *record, int minute) {
+            return QStringLiteral(
+                       "Attenzione!|%1 il 21/11/2026 alle 09:%2, da un'altra postazione, mentre era in "
+                       "questa finestra. Chi non è registrato.\n"
+                       "L'elenco mostra ancora com'era prima. Eliminare lo stesso?|warning")
+                .arg(QString::fromUtf8(record))
+                .arg(minute);
+        };
+        saveElsewhere("VISITAPROBL", 10);
+        clickRow(items, "0");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::No);
+        key(items, Qt::Key_Delete);
+        EXPECT_EQ(prompts.last(), told("La visita è stata salvata", 10));
+        EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
+        EXPECT_EQ(clinical("VISITAPROBL").size(), 1);
+        prompts.queue(PromptButton::Yes); // the list has been read again
+        key(items, Qt::Key_Delete);
+        EXPECT_TRUE(clinical("VISITAPROBL").isEmpty());
+
+        saveElsewhere("PROBLEMS", 20);
+        clickRow(problems, "1");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::Yes);
+        key(problems, Qt::Key_Delete);
+        EXPECT_EQ(prompts.last(), told("Il problema è stato salvato", 20));
+        EXPECT_TRUE(clinical("PROBLEMS").isEmpty());
+    });
+}
+
 TEST_F(ProblemiTest, VisitsAreMadeOpenedAndDeletedFromTheLowerList)
 {
     const qint32 problem = addProblem("250.00", "Diabete", QDate(2020, 1, 2));

@@ -176,5 +176,25 @@ TEST_F(RicoveriTest, WhatAnotherWorkstationWroteIsReplacedOnlyWhenTheDoctorSaysS
     EXPECT_EQ(stays(), "Ospedale Sant'Anna|Cardiologia|2026-11-10 00:00:00|2026-11-12 00:00:00");
 }
 
+TEST_F(RicoveriTest, WhatAnotherWorkstationWroteIsNotDeletedUnseen)
+{
+    addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
+    Ricoveri_Gestione list(state);
+    open(list, [&] {
+        otherWorkstation()->Execute("UPDATE ricoveri2 SET dLastModifiedDate = #11/21/2026 09:00:00#");
+        prompts.queue(PromptButton::Ok);
+        prompts.queue(PromptButton::No);
+        click("Btm_Elimina");
+        EXPECT_EQ(prompts.last().section('\n', 0, 0),
+                  "Attenzione!|Il ricovero è stato salvato il 21/11/2026 alle 09:00, da un'altra postazione, "
+                  "mentre era in questa finestra. Chi non è registrato.");
+        EXPECT_EQ(clinical("ricoveri2").size(), 1);
+        prompts.queue(PromptButton::Ok);
+        click("Btm_Elimina");
+        EXPECT_TRUE(clinical("ricoveri2").isEmpty());
+        list.close();
+    });
+}
+
 } // namespace
 } // namespace clivara

@@ -75,11 +75,16 @@ void tellCommand(WorkingState &state, WriteResult result, const QString &vanishe
                          : QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.")));
 }
 
-WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode)
+WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode,
+                            LastWrite &seen)
 {
     const auto rows = state.clinical().OpenRecordset(query);
     if (rows->Eof())
         return WriteResult::Vanished;
+    if (const LastWrite stored = lastWrite(*rows); stored != seen) {
+        seen = stored;
+        return WriteResult::Changed;
+    }
     if (state.operations.Recordset_Edit(*rows) != 0)
         return WriteResult::Failed;
     SharedRows shared = state.sharedRows();
@@ -91,6 +96,31 @@ WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QSt
         return WriteResult::Failed;
     rows->Delete();
     return WriteResult::Done;
+}
+
+void deleteListed(WorkingState &state, LastWrite seen,
+                  const std::function<WriteResult(LastWrite &seen)> &remove, const DeletionTexts &texts)
+{
+    RecordConflict conflict;
+    conflict.event = texts.changed;
+    for (;;) {
+        conflict.before = seen;
+        const WriteResult result = remove(seen);
+        if (result != WriteResult::Changed) {
+            tellCommand(state, result, texts.vanished, texts.failed);
+            return;
+        }
+        conflict.there = seen;
+        if (state.prompts.ask(
+                {QStringLiteral("Attenzione!"),
+                 conflictSentence(state, conflict)
+                     + QStringLiteral("\nL'elenco mostra ancora com'era prima. Eliminare lo stesso?"),
+                 PromptIcon::Warning,
+                 {PromptButton::Yes, PromptButton::No},
+                 PromptButton::No})
+            != PromptButton::Yes)
+            return;
+    }
 }
 
 } // namespace clivara

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "host/working_state/RecordConflict.h"
+
 #include <QString>
 #include <functional>
-
-namespace dao {
-class Recordset;
-}
 
 namespace clivara {
 
@@ -36,7 +34,20 @@ void tellCommand(WorkingState &state, WriteResult result, const QString &vanishe
 // The part of a deletion that every shared row has in common, within writeTogether: opens the one row of the
 // query in the clinical database, makes the working doctor its owner, records the deletion under the table's
 // code ("DP") and deletes the row. A row without record UID gets one, so that its deletion can be passed on.
-// Throws dao::Error.
-WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode);
+// `seen` is the row's last write as the doctor knows it; when it was written again since then, the result is Changed and
+// `seen` becomes what is stored. Throws dao::Error.
+WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode,
+                            LastWrite &seen);
+
+// What the doctor is told of a record that is deleted from a list.
+struct DeletionTexts {
+    QString changed; // "La visita è stata salvata"
+    QString vanished; // "La visita era già stata cancellata da un'altra postazione."
+    QString failed; // "Non è stato possibile cancellare la visita"
+};
+// Deletes what the doctor has agreed to delete, and tells what came of it. A record that another workstation has saved
+// since the list was read is deleted only when the doctor, told who and when, wants that as well.
+void deleteListed(WorkingState &state, LastWrite seen,
+                  const std::function<WriteResult(LastWrite &seen)> &remove, const DeletionTexts &texts);
 
 } // namespace clivara
