@@ -121,12 +121,14 @@ QByteArray sessionSettings(int answerTimeout)
     // A lock is waited for as shortly as in a file: whoever wants to try longer does so where the user can see it.
     // Nothing that a person waits for may take longer than the retries of a save, and a workstation that hangs or has
     // gone in the middle of a transaction must not keep the others from working: the server looks for it, too.
+    // To think of joins that merge costs a fifth of a laboratory query, and sorting texts for one more than hashing them.
     return QByteArrayLiteral("SET lock_timeout = '250ms'; SET statement_timeout = '")
            + QByteArray::number(answerTimeout)
            + QByteArrayLiteral(
                "s'; SET idle_in_transaction_session_timeout = '10s'; SET tcp_keepalives_idle = 10; "
                "SET tcp_keepalives_interval = 5; SET tcp_keepalives_count = 2; SET tcp_user_timeout = '10s'; "
-               "SET extra_float_digits = 1; SET jit = off; SET client_encoding = 'UTF8'; "
+               "SET extra_float_digits = 1; SET jit = off; SET enable_mergejoin = off; SET client_encoding = "
+               "'UTF8'; "
                "SET client_min_messages = warning; SET datestyle = 'ISO'; "
                "SET bytea_output = 'hex'; SET standard_conforming_strings = on; "
                "SET search_path = pg_catalog, jet, public");

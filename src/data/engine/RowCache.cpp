@@ -8,7 +8,7 @@ namespace dao {
 // Enough for most queries of a form to be read, and their cursor closed, at once.
 constexpr int rowsPerStep = 100;
 // Where a row among the first few is looked for.
-constexpr int firstRows = 10;
+constexpr int firstRows = 5;
 // Room taken at once for the rows of a query; most of the forms' queries need no more.
 constexpr int rowsExpected = 32;
 
