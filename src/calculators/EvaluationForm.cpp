@@ -29,7 +29,8 @@ EvaluationForm::EvaluationForm(const QString &name, const Words &words, HistoryP
                                WorkingState &state)
     : PatientInputForm(name, words.caption, state)
     , m_ui(std::make_unique<Ui::EvaluationForm>())
-    , m_history(new HistoryModel(words.valueHeading, this))
+    , m_history(new HistoryModel(words.valueHeading,
+                                 scale == HistoryPlot::Scale::Percent ? Qt::AlignRight : Qt::AlignLeft, this))
     , m_referenceLabel(new QLabel(this))
 {
     m_ui->setupUi(contents());

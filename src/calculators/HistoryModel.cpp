@@ -9,10 +9,16 @@ enum Column { Date, Value, ColumnCount };
 
 } // namespace
 
-HistoryModel::HistoryModel(const QString &valueHeading, QObject *parent)
+HistoryModel::HistoryModel(const QString &valueHeading, Qt::AlignmentFlag alignment, QObject *parent)
     : QAbstractTableModel(parent)
     , m_valueHeading(valueHeading)
+    , m_alignment(alignment)
 {
+}
+
+int HistoryModel::alignmentOf(int column) const
+{
+    return int((column == Value ? m_alignment : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
 void HistoryModel::setRows(const QList<HistoryRow> &rows)
@@ -34,7 +40,11 @@ int HistoryModel::columnCount(const QModelIndex &parent) const
 
 QVariant HistoryModel::data(const QModelIndex &index, int role) const
 {
-    if (!index.isValid() || role != Qt::DisplayRole)
+    if (!index.isValid())
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return alignmentOf(index.column());
+    if (role != Qt::DisplayRole)
         return {};
     const HistoryRow &row = m_rows.at(index.row());
     return index.column() == Date ? row.date : row.value;
@@ -45,7 +55,7 @@ QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int 
     if (orientation != Qt::Horizontal)
         return {};
     if (role == Qt::TextAlignmentRole)
-        return int(Qt::AlignLeft | Qt::AlignVCenter);
+        return alignmentOf(section);
     if (role != Qt::DisplayRole)
         return {};
     return section == Date ? QStringLiteral("Data") : m_valueHeading;

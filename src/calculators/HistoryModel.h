@@ -12,7 +12,8 @@ class HistoryModel final : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    HistoryModel(const QString &valueHeading, QObject *parent);
+    // `alignment` of the values and of their heading: numbers stand at the right.
+    HistoryModel(const QString &valueHeading, Qt::AlignmentFlag alignment, QObject *parent);
 
     void setRows(const QList<HistoryRow> &rows);
     const HistoryRow &at(int row) const { return m_rows.at(row); }
@@ -23,7 +24,10 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    int alignmentOf(int column) const;
+
     const QString m_valueHeading;
+    const Qt::AlignmentFlag m_alignment;
     QList<HistoryRow> m_rows;
 };
 
