@@ -12,6 +12,7 @@
 #include <memory>
 #include <poll.h>
 #include <sys/socket.h>
+#include <thread>
 
 namespace dao {
 namespace {
@@ -21,6 +22,9 @@ constexpr int answerDelayMs = 2000;
 // An attempt to connect that takes this long was to a server that does not answer; the next one comes after a rest.
 constexpr qint64 slowAttemptMs = 1000;
 constexpr qint64 restMs = 1000;
+
+// Most answers come so soon that to sleep and be woken for them would take as long again.
+constexpr qint64 quickAnswerNs = 1'000'000;
 
 constexpr char property[] = "dao_wire";
 
@@ -96,9 +100,14 @@ bool PostgresWire::waitForServer(bool mayWrite)
         socket.events |= POLLOUT;
     const QDeadlineTimer limit = patience();
     int ready = 0;
-    do {
-        ready = ::poll(&socket, 1, int(limit.remainingTime())); // -1: for ever
-    } while (ready < 0 && errno == EINTR);
+    QElapsedTimer time;
+    for (time.start(); ready == 0 && time.nsecsElapsed() < quickAnswerNs; std::this_thread::yield())
+        ready = ::poll(&socket, 1, 0);
+    if (ready <= 0) {
+        do {
+            ready = ::poll(&socket, 1, int(limit.remainingTime())); // -1: for ever
+        } while (ready < 0 && errno == EINTR);
+    }
     if (ready == 0) {
         m_wasSilent = true;
         giveUp();
