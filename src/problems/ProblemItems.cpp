@@ -101,14 +101,8 @@ void appendDrugs(QList<ItemRow> &items, dao::Database &local, const QString &que
                      order = field(*rows, "cod_pre"), minsan = field(*rows, "minsan"),
                      packs = field(*rows, "num_conf");
     for (; !rows->Eof(); rows->MoveNext()) {
-        ItemRow drug{ItemRow::Kind::Drug,
-                     shownDate(date.date()),
-                     trimmed(name),
-                     key(order),
-                     trimmed(minsan),
-                     {},
-                     {},
-                     {}};
+        ItemRow drug{
+            ItemRow::Kind::Drug, shownDate(date.date()), trimmed(name), key(order), trimmed(minsan), {}, {}};
         if (!packs.isNull())
             drug.lines.append({{}, QStringLiteral("Num. confezioni: ") + packs.text()});
         items.append(std::move(drug));
@@ -165,14 +159,8 @@ void appendTests(QList<ItemRow> &items, dao::Database &local, const QString &que
         const QDateTime date = prescribed.date();
         const int type = int(group.number());
         if (date != previousDate || type != previousType) {
-            items.append({ItemRow::Kind::Test,
-                          shownDate(date),
-                          trimmed(name),
-                          key(order),
-                          trimmed(minsan),
-                          {},
-                          {},
-                          {}});
+            items.append(
+                {ItemRow::Kind::Test, shownDate(date), trimmed(name), key(order), trimmed(minsan), {}, {}});
             previousDate = date;
             previousType = type;
         }

@@ -23,7 +23,7 @@ struct ItemRow {
         QString text; // "Anamnesi: …", "Num. confezioni: …", "Emoglobina Esito: …"
     };
     QList<Line> lines;
-    LastWrite written; // of a visit, as it was read
+    LastWrite written = {}; // of a visit, as it was read
 };
 QChar itemKindLetter(ItemRow::Kind kind); // 'V', 'F', 'S'
 QString itemKindName(ItemRow::Kind kind); // "Visita", "Farmaco", "Esami"

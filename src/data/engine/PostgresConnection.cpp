@@ -228,7 +228,7 @@ void PostgresConnection::copyIn(const QString &sql, const QByteArray &rows)
         m_wire.sendCopy(rows);
         results(sql);
         if (inside)
-            send(QByteArrayLiteral("RELEASE statement; SAVEPOINT statement"), sql);
+            send(keepNewState, sql);
     } catch (const Error &) {
         if (PQtransactionStatus(m_connection) == PQTRANS_INERROR)
             send(returnToState, sql);

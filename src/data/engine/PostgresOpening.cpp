@@ -127,9 +127,8 @@ QByteArray sessionSettings(int answerTimeout)
            + QByteArrayLiteral(
                "s'; SET idle_in_transaction_session_timeout = '10s'; SET tcp_keepalives_idle = 10; "
                "SET tcp_keepalives_interval = 5; SET tcp_keepalives_count = 2; SET tcp_user_timeout = '10s'; "
-               "SET extra_float_digits = 1; SET jit = off; SET enable_mergejoin = off; SET client_encoding = "
-               "'UTF8'; "
-               "SET client_min_messages = warning; SET datestyle = 'ISO'; "
+               "SET extra_float_digits = 1; SET jit = off; SET enable_mergejoin = off; "
+               "SET client_encoding = 'UTF8'; SET client_min_messages = warning; SET datestyle = 'ISO'; "
                "SET bytea_output = 'hex'; SET standard_conforming_strings = on; "
                "SET search_path = pg_catalog, jet, public");
 }
