@@ -2,6 +2,7 @@
 #include "app/ScenarioReports.h"
 
 #include "app/ControlReading.h"
+#include "controls/ReportView.h"
 #include "data/engine/Dao.h"
 #include "support/PatientHeader.h"
 #include "support/ui/ChartForm.h"
@@ -67,11 +68,15 @@ JsonLine rowsReport(const QString &name, const QWidget &control)
     QJsonArray rows;
     for (const QStringList &row : shown.rows)
         rows.append(QJsonArray::fromStringList(row));
-    return JsonLine()
-        .add(QStringLiteral("control"), name)
+    JsonLine line;
+    line.add(QStringLiteral("control"), name)
         .add(QStringLiteral("columns"), QJsonArray::fromStringList(shown.columns))
         .add(QStringLiteral("rows"), rows)
         .add(QStringLiteral("selected"), shown.selected);
+    if (const auto *const view = qobject_cast<const clivara::ReportView *>(&control);
+        view && view->isUnread())
+        line.add(QStringLiteral("unread"), true);
+    return line;
 }
 
 JsonLine boxesReport(const QList<ScenarioPrompts::Box> &boxes)

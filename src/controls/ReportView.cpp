@@ -17,6 +17,10 @@ namespace {
 
 constexpr int iconSide = 16;
 constexpr int tipLength = 2000; // characters; more does not fit on the screen
+constexpr QColor unreadColour(0xa0, 0x20, 0x20);
+const auto unreadText =
+    QStringLiteral("Non è stato possibile leggere questi dati.\n"
+                   "Non significa che non ce ne siano: chiudere la finestra e riaprirla.");
 
 } // namespace
 
@@ -60,6 +64,13 @@ void ReportView::setTextColumn(int column, int most)
 void ReportView::setPlaceholder(const QString &text)
 {
     m_placeholder = text;
+}
+
+void ReportView::setUnread(bool unread)
+{
+    m_unread = unread;
+    setAccessibleDescription(unread ? unreadText : QString());
+    viewport()->update();
 }
 
 void ReportView::layOutColumns()
@@ -180,11 +191,15 @@ void ReportView::resizeEvent(QResizeEvent *event)
 void ReportView::paintEvent(QPaintEvent *event)
 {
     QTreeView::paintEvent(event);
-    if (m_placeholder.isEmpty() || !model() || model()->rowCount() > 0)
+    const int rows = model() ? model()->rowCount() : 0;
+    if (!m_unread && (m_placeholder.isEmpty() || rows > 0))
         return;
+    QRect free = viewport()->rect();
+    if (rows > 0)
+        free.setTop(visualRect(model()->index(rows - 1, 0)).bottom());
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, m_placeholder);
+    painter.setPen(m_unread ? unreadColour : palette().color(QPalette::PlaceholderText));
+    painter.drawText(free, Qt::AlignCenter | Qt::TextWordWrap, m_unread ? unreadText : m_placeholder);
 }
 
 // The base class draws a selected row's arrow in the colour of the others, which the selection hides.

@@ -39,6 +39,9 @@ public:
     QPalette rowPalette() const;
     // Stands in the view while it has no rows.
     void setPlaceholder(const QString &text);
+    // The rows could not be read: the view says so, whatever it shows, so that no row is not taken for nothing there.
+    void setUnread(bool unread);
+    bool isUnread() const { return m_unread; }
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
@@ -70,6 +73,7 @@ private:
     int m_textColumn = 0;
     int m_textLines = 1;
     QString m_placeholder;
+    bool m_unread = false;
     bool m_layingOut = false;
 };
 

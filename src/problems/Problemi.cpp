@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Problemi.h"
 
-#include "host/working_state/ErrorLog.h"
+#include "frames/ListReading.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/ProblemRecords.h"
@@ -176,12 +176,9 @@ void Problemi::CreaTab_Problemi()
 
 void Problemi::CaricaTab_Problemi()
 {
-    QList<ProblemRow> problems;
-    try {
-        problems = listProblems(m_state.clinical(), m_state.header.patientCode);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Problemi.CaricaTab_Problemi"), error);
-    }
+    const QList<ProblemRow> problems =
+        readList(m_state, QStringLiteral("Problemi.CaricaTab_Problemi"), *m_ui->ReportControl1_0,
+                 [this] { return listProblems(m_state.clinical(), m_state.header.patientCode); });
     m_filling = true;
     m_problems->setProblems(problems, [this](const QString &code) { return diagnosisName(code); });
     const int known = m_problems->rowOf(m_state.problemSelector);
@@ -210,14 +207,12 @@ void Problemi::CaricaTab_Visite(ItemTreeView::Place place)
         return;
     m_state.log.write(QStringLiteral("+--- Clivara.CaricaTab_Visite id_probl=")
                       + QString::number(problem->id));
-    QList<ItemRow> items;
-    try {
-        items = problemItems(m_state.local(), m_state.header.patientCode, problem->id, problem->start,
-                             problem->code);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Problemi.CaricaTab_Visite"), error);
-    }
-    const bool isEmpty = items.isEmpty();
+    QList<ItemRow> items =
+        readList(m_state, QStringLiteral("Problemi.CaricaTab_Visite"), *m_ui->ReportControl1_1, [&] {
+            return problemItems(m_state.local(), m_state.header.patientCode, problem->id, problem->start,
+                                problem->code);
+        });
+    const bool isEmpty = items.isEmpty() && !m_ui->ReportControl1_1->isUnread();
     const bool hadFocus = m_ui->ReportControl1_1->hasFocus();
     m_ui->ReportControl1_1->showItems(std::move(items), place);
     m_ui->ReportControl1_1->setVisible(!isEmpty);
@@ -230,10 +225,10 @@ void Problemi::CaricaTab_Visite(ItemTreeView::Place place)
 
 void Problemi::showCounts()
 {
-    const ItemTreeModel &items = m_ui->ReportControl1_1->items();
+    const ItemTreeView &list = *m_ui->ReportControl1_1;
     const auto show = [&](QToolButton *button, const QString &text, ItemRow::Kind kind) {
-        const int count = items.count(kind);
-        button->setText(text.arg(count));
+        const int count = list.items().count(kind);
+        button->setText(text.arg(countText(list, count)));
         button->setEnabled(count > 0);
     };
     show(m_ui->goToVisits, QStringLiteral("&Visite: %1"), ItemRow::Kind::Visit);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Visite2.h"
 
-#include "host/working_state/ErrorLog.h"
+#include "frames/ListReading.h"
 #include "host/working_state/WorkingState.h"
 #include "problems/VisitCommands.h"
 #include "ui_Visite2.h"
@@ -76,15 +76,12 @@ void Visite2::unloading()
 
 void Visite2::CaricaTab_Visite(ItemTreeView::Place place)
 {
-    QList<ItemRow> visits;
-    try {
-        visits = patientVisits(m_state.local(), m_state.header.patientCode);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Visite2.CaricaTab_Visite"), error);
-    }
+    QList<ItemRow> visits =
+        readList(m_state, QStringLiteral("Visite2.CaricaTab_Visite"), *m_ui->ReportControl1,
+                 [this] { return patientVisits(m_state.local(), m_state.header.patientCode); });
     const qsizetype count = visits.size();
     m_ui->ReportControl1->showItems(std::move(visits), place);
-    m_ui->lblConteggio->setText(QString::number(count));
+    m_ui->lblConteggio->setText(countText(*m_ui->ReportControl1, count));
 }
 
 void Visite2::addVisit()

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "sheets/AIR15_Gestione.h"
 
-#include "data/engine/Error.h"
-#include "host/working_state/ErrorLog.h"
+#include "frames/ListReading.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
 #include "sheets/SheetLayout.h"
@@ -77,12 +76,8 @@ void AIR15_Gestione::leave()
 
 void AIR15_Gestione::fill()
 {
-    m_sheets.clear();
-    try {
-        m_sheets = listSheets(m_state.clinical(), m_state.header.patientCode);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("AIR15_Gestione.Carica_Schede"), error);
-    }
+    m_sheets = readList(m_state, QStringLiteral("AIR15_Gestione.Carica_Schede"), *m_ui->MSFlexGrid1,
+                        [this] { return listSheets(m_state.clinical(), m_state.header.patientCode); });
     m_model->clear();
     m_model->setHorizontalHeaderLabels({QStringLiteral("Data"), QStringLiteral("Tipo scheda")});
     for (const SheetRow &sheet : m_sheets) {

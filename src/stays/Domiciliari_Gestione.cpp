@@ -3,7 +3,7 @@
 
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
-#include "host/working_state/ErrorLog.h"
+#include "frames/ListReading.h"
 #include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
@@ -118,12 +118,9 @@ void Domiciliari_Gestione::CaricaListaTipi()
 
 void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
 {
-    m_entries.clear();
-    try {
-        m_entries = listHomeCare(m_state.clinical(), m_state.codes(), m_state.header.patientCode);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Domiciliari_Gestione.Carica_Domiciliari"), error);
-    }
+    m_entries = readList(
+        m_state, QStringLiteral("Domiciliari_Gestione.Carica_Domiciliari"), *m_ui->Griglia_Domiciliari,
+        [this] { return listHomeCare(m_state.clinical(), m_state.codes(), m_state.header.patientCode); });
     QList<ReportTableModel::Row> rows;
     for (const HomeCareEntry &entry : std::as_const(m_entries)) {
         ReportTableModel::Row row;
@@ -135,7 +132,7 @@ void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
         rows.append(row);
     }
     m_grid->setRows(std::move(rows));
-    m_ui->lblConteggio->setText(QString::number(m_entries.size()));
+    m_ui->lblConteggio->setText(countText(*m_ui->Griglia_Domiciliari, m_entries.size()));
     m_ui->Griglia_Domiciliari->setCurrentIndex(m_grid->nearest(selected, otherwise));
     showSelected();
     m_ui->Griglia_Domiciliari->setFocus();

@@ -3,7 +3,7 @@
 
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
-#include "host/working_state/ErrorLog.h"
+#include "frames/ListReading.h"
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
@@ -104,19 +104,17 @@ void Ricoveri_Gestione::unloading()
 
 void Ricoveri_Gestione::fill(qint32 selected, int otherwise)
 {
+    const QList<Stay> stays =
+        readList(m_state, QStringLiteral("Ricoveri_Gestione.Carica_Ricoveri"), *m_ui->Griglia_Ricoveri,
+                 [this] { return listStays(m_state.clinical(), m_state.header.patientCode); });
+    const QDate today = m_state.clock.today();
     QList<ReportTableModel::Row> rows;
-    try {
-        const QDate today = m_state.clock.today();
-        const QList<Stay> stays = listStays(m_state.clinical(), m_state.header.patientCode);
-        m_written.clear();
-        for (const Stay &stay : stays) {
-            rows.append(rowOf(stay, today));
-            m_written.insert(stay.id, stay.written);
-        }
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Ricoveri_Gestione.Carica_Ricoveri"), error);
+    m_written.clear();
+    for (const Stay &stay : stays) {
+        rows.append(rowOf(stay, today));
+        m_written.insert(stay.id, stay.written);
     }
-    m_ui->lblConteggio->setText(QString::number(rows.size()));
+    m_ui->lblConteggio->setText(countText(*m_ui->Griglia_Ricoveri, rows.size()));
     m_stays->setRows(std::move(rows));
     m_ui->Griglia_Ricoveri->setCurrentIndex(m_stays->nearest(selected, otherwise));
     showLength();
