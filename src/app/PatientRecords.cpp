@@ -142,7 +142,7 @@ QList<VisitLine> PatientRecords::lastVisits(qint32 code) const
     return visits;
 }
 
-QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 code) const
+QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
 {
     QList<LaboratoryLine> lines;
     QHash<QString, qsizetype> byExam;
@@ -151,20 +151,26 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 code) const
                        "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
                        "AND r.cod_paz = %2 ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
             .arg(readResults)
-            .arg(code),
+            .arg(patient),
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         const QString value = trimmed(*rows, QStringLiteral("unita"));
         if (value.isEmpty())
             continue;
         const QString exam = trimmed(*rows, QStringLiteral("esame"));
-        const QString key = trimmed(*rows, QStringLiteral("codice")) + u'\n' + exam.toLower();
+        const QString code = trimmed(*rows, QStringLiteral("codice"));
+        const QString key = code + u'\n' + exam.toLower();
         const QDate date = rows->Fields(QStringLiteral("da_pre")).date().date();
         if (const auto known = byExam.constFind(key); known == byExam.cend()) {
             if (lines.size() == shownExams)
                 continue;
             byExam.insert(key, lines.size());
-            lines.append({exam, value, trimmed(*rows, QStringLiteral("unita_Mis")), date, {}, {}});
+            lines.append({exam.isEmpty() ? code : exam,
+                          value,
+                          trimmed(*rows, QStringLiteral("unita_Mis")),
+                          date,
+                          {},
+                          {}});
         } else if (lines[*known].previousValue.isEmpty() && date < lines[*known].date) {
             lines[*known].previousValue = value;
             lines[*known].previousDate = date;

@@ -30,7 +30,7 @@ public:
     std::optional<PatientRegistry> registry(qint32 code) const;
     QList<ProblemLine> openProblems(qint32 code) const;
     QList<VisitLine> lastVisits(qint32 code) const;
-    QList<LaboratoryLine> lastLaboratory(qint32 code) const;
+    QList<LaboratoryLine> lastLaboratory(qint32 patient) const;
     BloodPressure lastPressure(qint32 code) const;
 
     // A patient whose chart shows much: most of the exams that the calculators read, done since a day, several saved

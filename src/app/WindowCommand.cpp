@@ -14,7 +14,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSettings>
+#include <QStyle>
 
 namespace orvale {
 
@@ -55,13 +57,24 @@ struct Showing {
     QString next; // the practice to open now; empty to end the program
 };
 
+// As the doctor left it; at first in its own size, or over the whole of a screen that has no room for that.
+void place(HostWindow &window, const QByteArray &geometry)
+{
+    if (window.restoreGeometry(geometry))
+        return;
+    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+    const QSize room = window.screen()->availableSize();
+    if (window.width() > room.width() || window.height() + titleBar > room.height())
+        window.setWindowState(Qt::WindowMaximized);
+}
+
 // Shows the window on a practice until it is closed.
 Showing showPractice(Practice &practice, HostServices &host, bool reportsStartup)
 {
     Showing showing;
     HostWindow window(practice, host.services());
     QSettings remembered(QStringLiteral("Orvale"), QStringLiteral("orvale"));
-    window.restoreGeometry(remembered.value(geometryKey).toByteArray());
+    place(window, remembered.value(geometryKey).toByteArray());
     if (reportsStartup)
         new StartupReport(window);
     QObject::connect(&window, &HostWindow::importAsked, &window, [&] {

@@ -20,7 +20,7 @@ namespace clivara {
 
 namespace {
 
-constexpr QSize preferredSize(920, 520);
+constexpr QSize usualSize(920, 520);
 constexpr int visibleRows = 7;
 
 } // namespace
@@ -65,7 +65,7 @@ EvaluationForm::EvaluationForm(const QString &name, const Words &words, HistoryP
     m_ui->plotLabel->setText(words.course);
     m_ui->plot->setAccessibleName(QString(words.course).remove(u'&'));
     m_ui->plot->setScale(scale);
-    resize(preferredSize);
+    setUsualSize(usualSize);
 
     connectHistory();
     connect(dateEdit(), &QLineEdit::textChanged, this, [this] {

@@ -6,14 +6,13 @@
 #include "host/working_state/WorkingState.h"
 #include "ui_Conflitto.h"
 
-#include <QScreen>
 #include <QShortcut>
 
 namespace clivara {
 
 namespace {
 
-constexpr QSize usualSize(960, 640); // at most
+constexpr QSize largestSize(960, 640);
 constexpr int outerMargin = 16;
 constexpr int leastFields = 96; // so much of the fields is always seen
 
@@ -90,13 +89,12 @@ void Conflitto::load()
 void Conflitto::fit()
 {
     const QWidget *const fields = m_ui->area->widget();
-    const int width = usualSize.width() - 2 * outerMargin;
+    const int width = largestSize.width() - 2 * outerMargin;
     const int wanted = fields->layout()->totalHeightForWidth(width);
     m_ui->area->setMinimumHeight(std::min(wanted, leastFields));
-    const int others = layout()->totalHeightForWidth(usualSize.width())
+    const int others = layout()->totalHeightForWidth(largestSize.width())
                        - m_ui->area->sizeHint().expandedTo(m_ui->area->minimumSize()).height();
-    resize(QSize(usualSize.width(), std::min(usualSize.height(), others + wanted))
-               .boundedTo(screen()->availableSize()));
+    setUsualSize({largestSize.width(), std::min(largestSize.height(), others + wanted)});
 }
 
 void Conflitto::showFields(const RecordConflict &conflict)

@@ -6,7 +6,6 @@
 #include "host/working_state/WorkingState.h"
 #include "ui_Allergie.h"
 
-#include <QScreen>
 #include <QShortcut>
 
 namespace clivara {
@@ -54,7 +53,7 @@ void Allergie::load()
     m_textChanged = false;
     m_shownCode = encodeAllergies(m_ui->gruppi->selection());
     showSelection();
-    resize(sizeHint().boundedTo(screen()->availableSize()));
+    resize(sizeHint());
     m_ui->cerca->setFocus();
 }
 

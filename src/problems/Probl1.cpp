@@ -22,7 +22,7 @@ Probl1::Probl1(WorkingState &state)
     , m_ui(std::make_unique<Ui::Probl1>())
 {
     m_ui->setupUi(contents());
-    resize(usualSize);
+    setUsualSize(usualSize);
     m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
     setButtons(m_ui->chameleonButton1_0, m_ui->chameleonButton1_1);
     for (qint16 value = 0; value <= qint16(ProblemState::Chronic); ++value)

@@ -16,7 +16,7 @@ namespace {
 
 const auto vanishedText = QStringLiteral("Il problema era già stato cancellato da un'altra postazione.");
 
-constexpr QSize preferredSize(1120, 704); // fits the smallest screens in use, 1366 x 768
+constexpr QSize usualSize(1120, 704);
 const auto problemForm = QStringLiteral("Probl1");
 const auto problemTable = QStringLiteral("150"); // for the record-identifier form
 
@@ -49,9 +49,9 @@ Problemi::Problemi(WorkingState &state)
     m_ui->splitter->setStretchFactor(0, 2);
     m_ui->splitter->setStretchFactor(1, 3);
     // Not by what the parts show when the form opens: an empty list below would stay a narrow one.
-    m_ui->splitter->setSizes({2 * preferredSize.height() / 5, 3 * preferredSize.height() / 5});
+    m_ui->splitter->setSizes({2 * usualSize.height() / 5, 3 * usualSize.height() / 5});
     m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
-    resize(preferredSize);
+    setUsualSize(usualSize);
     makeMenus();
     connectProblems();
     connectItems();

@@ -88,7 +88,7 @@ RicercaDiagnosi::RicercaDiagnosi(WorkingState &state)
 {
     m_ui->setupUi(contents());
     setWindowTitle(QStringLiteral("Ricerca diagnosi"));
-    resize(usualSize);
+    setUsualSize(usualSize);
     ReportView *const list = m_ui->ReportControl1;
     list->setModel(m_model);
     list->setItemDelegate(m_delegate);

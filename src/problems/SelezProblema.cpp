@@ -37,7 +37,7 @@ SelezProblema::SelezProblema(WorkingState &state)
 {
     m_ui->setupUi(contents());
     setWindowTitle(QStringLiteral("Selezione problema"));
-    resize(usualSize);
+    setUsualSize(usualSize);
     ReportView *const list = m_ui->ReportControl1;
     list->setModel(m_model);
     list->setTextColumn(2, 1);

@@ -43,7 +43,7 @@ Visita2::Visita2(WorkingState &state)
     , m_ui(std::make_unique<Ui::Visita2>())
 {
     m_ui->setupUi(contents());
-    resize(usualSize);
+    setUsualSize(usualSize);
     m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
     setButtons(m_ui->chameleonButton1_0, m_ui->chameleonButton1_1);
     m_ui->Problema->setPlaceholder(QStringLiteral("nessun problema: scegliere dall'elenco"));

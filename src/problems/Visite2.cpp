@@ -12,7 +12,7 @@ namespace clivara {
 
 namespace {
 
-constexpr QSize preferredSize(960, 704);
+constexpr QSize usualSize(960, 704);
 
 } // namespace
 
@@ -25,7 +25,7 @@ Visite2::Visite2(WorkingState &state)
     setWindowTitle(QStringLiteral("Gestione Visite"));
     m_ui->setupUi(contents());
     m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
-    resize(preferredSize);
+    setUsualSize(usualSize);
     makeMenu();
 
     ItemTreeView *const list = m_ui->ReportControl1;

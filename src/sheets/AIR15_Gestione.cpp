@@ -27,7 +27,7 @@ AIR15_Gestione::AIR15_Gestione(WorkingState &state)
 {
     m_ui->setupUi(contents());
     setWindowTitle(QStringLiteral("AIR Campania"));
-    resize(usualSize);
+    setUsualSize(usualSize);
     m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
     ReportView *const list = m_ui->MSFlexGrid1;
     list->setModel(m_model);

@@ -54,7 +54,7 @@ SheetForm::SheetForm(WorkingState &state, const SheetLayout &layout)
     m_ui->setupUi(contents());
     setWindowTitle(layout.caption);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
-    resize(usualSize);
+    setUsualSize(usualSize);
     m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
     m_ui->DTPicker1->setClock(state.clock);
     m_fields = new SheetFields(layout, state.clock);

@@ -17,7 +17,7 @@ namespace clivara {
 
 namespace {
 
-constexpr QSize preferredSize(800, 608);
+constexpr QSize usualSize(800, 608);
 enum Column { Date, Type, Validity };
 
 const auto newTitle = QStringLiteral("Nuovo domiciliare");
@@ -40,7 +40,7 @@ Domiciliari_Gestione::Domiciliari_Gestione(WorkingState &state)
     m_ui->setupUi(contents());
     m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
     m_ui->optionalNote->setForegroundRole(QPalette::PlaceholderText);
-    resize(preferredSize);
+    setUsualSize(usualSize);
 
     ReportView *const grid = m_ui->Griglia_Domiciliari;
     grid->setRootIsDecorated(false);

@@ -18,7 +18,7 @@ namespace clivara {
 
 namespace {
 
-constexpr QSize preferredSize(880, 560);
+constexpr QSize usualSize(880, 560);
 constexpr int newest = std::numeric_limits<int>::max(); // the last row
 enum Column { Admitted, Discharged, Hospital, Ward };
 
@@ -68,7 +68,7 @@ Ricoveri_Gestione::Ricoveri_Gestione(WorkingState &state)
     setWindowTitle(QStringLiteral("Ricoveri"));
     m_ui->setupUi(contents());
     m_ui->keysHint->setForegroundRole(QPalette::PlaceholderText);
-    resize(preferredSize);
+    setUsualSize(usualSize);
 
     ReportView *const list = m_ui->Griglia_Ricoveri;
     list->setRootIsDecorated(false);

@@ -23,7 +23,7 @@ Ricoveri_Inserimento::Ricoveri_Inserimento(WorkingState &state)
     , m_ui(std::make_unique<Ui::Ricoveri_Inserimento>())
 {
     m_ui->setupUi(contents());
-    resize(usualSize);
+    setUsualSize(usualSize);
     m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
     setButtons(m_ui->Btm_Memorizza, m_ui->Btm_Esci);
     for (MyDateControl *const date : {m_ui->Data_Dom, m_ui->Data_Val}) {

@@ -4,10 +4,27 @@
 #include "app/HostStyle.h"
 #include "app/Sections.h"
 #include "host/Class3.h"
+#include "support/ui/ChartForm.h"
 
 #include <QApplication>
 #include <QImage>
+#include <QMap>
 #include <QSet>
+
+// The least size of each form that is shown.
+class LeastSizes final : public QObject {
+public:
+    LeastSizes() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (const auto form = qobject_cast<const clivara::ChartForm *>(watched);
+            form && event->type() == QEvent::Show)
+            sizes.insert(form->objectName(), form->minimumSizeHint());
+        return false;
+    }
+
+    QMap<QString, QSize> sizes;
+};
 
 class TourTest : public SmallPractice {
 protected:
@@ -28,8 +45,13 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
     clinical(QStringLiteral("INSERT INTO ricoveri2 (cod_paz, data_accesso, sede, reparto) VALUES "
                             "(11, cdate('20/11/2026'), 'Ospedale Sant''Anna', 'Cardiologia')"));
     const QString folder = path(QStringLiteral("pictures/of the tour"));
+    const LeastSizes least;
     const QStringList written = orvale::takeTour(*m_practice, m_clock, folder);
 
+    // Every form fits a screen of 1366 x 768 at 125 %, beside a title bar and a task bar.
+    const QSize room(1088, 556);
+    for (auto form = least.sizes.cbegin(); form != least.sizes.cend(); ++form)
+        EXPECT_EQ(form->expandedTo(room), room) << form.key().toStdString();
     QStringList names;
     for (const QString &file : written)
         names << QFileInfo(file).fileName();
@@ -42,6 +64,7 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
     const QStringList dialogs{"Probl1",     "RicercaDiagnosi",      "Visita2",   "SelezProblema",
                               "PregMalInf", "Ricoveri_Inserimento", "AIR15_7_1", "Conflitto"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
+    EXPECT_EQ(least.sizes.size(), built + dialogs.size());
     EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
     const QStringList sections{"Problemi",
                                "Visite2",

@@ -10,6 +10,7 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -20,6 +21,7 @@ namespace {
 class TestForm final : public ChartForm {
 public:
     using ChartForm::ChartForm;
+    using ChartForm::setUsualSize;
     QStringList events;
     bool mayClose = true;
     const char *failIn = "";
@@ -67,6 +69,30 @@ TEST_F(ChartFormTest, ClosesInOneWay)
         EXPECT_FALSE(visible || form.isLoaded()) << name;
         EXPECT_EQ(form.events, wholeLife) << name;
     }
+}
+
+TEST_F(ChartFormTest, IsAsLargeAsItUsuallyIsOrAsTheScreenHasRoomFor)
+{
+    const QSize screen = form.screen()->availableSize();
+    const auto shown = [this](const std::function<void()> &act = [] {}) {
+        QSize size;
+        inside(form, [&] {
+            size = form.size();
+            act();
+            form.close();
+        });
+        form.showModal();
+        return size;
+    };
+    form.setUsualSize({400, 300});
+    EXPECT_EQ(shown([this] { form.resize(420, 350); }), QSize(400, 300));
+    EXPECT_EQ(shown(), QSize(420, 350)) << "as the doctor left it";
+    form.setUsualSize(2 * screen);
+    EXPECT_EQ(form.sizeHint(), 2 * screen);
+    const QSize fitted = shown();
+    EXPECT_EQ(fitted.expandedTo(screen), screen);
+    EXPECT_NEAR(fitted.width(), screen.width(), 20);
+    EXPECT_LT(fitted.height(), screen.height()) << "the title bar needs room too";
 }
 
 TEST_F(ChartFormTest, StaysOpenWhenItMayNotClose)

@@ -5,6 +5,8 @@
 #include "support/ui/PatientStrip.h"
 
 #include <QApplication>
+#include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <utility>
@@ -40,8 +42,10 @@ void ChartForm::showModal()
     m_loaded = true;
     emit loaded();
 
+    const QWidget *const host = QApplication::activeWindow();
+    fitOnScreen(host);
     // Without an owner the form could open behind the host's window.
-    if (const QWidget *const host = QApplication::activeWindow(); host && host != this) {
+    if (host && host != this) {
         winId();
         windowHandle()->setTransientParent(host->windowHandle());
     }
@@ -49,6 +53,27 @@ void ChartForm::showModal()
     m_loaded = false;
     if (m_failure)
         std::rethrow_exception(std::exchange(m_failure, nullptr));
+}
+
+QSize ChartForm::sizeHint() const
+{
+    return m_usualSize.expandedTo(QDialog::sizeHint());
+}
+
+void ChartForm::setUsualSize(QSize size)
+{
+    m_usualSize = size;
+    resize(size);
+}
+
+void ChartForm::fitOnScreen(const QWidget *host)
+{
+    // The frame is known when the window is there, and the host's is the same.
+    const QSize frame = host ? host->frameGeometry().size() - host->size()
+                             : QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this));
+    const QScreen *const place = host ? host->screen() : screen();
+    const QSize wanted = testAttribute(Qt::WA_Resized) ? size() : sizeHint();
+    resize(wanted.boundedTo(place->availableSize() - frame));
 }
 
 void ChartForm::unload()

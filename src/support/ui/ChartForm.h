@@ -33,6 +33,9 @@ public:
     void abandon();
     bool isLoaded() const { return m_loaded; }
 
+    // The usual size, where the form has one of its own.
+    QSize sizeHint() const override;
+
 signals:
     void loaded(); // after load(), before the form is visible
 
@@ -44,6 +47,10 @@ protected:
     // The form goes away: saves what is saved on closing and writes the host's mailbox.
     virtual void unloading() { }
 
+    // The form's size, where the screen has room for it beside the window's frame; else as much of it as there is room
+    // for. A doctor who drags the window to another size finds it so again.
+    void setUsualSize(QSize size);
+
     // Holds the widget of the form's .ui file, below the patient strip.
     QWidget *contents() const { return m_contents; }
 
@@ -52,11 +59,13 @@ protected:
 
 private:
     void finish();
+    void fitOnScreen(const QWidget *host);
 
     const PatientHeader &m_header;
     const Clock &m_clock;
     PatientStrip *m_strip;
     QWidget *m_contents;
+    QSize m_usualSize;
     bool m_loaded = false;
     std::exception_ptr m_failure; // of the closing, carried past the event loop
 };
