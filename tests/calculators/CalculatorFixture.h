@@ -1,50 +1,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "TestPrompts.h"
-#include "data/DataFixture.h"
-#include "host/working_state/WorkingState.h"
+#include "ChartFixture.h"
+#include "FormDriver.h"
 
 namespace clivara {
 
-// A clinical database with patient 17, a man of 60 on 21/11/2026, and nothing else.
-class CalculatorFixture : public DataFixture {
+// The clinical database of a practice in region 03 with patient 17, a man of 60 on 21/11/2026, and nothing else.
+class CalculatorFixture : public ChartFixture, protected FormDriver {
 protected:
     CalculatorFixture()
     {
-        environment.clinical = create(
-            "Orvale.sqlite",
-            {"CREATE TABLE archivio (cod_paz LONG, sesso TEXT(1), Data_Nasc DATETIME)",
-             "CREATE TABLE ESAME_OB (cod_paz LONG, tipo_dati TEXT(1), chiave TEXT(10), data_reg DATETIME, "
-             "dati_paz MEMO)",
-             "CREATE TABLE DEFCAMPI (Tiporec TEXT(1), Formapp TEXT(10), descrizione TEXT(30), [offset] "
-             "SHORT, "
-             "lunghezza SHORT)",
-             "CREATE TABLE riepil (cod_pre LONG, cod_paz LONG, tipo SHORT, minsan TEXT(12), da_pre DATETIME)",
-             "CREATE TABLE riepil2 (idriepil2 LONG, cod_rie TEXT(12), codice TEXT(12), unita TEXT(30))",
-             "INSERT INTO archivio VALUES (17, 'M', #03/12/1966#)",
-             "INSERT INTO DEFCAMPI VALUES ('A', 'PED', 'peso', 9, 5)",
-             "INSERT INTO DEFCAMPI VALUES ('A', 'EOG', 'peso', 4, 5)"});
-        state.environment = &environment;
-        state.header.patientCode = 17;
+        createClinical();
+        execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (17, 'M', #03/12/1966#)");
+        for (const char *row : {"'PED', 'peso', 9, 5", "'EOG', 'peso', 4, 5", "'EOG', 'circonf_addom', 9, 5"})
+            execute(QStringLiteral("INSERT INTO DEFCAMPI VALUES ('A', %1)").arg(row));
+        state.doctor.region = QStringLiteral("03");
     }
 
-    void execute(const QString &sql) { environment.clinical->Execute(sql); }
-
-    // An objective examination; `date` as the SQL has it.
-    void addExamination(const char *date, const char *key, const char *text)
+    // A day before today as the SQL has it.
+    QString daysAgo(int days) const { return clock.today().addDays(-days).toString(u"'#'MM'/'dd'/'yyyy'#'"); }
+    // A laboratory result; date and value as the SQL has them.
+    void addResult(const char *code, const QString &date, const char *value, int type = 1, int patient = 17)
     {
-        execute(QStringLiteral("INSERT INTO ESAME_OB VALUES (17, 'A', '%1', %2, %3)").arg(key, date, text));
-    }
-
-    // A result, `daysAgo` before today; -1000 for a result without a date.
-    void addResult(const char *code, int daysAgo, const char *value, int type = 1, int patient = 17)
-    {
-        const QString date = daysAgo == -1000
-                                 ? QStringLiteral("Null")
-                                 : clock.today().addDays(-daysAgo).toString(u"'#'MM'/'dd'/'yyyy'#'");
         ++m_results;
-        execute(QStringLiteral("INSERT INTO riepil VALUES (%1, %2, %3, 'E%1', %4)")
+        execute(QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan, da_pre) VALUES (%1, %2, "
+                               "%3, 'E%1', %4)")
                     .arg(m_results)
                     .arg(patient)
                     .arg(type)
@@ -54,24 +35,52 @@ protected:
     // One more result under the header of the last.
     void addToLast(const char *code, const char *value)
     {
-        execute(QStringLiteral("INSERT INTO riepil2 VALUES (%1, 'E%2', '%3', %4)")
+        execute(QStringLiteral(
+                    "INSERT INTO riepil2 (idriepil2, cod_rie, codice, unita) VALUES (%1, 'E%2', '%3', %4)")
                     .arg(++m_lines)
                     .arg(m_results)
                     .arg(code, value));
     }
+    void addPressure(const QString &date, const char *systolic, const char *diastolic)
+    {
+        execute(QStringLiteral("INSERT INTO esa_ob VALUES (17, %1, %2, %3)").arg(date, systolic, diastolic));
+    }
+    // An objective examination ("A") or a questionnaire; date and text as the SQL has them. Without a key it gets
+    // the next number.
+    void addExamination(const char *kind, const QString &date, const QString &text, const QString &key = {})
+    {
+        ++m_examinations;
+        execute(QStringLiteral("INSERT INTO ESAME_OB VALUES (17, '%1', '%2', %3, %4)")
+                    .arg(kind, key.isEmpty() ? QString::number(m_examinations) : key, date, text));
+    }
+    // The lifestyle questionnaire with a code in the characters 96 and 97.
+    static QString lifestyle(const char *smoking) { return u'\'' + QString(95, '0') + smoking + "00'"; }
 
-    TestPrompts prompts;
-    struct NoAccount : Middleware {
-        QString account(const QString &) override { return {}; }
-    } middleware;
-    SystemPauses pauses;
-    SystemGuids guids;
-    HostEnvironment environment;
-    WorkingState state{Services{settings, clock, prompts, pauses, guids, middleware}};
+    std::string colour(const char *label) const
+    {
+        return control(label)->palette().color(QPalette::Active, QPalette::WindowText).name().toStdString();
+    }
+    bool enabled(const char *name) const { return control(name)->isEnabled(); }
+    // Presses the compute button, which warns and puts the focus on the field that lacks its value.
+    void expectWarning(const char *warning, const char *field, const char *box = "Attenzione!|%|warning")
+    {
+        prompts.queue();
+        click("Button2_0");
+        EXPECT_EQ(prompts.last(), QString::fromUtf8(box).replace('%', QString::fromUtf8(warning)));
+        EXPECT_EQ(m_form->focusWidget(), control(field));
+    }
+    // The name and the number, as the host gets them.
+    QString handedBack() const
+    {
+        const QVariantList list = state.result.toList();
+        return list.size() == 2 ? list[0].toString() + ' ' + QString::number(list[1].toDouble(), 'f', 2)
+                                : QStringLiteral("?");
+    }
 
 private:
     int m_results = 0;
     int m_lines = 0;
+    int m_examinations = 0;
 };
 
 } // namespace clivara

@@ -3,25 +3,21 @@
 #include "calculators/CalcFiltGlom.h"
 #include "calculators/CalcLDL.h"
 #include "calculators/CalculatorFixture.h"
-#include "calculators/FormControls.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QLabel>
 #include <QPushButton>
-#include <QTest>
 
 namespace clivara {
 namespace {
 
-using CalculatorFormsTest = FormControls<CalculatorFixture>;
+using CalculatorFormsTest = CalculatorFixture;
 
 TEST_F(CalculatorFormsTest, ClearanceFromProposedValues)
 {
-    addExamination("#11/03/2026#", "1", "'170070.0'");
-    addResult("90.16.04", 30, "'1,00 mg'");
+    addExamination("A", "#11/03/2026#", "'170070.0'", "1");
+    addResult("90.16.04", daysAgo(30), "'1,00 mg'");
     CalcCockCroft form(state);
     EXPECT_EQ(form.objectName(), "calcCockCroft");
     EXPECT_EQ(form.windowTitle(), "Calcolo della formula di COCKCROFT");
@@ -76,7 +72,7 @@ TEST_F(CalculatorFormsTest, ClearanceWarnsZeroesAndResets)
 
 TEST_F(CalculatorFormsTest, AFormOpenedAgainIsANewOne)
 {
-    addResult("90.16.04", 30, "'1.1'");
+    addResult("90.16.04", daysAgo(30), "'1.1'");
     CalcCockCroft form(state);
     open(form, [&] {
         type("me_col", "70");
@@ -119,9 +115,9 @@ TEST_F(CalculatorFormsTest, ExpectedFunctionFromFortyOn)
 
 TEST_F(CalculatorFormsTest, LdlAndRatio)
 {
-    addResult("90.43.2", 10, "'152.5'");
-    addResult("90.14.1", 10, "'50'");
-    addResult("90.14.3", 10, "'200'");
+    addResult("90.43.2", daysAgo(10), "'152.5'");
+    addResult("90.14.1", daysAgo(10), "'50'");
+    addResult("90.14.3", daysAgo(10), "'200'");
     CalcLDL form(state);
     EXPECT_EQ(form.objectName() + form.windowTitle(), "calcLDLCalcolo colesterolo LDL");
     open(form, [&] {
@@ -162,8 +158,8 @@ TEST_F(CalculatorFormsTest, LdlAndRatio)
 TEST_F(CalculatorFormsTest, FiltrationRate)
 {
     execute("UPDATE archivio SET sesso = 'F'");
-    addResult("90.16.4", 10, "'1.0'");
-    addResult("90.16.04", 5, "'9'"); // the clearance's code
+    addResult("90.16.4", daysAgo(10), "'1.0'");
+    addResult("90.16.04", daysAgo(5), "'9'"); // the clearance's code
     CalcFiltGlom form(state);
     EXPECT_EQ(form.objectName() + form.windowTitle(), "calcFiltGlomCalcolo del Filtrato Glomerulare");
     open(form, [&] {
@@ -221,7 +217,7 @@ TEST_F(CalculatorFormsTest, DateFieldGoesBackToItsLastDate)
 
 TEST_F(CalculatorFormsTest, StaysUsableWithoutItsTables)
 {
-    addExamination("#11/03/2026#", "1", "'170070.0'");
+    addExamination("A", "#11/03/2026#", "'170070.0'", "1");
     execute("DROP TABLE riepil2");
     CalcCockCroft form(state);
     open(form, [&] {

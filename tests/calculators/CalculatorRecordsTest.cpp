@@ -7,48 +7,46 @@ namespace {
 
 class CalculatorRecordsTest : public CalculatorFixture {
 protected:
-    dao::Database &clinical() { return *environment.clinical; }
-
     std::string weight()
     {
-        const auto proposal = readWeight(clinical(), 17);
+        const auto proposal = readWeight(database(), 17);
         return proposal ? proposal->text.toStdString() : "-";
     }
     std::string creatinine()
     {
-        const auto proposal = readNewestResult(clinical(), 17, "90.16.4", clock.today());
+        const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today());
         return proposal ? proposal->text.toStdString() : "-";
     }
 };
 
 TEST_F(CalculatorRecordsTest, ReadsThePatient)
 {
-    const auto patient = readCalculatorPatient(clinical(), 17);
+    const auto patient = readCalculatorPatient(database(), 17);
     ASSERT_TRUE(patient);
     EXPECT_EQ(patient->sex, "M");
     EXPECT_EQ(patient->birth, QDate(1966, 3, 12));
-    EXPECT_FALSE(readCalculatorPatient(clinical(), 18));
-    EXPECT_FALSE(readCalculatorPatient(clinical(), -1));
+    EXPECT_FALSE(readCalculatorPatient(database(), 18));
+    EXPECT_FALSE(readCalculatorPatient(database(), -1));
 
     execute("UPDATE archivio SET sesso = ' ', Data_Nasc = Null");
-    const auto blank = readCalculatorPatient(clinical(), 17);
+    const auto blank = readCalculatorPatient(database(), 17);
     EXPECT_TRUE(blank && blank->sex.isEmpty() && blank->birth.isNull());
 }
 
 TEST_F(CalculatorRecordsTest, CutsTheWeightOfTheNewestExamination)
 {
     EXPECT_EQ(weight(), "-");
-    addExamination("#01/10/2020#", "20200110", "'170 61.5  note'");
+    addExamination("A", "#01/10/2020#", "'170 61.5  note'", "20200110");
     EXPECT_EQ(weight(), " 61.5") << "as it stands, blanks included";
-    addExamination("#01/10/2021#", "20210110", "'170'");
+    addExamination("A", "#01/10/2021#", "'170'", "20210110");
     EXPECT_EQ(weight(), "") << "the text ends before the field";
-    addExamination("#02/10/2021#", "20210210", "'l''altez'");
+    addExamination("A", "#02/10/2021#", "'l''altez'", "20210210");
     EXPECT_EQ(weight(), "ltez");
-    addExamination("#05/01/2022#", "1", "'170071.0'");
-    addExamination("#05/01/2022#", "2", "'170072.0'");
+    addExamination("A", "#05/01/2022#", "'170071.0'", "1");
+    addExamination("A", "#05/01/2022#", "'170072.0'", "2");
     EXPECT_EQ(weight(), "072.0") << "of the same day the higher key";
-    EXPECT_EQ(readWeight(clinical(), 17)->date, QDate(2022, 5, 1));
-    addExamination("#06/01/2022#", "3", "Null");
+    EXPECT_EQ(readWeight(database(), 17)->date, QDate(2022, 5, 1));
+    addExamination("A", "#06/01/2022#", "Null", "3");
     EXPECT_EQ(weight(), "-") << "the newest has no text";
     execute("DELETE FROM ESAME_OB WHERE dati_paz Is Null");
 
@@ -65,24 +63,24 @@ TEST_F(CalculatorRecordsTest, CutsTheWeightOfTheNewestExamination)
 TEST_F(CalculatorRecordsTest, TakesTheNewestResultOfThePastYear)
 {
     EXPECT_EQ(creatinine(), "-");
-    addResult("90.16.4", 366, "'0.7'");
-    addResult("90.16.4", -1000, "'0.6'");
+    addResult("90.16.4", daysAgo(366), "'0.7'");
+    addResult("90.16.4", "Null", "'0.6'");
     EXPECT_EQ(creatinine(), "-");
-    addResult("90.16.4", 365, "'0.80'");
+    addResult("90.16.4", daysAgo(365), "'0.80'");
     EXPECT_EQ(creatinine(), "0.8");
-    addResult("90.16.04", 1, "'9.1'"); // another code
-    addResult("90.16.4", 1, "'9.2'", 2); // no laboratory result
-    addResult("90.16.4", 1, "'9.3'", 1, 18); // another patient
-    addResult("90.16.4", 2, "'   '");
-    addResult("90.16.4", 2, "Null");
+    addResult("90.16.04", daysAgo(1), "'9.1'"); // another code
+    addResult("90.16.4", daysAgo(1), "'9.2'", 2); // no laboratory result
+    addResult("90.16.4", daysAgo(1), "'9.3'", 1, 18); // another patient
+    addResult("90.16.4", daysAgo(2), "'   '");
+    addResult("90.16.4", daysAgo(2), "Null");
     EXPECT_EQ(creatinine(), "0.8") << "what is blank is passed over";
-    addResult("90.16.4", 3, "'  1.10 '");
+    addResult("90.16.4", daysAgo(3), "'  1.10 '");
     EXPECT_EQ(creatinine(), "1.1");
-    addResult("90.16.4", 3, "'1.20'");
+    addResult("90.16.4", daysAgo(3), "'1.20'");
     addToLast("90.16.4", "'1.30'");
     EXPECT_EQ(creatinine(), "1.3") << "of the same day the higher keys";
 
-    const auto proposal = readNewestResult(clinical(), 17, "90.16.4", clock.today());
+    const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today());
     EXPECT_EQ(proposal->date, clock.today().addDays(-3));
     EXPECT_EQ(proposal->stored, "1.30");
 
@@ -93,7 +91,7 @@ TEST_F(CalculatorRecordsTest, TakesTheNewestResultOfThePastYear)
         {"'vedi l''allegato'", "0"},
     };
     for (const auto &[stored, number] : texts) {
-        addResult("90.16.4", 0, stored);
+        addResult("90.16.4", daysAgo(0), stored);
         EXPECT_EQ(creatinine(), number) << stored;
     }
 }
@@ -102,7 +100,7 @@ TEST_F(CalculatorRecordsTest, PassesErrorsOn)
 {
     execute("DROP TABLE riepil2");
     execute("DROP TABLE DEFCAMPI");
-    addExamination("#01/10/2020#", "1", "'170061.5'");
+    addExamination("A", "#01/10/2020#", "'170061.5'", "1");
     EXPECT_THROW(creatinine(), dao::Error);
     EXPECT_THROW(weight(), dao::Error);
 }

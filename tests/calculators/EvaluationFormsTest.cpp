@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "TestConflicts.h"
-#include "calculators/EvaluationFixture.h"
-#include "calculators/FormControls.h"
+#include "calculators/CalculatorFixture.h"
 #include "calculators/HistoryPlot.h"
 #include "calculators/Rischio_Cardio.h"
 #include "calculators/SindrMetabolica.h"
 #include "controls/MaskedDateEdit.h"
+#include "data/LockHolder.h"
 
 #include <QCheckBox>
 #include <QTableView>
@@ -13,7 +13,7 @@
 namespace clivara {
 namespace {
 
-class EvaluationFormsTest : public FormControls<EvaluationFixture> {
+class EvaluationFormsTest : public CalculatorFixture {
 protected:
     void typeRisk(const char *pressure, const char *cholesterol, const char *hdl) const
     {
@@ -76,7 +76,7 @@ TEST_F(EvaluationFormsTest, RiskFromProposalsIsSavedAndStartsANewEvaluation)
     addPressure(daysAgo(10), "140", "85");
     addResult("90.14.3", daysAgo(20), "'220'");
     addResult("90.14.1", daysAgo(20), "'50,5'");
-    addQuestionnaire("H", "#02/03/1999#", lifestyle("03"));
+    addExamination("H", "#02/03/1999#", lifestyle("03"));
     Rischio_Cardio form(state);
     EXPECT_EQ(form.objectName(), "Rischio_Cardio");
     open(form, [&] {
@@ -473,7 +473,7 @@ TEST_F(EvaluationFormsTest, TheCourseIsReadWithTheKeyboard)
 TEST_F(EvaluationFormsTest, MetabolicSyndromeFromProposals)
 {
     execute("INSERT INTO TabParamSM VALUES (3, #04/01/2010#, 80, 94, 150, 50, 40, 100, 130, 85)");
-    addQuestionnaire("A", daysAgo(30), "'170 90.0101.5'");
+    addExamination("A", daysAgo(30), "'170 90.0101.5'");
     addPressure(daysAgo(10), "130", "84");
     addResult("90.27.1", daysAgo(20), "'105'");
     addResult("90.14.1", daysAgo(20), "'40'");

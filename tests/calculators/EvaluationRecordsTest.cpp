@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "calculators/CalculatorFixture.h"
 #include "calculators/CardiovascularRecords.h"
-#include "calculators/EvaluationFixture.h"
 #include "calculators/MetabolicRecords.h"
+#include "data/LockHolder.h"
 #include "host/working_state/SharedWrites.h"
 
 namespace clivara {
 namespace {
 
-class EvaluationRecordsTest : public EvaluationFixture {
+class EvaluationRecordsTest : public CalculatorFixture {
 protected:
     // "value|date" of a proposal, empty when there is none.
     static std::string shown(const std::optional<Proposal> &proposal)
@@ -88,33 +89,33 @@ TEST_F(EvaluationRecordsTest, DiabetesIsLookedForInThreePlaces)
 
 TEST_F(EvaluationRecordsTest, SmokersByTheQuestionnaireHoweverOld)
 {
-    addQuestionnaire("H", "#01/01/2026#", lifestyle("01"));
-    addQuestionnaire("H", "#01/01/2026#", "Null");
-    addQuestionnaire("H", "#01/01/2026#", "'0303'");
-    addQuestionnaire("A", "#01/01/2026#", lifestyle("03"));
+    addExamination("H", "#01/01/2026#", lifestyle("01"));
+    addExamination("H", "#01/01/2026#", "Null");
+    addExamination("H", "#01/01/2026#", "'0303'");
+    addExamination("A", "#01/01/2026#", lifestyle("03"));
     EXPECT_FALSE(readSmoking(database(), 17).present);
-    addQuestionnaire("H", "Null", lifestyle(" 3"));
+    addExamination("H", "Null", lifestyle(" 3"));
     EXPECT_EQ(readSmoking(database(), 17).source.toStdString(), "dal questionario, senza data");
-    addQuestionnaire("H", "#02/03/1999#", lifestyle("03"));
-    addQuestionnaire("H", "#02/03/1998#", lifestyle("03"));
+    addExamination("H", "#02/03/1999#", lifestyle("03"));
+    addExamination("H", "#02/03/1998#", lifestyle("03"));
     EXPECT_EQ(readSmoking(database(), 17).source.toStdString(), "questionario del 03/02/1999");
     EXPECT_TRUE(readSmoking(database(), 17).present);
 }
 
 TEST_F(EvaluationRecordsTest, WaistOfTheNewestExamination)
 {
-    addQuestionnaire("A", daysAgo(366), "'170 70.0 99.0  '");
+    addExamination("A", daysAgo(366), "'170 70.0 99.0  '");
     EXPECT_EQ(waist(), "");
-    addQuestionnaire("A", daysAgo(365), "'170 70.0 98.5  '");
+    addExamination("A", daysAgo(365), "'170 70.0 98.5  '");
     EXPECT_EQ(waist(), "98.5|2025-11-21");
-    addQuestionnaire("A", "Null", "'170 70.0 77.0'");
+    addExamination("A", "Null", "'170 70.0 77.0'");
     EXPECT_EQ(waist(), "98.5|2025-11-21");
     // The newest one ends the search even when it holds no waist.
-    addQuestionnaire("A", daysAgo(1), "'170 70.0     '");
+    addExamination("A", daysAgo(1), "'170 70.0     '");
     EXPECT_EQ(waist(), "");
-    addQuestionnaire("A", daysAgo(0), "Null");
+    addExamination("A", daysAgo(0), "Null");
     EXPECT_EQ(waist(), "");
-    addQuestionnaire("A", daysAgo(0), "'170 70.0101.0'");
+    addExamination("A", daysAgo(0), "'170 70.0101.0'");
     EXPECT_EQ(waist(), "101|2026-11-21");
     execute("DELETE * FROM DEFCAMPI");
     EXPECT_EQ(waist(), "");

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frames/Conflitto.h"
 
+#include "ChartFixture.h"
 #include "FormDriver.h"
 #include "TestConflicts.h"
-#include "TestPrompts.h"
 #include "frames/VersionPane.h"
-#include "support/Clock.h"
 
-#include <QLabel>
 #include <QPushButton>
-#include <QTest>
 
 namespace clivara {
 namespace {
 
-class ConflittoTest : public testing::Test {
+class ConflittoTest : public ChartFixture, protected FormDriver {
 protected:
     ConflittoTest()
     {
@@ -25,45 +22,17 @@ protected:
                                  {"Note", "nota", "nota", "altra\r\nnota"},
                                  {"Conclusioni", "", "mie", ""}};
     }
-    void open(const std::function<void()> &act)
-    {
-        inside(form, [&] {
-            QApplication::setActiveWindow(&form);
-            act();
-        });
-        form.showModal();
-    }
-    template <typename Widget>
-    Widget *control(const char *name) const
-    {
-        auto *found = form.findChild<Widget *>(name);
-        EXPECT_TRUE(found) << name;
-        return found;
-    }
-    std::string text(const char *label) const { return control<QLabel>(label)->text().toStdString(); }
     std::string pane(const char *name) const
     {
         return control<VersionPane>(name)->toPlainText().toStdString();
     }
 
-    MemorySettings settings;
-    FixedClock clock{QDate(2026, 11, 21)};
-    TestPrompts prompts;
-    struct NoPauses : Pauses {
-        void pause(int) override { }
-        double draw() override { return 0; }
-    } pauses;
-    SystemGuids guids;
-    struct NoAccount : Middleware {
-        QString account(const QString &) override { return {}; }
-    } middleware;
-    WorkingState state{Services{settings, clock, prompts, pauses, guids, middleware}};
     Conflitto form{state};
 };
 
 TEST_F(ConflittoTest, ShowsWhoAndWhenAndOnlyWhatDiffers)
 {
-    open([&] {
+    open(form, [&] {
         EXPECT_EQ(text("avviso"),
                   "⚠  La visita è stata salvata il 21/11/2026 alle 10:05, da un'altra postazione, "
                   "mentre era in questa finestra. Chi non è registrato. Niente è stato ancora "
@@ -84,7 +53,7 @@ TEST_F(ConflittoTest, ShowsWhoAndWhenAndOnlyWhatDiffers)
     });
     state.conflict.fields = {{"Rischio", "10%", "12%", "11%"}};
     state.conflict.mergesFields = false;
-    open([&] {
+    open(form, [&] {
         EXPECT_EQ(form.findChildren<VersionPane *>().size(), 2) << "nothing is left of the conflict before";
         EXPECT_EQ(text("spiegazione").find("dove qui non si è modificato niente"), std::string::npos);
     });
@@ -114,7 +83,7 @@ TEST_F(ConflittoTest, EveryWayOutIsAChoice)
     };
     for (const Case &c : cases) {
         state.conflict.choice = ConflictChoice::BackToEditing;
-        open([&] {
+        open(form, [&] {
             c.leave();
             EXPECT_FALSE(form.isVisible()) << c.name;
         });
@@ -158,7 +127,7 @@ TEST_F(ConflittoTest, ALongTextOpensAtItsDifference)
     QString changed = text;
     changed.replace(text.size() / 2, 4, QStringLiteral("ecco"));
     state.conflict.fields = {{"Anamnesi", text, text, changed}};
-    open([&] {
+    open(form, [&] {
         auto *const theirs = control<VersionPane>("altro_0");
         ASSERT_EQ(theirs->extraSelections().size(), 1);
         EXPECT_TRUE(theirs->rect().intersects(theirs->cursorRect(theirs->extraSelections().first().cursor)));

@@ -7,7 +7,6 @@
 #include "general_info/AllergenSearch.h"
 #include "general_info/CodePairs.h"
 
-#include <QLineEdit>
 #include <QScrollBar>
 
 namespace clivara {
@@ -23,9 +22,8 @@ protected:
         const auto *const box = control(name);
         return box->palette().color(box->foregroundRole());
     }
-    QString text(const QString &name) const { return control<QAbstractButton>(name)->text(); }
     QPlainTextEdit *freeTextField() const { return control<QPlainTextEdit>("Text1"); }
-    QString selected() const { return control<QLabel>("selezionati")->text(); }
+    std::string selected() const { return text("selezionati"); }
 
     Allergie form{state};
 };
@@ -36,11 +34,11 @@ TEST_F(AllergieTest, ShowsCatalogueSelectionAndFreeText)
     open(form, [&] {
         EXPECT_EQ(form.windowTitle(), QString::fromUtf8("Allergie di  Dell'Orto Niccolò"));
         EXPECT_EQ(form.findChildren<AllergenBox *>().size(), 115);
-        EXPECT_EQ(text("grami_0"), "Agrostis");
-        EXPECT_EQ(text("grami_16"), "Canna && giunco"); // no mnemonic
-        EXPECT_EQ(text("epit_3"), "Penne d'uccelli");
-        EXPECT_EQ(text("epit_0"), ""); // the key is compared exactly
-        EXPECT_EQ(text("alim_40"), "");
+        EXPECT_EQ(value("grami_0"), "Agrostis");
+        EXPECT_EQ(value("grami_16"), "Canna && giunco"); // no mnemonic
+        EXPECT_EQ(value("epit_3"), "Penne d'uccelli");
+        EXPECT_EQ(value("epit_0"), ""); // the key is compared exactly
+        EXPECT_EQ(value("alim_40"), "");
         EXPECT_TRUE(isChecked("alim_1"));
         EXPECT_EQ(colour("alim_1"), QColor(128, 0, 0));
         EXPECT_EQ(colour("alim_0"), QColor(0, 0, 0));
@@ -215,7 +213,7 @@ TEST_F(AllergieTest, DamagedCodes)
 TEST_F(AllergieTest, AFailedSaveKeepsTheWindowOpen)
 {
     store("X", nines(115));
-    refuseCodes();
+    const RefusedRows refused(database(), "ESAME_OB");
     open(form, [&] {
         click("alim_1");
         freeTextField()->setPlainText("Lattice");
@@ -304,8 +302,7 @@ TEST_F(AllergieTest, TheSearchOnlyShows)
         auto *const field = control<QLineEdit>("cerca");
         const auto search = [&](const char *name) { return control<AllergenBox>(name)->search(); };
         QTest::keyClicks(field, "LATTE");
-        EXPECT_EQ(control<QLabel>("trovati")->text(),
-                  QString::fromUtf8("1 trovato – Invio per raggiungerlo"));
+        EXPECT_EQ(text("trovati"), "1 trovato – Invio per raggiungerlo");
         EXPECT_EQ(search("alim_1"), AllergenBox::Search::Found);
         EXPECT_EQ(search("alim_0"), AllergenBox::Search::Other);
         EXPECT_EQ(colour("alim_1"), QColor(128, 0, 0));
@@ -316,9 +313,9 @@ TEST_F(AllergieTest, TheSearchOnlyShows)
         EXPECT_EQ(QApplication::focusWidget(), control("alim_2"));
         field->setText("polline");
         EXPECT_EQ(search("alb_14"), AllergenBox::Search::Found);
-        EXPECT_EQ(control<QLabel>("trovati")->text(), QString::fromUtf8("51 trovati – Invio per il primo"));
+        EXPECT_EQ(text("trovati"), "51 trovati – Invio per il primo");
         field->setText("zzz");
-        EXPECT_EQ(control<QLabel>("trovati")->text(), "nessuno trovato");
+        EXPECT_EQ(text("trovati"), "nessuno trovato");
         field->clear();
         EXPECT_EQ(search("alim_0"), AllergenBox::Search::None);
         EXPECT_EQ(control<AllergenPanel>("gruppi")->selection(), decodeAllergies(milk()));
@@ -343,7 +340,7 @@ TEST_F(AllergieTest, FitsAnOrdinaryScreenAndScrollsOneWayOnASmallOne)
     store("X", milk());
     open(form, [&] {
         const auto *const panel = control<AllergenPanel>("gruppi");
-        EXPECT_FALSE(text("alim_40").isEmpty());
+        EXPECT_FALSE(value("alim_40").empty());
         form.resize(1366, 700); // what a screen of 1366x768 leaves
         QApplication::processEvents();
         EXPECT_EQ(panel->horizontalScrollBar()->maximum(), 0);

@@ -97,7 +97,7 @@ TEST_F(GeneralInfoRecords, FreeText)
 
 TEST_F(GeneralInfoRecords, AFailedWriteLeavesNothingButALineInTheLog)
 {
-    refuseCodes();
+    const RefusedRows refused(database(), "ESAME_OB");
     EXPECT_EQ(writeAllergies("1"), WriteResult::Failed);
     EXPECT_TRUE(rows().isEmpty());
     EXPECT_TRUE(journal().isEmpty());

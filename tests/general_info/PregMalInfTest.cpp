@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/PregMalInf.h"
+#include "FormNotes.h"
 #include "GeneralInfoFixture.h"
 #include "TestConflicts.h"
 #include "general_info/Allergie.h"
 #include "general_info/InfGen.h"
-#include "host/working_state/FormOpener.h"
 
-#include <QLineEdit>
 #include <QPushButton>
 
 namespace clivara {
@@ -153,7 +152,7 @@ TEST_F(PregMalInfTest, ADamagedCodeIsToldAndWrittenAsItIsShown)
 TEST_F(PregMalInfTest, AFailedSaveAsksBeforeItLosesAnything)
 {
     store("M", none());
-    refuseCodes();
+    const RefusedRows refused(database(), "ESAME_OB");
     open(form, [&] {
         click("SSCheck1_3");
         prompts.queue(PromptButton::No);
@@ -223,20 +222,11 @@ TEST_F(PregMalInfTest, WithoutAPatientNothingIsWritten)
     EXPECT_TRUE(rows().isEmpty());
 }
 
-// Notes which forms are opened.
-struct OpenedForms : FormOpener {
-    bool showForm(const QString &name) override
-    {
-        names.append(name);
-        return true;
-    }
-    QStringList names;
-};
-
 TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
 {
-    OpenedForms opened;
-    state.forms = &opened;
+    FormNotes forms;
+    forms.act = [] {};
+    state.forms = &forms;
     InfGen launcher(state, [](const QString &form) { return form == QLatin1String("PregMalInf"); });
     open(launcher, [&] {
         int on = 0;
@@ -255,7 +245,7 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
         esc();
         EXPECT_FALSE(isOpen());
     });
-    EXPECT_EQ(opened.names, QStringList{"PregMalInf"});
+    EXPECT_EQ(forms.take(), "PregMalInf");
 }
 
 } // namespace

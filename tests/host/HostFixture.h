@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "data/DataFixture.h"
-#include "data/HostEnvironment.h"
-#include "host/working_state/WorkingState.h"
+#include "ChartFixture.h"
 
-// A host with a small practice: two doctors, two patients, and services that a test holds still.
-class HostFixture : public DataFixture {
+namespace clivara {
+
+// A host with a small practice: two doctors, two patients.
+class HostFixture : public ServicesFixture {
 protected:
     HostFixture()
     {
@@ -45,28 +45,12 @@ protected:
              "INSERT INTO medici_gruppo (cod_smi, cognome, idRowGuid, stamp_1) "
              "VALUES (102, 'Bianchi', '{6C4C00A9-60AC-45AF-B5C3-FD30774041A6}', 'Dott. Bianchi')"});
         environment.local = create("Locale.sqlite", {});
-        environment.workspace = &engine.DefaultWorkspace();
         environment.programFolder = folder.path();
         environment.dataFolder = folder.path();
         settings.write("medicoP", "101");
         settings.write("medicoT", "102");
         settings.write("CODICE PAZIENTE", "1");
     }
-
-    clivara::Services services() { return {settings, clock, prompts, pauses, guids, middleware}; }
-
-    // No message box is expected of the component itself.
-    struct NoPrompts : clivara::Prompts {
-        clivara::PromptButton ask(const clivara::Prompt &prompt) override
-        {
-            ADD_FAILURE() << "unexpected box: " << qPrintable(prompt.text);
-            return clivara::PromptButton::Cancel;
-        }
-    } prompts;
-    struct NoAccount : clivara::Middleware {
-        QString account(const QString &) override { return {}; }
-    } middleware;
-    clivara::SystemPauses pauses;
-    clivara::SystemGuids guids;
-    clivara::HostEnvironment environment;
 };
+
+} // namespace clivara

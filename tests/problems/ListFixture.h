@@ -2,68 +2,20 @@
 #pragma once
 
 #include "FormDriver.h"
+#include "FormNotes.h"
 #include "ProblemFixture.h"
-#include "host/working_state/FormOpener.h"
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QApplication>
-#include <QTest>
 #include <QTreeView>
 
 namespace clivara {
 
-// Notes which forms a form opens, and does in their place what a test wants.
-struct FormNotes : FormOpener {
-    bool showForm(const QString &name) override
-    {
-        opened.append(name);
-        if (act)
-            act();
-        return bool(act);
-    }
-    // The forms since the last call.
-    QString take() { return std::exchange(opened, {}).join(u' '); }
-
-    QStringList opened;
-    std::function<void()> act;
-};
-
 // Forms with lists, driven by their controls.
-class ListFixture : public ProblemFixture {
+class ListFixture : public ProblemFixture, protected FormDriver {
 protected:
     ListFixture() { state.forms = &forms; }
 
-    void open(ChartForm &form, const std::function<void()> &act)
-    {
-        m_form = &form;
-        inside(form, [&] {
-            QApplication::setActiveWindow(&form);
-            try {
-                act();
-            } catch (const std::exception &error) { // must not cross the event loop
-                ADD_FAILURE() << error.what();
-            }
-        });
-        form.showModal();
-    }
-
-    template <typename Widget = QWidget>
-    Widget *control(const char *name) const
-    {
-        auto *found = m_form->findChild<Widget *>(name);
-        if (!found)
-            throw std::runtime_error(name);
-        return found;
-    }
-    void click(const char *button) const { control<QAbstractButton>(button)->click(); }
-    void trigger(const char *entry) const
-    {
-        auto *found = m_form->findChild<QAction *>(entry);
-        if (!found)
-            throw std::runtime_error(entry);
-        found->trigger();
-    }
+    void trigger(const char *entry) const { control<QAction>(entry)->trigger(); }
     void key(const char *list, Qt::Key pressed) const { QTest::keyClick(control(list), pressed); }
     // With the mouse, by its place in the model: "2" or "2.0" for the first line below row 2.
     void clickRow(const char *list, const char *row, bool twice = false,
@@ -134,7 +86,6 @@ protected:
     FormNotes forms;
 
 private:
-    ChartForm *m_form = nullptr;
     qint32 m_visits = 0;
 };
 

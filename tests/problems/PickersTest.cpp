@@ -5,8 +5,6 @@
 
 #include "DialogFixture.h"
 
-#include <QLabel>
-
 namespace clivara {
 namespace {
 
@@ -116,7 +114,7 @@ TEST_F(PickersTest, DiagnosesFollowTheTyping)
     environment.codes->Execute("INSERT INTO icd9 VALUES ('401.9', 'Ipertensione')");
     settings.write("CODICE DIAGNOSI", "401.9");
     RicercaDiagnosi form(state);
-    const auto found = [&] { return control<QLabel>("lblTrovate")->text().toStdString(); };
+    const auto found = [&] { return text("lblTrovate"); };
     open(form, [&] {
         EXPECT_EQ(columns(list), (QStringList{"CODICE", "DIAGNOSI"}));
         EXPECT_EQ(rows(list), (QStringList{"ML001|CATARRO D'ESTATE", "250.00|Diabete mellito tipo 2",

@@ -347,7 +347,7 @@ TEST_F(Probl1Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
         EXPECT_EQ(clinical("SELECT anamnesi FROM PROBLEMS"), QStringList("di là"));
         {
             // What the doctor chose cannot be written yet: the dialog shows what will be.
-            const NoUpdates refused(*environment.clinical, "PROBLEMS");
+            const RefusedRows refused(database(), "PROBLEMS");
             prompts.queue();
             EXPECT_EQ(conflictOf(save, ConflictChoice::Mine), told);
             EXPECT_EQ(prompts.last().toStdString(), notSaved);
@@ -387,7 +387,7 @@ TEST_F(Probl1Test, ASaveThatFailsKeepsTheDialogOpen)
         type("txtDescr", "Tosse");
         type("Text1_0", "scritto");
         {
-            const NoNewRows refused(*environment.clinical, "PROBLEMS");
+            const RefusedRows refused(database(), "PROBLEMS");
             EXPECT_EQ(boxOf(save), notSaved);
         }
         EXPECT_TRUE(form.isVisible());

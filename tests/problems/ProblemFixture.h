@@ -1,27 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "TestPrompts.h"
-#include "data/CountedPauses.h"
-#include "data/DataFixture.h"
+#include "ChartFixture.h"
 #include "data/LockHolder.h"
-#include "data/NumberedGuids.h"
-#include "data/SchemaFile.h"
-#include "host/working_state/WorkingState.h"
 #include "problems/ProblemItems.h"
 
 namespace clivara {
 
 // A practice with empty tables as every practice has them, two patients and two doctors; patient 17 is current.
-class ProblemFixture : public DataFixture {
+class ProblemFixture : public ChartFixture {
 protected:
     ProblemFixture()
     {
-        environment.clinical = create("Orvale.sqlite", schemaStatements("clinical"));
+        createClinical();
         environment.codes = create("Tabelle.sqlite", schemaStatements("codes"));
         environment.doctors = create("Medici.sqlite", schemaStatements("doctors"));
         environment.local = create("Locale.sqlite", {});
-        environment.workspace = &engine.DefaultWorkspace();
         execute("INSERT INTO archivio (cod_paz, idRowGuid, sOwnerUid) VALUES (17, "
                 "'{11111111-2222-3333-4444-555555555555}', '{6C4C00A9-60AC-45AF-B5C3-FD30774041A6}')");
         execute("INSERT INTO archivio (cod_paz) VALUES (18)");
@@ -31,14 +25,8 @@ protected:
                                 "icd9 VALUES ('250.00', 'Diabete mellito tipo 2')",
                                 "malattie VALUES ('ML001', 'CATARRO D''ESTATE')"})
             environment.codes->Execute(QStringLiteral("INSERT INTO ") + QString::fromUtf8(row));
-        state.environment = &environment;
-        state.header.patientCode = 17;
         state.uidAuthor = anna;
-        state.log.start(settings, "start");
     }
-
-    void execute(const QString &sql) { environment.clinical->Execute(sql); }
-    QStringList clinical(const QString &sql) { return rowsOf(*environment.clinical, sql); }
 
     // The clinical database as another workstation has it open.
     std::shared_ptr<dao::Database> otherWorkstation()
@@ -83,15 +71,6 @@ protected:
         const QString signs = QString::fromUtf8("L'ètà 100% *\"[a-z]#?_{}|\\ ''; DROP TABLE x -- €\r\n\t");
         return signs.repeated(length / int(signs.size()) + 1).left(length);
     }
-
-    TestPrompts prompts;
-    struct NoAccount : Middleware {
-        QString account(const QString &) override { return {}; }
-    } middleware;
-    CountedPauses pauses;
-    NumberedGuids guids;
-    HostEnvironment environment;
-    WorkingState state{Services{settings, clock, prompts, pauses, guids, middleware}};
 
 private:
     dao::DBEngine m_otherEngine;

@@ -4,7 +4,6 @@
 #include "ListFixture.h"
 
 #include <QContextMenuEvent>
-#include <QLabel>
 #include <QMenu>
 
 namespace clivara {

@@ -3,8 +3,6 @@
 
 #include "DialogFixture.h"
 
-#include <QLabel>
-
 namespace clivara {
 namespace {
 
@@ -84,7 +82,7 @@ TEST_F(Visita2Test, WhatTheDoctorDoesNotEditStaysAsItIs)
         QTest::keyClick(control("Combo2"), Qt::Key_Backspace);
         type("MaskEdBox1", "31-12-2030"); // a visit to come is accepted
         type("MaskEdBox2", "31-02-2020");
-        EXPECT_EQ(control<QLabel>("validityNote")->text(), "La validità non è una data: non sarà salvata.");
+        EXPECT_EQ(text("validityNote"), "La validità non è una data: non sarà salvata.");
         for (const char *text : {"Text1_0", "Text1_1", "Text1_2", "Text1_3", "Text1_4"})
             type(text, text);
         click(save);
@@ -329,7 +327,7 @@ TEST_F(Visita2Test, ASaveThatFailsKeepsTheDialogOpen)
     openVisit(0, [&] {
         type("Text1_0", "scritto");
         {
-            const NoNewRows refused(*environment.clinical, "VISITAPROBL");
+            const RefusedRows refused(database(), "VISITAPROBL");
             EXPECT_EQ(boxOf(save), notSaved);
         }
         EXPECT_TRUE(form.isVisible());

@@ -2,54 +2,22 @@
 #include "sheets/SheetForm.h"
 
 #include "FormDriver.h"
+#include "FormNotes.h"
 #include "SheetFixture.h"
 #include "TestConflicts.h"
-#include "host/working_state/FormOpener.h"
 #include "sheets/AIR15_Gestione.h"
 #include "sheets/SheetData.h"
 #include "sheets/SheetPrint.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QComboBox>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QTest>
 #include <QTreeView>
 
 namespace clivara {
 namespace {
 
-struct Opener : FormOpener {
-    bool showForm(const QString &name) override
-    {
-        opened.append(name);
-        return act ? act(name) : false;
-    }
-    QStringList opened;
-    std::function<bool(const QString &)> act;
-};
-
-class SheetFormTest : public SheetFixture {
+class SheetFormTest : public SheetFixture, protected FormDriver {
 protected:
     SheetFormTest() { state.forms = &forms; }
 
-    void open(ChartForm &form, const std::function<void()> &act)
-    {
-        ChartForm *const outer = std::exchange(m_form, &form);
-        inside(form, [&] {
-            QApplication::setActiveWindow(&form);
-            try {
-                act();
-            } catch (const std::exception &error) { // must not cross the event loop
-                ADD_FAILURE() << error.what();
-            }
-        });
-        form.showModal();
-        m_form = outer;
-    }
     void openSheet(int type, int number, const std::function<void()> &act)
     {
         state.sheetNumber = number;
@@ -57,48 +25,10 @@ protected:
         open(form, act);
     }
 
-    template <typename Widget = QWidget>
-    Widget *control(const char *name) const
-    {
-        auto *found = m_form->findChild<Widget *>(name);
-        if (!found)
-            throw std::runtime_error(name);
-        return found;
-    }
-    void click(const char *button) const { control<QAbstractButton>(button)->click(); }
-    void choose(const char *list, const char *entry) const
-    {
-        auto *box = control<QComboBox>(list);
-        const int index = box->findText(QString::fromUtf8(entry));
-        ASSERT_GE(index, 0) << entry;
-        box->setCurrentIndex(index);
-    }
-    QLineEdit *edit(const char *name) const
-    {
-        QWidget *const found = control(name);
-        auto *line = qobject_cast<QLineEdit *>(found);
-        return line ? line : found->findChild<QLineEdit *>("dtEdit");
-    }
-    void type(const char *field, const char *text) const
-    {
-        QLineEdit *const line = edit(field);
-        line->setFocus(Qt::TabFocusReason);
-        line->selectAll();
-        QTest::keyClick(line, Qt::Key_Delete);
-        line->home(false);
-        for (const QChar sign : QString::fromUtf8(text)) {
-            QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, sign);
-            QApplication::sendEvent(line, &press);
-        }
-    }
-    std::string shown(const char *label) const { return control<QLabel>(label)->text().toStdString(); }
     QStringList stored() { return clinical("SELECT * FROM AIR15_7 ORDER BY idTipo, idScheda"); }
     static QString blank(int type) { return CreaStringaDati(SheetData(*sheetLayout(type))); }
 
-    Opener forms;
-
-private:
-    ChartForm *m_form = nullptr;
+    FormNotes forms;
 };
 
 constexpr auto save = "ctrlButt_1";
@@ -108,13 +38,13 @@ TEST_F(SheetFormTest, NumbersCountByTypeOverAllPatients)
 {
     addSheetRow(1, 7, "#1/1/2020#", quoted(blank(1)), 18);
     openSheet(1, 0, [&] {
-        EXPECT_EQ(shown("Label2"), "Scheda n. 8 del 21/11/2026 (nuova)");
+        EXPECT_EQ(text("Label2"), "Scheda n. 8 del 21/11/2026 (nuova)");
         click(leave); // nothing was changed: nothing is asked, nothing is kept
     });
     openSheet(2, 0, [&] {
-        EXPECT_EQ(shown("Label2"), "Scheda n. 1 del 21/11/2026 (nuova)");
+        EXPECT_EQ(text("Label2"), "Scheda n. 1 del 21/11/2026 (nuova)");
         click(save);
-        EXPECT_EQ(shown("Label2"), "Scheda n. 1 del 21/11/2026");
+        EXPECT_EQ(text("Label2"), "Scheda n. 1 del 21/11/2026");
         click(save); // a second save changes the stored one
         click(leave);
     });
@@ -139,11 +69,11 @@ TEST_F(SheetFormTest, WhatIsTypedIsStoredAndShownAgain)
     EXPECT_TRUE(rows[0].startsWith("1|17|1|2026-02-01 00:00:00|"));
     clock.set(QDateTime(QDate(2026, 12, 1), QTime(9, 0), Qt::UTC));
     openSheet(1, 1, [&] {
-        EXPECT_EQ(shown("Label2"), "Scheda n. 1 del 01/02/2026");
-        EXPECT_EQ(control<QComboBox>("cmbRetinopatia")->currentText(), QString::fromUtf8("sì"));
-        EXPECT_EQ(edit("me_Glicata")->text(), "7.3");
-        EXPECT_EQ(edit("dtDataFondo")->displayText(), "29/02/2024");
-        EXPECT_EQ(edit("txtNote")->text(), QString::fromUtf8("l'ètà \"100%\" € _x"));
+        EXPECT_EQ(text("Label2"), "Scheda n. 1 del 01/02/2026");
+        EXPECT_EQ(value("cmbRetinopatia"), "sì");
+        EXPECT_EQ(value("me_Glicata"), "7.3");
+        EXPECT_EQ(value("dtDataFondo"), "29/02/2024");
+        EXPECT_EQ(value("txtNote"), "l'ètà \"100%\" € _x");
         click(save); // unchanged: the row stays what it is
         EXPECT_EQ(stored(), rows);
         type("me_Glicata", "");
@@ -240,8 +170,8 @@ TEST_F(SheetFormTest, AStringThatDoesNotFitIsShownAndNeverWritten)
                  {4, "«31022026» al carattere 110 non è un valore di «Data della glicata»"}};
     for (const auto &[number, fault] : cases) {
         openSheet(1, number, [&] {
-            EXPECT_EQ(shown("message"), "La scheda non corrisponde al suo modello: " + std::string(fault)
-                                            + ". È mostrata com'è registrata e non si può modificare.");
+            EXPECT_EQ(text("message"), "La scheda non corrisponde al suo modello: " + std::string(fault)
+                                           + ". È mostrata com'è registrata e non si può modificare.");
             for (const char *button : {"ctrlButt_1", "ctrlButt_2", "ctrlButt_3", "DTPicker1"})
                 EXPECT_FALSE(control(button)->isEnabled()) << button;
             EXPECT_FALSE(control("cmbFumo")->isVisible());
@@ -254,8 +184,8 @@ TEST_F(SheetFormTest, AStringThatDoesNotFitIsShownAndNeverWritten)
     EXPECT_EQ(stored(), before);
     openSheet(1, 3, [&] { // a date of zeros is none, and a sheet may have no date yet
         EXPECT_TRUE(control("cmbFumo")->isVisible());
-        EXPECT_EQ(shown("Label2"), "Scheda n. 3");
-        EXPECT_EQ(edit("dtDataGlicata")->displayText(), "__/__/____");
+        EXPECT_EQ(text("Label2"), "Scheda n. 3");
+        EXPECT_EQ(value("dtDataGlicata"), "__/__/____");
         click(leave);
     });
     EXPECT_EQ(stored(), before);
@@ -289,11 +219,10 @@ TEST_F(SheetFormTest, OtherWorkstationsAreNotOverwrittenUnasked)
     };
     std::string told;
     ConflictChoice choice = ConflictChoice::BackToEditing;
-    forms.act = [&](const QString &name) {
-        EXPECT_EQ(name, "Conflitto");
+    forms.act = [&] {
+        EXPECT_EQ(forms.take(), "Conflitto");
         told = toldOf(state);
         state.conflict.choice = choice;
-        return true;
     };
     openSheet(2, 1, [&] {
         choose("cmbAderenza", "buona");
@@ -306,14 +235,14 @@ TEST_F(SheetFormTest, OtherWorkstationsAreNotOverwrittenUnasked)
         EXPECT_EQ(adherence(), "3");
         choice = ConflictChoice::Theirs;
         click(save);
-        EXPECT_EQ(control<QComboBox>("cmbAderenza")->currentText(), "scarsa") << "shown as it is stored";
-        EXPECT_EQ(control<QComboBox>("cmbFumo")->currentText(), "non rilevato");
+        EXPECT_EQ(value("cmbAderenza"), "scarsa") << "shown as it is stored";
+        EXPECT_EQ(value("cmbFumo"), "non rilevato");
         otherWrites("2");
         choose("cmbFumo", "fuma");
         choice = ConflictChoice::Mine;
         click(save);
         EXPECT_EQ(adherence(), "2") << "what was changed only there";
-        EXPECT_EQ(control<QComboBox>("cmbFumo")->currentText(), "fuma");
+        EXPECT_EQ(value("cmbFumo"), "fuma");
         choose("cmbAderenza", "buona");
         told.clear();
         click(save);
@@ -330,10 +259,10 @@ TEST_F(SheetFormTest, OtherWorkstationsAreNotOverwrittenUnasked)
     });
     // The number that a new sheet shows was given to another one before it was saved.
     openSheet(2, 0, [&] {
-        EXPECT_EQ(shown("Label2"), "Scheda n. 2 del 21/11/2026 (nuova)");
+        EXPECT_EQ(text("Label2"), "Scheda n. 2 del 21/11/2026 (nuova)");
         addSheetRow(2, 2, "#1/1/2026#", quoted(blank(2)), 18);
         click(save);
-        EXPECT_EQ(shown("Label2"), "Scheda n. 3 del 21/11/2026");
+        EXPECT_EQ(text("Label2"), "Scheda n. 3 del 21/11/2026");
         click(leave);
     });
     EXPECT_EQ(clinical("SELECT idScheda, cod_paz FROM AIR15_7 WHERE idTipo = 2 ORDER BY idScheda"),
@@ -343,16 +272,16 @@ TEST_F(SheetFormTest, OtherWorkstationsAreNotOverwrittenUnasked)
 TEST_F(SheetFormTest, FrailtyShowsItsTotalsAsTheDoctorChooses)
 {
     openSheet(4, 0, [&] {
-        EXPECT_EQ(shown("lblFascia"), "da completare (24 voci non valutate)"); // the diseases are known
+        EXPECT_EQ(text("lblFascia"), "da completare (24 voci non valutate)"); // the diseases are known
         for (QComboBox *const box : control("fields")->findChildren<QComboBox *>())
             box->setCurrentIndex(1);
-        EXPECT_EQ(shown("lblFascia"), "assente");
+        EXPECT_EQ(text("lblFascia"), "assente");
         choose("cmbCammino", "allettato");
         choose("cmbBagno", "dipendente");
         choose("cmbTelefono", "non autonomo");
-        EXPECT_EQ(shown("lblTotaleBase"), "2");
-        EXPECT_EQ(shown("lblTotale"), "6");
-        EXPECT_EQ(shown("lblFascia"), "lieve");
+        EXPECT_EQ(text("lblTotaleBase"), "2");
+        EXPECT_EQ(text("lblTotale"), "6");
+        EXPECT_EQ(text("lblFascia"), "lieve");
         click(save);
         click(leave);
     });
@@ -363,15 +292,16 @@ TEST_F(SheetFormTest, AFieldThatIsEnteredIsSelected)
 {
     addSheetRow(1, 1, "#1/1/2026#", quoted(QString(blank(1)).replace(97, 4, "07.2").replace(18, 4, "nota")));
     openSheet(1, 1, [&] {
-        for (const char *field : {"me_Glicata", "txtNote"}) {
+        for (const char *name : {"me_Glicata", "txtNote"}) {
             control("ctrlButt_0")->setFocus();
-            QTest::mouseClick(edit(field), Qt::LeftButton);
+            auto *const line = control<QLineEdit>(name);
+            QTest::mouseClick(line, Qt::LeftButton);
             QCoreApplication::processEvents();
-            EXPECT_EQ(edit(field)->selectedText(), edit(field)->text()) << field;
-            EXPECT_FALSE(edit(field)->text().isEmpty());
+            EXPECT_EQ(line->selectedText(), line->text()) << name;
+            EXPECT_FALSE(line->text().isEmpty());
         }
         // Enter leads on, and closes nothing.
-        QTest::keyClick(edit("me_Glicata"), Qt::Key_Return);
+        QTest::keyClick(field("me_Glicata"), Qt::Key_Return);
         EXPECT_TRUE(control("cmbFumo")->isVisible());
         click(leave);
     });
@@ -385,7 +315,7 @@ TEST_F(SheetFormTest, AFailedSaveKeepsEverything)
         prompts.queue();
         click(save);
         EXPECT_TRUE(prompts.last().startsWith("Attenzione!|Salvataggio non riuscito"));
-        EXPECT_EQ(edit("me_Glicata")->text(), "8");
+        EXPECT_EQ(value("me_Glicata"), "8");
     });
 }
 
@@ -445,20 +375,19 @@ TEST_F(SheetFormTest, TheManagerListsOpensAndDeletes)
         };
         EXPECT_EQ(rows(), (QStringList{QString::fromUtf8("01/02/2026|Scheda valutazione fragilità (Art. 13)"),
                                        "01/01/2026|Scheda diabetologica (Art. 7)", "senza data|"}));
-        forms.act = [&](const QString &name) { return name == "AIR15_7_4" && state.sheetNumber == 1; };
+        forms.act = [&] { EXPECT_EQ(state.sheetNumber, 1); };
         click("Btm_Apri");
-        EXPECT_EQ(std::exchange(forms.opened, {}), QStringList{"AIR15_7_4"});
+        EXPECT_EQ(forms.take(), "AIR15_7_4");
 
         // A new one of the chosen type; the list then shows it.
         click("optTipo_6");
-        forms.act = [&](const QString &) {
+        forms.act = [&] {
             EXPECT_EQ(state.sheetNumber, 0);
             addSheetRow(6, 5, "#4/1/2026#", "Null");
             state.sheetNumber = 5;
-            return true;
         };
         click("chameleonButton1_1");
-        EXPECT_EQ(std::exchange(forms.opened, {}), QStringList{"AIR15_7_6"});
+        EXPECT_EQ(forms.take(), "AIR15_7_6");
         EXPECT_EQ(rows().first(), "01/04/2026|Scheda malattie respiratorie (Art. 7) - Asma");
         EXPECT_EQ(list->currentIndex().row(), 0);
 

@@ -77,7 +77,7 @@ TEST_F(DomiciliariTest, TheKeyIsTakenWhenTheEntryIsWritten)
         choose("cbTipoDomiciliare", "Assistenza");
         otherWorkstation()->Execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (90, 18)");
         {
-            const NoNewRows refused(*environment.clinical, "VISITAPROBL");
+            const RefusedRows refused(database(), "VISITAPROBL");
             EXPECT_EQ(boxOf(store), notSaved);
         }
         EXPECT_EQ(value("cbTipoDomiciliare"), "Assistenza");

@@ -8,7 +8,6 @@
 
 #include <QClipboard>
 #include <QCompleter>
-#include <QLabel>
 
 namespace clivara {
 namespace {
@@ -82,7 +81,7 @@ TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
         EXPECT_EQ(cell(0, 1, HintRole), "");
         EXPECT_EQ(cell(2, 1, HintRole), "in ospedale");
         EXPECT_EQ(cell(2, 0, Qt::AccessibleTextRole), "10/11/2026, in ospedale");
-        EXPECT_EQ(control<QLabel>("lblDurata")->text(), "Ancora in ospedale, da 11 giorni.")
+        EXPECT_EQ(text("lblDurata"), "Ancora in ospedale, da 11 giorni.")
             << "of the selected stay, the newest";
         EXPECT_TRUE(control("Griglia_Ricoveri")->hasFocus());
         key("Griglia_Ricoveri", Qt::Key_Up);
@@ -121,7 +120,7 @@ TEST_F(RicoveriTest, AStayThatIsNotSavedDoesNotExtendTheList)
         choose("Combo2", "Cardiologia");
         typeHospital("L'Aquila");
         {
-            const NoNewRows refused(*environment.clinical, "ricoveri2");
+            const RefusedRows refused(database(), "ricoveri2");
             prompts.queue(PromptButton::Yes);
             prompts.queue();
             click(memorise);

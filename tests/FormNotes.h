@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "host/working_state/FormOpener.h"
+
+#include <QStringList>
+#include <functional>
+
+namespace clivara {
+
+// Notes which forms a form opens, and does in their place what a test wants.
+struct FormNotes : FormOpener {
+    bool showForm(const QString &name) override
+    {
+        opened.append(name);
+        if (act)
+            act();
+        return bool(act);
+    }
+    // The forms since the last call.
+    QString take() { return std::exchange(opened, {}).join(u' '); }
+
+    QStringList opened;
+    std::function<void()> act;
+};
+
+} // namespace clivara
