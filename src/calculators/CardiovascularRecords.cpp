@@ -93,11 +93,6 @@ const StoredEvaluation &storedCardiovascular()
     return stored;
 }
 
-WriteResult deleteCardiovascular(WorkingState &state, const QDateTime &when)
-{
-    return deleteEvaluation(state, riskTable, when);
-}
-
 Condition readDiabetes(dao::Database &clinical, qint32 patientCode)
 {
     const QString code = QString::number(patientCode);

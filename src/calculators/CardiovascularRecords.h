@@ -27,7 +27,6 @@ SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
                                const CardiovascularEvaluation &evaluation, Existing existing,
                                EvaluationVersions &versions);
 const StoredEvaluation &storedCardiovascular();
-WriteResult deleteCardiovascular(WorkingState &state, const QDateTime &when);
 
 // A condition that the chart knows of the patient, and in Italian where that stands.
 struct Condition {

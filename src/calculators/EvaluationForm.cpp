@@ -6,8 +6,6 @@
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
-#include "data/engine/Error.h"
-#include "host/working_state/ErrorLog.h"
 #include "host/working_state/SharedWrites.h"
 #include "host/working_state/WorkingState.h"
 #include "support/ui/WaitCursor.h"
@@ -122,15 +120,6 @@ void EvaluationForm::connectHistory()
             [this](int point) { m_ui->Grid1->setCurrentIndex(m_history->index(m_plotted.at(point), 0)); });
 }
 
-void EvaluationForm::guarded(const std::function<void()> &routine)
-{
-    try {
-        routine();
-    } catch (const dao::Error &error) {
-        logError(state(), objectName(), error);
-    }
-}
-
 void EvaluationForm::load()
 {
     showPatient();
@@ -155,7 +144,7 @@ void EvaluationForm::refreshHistory()
 {
     QList<HistoryRow> rows;
     m_read.clear();
-    guarded([&] {
+    const bool wasRead = guarded([&] {
         rows = history();
         m_read = readEvaluations(state().clinical(), storedAs(), state().header.patientCode);
     });
@@ -172,7 +161,9 @@ void EvaluationForm::refreshHistory()
         points.append({saved.when.date(), *saved.number, saved.date + QStringLiteral(": ") + saved.value});
         m_plotted.append(row);
     }
-    m_ui->plot->setPoints(points);
+    m_ui->plot->setPoints(points,
+                          wasRead ? QStringLiteral("Nessuna rilevazione salvata")
+                                  : QStringLiteral("Non è stato possibile leggere\nle rilevazioni salvate"));
 }
 
 void EvaluationForm::newEvaluation()
@@ -386,14 +377,23 @@ void EvaluationForm::deleteChosen()
         || !state().prompts.confirm(QStringLiteral("Confermi l'eliminazione della rilevazione selezionata?")))
         return;
     const QString day = jet::slashedDate(m_chosen.date());
-    WriteResult result = WriteResult::Failed;
-    {
+    EvaluationValues seen = m_read.value(m_chosen);
+    const auto remove = [&](LastWrite &) {
         const WaitCursor waiting;
-        guarded([&] { result = remove(m_chosen); });
-    }
-    if (result != WriteResult::Done) {
-        tellCommand(state(), result, {}, QStringLiteral("Non è stato possibile eliminare la rilevazione"));
+        return deleteEvaluation(state(), storedAs(), m_chosen, seen);
+    };
+    switch (deleteListed(state(), {}, remove,
+                         {QStringLiteral("La rilevazione del %1 è stata salvata").arg(day),
+                          QStringLiteral("La rilevazione era già stata eliminata da un'altra postazione."),
+                          QStringLiteral("Non è stato possibile eliminare la rilevazione")})) {
+    case WriteResult::Failed:
         return;
+    case WriteResult::Changed:
+        showTheirs(m_chosen);
+        return;
+    case WriteResult::Vanished:
+    case WriteResult::Done:
+        break;
     }
     refreshHistory();
     newEvaluation();

@@ -42,7 +42,6 @@ protected:
     // `versions` says what may be replaced and gets what is in the way.
     virtual SaveOutcome save(const QDateTime &when, bool isNew, EvaluationVersions &versions) = 0;
     virtual const StoredEvaluation &storedAs() const = 0;
-    virtual WriteResult remove(const QDateTime &when) = 0;
     // After a save, the history being up to date.
     virtual void afterSave() { }
 
@@ -64,8 +63,6 @@ protected:
     // The age for the validity of the evaluation: the one on the region's reference day, else today's; 0 when unknown.
     int referenceAge() const { return m_referenceAge; }
     QString regionCode() const;
-    // Runs `routine`; an error of the databases leaves a line in the log.
-    void guarded(const std::function<void()> &routine);
 
     void inputsChanged() override;
     void dateLeft() override;

@@ -121,11 +121,21 @@ SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, 
     return refused ? SaveOutcome::AlreadyThere : SaveOutcome::Failed;
 }
 
-WriteResult deleteEvaluation(WorkingState &state, const QString &table, const QDateTime &when)
+WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
+                             EvaluationValues &seen)
 {
-    return writeTogether(state, table, [&] {
+    const qint32 patient = state.header.patientCode;
+    return writeTogether(state, stored.table, [&] {
+        const auto row = state.clinical().OpenRecordset(evaluationQuery(stored.table, patient, when),
+                                                        dao::RecordsetType::Snapshot);
+        if (row->Eof())
+            return WriteResult::Vanished;
+        if (const EvaluationValues now = valuesOf(*row, stored); now != seen) {
+            seen = now;
+            return WriteResult::Changed;
+        }
         state.clinical().Execute(QStringLiteral("DELETE ")
-                                 + evaluationCondition(table, state.header.patientCode, when));
+                                 + evaluationCondition(stored.table, patient, when));
         return WriteResult::Done;
     });
 }

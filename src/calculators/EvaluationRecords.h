@@ -76,8 +76,10 @@ SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, 
                            Existing existing, const std::function<void(dao::Recordset &)> &fill,
                            EvaluationVersions &versions);
 
-// Deletes one evaluation of the current patient. Raises nothing.
-WriteResult deleteEvaluation(WorkingState &state, const QString &table, const QDateTime &when);
+// Deletes one evaluation of the current patient. `seen` is the evaluation as it was read; when it is stored otherwise,
+// the result is Changed and `seen` becomes what is stored. Raises nothing.
+WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
+                             EvaluationValues &seen);
 
 // A number of a row: from its field, into a field and as the forms show it. An empty one is Null and an empty text.
 std::optional<double> optionalNumber(dao::Recordset &row, const QString &field);

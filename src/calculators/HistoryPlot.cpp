@@ -51,13 +51,14 @@ void HistoryPlot::setScale(Scale scale)
     update();
 }
 
-void HistoryPlot::setPoints(const QList<Point> &points)
+void HistoryPlot::setPoints(const QList<Point> &points, const QString &none)
 {
     m_points = points;
+    m_none = none;
     m_current = -1;
     setAccessibleDescription(
         points.isEmpty()
-            ? QStringLiteral("Nessuna rilevazione")
+            ? none
             : QStringLiteral("%1 rilevazioni, ultima %2").arg(points.size()).arg(points.last().text));
     update();
     emit currentChanged(-1);
@@ -146,7 +147,7 @@ void HistoryPlot::paintEvent(QPaintEvent *)
     painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
     if (m_points.isEmpty()) {
         painter.setPen(palette().color(QPalette::PlaceholderText));
-        painter.drawText(rect(), Qt::AlignCenter, QStringLiteral("Nessuna rilevazione salvata"));
+        painter.drawText(rect(), Qt::AlignCenter, m_none);
         return;
     }
     paintAxis(painter);

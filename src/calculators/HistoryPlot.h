@@ -23,8 +23,8 @@ public:
     explicit HistoryPlot(QWidget *parent = nullptr);
 
     void setScale(Scale scale);
-    // Oldest first. No point is current.
-    void setPoints(const QList<Point> &points);
+    // Oldest first. No point is current. Without points there is `none` to read.
+    void setPoints(const QList<Point> &points, const QString &none);
     const QList<Point> &points() const { return m_points; }
     // Makes a point current, -1 none.
     void setCurrent(int index);
@@ -56,6 +56,7 @@ private:
 
     Scale m_scale = Scale::Percent;
     QList<Point> m_points;
+    QString m_none;
     int m_current = -1;
 };
 

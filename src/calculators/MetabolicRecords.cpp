@@ -74,11 +74,6 @@ const StoredEvaluation &storedMetabolic()
     return stored;
 }
 
-WriteResult deleteMetabolic(WorkingState &state, const QDateTime &when)
-{
-    return deleteEvaluation(state, metabolicTable, when);
-}
-
 std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinical, const QString &regionCode)
 {
     bool isNumber = false;

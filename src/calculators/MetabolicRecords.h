@@ -23,7 +23,6 @@ std::optional<MetabolicEvaluation> readMetabolic(dao::Database &clinical, qint32
 SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
                           EvaluationVersions &versions);
 const StoredEvaluation &storedMetabolic();
-WriteResult deleteMetabolic(WorkingState &state, const QDateTime &when);
 
 // The thresholds of the region ("03") that came into force last; empty when it has none, and for an empty code.
 std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinical,

@@ -5,6 +5,7 @@
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
 #include "data/engine/Dao.h"
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/WorkingState.h"
 #include "ui_PersonLine.h"
 #include "values/JetValues.h"
@@ -83,7 +84,7 @@ void PatientInputForm::showPatient()
     m_person->lblSesso->clear();
     m_person->lblEta->clear();
     m_person->ageUnit->hide();
-    try {
+    guarded([this] {
         const auto patient = readCalculatorPatient(m_state.clinical(), m_state.header.patientCode);
         if (!patient)
             return;
@@ -93,8 +94,17 @@ void PatientInputForm::showPatient()
             m_person->lblEta->setText(QString::number(age));
             m_person->ageUnit->show();
         }
-    } catch (const dao::Error &) {
-        // Sex and age stay empty; the form is usable.
+    });
+}
+
+bool PatientInputForm::guarded(const std::function<void()> &routine)
+{
+    try {
+        routine();
+        return true;
+    } catch (const dao::Error &error) {
+        logError(m_state, objectName(), error);
+        return false;
     }
 }
 
@@ -123,11 +133,12 @@ void PatientInputForm::focusFirstEmpty(QWidget *otherwise)
 
 void PatientInputForm::proposeValue(NumericEdit *edit, const QString &phrase, const Reader &read)
 {
+    const auto input = std::find_if(m_inputs.begin(), m_inputs.end(),
+                                    [edit](const Input &known) { return known.edit == edit; });
     std::optional<Proposal> proposal;
-    try {
-        proposal = read(m_state.clinical(), m_state.header.patientCode);
-    } catch (const dao::Error &) {
-        return; // a proposal is a help: without it the doctor types the value
+    if (!guarded([&] { proposal = read(m_state.clinical(), m_state.header.patientCode); })) {
+        showUnread(input->source);
+        return;
     }
     if (!proposal)
         return;
@@ -140,8 +151,6 @@ void PatientInputForm::proposeValue(NumericEdit *edit, const QString &phrase, co
     if (!stored || *stored != jet::leadingNumber(proposal->text))
         source = QStringLiteral("%1: «%2» letto come %3")
                      .arg(source, proposal->stored, jet::numberText(jet::leadingNumber(proposal->text)));
-    const auto input = std::find_if(m_inputs.begin(), m_inputs.end(),
-                                    [edit](const Input &known) { return known.edit == edit; });
     showSource(input->source, source);
 }
 
@@ -149,6 +158,12 @@ void PatientInputForm::showSource(QLabel *label, const QString &source)
 {
     label->setText(source);
     label->setToolTip(source.isEmpty() ? QString() : QStringLiteral("Valore proposto: ") + source);
+}
+
+void PatientInputForm::showUnread(QLabel *label)
+{
+    label->setText(QStringLiteral("non è stato possibile leggere"));
+    label->setToolTip({});
 }
 
 std::optional<double> PatientInputForm::required(NumericEdit *edit, const QString &warning)

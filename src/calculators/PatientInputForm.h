@@ -51,6 +51,9 @@ protected:
     // The order of Tab: date, the widgets inside `inputs`, then the others; after they are all there.
     void orderTabs(const QWidget *inputs, const QList<QWidget *> &others);
 
+    // Runs `routine`; false when an error of the databases ended it, of which the log has a line.
+    bool guarded(const std::function<void()> &routine);
+
     // Reads sex and age of the patient; what cannot be read stays empty.
     void showPatient();
     // Today's date and empty inputs.
@@ -61,10 +64,12 @@ protected:
 
     using Reader = std::function<std::optional<Proposal>(dao::Database &clinical, qint32 patientCode)>;
     // Writes what the reader finds into the input, and beside it the date by `phrase` ("esame del %1"). When
-    // it finds nothing, or cannot read, the input stays as it is.
+    // it finds nothing, or cannot read, which is said beside it, the input stays as it is.
     void proposeValue(NumericEdit *edit, const QString &phrase, const Reader &read);
     // The label beside an input or a box says where its value comes from.
     static void showSource(QLabel *label, const QString &source);
+    // It says that nothing is proposed because the record could not be read.
+    static void showUnread(QLabel *label);
 
     // The input's number; empty, after the warning, when it is 0 or blank.
     std::optional<double> required(NumericEdit *edit, const QString &warning);

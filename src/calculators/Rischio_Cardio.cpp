@@ -56,11 +56,12 @@ void Rischio_Cardio::unloading()
 
 void Rischio_Cardio::proposeBox(QCheckBox *box, QLabel *source, Condition (*read)(dao::Database &, qint32))
 {
-    guarded([&] {
-        const Condition condition = read(state().clinical(), state().header.patientCode);
-        box->setChecked(condition.present);
-        showSource(source, condition.source);
-    });
+    Condition condition;
+    const bool wasRead = guarded([&] { condition = read(state().clinical(), state().header.patientCode); });
+    box->setChecked(condition.present);
+    showSource(source, condition.source);
+    if (!wasRead)
+        showUnread(source);
 }
 
 void Rischio_Cardio::propose()
@@ -210,11 +211,6 @@ SaveOutcome Rischio_Cardio::save(const QDateTime &when, bool isNew, EvaluationVe
 {
     return saveCardiovascular(state(), when, m_computed, isNew ? Existing::Refuse : Existing::Replace,
                               versions);
-}
-
-WriteResult Rischio_Cardio::remove(const QDateTime &when)
-{
-    return deleteCardiovascular(state(), when);
 }
 
 void Rischio_Cardio::afterSave()

@@ -82,8 +82,14 @@ void SindrMetabolica::propose()
             return readRecentMetabolicResult(clinical, patientCode, examCode, today);
         };
     };
-    PressureProposals pressures;
-    guarded([&] { pressures = readRecentPressures(state().clinical(), state().header.patientCode, today); });
+    std::optional<PressureProposals> pressures; // both are of one reading
+    const auto pressure = [&pressures, today](std::optional<Proposal> PressureProposals::*which) {
+        return [&pressures, today, which](dao::Database &clinical, qint32 patientCode) {
+            if (!pressures)
+                pressures = readRecentPressures(clinical, patientCode, today);
+            return (*pressures).*which;
+        };
+    };
 
     const auto exam = QStringLiteral("esame del %1");
     const auto measured = QStringLiteral("misurata il %1");
@@ -93,8 +99,8 @@ void SindrMetabolica::propose()
     proposeValue(m_inputs->me_trigl, exam, result(QStringLiteral("90.43.2")));
     proposeValue(m_inputs->me_hdl, exam, result(QStringLiteral("90.14.1")));
     proposeValue(m_inputs->me_glic, exam, result(QStringLiteral("90.27.1")));
-    proposeValue(m_inputs->me_pas, measured, [&](dao::Database &, qint32) { return pressures.systolic; });
-    proposeValue(m_inputs->me_pad, measured, [&](dao::Database &, qint32) { return pressures.diastolic; });
+    proposeValue(m_inputs->me_pas, measured, pressure(&PressureProposals::systolic));
+    proposeValue(m_inputs->me_pad, measured, pressure(&PressureProposals::diastolic));
 }
 
 void SindrMetabolica::inputsChanged()
@@ -199,11 +205,6 @@ bool SindrMetabolica::showSaved(const QDateTime &when)
 SaveOutcome SindrMetabolica::save(const QDateTime &when, bool, EvaluationVersions &versions)
 {
     return saveMetabolic(state(), when, m_computed, versions);
-}
-
-WriteResult SindrMetabolica::remove(const QDateTime &when)
-{
-    return deleteMetabolic(state(), when);
 }
 
 } // namespace clivara

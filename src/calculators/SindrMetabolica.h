@@ -28,7 +28,6 @@ protected:
     bool showSaved(const QDateTime &when) override;
     const StoredEvaluation &storedAs() const override { return storedMetabolic(); }
     SaveOutcome save(const QDateTime &when, bool isNew, EvaluationVersions &versions) override;
-    WriteResult remove(const QDateTime &when) override;
     void inputsChanged() override;
     void load() override;
     void unloading() override;

@@ -80,7 +80,7 @@ void AIR15_Gestione::fill()
                         [this] { return listSheets(m_state.clinical(), m_state.header.patientCode); });
     m_model->clear();
     m_model->setHorizontalHeaderLabels({QStringLiteral("Data"), QStringLiteral("Tipo scheda")});
-    for (const SheetRow &sheet : m_sheets) {
+    for (const StoredSheet &sheet : m_sheets) {
         auto *const date = new QStandardItem(jet::formatDate(jet::dateTime(sheet.date), u"dd/mm/yyyy"));
         if (!sheet.date.isValid()) {
             date->setText(unknownDate);
@@ -99,7 +99,7 @@ void AIR15_Gestione::selectRow(int row)
     m_ui->MSFlexGrid1->setCurrentIndex(m_model->index(std::min(row, m_model->rowCount() - 1), 0));
 }
 
-const SheetRow *AIR15_Gestione::selected() const
+const StoredSheet *AIR15_Gestione::selected() const
 {
     const int row = m_ui->MSFlexGrid1->currentIndex().row();
     return row < 0 ? nullptr : &m_sheets[row];
@@ -122,7 +122,7 @@ void AIR15_Gestione::open(int type, qint32 number)
     fill();
     // The sheet that was saved as a new one, else the row of before.
     for (int i = 0; i < m_sheets.size(); ++i) {
-        const SheetRow &sheet = m_sheets[i];
+        const StoredSheet &sheet = m_sheets[i];
         if (number < 1 && sheet.type == type && sheet.number == m_state.sheetNumber) {
             selectRow(i);
             return;
@@ -133,7 +133,7 @@ void AIR15_Gestione::open(int type, qint32 number)
 
 void AIR15_Gestione::openSelected()
 {
-    if (const SheetRow *const sheet = selected())
+    if (const StoredSheet *const sheet = selected())
         open(sheet->type, sheet->number);
 }
 
@@ -149,7 +149,7 @@ void AIR15_Gestione::createSheet()
 
 void AIR15_Gestione::deleteSelected()
 {
-    const SheetRow *const sheet = selected();
+    const StoredSheet *const sheet = selected();
     if (!sheet)
         return;
     if (m_state.prompts.ask({QStringLiteral("Attenzione"),
@@ -160,10 +160,11 @@ void AIR15_Gestione::deleteSelected()
         != PromptButton::Yes)
         return;
     const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    // That a sheet is gone already is seen in the list.
-    if (const WriteResult result = deleteSheet(m_state, sheet->type, sheet->number);
-        result != WriteResult::Vanished)
-        tellCommand(m_state, result, {}, QStringLiteral("Non è stato possibile eliminare la scheda"));
+    StoredSheet seen = *sheet;
+    deleteListed(m_state, {}, [&](LastWrite &) { return deleteSheet(m_state, seen); },
+                 {QStringLiteral("La scheda è stata salvata"),
+                  {},
+                  QStringLiteral("Non è stato possibile eliminare la scheda")});
     fill();
     selectRow(row);
     m_ui->MSFlexGrid1->setFocus();

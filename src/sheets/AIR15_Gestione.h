@@ -33,7 +33,7 @@ private:
     QRadioButton *typeOption(int type) const;
     void fill();
     void selectRow(int row);
-    const SheetRow *selected() const; // null when no row is selected
+    const StoredSheet *selected() const; // null when no row is selected
     void enableButtons();
     void open(int type, qint32 number);
     void openSelected();
@@ -44,7 +44,7 @@ private:
     WorkingState &m_state;
     std::unique_ptr<Ui::AIR15_Gestione> m_ui;
     QStandardItemModel *m_model;
-    QList<SheetRow> m_sheets; // in the order of the rows
+    QList<StoredSheet> m_sheets; // in the order of the rows
 };
 
 } // namespace clivara

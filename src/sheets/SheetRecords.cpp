@@ -36,16 +36,15 @@ bool isOf(dao::Recordset &rows, qint32 patient)
 
 } // namespace
 
-QList<SheetRow> listSheets(dao::Database &clinical, qint32 patient)
+QList<StoredSheet> listSheets(dao::Database &clinical, qint32 patient)
 {
     const auto rows = clinical.OpenRecordset(
         QStringLiteral("select * from AIR15_7 where (cod_paz = ") + QString::number(patient)
             + QStringLiteral(") Order By datareg desc, idTipo desc, idScheda desc"),
         dao::RecordsetType::Snapshot);
-    QList<SheetRow> sheets;
+    QList<StoredSheet> sheets;
     for (; !rows->Eof(); rows->MoveNext())
-        sheets.append({qint32(field(*rows, "idScheda").number()), int(field(*rows, "idTipo").number()),
-                       field(*rows, "DataReg").date().date()});
+        sheets.append(sheetOf(*rows));
     return sheets;
 }
 
@@ -105,16 +104,20 @@ WriteResult changeSheet(WorkingState &state, const StoredSheet &sheet, StoredShe
     });
 }
 
-WriteResult deleteSheet(WorkingState &state, int type, qint32 number)
+WriteResult deleteSheet(WorkingState &state, StoredSheet &seen)
 {
     return writeTogether(state, table, [&] {
         const auto rows = state.clinical().OpenRecordset(
             QStringLiteral("select * from AIR15_7 where (idScheda = %1) and (cod_paz = %2) and (idTipo = %3)")
-                .arg(number)
+                .arg(seen.number)
                 .arg(state.header.patientCode)
-                .arg(type));
+                .arg(seen.type));
         if (rows->Eof())
             return WriteResult::Vanished;
+        if (const StoredSheet stored = sheetOf(*rows); stored != seen) {
+            seen = stored;
+            return WriteResult::Changed;
+        }
         rows->Delete();
         return WriteResult::Done;
     });

@@ -417,6 +417,51 @@ TEST_F(EvaluationFormsTest, AFailedSaveKeepsWhatWasTyped)
     });
 }
 
+TEST_F(EvaluationFormsTest, WhatCannotBeReadIsNotThePatientBefore)
+{
+    execute("INSERT INTO cronpat (cod_paz, cod_pat) VALUES (17, 32)");
+    addExamination("H", daysAgo(10), lifestyle("03"));
+    Rischio_Cardio form(state);
+    open(form, [&] {
+        EXPECT_TRUE(control<QCheckBox>("ChkDiabetico")->isChecked()
+                    && control<QCheckBox>("ChkFumatore")->isChecked());
+    });
+    state.header.patientCode = 18;
+    for (const char *table : {"cronpat", "ESAME_OB", "esa_ob", "riepil"})
+        execute(QStringLiteral("DROP TABLE ") + QLatin1String(table));
+    open(form, [&] {
+        EXPECT_FALSE(control<QCheckBox>("ChkDiabetico")->isChecked()
+                     || control<QCheckBox>("ChkFumatore")->isChecked());
+        for (const char *source :
+             {"ChkDiabeticoSource", "ChkFumatoreSource", "me_pasSource", "me_colSource", "me_hdlSource"})
+            EXPECT_EQ(text(source), "non è stato possibile leggere") << source;
+    });
+}
+
+TEST_F(EvaluationFormsTest, WhatAnotherWorkstationSavedIsNotDeletedUnseen)
+{
+    execute("INSERT INTO SindrMetabolica (cod_paz, Data_Val, glicemia) VALUES (17, #03/01/2024#, 99)");
+    const auto left = [this] { return clinical("SELECT glicemia FROM SindrMetabolica").join(u' '); };
+    SindrMetabolica form(state);
+    open(form, [&] {
+        select(0);
+        execute("UPDATE SindrMetabolica SET glicemia = 130");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::No);
+        click("Button1_1");
+        EXPECT_TRUE(prompts.last().startsWith("Attenzione!|La rilevazione del 01/03/2024 è stata salvata"))
+            << qPrintable(prompts.last());
+        EXPECT_EQ(left(), "130");
+        EXPECT_EQ(value("me_glic"), "130") << "now it is seen";
+        execute("UPDATE SindrMetabolica SET glicemia = 131");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::Yes);
+        click("Button1_1");
+        EXPECT_EQ(left(), "");
+        EXPECT_EQ(history(), QStringList{});
+    });
+}
+
 TEST_F(EvaluationFormsTest, WithoutItsTablesTheFormIsStillUsable)
 {
     for (const char *table : {"Rischio_Cardio", "cronpat", "ESAME_OB", "esa_ob", "riepil", "archivio"})
@@ -424,6 +469,8 @@ TEST_F(EvaluationFormsTest, WithoutItsTablesTheFormIsStillUsable)
     Rischio_Cardio form(state);
     open(form, [&] {
         EXPECT_EQ(history(), QStringList{});
+        EXPECT_EQ(control<HistoryPlot>("plot")->accessibleDescription(),
+                  "Non è stato possibile leggere\nle rilevazioni salvate");
         typeRisk("140", "220", "50");
         prompts.queue(PromptButton::Yes);
         click("Button2_0");

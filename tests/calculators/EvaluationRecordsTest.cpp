@@ -211,7 +211,10 @@ TEST_F(EvaluationRecordsTest, SavesRefusesAndReplaces)
     EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Saved);
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|Null|0.125|140|220|50|true|true|false"});
 
-    EXPECT_EQ(deleteCardiovascular(state, day), WriteResult::Done);
+    EvaluationValues seen = versions.read;
+    EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Changed);
+    EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Done) << "seen now";
+    EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Vanished);
     EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Vanished);
     EXPECT_EQ(clinical(QStringLiteral("SELECT cod_paz FROM Rischio_Cardio")), QStringList{"18"});
 }
@@ -238,7 +241,8 @@ TEST_F(EvaluationRecordsTest, RowsOfOtherProgramsMayHaveATimeAndNulls)
     EXPECT_FALSE(metabolic->waistCm);
 
     EXPECT_FALSE(readCardiovascular(database(), 17, jet::dateTime(2026, 5, 2)));
-    EXPECT_EQ(deleteMetabolic(state, verdicts[0].when), WriteResult::Done);
+    EvaluationValues seen = readEvaluations(database(), storedMetabolic(), 17).value(verdicts[0].when);
+    EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), verdicts[0].when, seen), WriteResult::Done);
     EXPECT_TRUE(readMetabolicHistory(database(), 17).isEmpty());
 }
 
@@ -252,7 +256,8 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
         LockHolder other(path("Orvale.sqlite"));
         EXPECT_EQ(saveMetabolic(state, day, evaluation, versions), SaveOutcome::Failed);
         EXPECT_EQ(pauses.taken.size(), 19);
-        EXPECT_EQ(deleteMetabolic(state, day), WriteResult::Failed);
+        EvaluationValues none;
+        EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, none), WriteResult::Failed);
     }
     EXPECT_EQ(clinical(QStringLiteral("SELECT * FROM SindrMetabolica")), QStringList{});
     pauses.taken.clear();

@@ -28,8 +28,8 @@ protected:
              "chiave LONG)",
              "CREATE TABLE DEFCAMPI (Tiporec TEXT(1), Formapp TEXT(3), descrizione TEXT(40), offset INTEGER, "
              "lunghezza INTEGER)",
-             "CREATE TABLE riepil (minsan LONG, tipo INTEGER, cod_paz LONG, da_pre DATETIME)",
-             "CREATE TABLE riepil2 (cod_rie LONG, codice TEXT(20), unita TEXT(20))"});
+             "CREATE TABLE riepil (cod_pre LONG, minsan LONG, tipo INTEGER, cod_paz LONG, da_pre DATETIME)",
+             "CREATE TABLE riepil2 (idriepil2 LONG, cod_rie LONG, codice TEXT(20), unita TEXT(20))"});
         environment.doctors = create(
             "Medici.sqlite",
             {"CREATE TABLE medici_gruppo (cod_smi LONG, cognome TEXT(40), nome TEXT(40), idRowGuid GUID, "

@@ -399,6 +399,15 @@ TEST_F(SheetFormTest, TheManagerListsOpensAndDeletes)
         prompts.queue(PromptButton::Yes);
         click("Btm_Elimina");
         EXPECT_EQ(rows().size(), 3);
+        // Saved by another workstation since the list was read: asked again, and seen then.
+        execute("UPDATE AIR15_7 SET SEQDATI = 'x' WHERE idTipo = 4");
+        list->setCurrentIndex(list->model()->index(1, 0));
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::No);
+        click("Btm_Elimina");
+        EXPECT_TRUE(prompts.last().startsWith(QString::fromUtf8("Attenzione!|La scheda è stata salvata")))
+            << qPrintable(prompts.last());
+        EXPECT_EQ(rows().size(), 3);
         // Gone already: the list says so, without a box.
         execute("DELETE FROM AIR15_7 WHERE idTipo = 9");
         list->setCurrentIndex(list->model()->index(2, 0));

@@ -64,9 +64,10 @@ void warnNotSaved(WorkingState &state)
 
 void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed)
 {
-    if (result == WriteResult::Vanished)
-        state.prompts.warn(vanished);
-    else if (result != WriteResult::Done)
+    if (result == WriteResult::Vanished) {
+        if (!vanished.isEmpty())
+            state.prompts.warn(vanished);
+    } else if (result != WriteResult::Done)
         state.prompts.warn(
             QStringLiteral("%1: %2.\n%3")
                 .arg(failed, failureReason(state.failure),
@@ -98,8 +99,9 @@ WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QSt
     return WriteResult::Done;
 }
 
-void deleteListed(WorkingState &state, LastWrite seen,
-                  const std::function<WriteResult(LastWrite &seen)> &remove, const DeletionTexts &texts)
+WriteResult deleteListed(WorkingState &state, LastWrite seen,
+                         const std::function<WriteResult(LastWrite &seen)> &remove,
+                         const DeletionTexts &texts)
 {
     RecordConflict conflict;
     conflict.event = texts.changed;
@@ -108,7 +110,7 @@ void deleteListed(WorkingState &state, LastWrite seen,
         const WriteResult result = remove(seen);
         if (result != WriteResult::Changed) {
             tellCommand(state, result, texts.vanished, texts.failed);
-            return;
+            return result;
         }
         conflict.there = seen;
         if (state.prompts.ask(
@@ -119,7 +121,7 @@ void deleteListed(WorkingState &state, LastWrite seen,
                  {PromptButton::Yes, PromptButton::No},
                  PromptButton::No})
             != PromptButton::Yes)
-            return;
+            return result;
     }
 }
 

@@ -42,12 +42,15 @@ WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QSt
 // What the doctor is told of a record that is deleted from a list.
 struct DeletionTexts {
     QString changed; // "La visita è stata salvata"
-    QString vanished; // "La visita era già stata cancellata da un'altra postazione."
+    QString
+        vanished; // "La visita era già stata cancellata da un'altra postazione."; empty: the list tells enough
     QString failed; // "Non è stato possibile cancellare la visita"
 };
 // Deletes what the doctor has agreed to delete, and tells what came of it. A record that another workstation has saved
-// since the list was read is deleted only when the doctor, told who and when, wants that as well.
-void deleteListed(WorkingState &state, LastWrite seen,
-                  const std::function<WriteResult(LastWrite &seen)> &remove, const DeletionTexts &texts);
+// since the list was read is deleted only when the doctor, told who and when, wants that as well; otherwise the result
+// is Changed. A table without stamps is compared by `remove` alone: `seen` then stays as it is.
+WriteResult deleteListed(WorkingState &state, LastWrite seen,
+                         const std::function<WriteResult(LastWrite &seen)> &remove,
+                         const DeletionTexts &texts);
 
 } // namespace clivara
