@@ -110,6 +110,7 @@ bool ModEstrazDati::readRows(const char *routine, const QString &sql, Read read)
         read(*rows);
         return true;
     } catch (const dao::Error &error) {
+        ++m_failures;
         m_log.write(
             QStringLiteral("ModEstrazDati.%1 - Error %2 - ").arg(QLatin1String(routine)).arg(error.number())
             + error.text());

@@ -53,6 +53,9 @@ public:
     {
     }
 
+    // How many of the routines' queries have failed: an empty result that made it higher says nothing about the patient.
+    int failures() const { return m_failures; }
+
     // Prescriptions that a hospital suggested; open period. Only zero or not zero: rows are not counted to the end.
     int ContaPrescrizioniOspedaliere(qint32 patient, const Period &period,
                                      const QString &condition = {}) const;
@@ -97,6 +100,7 @@ private:
 
     dao::Database &m_clinical;
     Log &m_log;
+    mutable int m_failures = 0;
 };
 
 } // namespace clivara

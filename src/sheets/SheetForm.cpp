@@ -110,11 +110,17 @@ void SheetForm::initNew()
     PopolaDati(values);
     m_fields->setOrigins(recovered.origins);
     const qsizetype count = recovered.origins.size();
-    const QString found =
-        count == 0   ? QStringLiteral("Nella cartella non c'è niente da riprendere.")
-        : count == 1 ? QStringLiteral("Un valore è ripreso dalla cartella: da verificare.")
-                     : QStringLiteral("%1 valori sono ripresi dalla cartella: da verificare.").arg(count);
-    noteMessage((QStringList{found} + recovered.remarks).join(u' '));
+    QStringList told;
+    if (count == 1)
+        told << QStringLiteral("Un valore è ripreso dalla cartella: da verificare.");
+    else if (count > 1)
+        told << QStringLiteral("%1 valori sono ripresi dalla cartella: da verificare.").arg(count);
+    else if (recovered.isWhole)
+        told << QStringLiteral("Nella cartella non c'è niente da riprendere.");
+    if (!recovered.isWhole)
+        told << QStringLiteral(
+            "Non è stato possibile leggere tutta la cartella: quello che manca qui può esserci.");
+    noteMessage((told + recovered.remarks).join(u' '));
 }
 
 void SheetForm::initStored(qint32 number)

@@ -299,7 +299,12 @@ RecoveredData RecuperaDati(SheetData &data, const ModEstrazDati &record, const S
         const auto reader = readers().constFind(fields[i].source.name);
         if (reader == readers().constEnd())
             continue;
+        const int failures = record.failures();
         const Sources::Maybe found = (sources.**reader)(fields[i].source.arguments);
+        if (record.failures() > failures) {
+            recovered.isWhole = false;
+            continue;
+        }
         if (!found)
             continue;
         const auto value = fittedValue(fields[i], found->value);

@@ -14,8 +14,9 @@ public:
         : m_database(database)
     {
         for (const char *event : {"INSERT", "UPDATE"})
-            run(QStringLiteral("CREATE TRIGGER \"%1\".refuse_%2 BEFORE %2 ON %3 BEGIN SELECT RAISE(ABORT, 'no'); "
-                               "END")
+            run(QStringLiteral(
+                    "CREATE TRIGGER \"%1\".refuse_%2 BEFORE %2 ON %3 BEGIN SELECT RAISE(ABORT, 'no'); "
+                    "END")
                     .arg(m_database.nativeSchema(), event, table));
     }
     ~RefusedRows()

@@ -52,6 +52,19 @@ private:
     int m_keys = 0;
 };
 
+TEST_F(SheetSourcesTest, WhatCannotBeReadIsNotTakenForNothing)
+{
+    addProblem("401.9");
+    execute("DROP TABLE SPEFAR");
+    const SheetData sheet = recovered(1);
+    EXPECT_FALSE(last.isWhole);
+    EXPECT_EQ(sheet.value("Statine"), SheetData(*sheetLayout(1)).value("Statine")) << "not a no";
+    EXPECT_EQ(sheet.value("Ipertensione"), "2");
+    execute("CREATE TABLE SPEFAR (CODSPE TEXT(10), atc TEXT(10))");
+    EXPECT_EQ(recovered(1).value("Statine"), "1");
+    EXPECT_TRUE(last.isWhole);
+}
+
 TEST_F(SheetSourcesTest, AnEmptyRecordLeavesTheTemplate)
 {
     execute("DELETE FROM inf_gen");
