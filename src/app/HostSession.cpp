@@ -35,7 +35,10 @@ HostSession::HostSession(Practice &practice, const clivara::Services &services, 
     if (!m_chart) {
         m_class3 = std::make_unique<clivara::Class3>(services);
         m_class3->InitDbConn(practice.environment());
-        m_chart = [this](qint16 action, QVariant &param) { m_class3->Action(action, param); };
+        m_chart = [this](qint16 action, QVariant &param) {
+            m_class3->Action(action, param);
+            return m_class3->failure();
+        };
     }
 }
 
@@ -60,9 +63,8 @@ SectionOutcome HostSession::openSection(qint16 action)
         take(key);
 
     QVariant param;
-    m_chart(action, param);
-
     SectionOutcome outcome;
+    outcome.failure = m_chart(action, param);
     outcome.view = take(viewKey).trimmed().toUpper();
     const auto patient = clivara::jet::numberFromText(take(patientKey));
     const auto code = patient ? clivara::jet::toLong(*patient) : std::nullopt;

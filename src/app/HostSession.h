@@ -23,14 +23,16 @@ struct SectionOutcome {
     QString diagnosisCode; // the problem that was picked; empty for none
     QString diagnosis;
     std::optional<double> evaluation; // the result of a calculator
+    QString failure; // why it could not be opened; empty when it was
 };
 
 // A working session of the host on a practice: holds the chart, tells it doctor and patient and reads its
 // mailbox.
 class HostSession {
 public:
-    // Opens a section of the chart and returns when it has closed; `param` as for Class3::Action.
-    using Chart = std::function<void(qint16 action, QVariant &param)>;
+    // Opens a section of the chart and returns when it has closed; `param` as for Class3::Action, the result as that of
+    // Class3::failure.
+    using Chart = std::function<QString(qint16 action, QVariant &param)>;
 
     // No patient is current at first. Practice and services must outlive the session; `chart` stands in for
     // the real one. Throws dao::Error.

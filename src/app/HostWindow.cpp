@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -184,6 +185,11 @@ void HostWindow::openSection(const Section &section)
     if (m_session.currentPatient() < 0)
         return;
     const SectionOutcome outcome = m_session.openSection(section.action);
+    if (!outcome.failure.isEmpty()) {
+        QGuiApplication::restoreOverrideCursor();
+        warn(QStringLiteral("Non è stato possibile aprire la sezione %1.\n\n%2")
+                 .arg(plainTitle(section), outcome.failure));
+    }
     if (outcome.patient)
         selectPatient(*outcome.patient);
     else if (!outcome.view.isEmpty())

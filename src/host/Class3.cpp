@@ -70,6 +70,7 @@ struct Class3::Private : FormOpener {
     WorkingState state;
     std::unique_ptr<dao::DBEngine> engine; // from the first InitDbConn on
     WaitPointer pointer;
+    QString failure; // of the last Action
     FormShelf shelf{state};
 };
 
@@ -183,19 +184,28 @@ qint16 Class3::Action(qint16 code)
 qint16 Class3::Action(qint16 code, QVariant &param)
 {
     d->state.result = {};
+    d->failure.clear();
     try {
         d->act(code, param);
     } catch (const dao::Error &error) {
         if (dao::isConnectionLost(error.number())) {
             d->pointer.restore();
             tellUnreachable(d->state);
+        } else {
+            d->failure = error.text();
         }
-    } catch (...) {
-        // Nothing reaches the host; the missing "end" line of the log tells.
+    } catch (const std::exception &error) {
+        // No error reaches the host; the missing "end" line of the log tells, and the host may ask.
+        d->failure = QString::fromLocal8Bit(error.what());
     }
     if (d->state.result.isValid())
         param = d->state.result;
     return 0;
+}
+
+QString Class3::failure() const
+{
+    return d->failure;
 }
 
 bool Class3::isBuilt(qint16 code)

@@ -9,7 +9,9 @@ class HostSessionTest : public SmallPractice {
 protected:
     QString setting(const char *key) const { return m_settings.text(QString::fromLatin1(key)); }
     // A session whose chart does nothing but what `section` does.
-    std::unique_ptr<HostSession> session(HostSession::Chart section = [](qint16, QVariant &) {})
+    std::unique_ptr<HostSession> session(HostSession::Chart section = [](qint16, QVariant &) {
+        return QString();
+    })
     {
         return std::make_unique<HostSession>(*m_practice, services(), std::move(section));
     }
@@ -87,6 +89,7 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
             for (auto left = each.left.cbegin(); left != each.left.cend(); ++left)
                 m_settings.write(left.key(), *left);
             param = each.result;
+            return QString();
         });
         const SectionOutcome outcome = host->openSection(80);
         EXPECT_EQ(outcome.view, each.expected.view);

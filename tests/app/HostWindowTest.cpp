@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -30,6 +31,7 @@ protected:
                 m_opened << action;
                 if (m_section)
                     m_section(param);
+                return m_failure;
             });
         QSignalSpy loaded(m_window.get(), &HostWindow::patientsLoaded);
         m_window->show();
@@ -63,6 +65,7 @@ protected:
 
     std::unique_ptr<HostWindow> m_window;
     std::function<void(QVariant &)> m_section; // what the section does that is opened
+    QString m_failure; // why it cannot be opened
     QList<qint16> m_opened;
 };
 
@@ -169,6 +172,17 @@ TEST_F(HostWindowTest, ActsOnTheMailboxWhenASectionHasClosed)
     EXPECT_EQ(m_window->currentPatient(), 12);
     EXPECT_EQ(patientName(), QStringLiteral("Fornò Giacomo"));
     EXPECT_TRUE(m_prompts.texts.isEmpty()) << m_prompts.texts.join(u' ').toStdString();
+}
+
+TEST_F(HostWindowTest, TellsThatASectionCouldNotBeOpened)
+{
+    m_window->selectPatient(11);
+    m_failure = QStringLiteral("Tabella inesistente: 'ALLERGIE'");
+    m_section = [](QVariant &) { QGuiApplication::setOverrideCursor(Qt::WaitCursor); };
+    openSection(12);
+    EXPECT_EQ(m_prompts.texts, QStringList{"Non è stato possibile aprire la sezione Allergie.\n\nTabella "
+                                           "inesistente: 'ALLERGIE'"});
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(HostWindowTest, TellsADatabaseErrorAndStaysUsable)

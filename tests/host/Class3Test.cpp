@@ -127,12 +127,14 @@ TEST_F(Class3Test, AnErrorEndsTheActionWithoutATraceToTheHost)
     chart.InitDbConn(environment);
     QVariant tooLarge = 40000;
     EXPECT_EQ(chart.Action(3, tooLarge), 0);
+    EXPECT_FALSE(chart.failure().isEmpty()) << "only a host that asks is told";
     EXPECT_EQ(logged(), initialized + connected + action(3, {}, false));
     ASSERT_NE(QGuiApplication::overrideCursor(), nullptr) << "the pointer stays as it was";
     EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
 
     chart.Action(50);
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr) << "the next action brings it back";
+    EXPECT_EQ(chart.failure(), QString());
 }
 
 TEST_F(Class3Test, WithoutAnEnvironmentRaisesNothing)
