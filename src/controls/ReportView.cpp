@@ -32,8 +32,6 @@ ReportView::ReportView(QWidget *parent)
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
     setAllColumnsShowFocus(true);
-    setBackgroundRole(QPalette::Base);
-    setAutoFillBackground(true);
     setExpandsOnDoubleClick(false);
     setIconSize({iconSide, iconSide});
     // By rows: only what is seen is measured, however many rows there are.
@@ -188,17 +186,6 @@ void ReportView::resizeEvent(QResizeEvent *event)
     QTreeView::resizeEvent(event);
     if (event->size().width() != event->oldSize().width())
         layOutColumns();
-}
-
-// On screens with a scale such as 125 % the viewport would cover the frame's right and lower edge.
-void ReportView::updateGeometries()
-{
-    if (m_updatingGeometries)
-        return;
-    m_updatingGeometries = true;
-    QTreeView::updateGeometries();
-    setViewportMargins(viewportMargins() + QMargins(0, 0, 1, 1));
-    m_updatingGeometries = false;
 }
 
 void ReportView::paintEvent(QPaintEvent *event)

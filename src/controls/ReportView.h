@@ -59,7 +59,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void updateGeometries() override;
     void paintEvent(QPaintEvent *event) override;
     void drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override;
     void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
@@ -76,7 +75,6 @@ private:
     QString m_placeholder;
     bool m_unread = false;
     bool m_layingOut = false;
-    bool m_updatingGeometries = false;
 };
 
 // The text for a tool tip, as rich text that wraps; what is longer than a tool tip can show is cut, and it says
