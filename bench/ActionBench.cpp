@@ -4,8 +4,6 @@
 #include "BenchHost.h"
 #include "BenchSupport.h"
 
-#include <cstdio>
-
 namespace {
 
 constexpr qint16 ldlAction = 80;
@@ -24,7 +22,7 @@ void openForms(benchmark::State &state, bench::Host &host, qint16 action)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    try {
+    return bench::runProgram("ActionBench", [&] {
         bench::Host small(bench::practicePath());
         bench::Host large(bench::practicePath(true));
         for (bench::Host *const host : {&small, &large}) {
@@ -50,9 +48,6 @@ int main(int argc, char **argv)
         const bool even = bench::hold("the same on ten times the patients", growth, 1.1, "times");
         const bool risk = bench::hold("action 13 to painted form, 15000 patients",
                                       reporter.median("risk_15000_patients"), 32, "ms");
-        return fast && even && risk ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "ActionBench: %s\n", error.what());
-        return 1;
-    }
+        return fast && even && risk;
+    });
 }

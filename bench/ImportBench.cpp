@@ -8,7 +8,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <cstdio>
 #include <stdexcept>
 #include <sys/resource.h>
 
@@ -65,7 +64,7 @@ BENCHMARK(exportAndLoad)->Unit(benchmark::kMillisecond)->UseRealTime()->Iteratio
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    try {
+    return bench::runProgram("ImportBench", [&] {
         // The first children of this process, so that the largest one that it has waited for is one of theirs.
         const QTemporaryDir folder;
         run(QCoreApplication::applicationDirPath() + "/orvale",
@@ -81,9 +80,6 @@ int main(int argc, char **argv)
         // The import and the program that reads for it run side by side; each takes at most this.
         holds &= bench::hold("memory of the import, twice its larger process",
                              2 * double(children.ru_maxrss) / 1024, 200, "MB");
-        return holds ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "ImportBench: %s\n", error.what());
-        return 1;
-    }
+        return holds;
+    });
 }

@@ -7,10 +7,7 @@
 #include "problems/ProblemItems.h"
 
 #include <QKeyEvent>
-#include <QSqlDriver>
 #include <QTreeView>
-#include <cstdio>
-#include <sqlite3.h>
 
 namespace {
 
@@ -109,60 +106,25 @@ void throughEngine(benchmark::State &state, dao::Database &local, const QStringL
 {
     qint64 values = 0;
     for (auto _ : state) {
-        for (const QString &query : queries) {
-            const auto rows = local.OpenRecordset(query, dao::RecordsetType::Snapshot);
-            for (; !rows->Eof(); rows->MoveNext()) {
-                for (int column = 0; column < rows->FieldCount(); ++column, ++values)
-                    benchmark::DoNotOptimize(rows->Fields(column).Value());
-            }
-        }
+        for (const QString &query : queries)
+            values += bench::readThroughEngine(local, query, dao::RecordsetType::Snapshot);
     }
-    state.counters["values"] = benchmark::Counter(double(values), benchmark::Counter::kAvgIterations);
-}
-
-struct NativeQuery {
-    QByteArray sql;
-    int columns; // those of the query; the engine asks for identities of the rows beside them
-};
-
-void readAll(benchmark::State &state, sqlite3 *connection, const NativeQuery &query, qint64 &values)
-{
-    sqlite3_stmt *statement = nullptr;
-    if (sqlite3_prepare_v2(connection, query.sql.constData(), -1, &statement, nullptr) != SQLITE_OK)
-        state.SkipWithError(sqlite3_errmsg(connection));
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-        for (int column = 0; column < query.columns; ++column, ++values) {
-            switch (sqlite3_column_type(statement, column)) {
-            case SQLITE_INTEGER:
-                benchmark::DoNotOptimize(sqlite3_column_int64(statement, column));
-                break;
-            case SQLITE_FLOAT:
-                benchmark::DoNotOptimize(sqlite3_column_double(statement, column));
-                break;
-            case SQLITE_TEXT:
-                benchmark::DoNotOptimize(sqlite3_column_text(statement, column));
-                break;
-            default:
-                break;
-            }
-        }
-    }
-    sqlite3_finalize(statement);
+    bench::countValues(state, values);
 }
 
 void throughCInterface(benchmark::State &state, dao::Database &local, const QStringList &queries)
 {
-    auto *connection =
-        *static_cast<sqlite3 *const *>(local.nativeConnection().driver()->handle().constData());
-    std::vector<NativeQuery> statements;
+    sqlite3 *const connection = bench::connectionOf(local);
+    std::vector<bench::NativeQuery>
+        statements; // the engine asks for identities of the rows beside the columns
     for (const QString &query : queries)
         statements.push_back({local.nativeSql(query).toUtf8(), local.OpenRecordset(query)->FieldCount()});
     qint64 values = 0;
     for (auto _ : state) {
-        for (const NativeQuery &statement : statements)
-            readAll(state, connection, statement, values);
+        for (const bench::NativeQuery &statement : statements)
+            values += bench::readThroughCInterface(state, connection, statement);
     }
-    state.counters["values"] = benchmark::Counter(double(values), benchmark::Counter::kAvgIterations);
+    bench::countValues(state, values);
 }
 
 } // namespace
@@ -170,7 +132,7 @@ void throughCInterface(benchmark::State &state, dao::Database &local, const QStr
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    try {
+    return bench::runProgram("ProblemsBench", [&] {
         bench::Host host(bench::practicePath());
         const auto &databases = host.practice->environment();
         const int patient = bench::patientWithMostRows(*databases.clinical);
@@ -202,9 +164,6 @@ int main(int argc, char **argv)
         const double ratio = reporter.median("queries_engine") / reporter.median("queries_c_interface");
         holds &=
             bench::hold("queries of the lower list: engine against the C interface", ratio, 2.0, "times");
-        return holds ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "ProblemsBench: %s\n", error.what());
-        return 1;
-    }
+        return holds;
+    });
 }

@@ -8,7 +8,6 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <cstdio>
 #include <stdexcept>
 #include <vector>
 
@@ -60,7 +59,7 @@ double median(std::vector<double> figures)
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    try {
+    return bench::runProgram("ProgramBench", [&] {
         std::vector<double> help, visible, resident;
         for (int round = 0; round < 9; ++round) {
             help.push_back(run({"--help"}).end);
@@ -75,9 +74,6 @@ int main(int argc, char **argv)
         holds &= bench::hold("host window visible", median(visible), 400, "ms");
         holds &= bench::hold("resident memory of the open host", median(resident), 120, "MB");
         holds &= bench::hold("orvale demo, default practice", demo, 60, "s");
-        return holds ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "ProgramBench: %s\n", error.what());
-        return 1;
-    }
+        return holds;
+    });
 }

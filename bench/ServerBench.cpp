@@ -61,7 +61,7 @@ void printRoundTrips(const QString &practice, int patient)
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    try {
+    return bench::runProgram("ServerBench", [&] {
         const QString serverPractice = required("CLIVARA_BENCH_SERVER");
         bench::Host files(bench::practicePath());
         bench::Host server(serverPractice);
@@ -91,9 +91,6 @@ int main(int argc, char **argv)
         const bool ldl =
             bench::hold("action 80 to painted form, server against files",
                         reporter.median("ldl_server") / reporter.median("ldl_files"), 3.0, "times");
-        return problems && ldl ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "ServerBench: %s\n", error.what());
-        return 1;
-    }
+        return problems && ldl;
+    });
 }

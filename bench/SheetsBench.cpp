@@ -10,8 +10,6 @@
 #include "support/Log.h"
 
 #include <QCoreApplication>
-#include <QSqlDriver>
-#include <cstdio>
 #include <functional>
 #include <sqlite3.h>
 #include <vector>
@@ -135,7 +133,7 @@ void fillDiabetesSheet(benchmark::State &state, const ModEstrazDati &data,
         clivara::SheetData sheet(*clivara::sheetLayout(1));
         found += clivara::RecuperaDati(sheet, data, patient).origins.size();
     }
-    state.counters["values"] = benchmark::Counter(double(found), benchmark::Counter::kAvgIterations);
+    bench::countValues(state, found);
 }
 
 } // namespace
@@ -143,11 +141,10 @@ void fillDiabetesSheet(benchmark::State &state, const ModEstrazDati &data,
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    try {
+    return bench::runProgram("SheetsBench", [&] {
         const auto practice = orvale::Practice::open(bench::practicePath());
         dao::Database &clinical = *practice->environment().clinical;
-        auto *connection =
-            *static_cast<sqlite3 *const *>(clinical.nativeConnection().driver()->handle().constData());
+        sqlite3 *const connection = bench::connectionOf(clinical);
         clivara::SystemClock clock;
         clivara::Log log(clock);
         const ModEstrazDati data(clinical, log);
@@ -179,9 +176,6 @@ int main(int argc, char **argv)
                                  "times");
         holds &= bench::hold("all that a new diabetes sheet takes from the record",
                              reporter.median("RecuperaDati") * 1e-6, 50, "ms");
-        return holds ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "SheetsBench: %s\n", error.what());
-        return 1;
-    }
+        return holds;
+    });
 }
