@@ -2,6 +2,30 @@
 #include "data/engine/Catalog.h"
 
 namespace dao {
+namespace {
+
+constexpr QChar nameSeparator = u'$';
+constexpr QLatin1String primaryMark("$pk");
+
+} // namespace
+
+QString nativeIndexName(const QString &table, const IndexInfo &index)
+{
+    return table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
+}
+
+IndexInfo indexOfNativeName(const QString &table, const QString &nativeName)
+{
+    IndexInfo index;
+    index.name = nativeName;
+    if (index.name.startsWith(table + nameSeparator, Qt::CaseInsensitive))
+        index.name.remove(0, table.size() + 1);
+    if (index.name.endsWith(primaryMark)) {
+        index.name.chop(primaryMark.size());
+        index.primary = true;
+    }
+    return index;
+}
 
 int TableInfo::columnIndex(QStringView column) const
 {

@@ -51,6 +51,12 @@ struct IndexInfo {
     bool primary = false;
 };
 
+// Index names are a table's own in the language but a schema's own in the native engines: there an index is
+// "table$name", the primary key "table$name$pk".
+QString nativeIndexName(const QString &table, const IndexInfo &index);
+// The index of such a name, its fields and whether it is unique aside; a name made otherwise is its own.
+IndexInfo indexOfNativeName(const QString &table, const QString &nativeName);
+
 // One table as the engine finds it, a linked one included.
 struct TableInfo {
     QString name; // as stored

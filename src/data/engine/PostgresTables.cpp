@@ -8,9 +8,6 @@
 namespace dao {
 namespace {
 
-// Index names are a table's own in the language but a schema's own on the server.
-constexpr QChar nameSeparator = u'$';
-constexpr QLatin1String primaryMark("$pk");
 // The longest name that the server keeps, in bytes.
 constexpr qsizetype longestName = 63;
 
@@ -37,8 +34,7 @@ constexpr std::array declaredTypes{
 // The name of an index on the server; one that would be cut there ends with a sum of itself instead.
 QString indexName(const QString &table, const IndexInfo &index)
 {
-    const QString name =
-        table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
+    const QString name = nativeIndexName(table, index);
     if (name.toUtf8().size() <= longestName)
         return name;
     const QByteArray sum = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Sha1).toHex().left(12);
@@ -192,16 +188,8 @@ TableInfo PostgresDialect::describe(QSqlDatabase &connection, const QString &sch
         }
         if (row[0].toLongLong() != index) {
             index = row[0].toLongLong();
-            IndexInfo next;
-            next.name = row[2].toString();
-            next.unique = row[3].toBool();
-            if (next.name.startsWith(table + nameSeparator, Qt::CaseInsensitive))
-                next.name.remove(0, table.size() + 1);
-            if (next.name.endsWith(primaryMark)) {
-                next.name.chop(primaryMark.size());
-                next.primary = true;
-            }
-            info.indexes.append(next);
+            info.indexes.append(indexOfNativeName(table, row[2].toString()));
+            info.indexes.last().unique = row[3].toBool();
         }
         info.indexes.last().fields.append(row[1].toString());
     }
@@ -217,8 +205,7 @@ QString PostgresDialect::createIndex(const QString &schema, const QString &table
     for (const QString &field : index.fields)
         fields.append(quotedName(field) + QStringLiteral(" NULLS FIRST"));
     const QString name = indexName(table, index);
-    const QString whole =
-        table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
+    const QString whole = nativeIndexName(table, index);
     const QString sql =
         QStringLiteral("CREATE %1 %2 ON %3 (%4)")
             .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX") : QStringLiteral("INDEX"),

@@ -18,10 +18,6 @@
 namespace dao {
 namespace {
 
-// Index names are a table's own in the language but a schema's own in SQLite.
-constexpr QChar nameSeparator = u'$';
-constexpr QLatin1String primaryMark("$pk");
-
 // What SQLite is told a column is. The words decide how SQLite stores values: "INT" whole numbers, "CHAR" and
 // "TEXT" texts, "DOUB" and "FLOA" floating point; the others keep numbers as they come.
 struct DeclaredType {
@@ -122,16 +118,9 @@ QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, 
                                 "ORDER BY seq DESC"),
                  {table, schema});
     while (list.next()) {
-        IndexInfo index;
         const QString nativeName = list.value(0).toString();
-        index.name = nativeName;
+        IndexInfo index = indexOfNativeName(table, nativeName);
         index.unique = list.value(1).toBool();
-        if (index.name.startsWith(table + nameSeparator, Qt::CaseInsensitive))
-            index.name.remove(0, table.size() + 1);
-        if (index.name.endsWith(primaryMark)) {
-            index.name.chop(primaryMark.size());
-            index.primary = true;
-        }
         QSqlQuery fields = runQuery(dialect, connection,
                                     QStringLiteral("SELECT name FROM pragma_index_info(?, ?) ORDER BY seqno"),
                                     {nativeName, schema});
@@ -296,8 +285,7 @@ QString SqliteDialect::createIndex(const QString &schema, const QString &table, 
     QStringList fields;
     for (const QString &field : index.fields)
         fields.append(quoted(field));
-    const QString name =
-        table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
+    const QString name = nativeIndexName(table, index);
     return QStringLiteral("CREATE %1 %2 ON %3 (%4)")
         .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX") : QStringLiteral("INDEX"),
              qualified(schema, name), quoted(table), fields.join(QStringLiteral(", ")));
@@ -305,9 +293,7 @@ QString SqliteDialect::createIndex(const QString &schema, const QString &table, 
 
 QString SqliteDialect::dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const
 {
-    const QString name =
-        table + nameSeparator + index.name + (index.primary ? QString(primaryMark) : QString());
-    return QStringLiteral("DROP INDEX ") + qualified(schema, name);
+    return QStringLiteral("DROP INDEX ") + qualified(schema, nativeIndexName(table, index));
 }
 
 qint64 SqliteDialect::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
