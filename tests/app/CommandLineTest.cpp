@@ -9,12 +9,12 @@ using orvale::CommandLine;
 
 CommandLine sample()
 {
-    CommandLine line(QStringLiteral("prova A B [--n N]"), QStringLiteral("Prova."));
-    line.addArgument(QStringLiteral("A"), QStringLiteral("primo"));
-    line.addArgument(QStringLiteral("B"), QStringLiteral("secondo"));
-    line.addOption(QStringLiteral("n"), QStringLiteral("N"), QStringLiteral("numero"));
-    line.addOption(QStringLiteral("day"), QStringLiteral("D"), QStringLiteral("giorno"));
-    line.addOption(QStringLiteral("quick"), {}, QStringLiteral("presto"));
+    CommandLine line("prova A B [--n N]", "Prova.");
+    line.addArgument("A", "primo");
+    line.addArgument("B", "secondo");
+    line.addOption("n", "N", "numero");
+    line.addOption("day", "D", "giorno");
+    line.addOption("quick", {}, "presto");
     return line;
 }
 
@@ -23,8 +23,8 @@ std::string usageError(const QString &words)
     try {
         CommandLine line = sample();
         line.parse(words.split(u' ', Qt::SkipEmptyParts));
-        line.number(QStringLiteral("n"), 5, 1, 9);
-        line.date(QStringLiteral("day"), {});
+        line.number("n", 5, 1, 9);
+        line.date("day", {});
     } catch (const orvale::UsageError &error) {
         return error.text().toStdString();
     }
@@ -37,18 +37,18 @@ TEST(CommandLineTest, ReadsOptionsAndArgumentsInAnyOrder)
                               "--quick --n 3 --day 2024-02-29 -- a b"}) {
         CommandLine line = sample();
         EXPECT_TRUE(line.parse(QString::fromLatin1(words).split(u' '))) << words;
-        EXPECT_EQ(line.argument(0), QStringLiteral("a"));
-        EXPECT_EQ(line.argument(1), QStringLiteral("b"));
-        EXPECT_EQ(line.number(QStringLiteral("n"), 5, 1, 9), 3);
-        EXPECT_EQ(line.date(QStringLiteral("day"), {}), QDate(2024, 2, 29));
-        EXPECT_TRUE(line.isSet(QStringLiteral("quick")));
+        EXPECT_EQ(line.argument(0), "a");
+        EXPECT_EQ(line.argument(1), "b");
+        EXPECT_EQ(line.number("n", 5, 1, 9), 3);
+        EXPECT_EQ(line.date("day", {}), QDate(2024, 2, 29));
+        EXPECT_TRUE(line.isSet("quick"));
     }
     CommandLine line = sample();
-    EXPECT_TRUE(line.parse({QStringLiteral("-"), QStringLiteral("--"), QStringLiteral("--n")}));
-    EXPECT_EQ(line.argument(0), QStringLiteral("-"));
-    EXPECT_EQ(line.argument(1), QStringLiteral("--n"));
-    EXPECT_EQ(line.number(QStringLiteral("n"), 5, 1, 9), 5);
-    EXPECT_FALSE(line.isSet(QStringLiteral("quick")));
+    EXPECT_TRUE(line.parse({"-", "--", "--n"}));
+    EXPECT_EQ(line.argument(0), "-");
+    EXPECT_EQ(line.argument(1), "--n");
+    EXPECT_EQ(line.number("n", 5, 1, 9), 5);
+    EXPECT_FALSE(line.isSet("quick"));
 }
 
 TEST(CommandLineTest, TellsWhatIsWrong)
@@ -75,7 +75,7 @@ TEST(CommandLineTest, TellsWhatIsWrong)
         {"a b --n 9", ""},
     };
     for (const auto &c : cases) {
-        const std::string text = usageError(QString::fromLatin1(c.words));
+        const std::string text = usageError(c.words);
         EXPECT_NE(text.find(c.text), std::string::npos) << c.words << ": " << text;
         EXPECT_EQ(text.empty(), *c.text == '\0') << c.words << ": " << text;
     }

@@ -29,13 +29,13 @@ namespace {
 // A dialog with controls of every kind that forms use.
 class ControlAccessTest : public ::testing::Test {
 protected:
-    ControlAccessTest() { m_dialog.setObjectName(QStringLiteral("Prova")); }
+    ControlAccessTest() { m_dialog.setObjectName("Prova"); }
 
     template <typename Widget, typename... Arguments>
     Widget *add(const char *name, const Arguments &...arguments)
     {
         auto *widget = new Widget(arguments..., &m_dialog);
-        widget->setObjectName(QString::fromLatin1(name));
+        widget->setObjectName(name);
         m_layout.addWidget(widget);
         return widget;
     }
@@ -64,50 +64,50 @@ protected:
 
 TEST_F(ControlAccessTest, FindsControlsByName)
 {
-    auto *first = add<QPushButton>("Button2_0", QStringLiteral("a"));
-    auto *hidden = add<QPushButton>("Riga", QStringLiteral("b"));
-    auto *visible = add<QPushButton>("riga", QStringLiteral("c"));
-    auto *twin = add<QPushButton>("riga", QStringLiteral("d"));
+    auto *first = add<QPushButton>("Button2_0", "a");
+    auto *hidden = add<QPushButton>("Riga", "b");
+    auto *visible = add<QPushButton>("riga", "c");
+    auto *twin = add<QPushButton>("riga", "d");
     show();
     hidden->hide();
     visible->hide();
-    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("Button2(0)")), first);
-    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("button2(0)")), first);
-    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("Riga")), hidden) << "the exact name wins";
-    EXPECT_EQ(&findControl(m_dialog, QStringLiteral("riga")), twin) << "then the visible one";
-    EXPECT_EQ(refusal([&] { findControl(m_dialog, QStringLiteral("Button2(1)")); }),
+    EXPECT_EQ(&findControl(m_dialog, "Button2(0)"), first);
+    EXPECT_EQ(&findControl(m_dialog, "button2(0)"), first);
+    EXPECT_EQ(&findControl(m_dialog, "Riga"), hidden) << "the exact name wins";
+    EXPECT_EQ(&findControl(m_dialog, "riga"), twin) << "then the visible one";
+    EXPECT_EQ(refusal([&] { findControl(m_dialog, "Button2(1)"); }),
               "la maschera Prova non ha il controllo Button2(1)");
 }
 
 TEST_F(ControlAccessTest, ClicksButtonsAndEntriesOfMenusByName)
 {
     QMenu menu(&m_dialog);
-    QAction *entry = menu.addAction(QStringLiteral("Nuovo"));
-    entry->setObjectName(QStringLiteral("nuovo0"));
-    auto *button = add<QPushButton>("Button2_0", QStringLiteral("a"));
+    QAction *entry = menu.addAction("Nuovo");
+    entry->setObjectName("nuovo0");
+    auto *button = add<QPushButton>("Button2_0", "a");
     show();
     const QSignalSpy triggered(entry, &QAction::triggered);
     const QSignalSpy clicked(button, &QPushButton::clicked);
-    clickControl(m_dialog, QStringLiteral("Nuovo0"));
-    clickControl(m_dialog, QStringLiteral("Button2(0)"));
+    clickControl(m_dialog, "Nuovo0");
+    clickControl(m_dialog, "Button2(0)");
     EXPECT_EQ(triggered.count(), 1);
     EXPECT_EQ(clicked.count(), 1);
     entry->setEnabled(false);
-    EXPECT_EQ(refusal([&] { clickControl(m_dialog, QStringLiteral("nuovo0")); }), "nuovo0 è disabilitato");
-    EXPECT_EQ(refusal([&] { clickControl(m_dialog, QStringLiteral("nuovo9")); }),
+    EXPECT_EQ(refusal([&] { clickControl(m_dialog, "nuovo0"); }), "nuovo0 è disabilitato");
+    EXPECT_EQ(refusal([&] { clickControl(m_dialog, "nuovo9"); }),
               "la maschera Prova non ha il controllo nuovo9");
 }
 
 TEST_F(ControlAccessTest, TypesAsAPersonDoes)
 {
-    auto *plain = add<QLineEdit>("plain", QStringLiteral("prima"));
-    auto *number = add<QLineEdit>("number", QStringLiteral("9"));
+    auto *plain = add<QLineEdit>("plain", "prima");
+    auto *number = add<QLineEdit>("number", "9");
     QDoubleValidator decimal;
     decimal.setLocale(QLocale::c());
     number->setValidator(&decimal);
-    auto *date = add<QLineEdit>("date", QStringLiteral(""));
-    date->setInputMask(QStringLiteral("99/99/9999;_"));
-    auto *memo = add<QPlainTextEdit>("memo", QStringLiteral("prima"));
+    auto *date = add<QLineEdit>("date", "");
+    date->setInputMask("99/99/9999;_");
+    auto *memo = add<QPlainTextEdit>("memo", "prima");
     auto *combo = add<QComboBox>("combo");
     combo->setEditable(true);
     auto *composite = add<QWidget>("composite");
@@ -140,21 +140,21 @@ TEST_F(ControlAccessTest, TypesAsAPersonDoes)
 
 TEST_F(ControlAccessTest, LeavesTheFieldAfterTyping)
 {
-    auto *field = add<QLineEdit>("field", QStringLiteral("prima"));
-    auto *next = add<QLineEdit>("next", QStringLiteral(""));
+    auto *field = add<QLineEdit>("field", "prima");
+    auto *next = add<QLineEdit>("next", "");
     show();
     const QSignalSpy finished(field, &QLineEdit::editingFinished);
-    typeText(*field, QStringLiteral("x"));
+    typeText(*field, "x");
     EXPECT_EQ(finished.count(), 1);
     EXPECT_TRUE(next->hasFocus());
 }
 
 TEST_F(ControlAccessTest, PastesWhatNobodyWouldType)
 {
-    auto *line = add<QLineEdit>("line", QStringLiteral("prima"));
+    auto *line = add<QLineEdit>("line", "prima");
     line->setMaxLength(100000);
     auto *memo = add<QPlainTextEdit>("memo");
-    memo->setPlainText(QStringLiteral("prima"));
+    memo->setPlainText("prima");
     show();
     const QSignalSpy edited(line, &QLineEdit::textEdited);
     const QString text = QStringLiteral("è '100%' ").repeated(7000);
@@ -169,13 +169,13 @@ TEST_F(ControlAccessTest, PastesWhatNobodyWouldType)
 
 TEST_F(ControlAccessTest, UsesOnlyWhatAPersonCouldUse)
 {
-    auto *button = add<QPushButton>("button", QStringLiteral("ok"));
-    auto *field = add<QLineEdit>("field", QStringLiteral("prima"));
-    auto *label = add<QLabel>("label", QStringLiteral("testo"));
+    auto *button = add<QPushButton>("button", "ok");
+    auto *field = add<QLineEdit>("field", "prima");
+    auto *label = add<QLabel>("label", "testo");
     auto *list = add<QListWidget>("list");
-    auto *option = add<QRadioButton>("option", QStringLiteral("sì"));
-    add<QRadioButton>("other", QStringLiteral("no"));
-    list->addItem(QStringLiteral("uno"));
+    auto *option = add<QRadioButton>("option", "sì");
+    add<QRadioButton>("other", "no");
+    list->addItem("uno");
     option->setChecked(true);
     show();
     const QSignalSpy clicked(button, &QPushButton::clicked);
@@ -191,37 +191,37 @@ TEST_F(ControlAccessTest, UsesOnlyWhatAPersonCouldUse)
     EXPECT_EQ(clicked.count(), 1);
 
     field->setReadOnly(true);
-    EXPECT_EQ(refusal([&] { typeText(*field, QStringLiteral("x")); }), "field è di sola lettura");
-    EXPECT_EQ(field->text(), QStringLiteral("prima"));
-    EXPECT_EQ(refusal([&] { typeText(*label, QStringLiteral("x")); }), "in label non si può scrivere");
+    EXPECT_EQ(refusal([&] { typeText(*field, "x"); }), "field è di sola lettura");
+    EXPECT_EQ(field->text(), "prima");
+    EXPECT_EQ(refusal([&] { typeText(*label, "x"); }), "in label non si può scrivere");
     EXPECT_EQ(refusal([&] { clickButton(*label); }), "label non è un pulsante");
     EXPECT_EQ(refusal([&] { setChecked(*label, true); }), "label non è una casella");
     EXPECT_EQ(refusal([&] { setChecked(*option, false); }), "option non cambia stato");
     EXPECT_EQ(refusal([&] { selectRow(*label, 0); }), "label non è un elenco");
     EXPECT_EQ(refusal([&] { selectRow(*list, 1); }), "list non ha la riga 1: ne ha 1");
-    EXPECT_EQ(refusal([&] { chooseEntry(*list, QStringLiteral("due")); }), "list non ha la voce due");
+    EXPECT_EQ(refusal([&] { chooseEntry(*list, "due"); }), "list non ha la voce due");
     EXPECT_EQ(refusal([&] { shownRows(*label); }), "label non ha righe");
 }
 
 TEST_F(ControlAccessTest, ChoosesAndChecks)
 {
     auto *combo = add<QComboBox>("combo");
-    combo->addItems({QStringLiteral("uno"), QStringLiteral("due")});
+    combo->addItems({"uno", "due"});
     auto *list = add<QListWidget>("list");
-    list->addItems({QStringLiteral("rosso"), QStringLiteral("verde")});
-    auto *box = add<QCheckBox>("box", QStringLiteral("&Razza"));
-    auto *group = add<QGroupBox>("group", QStringLiteral("Gruppo"));
+    list->addItems({"rosso", "verde"});
+    auto *box = add<QCheckBox>("box", "&Razza");
+    auto *group = add<QGroupBox>("group", "Gruppo");
     group->setCheckable(true);
     show();
     const QSignalSpy activated(combo, &QComboBox::activated);
     const QSignalSpy toggled(box, &QCheckBox::toggled);
 
-    chooseEntry(*combo, QStringLiteral("due"));
-    chooseEntry(*combo, QStringLiteral("due"));
-    EXPECT_EQ(shownText(*combo), QStringLiteral("due"));
+    chooseEntry(*combo, "due");
+    chooseEntry(*combo, "due");
+    EXPECT_EQ(shownText(*combo), "due");
     EXPECT_EQ(activated.count(), 2);
-    chooseEntry(*list, QStringLiteral("verde"));
-    EXPECT_EQ(shownText(*list), QStringLiteral("verde"));
+    chooseEntry(*list, "verde");
+    EXPECT_EQ(shownText(*list), "verde");
     EXPECT_EQ(shownRows(*list).selected, 1);
     setChecked(*box, true);
     setChecked(*box, true);
@@ -236,8 +236,7 @@ TEST_F(ControlAccessTest, ReadsGridsAsTheyAreShown)
 {
     auto *table = add<QTableWidget>("table");
     table->setColumnCount(3);
-    table->setHorizontalHeaderLabels(
-        {QStringLiteral("Data"), QStringLiteral("Chiave"), QStringLiteral("Esame")});
+    table->setHorizontalHeaderLabels({"Data", "Chiave", "Esame"});
     table->setRowCount(3);
     for (int row = 0; row < 3; ++row) {
         for (int column = 0; column < 3; ++column)
@@ -248,16 +247,15 @@ TEST_F(ControlAccessTest, ReadsGridsAsTheyAreShown)
     table->hideRow(1);
     table->horizontalHeader()->moveSection(2, 0);
     auto *tree = add<QTreeWidget>("tree");
-    tree->setHeaderLabels({QStringLiteral("Problema")});
-    auto *parent = new QTreeWidgetItem(tree, {QStringLiteral("Diabete")});
-    new QTreeWidgetItem(parent, {QStringLiteral("Visita")});
-    new QTreeWidgetItem(tree, {QStringLiteral("Asma")});
+    tree->setHeaderLabels({"Problema"});
+    auto *parent = new QTreeWidgetItem(tree, {"Diabete"});
+    new QTreeWidgetItem(parent, {"Visita"});
+    new QTreeWidgetItem(tree, {"Asma"});
     show();
 
     ShownRows shown = shownRows(*table);
-    EXPECT_EQ(shown.columns, (QStringList{QStringLiteral("Esame"), QStringLiteral("Data")}));
-    EXPECT_EQ(shown.rows, (QList<QStringList>{{QStringLiteral("02"), QStringLiteral("00")},
-                                              {QStringLiteral("22"), QStringLiteral("20")}}));
+    EXPECT_EQ(shown.columns, (QStringList{"Esame", "Data"}));
+    EXPECT_EQ(shown.rows, (QList<QStringList>{{"02", "00"}, {"22", "20"}}));
     EXPECT_EQ(shown.selected, -1);
     const QSignalSpy doubleClicked(table, &QTableWidget::cellDoubleClicked);
     doubleClickRow(*table, 1);
@@ -266,35 +264,33 @@ TEST_F(ControlAccessTest, ReadsGridsAsTheyAreShown)
     EXPECT_EQ(shownRows(*table).selected, 1);
 
     shown = shownRows(*tree);
-    EXPECT_EQ(shown.rows,
-              (QList<QStringList>{
-                  {QStringLiteral("Diabete")}, {QStringLiteral("Visita")}, {QStringLiteral("Asma")}}));
+    EXPECT_EQ(shown.rows, (QList<QStringList>{{"Diabete"}, {"Visita"}, {"Asma"}}));
     selectRow(*tree, 1);
-    EXPECT_EQ(shownText(*tree), QStringLiteral("Visita"));
+    EXPECT_EQ(shownText(*tree), "Visita");
     EXPECT_EQ(shownRows(*tree).selected, 1);
 }
 
 TEST_F(ControlAccessTest, ReadsTextsAndColoursAsTheyAreDrawn)
 {
-    auto *field = add<QLineEdit>("field", QStringLiteral("x"));
-    auto *label = add<QLabel>("label", QStringLiteral("&Peso"));
-    auto *rich = add<QLabel>("rich", QStringLiteral("<b>Attenzione</b> a &amp; b"));
-    auto *button = add<QPushButton>("button", QStringLiteral("&Calcola && esci"));
-    auto *sheet = add<QLabel>("sheet", QStringLiteral("rosso"));
-    auto *palette = add<QLabel>("palette", QStringLiteral("scuro"));
-    sheet->setStyleSheet(QStringLiteral("color: #c00000"));
+    auto *field = add<QLineEdit>("field", "x");
+    auto *label = add<QLabel>("label", "&Peso");
+    auto *rich = add<QLabel>("rich", "<b>Attenzione</b> a &amp; b");
+    auto *button = add<QPushButton>("button", "&Calcola && esci");
+    auto *sheet = add<QLabel>("sheet", "rosso");
+    auto *palette = add<QLabel>("palette", "scuro");
+    sheet->setStyleSheet("color: #c00000");
     QPalette colours = palette->palette();
     colours.setColor(QPalette::WindowText, QColor(0, 0, 192));
     palette->setPalette(colours);
     show();
 
-    EXPECT_EQ(shownText(*label), QStringLiteral("&Peso")) << "without a buddy '&' is a letter";
+    EXPECT_EQ(shownText(*label), "&Peso") << "without a buddy '&' is a letter";
     label->setBuddy(field);
-    EXPECT_EQ(shownText(*label), QStringLiteral("Peso"));
-    EXPECT_EQ(shownText(*rich), QStringLiteral("Attenzione a & b"));
-    EXPECT_EQ(shownText(*button), QStringLiteral("Calcola & esci"));
-    EXPECT_EQ(shownColor(*sheet).name(), QStringLiteral("#c00000"));
-    EXPECT_EQ(shownColor(*palette).name(), QStringLiteral("#0000c0"));
+    EXPECT_EQ(shownText(*label), "Peso");
+    EXPECT_EQ(shownText(*rich), "Attenzione a & b");
+    EXPECT_EQ(shownText(*button), "Calcola & esci");
+    EXPECT_EQ(shownColor(*sheet).name(), "#c00000");
+    EXPECT_EQ(shownColor(*palette).name(), "#0000c0");
     EXPECT_EQ(shownColor(*field), field->palette().color(QPalette::Active, QPalette::Text));
     field->setEnabled(false);
     EXPECT_EQ(shownColor(*field), field->palette().color(QPalette::Disabled, QPalette::Text));
@@ -302,24 +298,24 @@ TEST_F(ControlAccessTest, ReadsTextsAndColoursAsTheyAreDrawn)
 
 TEST_F(ControlAccessTest, PressesKeysWithShortcutsAndMnemonics)
 {
-    auto *field = add<QLineEdit>("field", QStringLiteral("abc"));
-    auto *button = add<QPushButton>("button", QStringLiteral("&Calcola"));
-    QShortcut shortcut(QKeySequence(QStringLiteral("Ctrl+N")), &m_dialog);
+    auto *field = add<QLineEdit>("field", "abc");
+    auto *button = add<QPushButton>("button", "&Calcola");
+    QShortcut shortcut(QKeySequence("Ctrl+N"), &m_dialog);
     show();
     field->setFocus();
     const QSignalSpy activated(&shortcut, &QShortcut::activated);
     const QSignalSpy clicked(button, &QPushButton::clicked);
 
-    pressKey(m_dialog, QStringLiteral("End"));
-    pressKey(m_dialog, QStringLiteral("Backspace"));
-    EXPECT_EQ(field->text(), QStringLiteral("ab"));
-    pressKey(m_dialog, QStringLiteral("Ctrl+N"));
+    pressKey(m_dialog, "End");
+    pressKey(m_dialog, "Backspace");
+    EXPECT_EQ(field->text(), "ab");
+    pressKey(m_dialog, "Ctrl+N");
     EXPECT_EQ(activated.count(), 1);
     button->setDefault(true);
-    pressKey(m_dialog, QStringLiteral("Enter"));
+    pressKey(m_dialog, "Enter");
     EXPECT_EQ(clicked.count(), 1);
-    pressKey(m_dialog, QStringLiteral("Alt+C"));
+    pressKey(m_dialog, "Alt+C");
     EXPECT_EQ(clicked.count(), 2);
-    pressKey(m_dialog, QStringLiteral("Esc"));
+    pressKey(m_dialog, "Esc");
     EXPECT_FALSE(m_dialog.isVisible());
 }

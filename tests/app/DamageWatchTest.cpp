@@ -11,11 +11,11 @@ using orvale::Practice;
 
 class DamageWatchTest : public PracticeFixture {
 protected:
-    void SetUp() override { Practice::create(path(QStringLiteral("p"))); }
+    void SetUp() override { Practice::create(path("p")); }
 
     QString damagedFile()
     {
-        const DamageWatch watch(path(QStringLiteral("p")));
+        const DamageWatch watch(path("p"));
         QSignalSpy finished(&watch, &DamageWatch::finished);
         if (!finished.wait())
             return QStringLiteral("no answer");
@@ -27,7 +27,7 @@ TEST_F(DamageWatchTest, NamesTheDamagedFile)
 {
     EXPECT_EQ(damagedFile(), QString());
 
-    const QString codes = path(QStringLiteral("p/Tabelle.sqlite"));
+    const QString codes = path("p/Tabelle.sqlite");
     {
         QFile file(codes);
         ASSERT_TRUE(file.open(QIODevice::ReadWrite));

@@ -45,8 +45,8 @@ class DemoTest : public PracticeFixture {
 protected:
     void SetUp() override
     {
-        orvale::createDemo(path(QStringLiteral("demo")), smallDemo(7));
-        m_practice = Practice::open(path(QStringLiteral("demo")));
+        orvale::createDemo(path("demo"), smallDemo(7));
+        m_practice = Practice::open(path("demo"));
     }
     // The single value of a query on the clinical database.
     QVariant value(const QString &sql) const
@@ -55,7 +55,7 @@ protected:
             m_practice->environment().clinical->OpenRecordset(sql, dao::RecordsetType::Snapshot);
         return rows->Eof() ? QVariant() : rows->Fields(0).Value();
     }
-    int number(const char *sql) const { return value(QString::fromUtf8(sql)).toInt(); }
+    int number(const char *sql) const { return value(sql).toInt(); }
 
     std::unique_ptr<Practice> m_practice;
 };
@@ -89,18 +89,16 @@ TEST_F(DemoTest, EndsToday)
                  {"PROBLEMS", "DataChiusura"}, {"ricoveri2", "data_fineric"}, {"Rischio_Cardio", "Data_Val"},
                  {"Modifiche", "data_mod"}};
     for (const auto &date : dates) {
-        const QDate newest = value(QStringLiteral("SELECT max(%1) FROM %2")
-                                       .arg(QLatin1String(date.field), QLatin1String(date.table)))
-                                 .toDateTime()
-                                 .date();
+        const QDate newest =
+            value(QStringLiteral("SELECT max(%1) FROM %2").arg(date.field, date.table)).toDateTime().date();
         EXPECT_TRUE(newest.isValid()) << date.table;
         EXPECT_LE(newest, today) << date.table << '.' << date.field;
     }
     for (const char *sql :
          {"SELECT max(DataReg) FROM VISITAPROBL", "SELECT max(da_pre) FROM riepil WHERE tipo = 1",
           "SELECT max(data_ob) FROM esa_ob"})
-        EXPECT_EQ(value(QString::fromLatin1(sql)).toDateTime().date(), today) << sql;
-    const QDate oldest = value(QStringLiteral("SELECT min(da_pre) FROM riepil")).toDateTime().date();
+        EXPECT_EQ(value(sql).toDateTime().date(), today) << sql;
+    const QDate oldest = value("SELECT min(da_pre) FROM riepil").toDateTime().date();
     EXPECT_GT(oldest, today.addYears(-3));
     EXPECT_LT(oldest, today.addYears(-2));
 }
@@ -117,13 +115,12 @@ TEST_F(DemoTest, FillsTheCodeTables)
         {environment.clinical.get(), "DEFCAMPI", 7},   {environment.clinical.get(), "archivio", 30},
         {environment.codes.get(), "TIPOVISITA", 14},   {environment.doctors.get(), "medici_gruppo", 3}};
     for (const auto &table : tables) {
-        const auto rows =
-            const_cast<dao::Database *>(table.database)
-                ->OpenRecordset(QStringLiteral("SELECT count(*) FROM %1").arg(QLatin1String(table.table)));
+        const auto rows = const_cast<dao::Database *>(table.database)
+                              ->OpenRecordset(QStringLiteral("SELECT count(*) FROM %1").arg(table.table));
         EXPECT_EQ(rows->Fields(0).Value().toInt(), table.rows) << table.table;
     }
-    EXPECT_EQ(m_practice->firstDoctor().code, QStringLiteral("101"));
-    EXPECT_EQ(m_practice->firstDoctor().region, QStringLiteral("03"));
+    EXPECT_EQ(m_practice->firstDoctor().code, "101");
+    EXPECT_EQ(m_practice->firstDoctor().region, "03");
     // Each cell of the risk chart stands once.
     EXPECT_EQ(number("SELECT count(*) FROM Carta_Rischio WHERE sessoM = true AND 55 >= eta_min AND 55 <= "
                      "eta_max AND diabete = false "
@@ -137,17 +134,16 @@ TEST_F(DemoTest, HoldsWhatTheCalculatorsLookFor)
 {
     // The proposals of the calculators find weights and results of the last year.
     for (const char *code : {"90.14.3", "90.14.1", "90.43.2", "90.16.04", "90.16.4", "90.27.1"}) {
-        const QString sql = QStringLiteral("SELECT count(*) FROM riepil AS r, riepil2 AS r2 WHERE r2.codice "
-                                           "= '%1' AND r2.cod_rie = r.minsan "
-                                           "AND r.tipo = 1 AND r.cod_paz = 17 AND r.da_pre > #02/28/2023#");
-        EXPECT_GT(value(sql.arg(QLatin1String(code))).toInt(), 2) << code;
+        const QString sql = "SELECT count(*) FROM riepil AS r, riepil2 AS r2 WHERE r2.codice "
+                            "= '%1' AND r2.cod_rie = r.minsan "
+                            "AND r.tipo = 1 AND r.cod_paz = 17 AND r.da_pre > #02/28/2023#";
+        EXPECT_GT(value(sql.arg(code)).toInt(), 2) << code;
     }
-    const auto row = m_practice->environment().clinical->OpenRecordset(QStringLiteral(
-        "SELECT * FROM ESAME_OB WHERE tipo_dati = 'A' AND cod_paz = 17 AND not isnull(dati_paz)"));
+    const auto row = m_practice->environment().clinical->OpenRecordset(
+        "SELECT * FROM ESAME_OB WHERE tipo_dati = 'A' AND cod_paz = 17 AND not isnull(dati_paz)");
     int weights = 0;
     for (; !row->Eof(); row->MoveNext()) {
-        const double weight =
-            clivara::jet::leadingNumber(row->Fields(QStringLiteral("dati_paz")).text().mid(3, 5));
+        const double weight = clivara::jet::leadingNumber(row->Fields("dati_paz").text().mid(3, 5));
         weights += weight > 30 && weight < 180 ? 1 : 0;
     }
     EXPECT_GT(weights, 5);
@@ -171,14 +167,11 @@ TEST(DemoListsTest, HaveNineAllergyGroupsOfTheQuestionnaire)
 {
     QMap<QString, int> groups;
     const orvale::DemoLists lists;
-    for (const QStringList &row : lists.rows(QStringLiteral("allergie")))
+    for (const QStringList &row : lists.rows("allergie"))
         EXPECT_EQ(row.at(1).trimmed().toInt(), ++groups[row.at(0)]) << row.join(u'|').toStdString();
-    const QMap<QString, int> expected{
-        {QStringLiteral("GRAMINACEE"), 17}, {QStringLiteral("DERMATOFAGOIDI"), 2},
-        {QStringLiteral("POLVERI"), 5},     {QStringLiteral("ALIMENTI"), 41},
-        {QStringLiteral("MICOFITI"), 12},   {QStringLiteral("COMPOSITE"), 9},
-        {QStringLiteral("ALBERI"), 15},     {QStringLiteral("ERBE_PIANTE"), 10},
-        {QStringLiteral("EPITELI"), 4}};
+    const QMap<QString, int> expected{{"GRAMINACEE", 17}, {"DERMATOFAGOIDI", 2}, {"POLVERI", 5},
+                                      {"ALIMENTI", 41},   {"MICOFITI", 12},      {"COMPOSITE", 9},
+                                      {"ALBERI", 15},     {"ERBE_PIANTE", 10},   {"EPITELI", 4}};
     EXPECT_EQ(groups, expected);
 }
 

@@ -7,7 +7,7 @@ using orvale::SectionOutcome;
 
 class HostSessionTest : public SmallPractice {
 protected:
-    QString setting(const char *key) const { return m_settings.text(QString::fromLatin1(key)); }
+    QString setting(const char *key) const { return m_settings.text(key); }
     // A session whose chart does nothing but what `section` does.
     std::unique_ptr<HostSession> session(HostSession::Chart section = [](qint16, QVariant &) {
         return QString();
@@ -19,38 +19,38 @@ protected:
 
 TEST_F(HostSessionTest, TellsTheChartDoctorRegionAndWorkFolder)
 {
-    m_settings.write(QStringLiteral("CODICE PAZIENTE"), 11); // of an earlier session
+    m_settings.write("CODICE PAZIENTE", 11); // of an earlier session
     session();
-    EXPECT_EQ(setting("medicoP"), QStringLiteral("101")); // the lowest code
-    EXPECT_EQ(setting("medicoT"), QStringLiteral("101"));
-    EXPECT_EQ(setting("medico_corrente"), QStringLiteral("101"));
-    EXPECT_EQ(setting("CODICE REGIONE"), QStringLiteral("15"));
-    EXPECT_EQ(setting("CODICE PAZIENTE"), QStringLiteral("-1"));
-    EXPECT_TRUE(QDir(setting("ORVALE_WORK")).exists(QStringLiteral("logOrvale")));
+    EXPECT_EQ(setting("medicoP"), "101"); // the lowest code
+    EXPECT_EQ(setting("medicoT"), "101");
+    EXPECT_EQ(setting("medico_corrente"), "101");
+    EXPECT_EQ(setting("CODICE REGIONE"), "15");
+    EXPECT_EQ(setting("CODICE PAZIENTE"), "-1");
+    EXPECT_TRUE(QDir(setting("ORVALE_WORK")).exists("logOrvale"));
 }
 
 TEST_F(HostSessionTest, KeepsTheDoctorWhomThePracticeKnows)
 {
-    m_settings.write(QStringLiteral("medicoP"), QStringLiteral("102"));
-    m_settings.write(QStringLiteral("medicoT"), QStringLiteral("7"));
-    m_settings.write(QStringLiteral("medico_corrente"), QStringLiteral("Fornò"));
-    m_settings.write(QStringLiteral("CODICE REGIONE"), QStringLiteral("03"));
+    m_settings.write("medicoP", "102");
+    m_settings.write("medicoT", "7");
+    m_settings.write("medico_corrente", "Fornò");
+    m_settings.write("CODICE REGIONE", "03");
     session();
-    EXPECT_EQ(setting("medicoP"), QStringLiteral("102"));
-    EXPECT_EQ(setting("medicoT"), QStringLiteral("101"));
-    EXPECT_EQ(setting("medico_corrente"), QStringLiteral("101"));
-    EXPECT_EQ(setting("CODICE REGIONE"), QStringLiteral("03"));
+    EXPECT_EQ(setting("medicoP"), "102");
+    EXPECT_EQ(setting("medicoT"), "101");
+    EXPECT_EQ(setting("medico_corrente"), "101");
+    EXPECT_EQ(setting("CODICE REGIONE"), "03");
 }
 
 TEST_F(HostSessionTest, MakesAPatientCurrent)
 {
     const auto host = session();
     EXPECT_TRUE(host->selectPatient(11));
-    EXPECT_EQ(setting("CODICE PAZIENTE"), QStringLiteral("11"));
-    EXPECT_EQ(setting("ESENZ_PAT"), QStringLiteral("S"));
+    EXPECT_EQ(setting("CODICE PAZIENTE"), "11");
+    EXPECT_EQ(setting("ESENZ_PAT"), "S");
     EXPECT_FALSE(host->selectPatient(99));
     EXPECT_EQ(host->currentPatient(), 11);
-    EXPECT_EQ(setting("CODICE PAZIENTE"), QStringLiteral("11"));
+    EXPECT_EQ(setting("CODICE PAZIENTE"), "11");
     EXPECT_TRUE(host->selectPatient(12)); // the exemption is not the new patient's
     EXPECT_EQ(setting("ESENZ_PAT"), QString());
 }
@@ -82,8 +82,8 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
     for (const auto &each : cases) {
         SCOPED_TRACE(each.name);
         // What is left over from before is not this section's answer.
-        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("RAF"));
-        m_settings.write(QStringLiteral("DIAGNOSI"), QStringLiteral("Cefalea"));
+        m_settings.write("AGGIORNA_DIARIO", "RAF");
+        m_settings.write("DIAGNOSI", "Cefalea");
         const auto host = session([&](qint16 action, QVariant &param) {
             EXPECT_EQ(action, 80);
             for (auto left = each.left.cbegin(); left != each.left.cend(); ++left)

@@ -43,7 +43,7 @@ protected:
     template <typename Widget>
     Widget &widget(const char *name) const
     {
-        const auto found = m_window->findChild<Widget *>(QString::fromLatin1(name));
+        const auto found = m_window->findChild<Widget *>(name);
         EXPECT_NE(found, nullptr) << name;
         return *found;
     }
@@ -73,16 +73,16 @@ TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
 {
     EXPECT_EQ(QApplication::focusWidget(), &query());
     EXPECT_EQ(column("results", 0), (QStringList{"D'Ambrogio Mariangela", "Fornò Giacomo", "Zanchetta"}));
-    QTest::keyClicks(&query(), QStringLiteral("mar dam"));
+    QTest::keyClicks(&query(), "mar dam");
     EXPECT_EQ(column("results", 0), QStringList{"D'Ambrogio Mariangela"});
     EXPECT_EQ(column("results", 1), QStringList{"12/03/1956"});
     EXPECT_EQ(column("results", 2), QStringList{"70"});
-    EXPECT_EQ(widget<QLabel>("count").text(), QStringLiteral("1 di 3 pazienti"));
+    EXPECT_EQ(widget<QLabel>("count").text(), "1 di 3 pazienti");
     EXPECT_EQ(m_window->currentPatient(), -1);
     QTest::keyClick(&query(), Qt::Key_Return);
     EXPECT_EQ(m_window->currentPatient(), 11);
-    EXPECT_EQ(patientName(), QStringLiteral("D'Ambrogio Mariangela"));
-    EXPECT_EQ(m_settings.text(QStringLiteral("CODICE PAZIENTE")), QStringLiteral("11"));
+    EXPECT_EQ(patientName(), "D'Ambrogio Mariangela");
+    EXPECT_EQ(m_settings.text("CODICE PAZIENTE"), "11");
 
     QTest::keyClick(&query(), Qt::Key_Escape);
     EXPECT_EQ(query().text(), QString());
@@ -90,11 +90,11 @@ TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
     EXPECT_EQ(QApplication::focusWidget(), &results());
     QTest::keyClick(&results(), Qt::Key_Down);
     QTest::keyClick(&results(), Qt::Key_Return);
-    EXPECT_EQ(patientName(), QStringLiteral("Fornò Giacomo"));
+    EXPECT_EQ(patientName(), "Fornò Giacomo");
     QTest::keyClick(m_window.get(), Qt::Key_F, Qt::ControlModifier); // ... and back
     EXPECT_EQ(QApplication::focusWidget(), &query());
 
-    QTest::keyClicks(&query(), QStringLiteral("xyz"));
+    QTest::keyClicks(&query(), "xyz");
     EXPECT_EQ(results().model()->rowCount(), 0);
     QTest::keyClick(&query(), Qt::Key_Return);
     EXPECT_EQ(m_window->currentPatient(), 12);
@@ -130,7 +130,7 @@ TEST_F(HostWindowTest, OffersTheBuiltSectionsOfAPatient)
     for (auto state = withPatient.cbegin(); state != withPatient.cend(); ++state) {
         const bool isBuilt = clivara::Class3::isBuilt(state.key());
         EXPECT_EQ(state->first, isBuilt) << state.key();
-        EXPECT_EQ(state->second == QStringLiteral("Sezione non ancora disponibile"), !isBuilt) << state.key();
+        EXPECT_EQ(state->second == "Sezione non ancora disponibile", !isBuilt) << state.key();
     }
     for (const qint16 calculator : {80, 81, 82})
         EXPECT_TRUE(withPatient.value(calculator).first) << calculator;
@@ -141,36 +141,34 @@ TEST_F(HostWindowTest, ActsOnTheMailboxWhenASectionHasClosed)
     m_window->selectPatient(11);
     m_section = [this](QVariant &param) {
         result(6, "90.16.4", "Creatinina", "1.1", "20/11/2026");
-        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("PREVENZIONE"));
-        param = QVariantList{QStringLiteral("valutazione"), 119.6};
+        m_settings.write("AGGIORNA_DIARIO", "PREVENZIONE");
+        param = QVariantList{"valutazione", 119.6};
     };
     openSection(80);
     EXPECT_EQ(m_opened, QList<qint16>{80});
-    EXPECT_EQ(column("laboratory", 0).first(), QStringLiteral("Creatinina"));
-    EXPECT_EQ(m_window->statusBar()->currentMessage(), QStringLiteral("Colesterolo LDL: 119.60"));
+    EXPECT_EQ(column("laboratory", 0).first(), "Creatinina");
+    EXPECT_EQ(m_window->statusBar()->currentMessage(), "Colesterolo LDL: 119.60");
 
     m_section = [this](QVariant &) {
-        clinical(QStringLiteral("INSERT INTO PROBLEMS (cod_paz, DataInizio, descr_mal, stato_probl) VALUES "
-                                "(11, cdate('20/11/2026'), 'Gotta', 1)"));
-        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("PROBLEMI"));
+        clinical("INSERT INTO PROBLEMS (cod_paz, DataInizio, descr_mal, stato_probl) VALUES "
+                 "(11, cdate('20/11/2026'), 'Gotta', 1)");
+        m_settings.write("AGGIORNA_DIARIO", "PROBLEMI");
     };
     openSection(81);
     EXPECT_EQ(column("problems", 1), (QStringList{"Gotta", "Ipertensione"}));
 
     m_section = [this](QVariant &) {
-        clinical(QStringLiteral("UPDATE archivio SET cognome = 'Bianchi' WHERE cod_paz = 11"));
-        m_settings.write(QStringLiteral("AGGIORNA_DIARIO"), QStringLiteral("ANAGRAFICA"));
+        clinical("UPDATE archivio SET cognome = 'Bianchi' WHERE cod_paz = 11");
+        m_settings.write("AGGIORNA_DIARIO", "ANAGRAFICA");
     };
     openSection(81);
-    EXPECT_EQ(patientName(), QStringLiteral("Bianchi Mariangela"));
-    EXPECT_EQ(column("results", 0).first(), QStringLiteral("Bianchi Mariangela"));
+    EXPECT_EQ(patientName(), "Bianchi Mariangela");
+    EXPECT_EQ(column("results", 0).first(), "Bianchi Mariangela");
 
-    m_section = [this](QVariant &) {
-        m_settings.write(QStringLiteral("CARICA PAZIENTE"), QStringLiteral("12"));
-    };
+    m_section = [this](QVariant &) { m_settings.write("CARICA PAZIENTE", "12"); };
     openSection(82);
     EXPECT_EQ(m_window->currentPatient(), 12);
-    EXPECT_EQ(patientName(), QStringLiteral("Fornò Giacomo"));
+    EXPECT_EQ(patientName(), "Fornò Giacomo");
     EXPECT_TRUE(m_prompts.texts.isEmpty()) << m_prompts.texts.join(u' ').toStdString();
 }
 
@@ -188,19 +186,18 @@ TEST_F(HostWindowTest, TellsThatASectionCouldNotBeOpened)
 TEST_F(HostWindowTest, TellsADatabaseErrorAndStaysUsable)
 {
     m_window->selectPatient(11);
-    clinical(QStringLiteral("DROP TABLE esa_ob"));
+    clinical("DROP TABLE esa_ob");
     m_window->selectPatient(12);
     ASSERT_EQ(m_prompts.texts.size(), 1);
-    EXPECT_TRUE(m_prompts.texts.first().startsWith(QStringLiteral("Non è stato possibile aprire la scheda")));
+    EXPECT_TRUE(m_prompts.texts.first().startsWith("Non è stato possibile aprire la scheda"));
     // The chart and the window still agree on who is shown.
     EXPECT_EQ(m_window->currentPatient(), 11);
-    EXPECT_EQ(patientName(), QStringLiteral("D'Ambrogio Mariangela"));
-    QTest::keyClicks(&query(), QStringLiteral("zan"));
+    EXPECT_EQ(patientName(), "D'Ambrogio Mariangela");
+    QTest::keyClicks(&query(), "zan");
     EXPECT_EQ(column("results", 0), QStringList{"Zanchetta"});
 
     m_prompts.texts.clear();
-    clinical(
-        QStringLiteral("CREATE TABLE esa_ob (cod_paz LONG, data_ob DATETIME, presmax SHORT, presmin SHORT)"));
+    clinical("CREATE TABLE esa_ob (cod_paz LONG, data_ob DATETIME, presmax SHORT, presmin SHORT)");
     m_window->selectPatient(12);
     EXPECT_TRUE(m_prompts.texts.isEmpty());
     EXPECT_EQ(m_window->currentPatient(), 12);

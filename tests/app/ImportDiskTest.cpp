@@ -13,13 +13,12 @@ class ImportDisk : public ImportFixture { };
 // Wherever the disk fails, the import says so, and the practice that was to be replaced is as it was.
 TEST_F(ImportDisk, ADiskThatFailsLeavesTheTargetAsItWas)
 {
-    auto &table = file().table(QStringLiteral("orders"), {{QStringLiteral("n"), jetfile::JetType::Long},
-                                                          {QStringLiteral("t"), jetfile::JetType::Memo}});
-    table.index(QStringLiteral("n"), {QStringLiteral("n")});
+    auto &table = file().table("orders", {{"n", jetfile::JetType::Long}, {"t", jetfile::JetType::Memo}});
+    table.index("n", {"n"});
     for (int i = 0; i < 1500; ++i)
         table.addRow({i, QString(300, QChar(u'a' + i % 26))});
     saveFiles();
-    Practice::create(target())->setProperty(QStringLiteral("old"), QStringLiteral("yes"));
+    Practice::create(target())->setProperty("old", "yes");
     const auto before = filesBelow(m_folder.path());
     auto replacing = options();
     replacing.replace = true;
@@ -31,7 +30,7 @@ TEST_F(ImportDisk, ADiskThatFailsLeavesTheTargetAsItWas)
     {
         const QTemporaryDir elsewhere;
         const FailingDisk disk(std::numeric_limits<qint64>::max());
-        orvale::importPractice({source(), elsewhere.filePath(QStringLiteral("p")), {}, false});
+        orvale::importPractice({source(), elsewhere.filePath("p"), {}, false});
         needed = FailingDisk::bytesWritten();
     }
     ASSERT_GT(needed, 500000);
@@ -53,13 +52,13 @@ TEST_F(ImportDisk, ADiskThatFailsLeavesTheTargetAsItWas)
         EXPECT_EQ(text.find('\n'), std::string::npos) << text;
         EXPECT_EQ(filesBelow(m_folder.path()), before);
     }
-    EXPECT_EQ(Practice::open(target())->property(QStringLiteral("old")), QStringLiteral("yes"));
+    EXPECT_EQ(Practice::open(target())->property("old"), "yes");
 }
 
 TEST_F(ImportDisk, ReportsThatCannotBeSavedEndTheImport)
 {
     saveFiles();
-    QDir(m_folder.path()).mkpath(QStringLiteral("practice.import.tsv/x"));
+    QDir(m_folder.path()).mkpath("practice.import.tsv/x");
     const auto before = filesBelow(m_folder.path());
     EXPECT_NE(refusal([&] { orvale::importPractice(options()); }).find("non si può scrivere"),
               std::string::npos);

@@ -15,9 +15,9 @@ protected:
 
     ImportFixture() { QDir().mkdir(source()); }
 
-    QString source() const { return path(QStringLiteral("source")); }
-    QString target() const { return path(QStringLiteral("practice")); }
-    jetfile::JetFileWriter &file(const QString &name = QStringLiteral("Orvale.mdb"))
+    QString source() const { return path("source"); }
+    QString target() const { return path("practice"); }
+    jetfile::JetFileWriter &file(const QString &name = "Orvale.mdb")
     {
         auto &writer = m_files[name];
         if (!writer)

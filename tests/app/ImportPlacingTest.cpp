@@ -19,19 +19,12 @@ protected:
     void addExam(const QString &text)
     {
         file()
-            .table(QStringLiteral("ESAMI"), {{QStringLiteral("tipo_esa"), JetType::Integer},
-                                             {QStringLiteral("descr_esa"), JetType::Text, 60}})
+            .table("ESAMI", {{"tipo_esa", JetType::Integer}, {"descr_esa", JetType::Text, 60}})
             .addRow({1, text});
     }
     // A practice in the target's place that is not the imported one.
-    void createOld() const
-    {
-        Practice::create(target())->setProperty(QStringLiteral("old"), QStringLiteral("yes"));
-    }
-    bool isOld() const
-    {
-        return Practice::open(target())->property(QStringLiteral("old")) == QStringLiteral("yes");
-    }
+    void createOld() const { Practice::create(target())->setProperty("old", "yes"); }
+    bool isOld() const { return Practice::open(target())->property("old") == "yes"; }
     orvale::ImportOptions replacing() const
     {
         auto result = options();
@@ -43,21 +36,21 @@ protected:
 TEST_F(ImportPlacing, RefusesWithOneLineAndLeavesTheTargetAlone)
 {
     saveFiles();
-    writeFile(QStringLiteral("file"), "x");
-    QDir(m_folder.path()).mkdir(QStringLiteral("empty"));
-    QDir(m_folder.path()).mkdir(QStringLiteral("full"));
-    writeFile(QStringLiteral("full/diario.txt"), "x");
-    QDir(m_folder.path()).mkdir(QStringLiteral("foreign"));
-    writeFile(QStringLiteral("foreign/orvale.MDB"), "no Jet file at all");
-    QDir(m_folder.path()).mkdir(QStringLiteral("twice"));
+    writeFile("file", "x");
+    QDir(m_folder.path()).mkdir("empty");
+    QDir(m_folder.path()).mkdir("full");
+    writeFile("full/diario.txt", "x");
+    QDir(m_folder.path()).mkdir("foreign");
+    writeFile("foreign/orvale.MDB", "no Jet file at all");
+    QDir(m_folder.path()).mkdir("twice");
     for (const char *name : {"twice/Orvale.mdb", "twice/ORVALE.MDB"})
-        writeFile(QString::fromLatin1(name), "");
-    QDir(m_folder.path()).mkdir(QStringLiteral("truncated"));
-    QFile whole(QDir(source()).filePath(QStringLiteral("Orvale.mdb")));
+        writeFile(name, "");
+    QDir(m_folder.path()).mkdir("truncated");
+    QFile whole(QDir(source()).filePath("Orvale.mdb"));
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
-    writeFile(QStringLiteral("truncated/Orvale.mdb"), whole.read(5000));
+    writeFile("truncated/Orvale.mdb", whole.read(5000));
     createOld();
-    const auto at = [&](const char *name) { return path(QString::fromLatin1(name)); };
+    const auto at = [&](const char *name) { return path(name); };
     const struct {
         QString source, target;
         bool replace;
@@ -90,61 +83,59 @@ TEST_F(ImportPlacing, RefusesWithOneLineAndLeavesTheTargetAlone)
         EXPECT_EQ(filesBelow(m_folder.path()), before);
     }
     auto wrongRegion = options();
-    wrongRegion.region = QStringLiteral("3");
+    wrongRegion.region = "3";
     EXPECT_NE(refusal([&] { orvale::importPractice(wrongRegion); }).find("due cifre"), std::string::npos);
 }
 
 TEST_F(ImportPlacing, NamesTheFilesThatAreNotThere)
 {
-    addExam(QStringLiteral("uno"));
-    file(QStringLiteral("EVENTI.MDB"))
-        .table(QStringLiteral("Eventi"), {{QStringLiteral("idEvento"), JetType::AutoNumber}})
-        .addRow({5});
+    addExam("uno");
+    file("EVENTI.MDB").table("Eventi", {{"idEvento", JetType::AutoNumber}}).addRow({5});
     const orvale::ImportReport report = import();
     EXPECT_TRUE(report.agrees());
     EXPECT_EQ(report.rows(), 2);
-    EXPECT_EQ(report.notes.filter(QStringLiteral("Tabelle.mdb non c'è")).size(), 1);
-    EXPECT_TRUE(report.notes.filter(QStringLiteral("Eventi")).isEmpty());
-    EXPECT_TRUE(report.missingTables.contains(QStringLiteral("codes.icd9")));
-    EXPECT_TRUE(report.missingTables.contains(QStringLiteral("clinical.PROBLEMS")));
-    EXPECT_FALSE(report.missingTables.contains(QStringLiteral("clinical.ESAMI")));
-    EXPECT_FALSE(report.missingTables.contains(QStringLiteral("clinical.orvale_properties")));
+    EXPECT_EQ(report.notes.filter("Tabelle.mdb non c'è").size(), 1);
+    EXPECT_TRUE(report.notes.filter("Eventi").isEmpty());
+    EXPECT_TRUE(report.missingTables.contains("codes.icd9"));
+    EXPECT_TRUE(report.missingTables.contains("clinical.PROBLEMS"));
+    EXPECT_FALSE(report.missingTables.contains("clinical.ESAMI"));
+    EXPECT_FALSE(report.missingTables.contains("clinical.orvale_properties"));
     EXPECT_EQ(entriesBeside(), (QStringList{"practice", "practice.import.tsv", "source"}));
     EXPECT_EQ(QDir(target()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 6);
-    EXPECT_TRUE(rows(QStringLiteral("SELECT * FROM orvale_refused_rows")).isEmpty());
+    EXPECT_TRUE(rows("SELECT * FROM orvale_refused_rows").isEmpty());
 }
 
 TEST_F(ImportPlacing, TheSavedReportHoldsBothSidesOfEveryFigure)
 {
-    addExam(QStringLiteral("uno"));
+    addExam("uno");
     const orvale::ImportReport report = import();
     EXPECT_EQ(report.reportFile, target() + QStringLiteral(".import.tsv"));
-    const QString text = QString::fromUtf8(readFile(QStringLiteral("practice.import.tsv")));
+    const QString text = QString::fromUtf8(readFile("practice.import.tsv"));
     for (const char *line : {"caratteri\tclinical\tESAMI\tdescr_esa\t3\t3\tuguale\t\n",
                              "somma\tclinical\tESAMI\ttipo_esa\t1\t1\tuguale\t\n",
                              "tabella mancante\tclinical\tPROBLEMS\t\t\t\t\t\n"})
-        EXPECT_TRUE(text.contains(QString::fromUtf8(line))) << line;
+        EXPECT_TRUE(text.contains(line)) << line;
     for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
         EXPECT_EQ(line.count(u'\t'), 7) << line.toStdString();
 }
 
 TEST_F(ImportPlacing, ReplacesOnlyAPracticeThatNobodyHasOpen)
 {
-    addExam(QStringLiteral("nuovo"));
+    addExam("nuovo");
     saveFiles();
     createOld();
     const auto before = filesBelow(m_folder.path());
     {
         const auto open = Practice::open(target());
         EXPECT_NE(refusal([&] { orvale::importPractice(replacing()); }).find("è aperto"), std::string::npos);
-        EXPECT_EQ(open->property(QStringLiteral("old")), QStringLiteral("yes"));
+        EXPECT_EQ(open->property("old"), "yes");
     }
     EXPECT_EQ(filesBelow(m_folder.path()), before);
     EXPECT_TRUE(isOld());
 
     EXPECT_EQ(orvale::importPractice(replacing()).previousPractice, QString());
     EXPECT_FALSE(isOld());
-    EXPECT_EQ(rows(QStringLiteral("SELECT descr_esa FROM ESAMI")), (Rows{{QStringLiteral("nuovo")}}));
+    EXPECT_EQ(rows("SELECT descr_esa FROM ESAMI"), (Rows{{"nuovo"}}));
     EXPECT_EQ(entriesBeside(), (QStringList{"practice", "practice.import.tsv", "source"}));
     // Where there is nothing to replace it is an import like any other.
     ASSERT_TRUE(QDir(target()).removeRecursively());
@@ -153,22 +144,18 @@ TEST_F(ImportPlacing, ReplacesOnlyAPracticeThatNobodyHasOpen)
 
 TEST_F(ImportPlacing, KeepsWhatItReplacedWhenTheProofFailsOrOtherFilesAreWithIt)
 {
-    file()
-        .table(QStringLiteral("ESAMI"), {{QStringLiteral("tipo_esa"), JetType::Integer}})
-        .addRow({1})
-        .setDeclaredRows(2);
+    file().table("ESAMI", {{"tipo_esa", JetType::Integer}}).addRow({1}).setDeclaredRows(2);
     createOld();
     orvale::ImportReport report;
     saveFiles();
     report = orvale::importPractice(replacing());
     ASSERT_TRUE(report.previousPractice.startsWith(target() + QStringLiteral(".prima-")));
-    EXPECT_EQ(Practice::open(report.previousPractice)->property(QStringLiteral("old")),
-              QStringLiteral("yes"));
+    EXPECT_EQ(Practice::open(report.previousPractice)->property("old"), "yes");
     EXPECT_FALSE(isOld());
 
-    QFile(QDir(source()).filePath(QStringLiteral("Orvale.mdb"))).remove();
-    jetfile::JetFileWriter().save(QDir(source()).filePath(QStringLiteral("Orvale.mdb")));
-    writeFile(QStringLiteral("practice/lettera.txt"), "x");
+    QFile(QDir(source()).filePath("Orvale.mdb")).remove();
+    jetfile::JetFileWriter().save(QDir(source()).filePath("Orvale.mdb"));
+    writeFile("practice/lettera.txt", "x");
     report = orvale::importPractice(replacing());
     EXPECT_TRUE(report.agrees());
     EXPECT_TRUE(QFileInfo::exists(report.previousPractice + QStringLiteral("/lettera.txt")));
@@ -178,9 +165,8 @@ TEST_F(ImportPlacing, KeepsWhatItReplacedWhenTheProofFailsOrOtherFilesAreWithIt)
 TEST_F(ImportPlacing, GivesUpAtEveryStepAndLeavesNothing)
 {
     for (int i = 0; i < 3; ++i)
-        addExam(QStringLiteral("x"));
-    file(QStringLiteral("Terzo.mdb"))
-        .table(QStringLiteral("TESTI"), {{QStringLiteral("idTesto"), JetType::AutoNumber}});
+        addExam("x");
+    file("Terzo.mdb").table("TESTI", {{"idTesto", JetType::AutoNumber}});
     saveFiles();
     createOld();
     const auto before = filesBelow(m_folder.path());
@@ -211,7 +197,7 @@ TEST_F(ImportPlacing, GivesUpAtEveryStepAndLeavesNothing)
         done = step.done;
         EXPECT_LE(step.done, step.total);
     }
-    EXPECT_TRUE(steps.first().table.startsWith(QStringLiteral("clinical.")));
+    EXPECT_TRUE(steps.first().table.startsWith("clinical."));
     EXPECT_FALSE(steps.first().proving);
     EXPECT_TRUE(steps.last().table.isEmpty());
     EXPECT_EQ(steps.last().done, steps.last().total);
@@ -219,12 +205,12 @@ TEST_F(ImportPlacing, GivesUpAtEveryStepAndLeavesNothing)
 
 TEST_F(ImportPlacing, RemovesWhatKilledProgramsLeftOfThisPracticeOnly)
 {
-    const QStringList names{QStringLiteral("practice.part-aaaaaa"), QStringLiteral("practice.part-bbbbbb"),
-                            QStringLiteral("practice2.part-cccccc"), QStringLiteral("practice.part-notes.d")};
+    const QStringList names{"practice.part-aaaaaa", "practice.part-bbbbbb", "practice2.part-cccccc",
+                            "practice.part-notes.d"};
     for (const QString &name : names) {
         QDir(m_folder.path()).mkdir(name);
         writeFile(name + QStringLiteral("/Orvale.sqlite"), "x");
-        if (!name.contains(QStringLiteral("bbbbbb"))) // a folder that no program of ours has made
+        if (!name.contains("bbbbbb")) // a folder that no program of ours has made
             writeFile(name + QStringLiteral("/.lock"), "");
     }
     // A program that is still at work on the same practice.

@@ -11,7 +11,7 @@ using orvale::PlannedTable;
 
 ColumnInfo column(const char *name, FieldType type, int size = 0)
 {
-    return {QString::fromUtf8(name), type, size};
+    return {name, type, size};
 }
 
 TEST(ImportPlan, WidensAFieldThatCannotHoldTheSourcesValues)
@@ -68,17 +68,16 @@ QStringList names(const QList<ColumnInfo> &columns)
 
 TEST(ImportPlan, KeepsTheKnownFieldsInTheirOrderAndAddsTheOthers)
 {
-    const dao::TableInfo known{QStringLiteral("ESAMI"),
+    const dao::TableInfo known{"ESAMI",
                                {},
                                {column("tipo", FieldType::Integer), column("descr", FieldType::Text, 60),
                                 column("nota", FieldType::Memo)},
-                               {{QStringLiteral("tipo"), {QStringLiteral("tipo")}, true, true}}};
+                               {{"tipo", {"tipo"}, true, true}}};
     jetfile::JetTable source;
-    source.name = QStringLiteral("esami");
+    source.name = "esami";
     source.columns = {column("extra", FieldType::Long), column("DESCR", FieldType::Text, 60),
                       column("Tipo", FieldType::Integer)};
-    source.indexes = {{QStringLiteral("PrimaryKey"), {QStringLiteral("Tipo")}, true, true},
-                      {QStringLiteral("tipo"), {QStringLiteral("extra")}, false, false}};
+    source.indexes = {{"PrimaryKey", {"Tipo"}, true, true}, {"tipo", {"extra"}, false, false}};
     const PlannedTable plan = orvale::planKnownTable(known, source);
     EXPECT_EQ(plan.name, known.name);
     EXPECT_TRUE(plan.isChanged);
@@ -91,7 +90,7 @@ TEST(ImportPlan, KeepsTheKnownFieldsInTheirOrderAndAddsTheOthers)
     EXPECT_EQ(positions, (QList<int>{2, 1, 0}));
     // The source's primary key is the practice's already; the other index gets a name that is free.
     ASSERT_EQ(plan.indexes.size(), 2);
-    EXPECT_EQ(plan.indexes[1].name, QStringLiteral("tipo_2"));
+    EXPECT_EQ(plan.indexes[1].name, "tipo_2");
     EXPECT_EQ(plan.indexes[1].fields, QStringList{"extra"});
 
     source.columns = known.columns;
@@ -112,14 +111,13 @@ TEST(ImportPlan, GivesEveryTableAndFieldANameThatIsFree)
     for (const auto &c : cases) {
         jetfile::JetTable source;
         source.name = QString::fromUtf8(c.source);
-        EXPECT_EQ(orvale::planUnknownTable(source, {QStringLiteral("fatture GIÀ lì")}).name,
-                  QString::fromUtf8(c.target));
+        EXPECT_EQ(orvale::planUnknownTable(source, {"fatture GIÀ lì"}).name, c.target);
     }
     jetfile::JetTable source;
-    source.name = QStringLiteral("t");
+    source.name = "t";
     source.columns = {column("a", FieldType::AutoNumber), column("A", FieldType::AutoNumber),
                       column("", FieldType::Long)};
-    source.indexes = {{QStringLiteral("i"), {QStringLiteral("a"), QStringLiteral("gone")}, true, false}};
+    source.indexes = {{"i", {"a", "gone"}, true, false}};
     const PlannedTable plan = orvale::planUnknownTable(source, {});
     EXPECT_EQ(names(plan.columns), (QStringList{"a", "A_2", "senza nome"}));
     EXPECT_EQ(plan.columns[0].type, FieldType::AutoNumber);

@@ -17,14 +17,12 @@ protected:
     // A row of ESAMI, a table of the practice with the primary key tipo_esa and the text descr_esa.
     jetfile::JetTableWriter &exams(JetType keyType = JetType::Integer, int descriptionSize = 60)
     {
-        return file().table(QStringLiteral("ESAMI"),
-                            {{QStringLiteral("tipo_esa"), keyType},
-                             {QStringLiteral("descr_esa"), JetType::Text, descriptionSize}});
+        return file().table("ESAMI", {{"tipo_esa", keyType}, {"descr_esa", JetType::Text, descriptionSize}});
     }
     Rows refusedRows() const
     {
-        return rows(QStringLiteral(
-            "SELECT [database], [table], [row], reason, content FROM orvale_refused_rows ORDER BY id"));
+        return rows(
+            "SELECT [database], [table], [row], reason, content FROM orvale_refused_rows ORDER BY id");
     }
     static bool hasNote(const orvale::ImportReport &report, const QString &text)
     {
@@ -35,25 +33,24 @@ protected:
 // Everything that a table of another host may look like.
 TEST_F(ImportRows, BringsUnknownTablesAndFieldsAsTheyAre)
 {
-    const QString table = QStringLiteral("Fatture d'\"oro\" [$] è select");
-    auto &invoices = file().table(table, {{QStringLiteral("order"), JetType::Long},
-                                          {QStringLiteral("importo €"), JetType::Currency},
-                                          {QStringLiteral("dell'\"anno\""), JetType::Date},
-                                          {QStringLiteral("pagata"), JetType::Boolean},
-                                          {QStringLiteral("uid"), JetType::Guid},
-                                          {QStringLiteral("foto"), JetType::Ole},
-                                          {QStringLiteral("testo"), JetType::Memo}});
-    invoices.index(QStringLiteral("uno$due"), {QStringLiteral("order")}, IndexKind::Unique);
+    const QString table = "Fatture d'\"oro\" [$] è select";
+    auto &invoices = file().table(table, {{"order", JetType::Long},
+                                          {"importo €", JetType::Currency},
+                                          {"dell'\"anno\"", JetType::Date},
+                                          {"pagata", JetType::Boolean},
+                                          {"uid", JetType::Guid},
+                                          {"foto", JetType::Ole},
+                                          {"testo", JetType::Memo}});
+    invoices.index("uno$due", {"order"}, IndexKind::Unique);
     const QString longText = QString(20000, u'à') + QStringLiteral("\r\n\"fine\"\t") + QChar(0xFEFF);
     const QByteArray bytes("\x00\x01\xFF", 3);
-    const QString guid = QStringLiteral("{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}");
+    const QString guid = "{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}";
     const QDateTime date = clivara::jet::dateTime(1950, 2, 3, 4, 5, 6);
     invoices.addRow({1, 123450000LL, date, true, guid, bytes, longText});
     // Null twice in a unique index is no duplicate; an empty text is no Null.
-    invoices.addRow({{}, -5LL, {}, false, {}, {}, QStringLiteral("")});
-    invoices.addRow({{}, {}, {}, false, {}, {}, QStringLiteral("b")});
-    auto &known = file().table(QStringLiteral("esami"), {{QStringLiteral("altro"), JetType::Double},
-                                                         {QStringLiteral("TIPO_ESA"), JetType::Integer}});
+    invoices.addRow({{}, -5LL, {}, false, {}, {}, ""});
+    invoices.addRow({{}, {}, {}, false, {}, {}, "b"});
+    auto &known = file().table("esami", {{"altro", JetType::Double}, {"TIPO_ESA", JetType::Integer}});
     known.addRow({0.1, 7});
     const orvale::ImportReport report = import();
 
@@ -61,14 +58,14 @@ TEST_F(ImportRows, BringsUnknownTablesAndFieldsAsTheyAre)
     EXPECT_EQ(report.unknownTables, QStringList{QStringLiteral("clinical.") + table});
     EXPECT_EQ(report.unknownFields, QStringList{"clinical.ESAMI.altro"});
     EXPECT_EQ(report.missingFields, QStringList{"clinical.ESAMI.descr_esa"});
-    EXPECT_EQ(rows(QStringLiteral("SELECT tipo_esa, descr_esa, altro FROM ESAMI")), (Rows{{7, {}, 0.1}}));
+    EXPECT_EQ(rows("SELECT tipo_esa, descr_esa, altro FROM ESAMI"), (Rows{{7, {}, 0.1}}));
 
     const auto practice = orvale::Practice::open(target());
     dao::Database &clinical = *practice->environment().clinical;
     const auto set = clinical.OpenRecordset(table, dao::RecordsetType::Table);
     const Rows expected{{1, 12345.0, date, true, guid, bytes, longText},
-                        {{}, -0.0005, {}, false, {}, {}, QStringLiteral("")},
-                        {{}, {}, {}, false, {}, {}, QStringLiteral("b")}};
+                        {{}, -0.0005, {}, false, {}, {}, ""},
+                        {{}, {}, {}, false, {}, {}, "b"}};
     for (const QVariantList &row : expected) {
         for (int i = 0; i < row.size(); ++i) {
             EXPECT_EQ(set->Fields(i).Value(), row[i]) << i;
@@ -78,34 +75,32 @@ TEST_F(ImportRows, BringsUnknownTablesAndFieldsAsTheyAre)
     }
     const QList<dao::IndexInfo> indexes = clinical.TableDefs()[table].Indexes();
     ASSERT_EQ(indexes.size(), 1);
-    EXPECT_EQ(indexes[0].name, QStringLiteral("uno$due"));
+    EXPECT_EQ(indexes[0].name, "uno$due");
     EXPECT_TRUE(indexes[0].unique);
 }
 
 TEST_F(ImportRows, SetsRowsAsideThatCannotBeWritten)
 {
     auto &table = exams();
-    table.addRow({1, QStringLiteral("primo")});
-    table.addRow({1, QStringLiteral("doppio")});
-    table.addRow({{}, QStringLiteral("senza \"chiave\"\n")});
+    table.addRow({1, "primo"});
+    table.addRow({1, "doppio"});
+    table.addRow({{}, "senza \"chiave\"\n"});
     table.addRow({2, QStringLiteral("mezzo ") + QChar(0xD800)});
-    table.addRow({3, QStringLiteral("ultimo")});
-    auto &unique = file().table(QStringLiteral("altra"), {{QStringLiteral("a"), JetType::Long},
-                                                          {QStringLiteral("b"), JetType::Text, 10},
-                                                          {QStringLiteral("quando"), JetType::Date}});
-    unique.index(QStringLiteral("solo_a"), {QStringLiteral("a")}, IndexKind::Unique);
-    unique.index(QStringLiteral("a_b"), {QStringLiteral("b"), QStringLiteral("a")}, IndexKind::Unique);
-    unique.addRow({1, QStringLiteral("x"), {}});
-    unique.addRow({1, QStringLiteral("y"), {}});
-    unique.addRow({2, QStringLiteral("x"), 3e6});
+    table.addRow({3, "ultimo"});
+    auto &unique =
+        file().table("altra", {{"a", JetType::Long}, {"b", JetType::Text, 10}, {"quando", JetType::Date}});
+    unique.index("solo_a", {"a"}, IndexKind::Unique);
+    unique.index("a_b", {"b", "a"}, IndexKind::Unique);
+    unique.addRow({1, "x", {}});
+    unique.addRow({1, "y", {}});
+    unique.addRow({2, "x", 3e6});
     const orvale::ImportReport report = import();
 
     EXPECT_FALSE(report.agrees());
     EXPECT_TRUE(report.tablesAgree());
     EXPECT_EQ(report.refused(), 5);
-    EXPECT_EQ(proof(report, QStringLiteral("ESAMI")).written, 2);
-    EXPECT_EQ(rows(QStringLiteral("SELECT descr_esa FROM ESAMI ORDER BY tipo_esa")),
-              (Rows{{QStringLiteral("primo")}, {QStringLiteral("ultimo")}}));
+    EXPECT_EQ(proof(report, "ESAMI").written, 2);
+    EXPECT_EQ(rows("SELECT descr_esa FROM ESAMI ORDER BY tipo_esa"), (Rows{{"primo"}, {"ultimo"}}));
     const struct {
         const char *table;
         double row;
@@ -125,43 +120,42 @@ TEST_F(ImportRows, SetsRowsAsideThatCannotBeWritten)
     const Rows refused = refusedRows();
     ASSERT_EQ(refused.size(), std::size(expected));
     for (int i = 0; i < refused.size(); ++i) {
-        EXPECT_EQ(refused[i], (QVariantList{QStringLiteral("clinical"), QString::fromUtf8(expected[i].table),
-                                            expected[i].row, QString::fromUtf8(expected[i].reason),
+        EXPECT_EQ(refused[i], (QVariantList{"clinical", QString::fromUtf8(expected[i].table), expected[i].row,
+                                            QString::fromUtf8(expected[i].reason),
                                             QString::fromUtf8(expected[i].content)}))
             << i << ' ' << refused[i][3].toString().toStdString() << ' '
             << refused[i][4].toString().toStdString();
         EXPECT_TRUE(QJsonDocument::fromJson(refused[i][4].toString().toUtf8()).isObject());
     }
     ASSERT_EQ(report.refusals.size(), 5);
-    EXPECT_EQ(report.refusals[0].table, QStringLiteral("clinical.ESAMI"));
+    EXPECT_EQ(report.refusals[0].table, "clinical.ESAMI");
     EXPECT_EQ(report.refusals[0].rows, 1);
     // What is saved for others to read has no patient's data in it.
-    EXPECT_FALSE(readFile(QStringLiteral("practice.import.tsv")).contains("doppio"));
+    EXPECT_FALSE(readFile("practice.import.tsv").contains("doppio"));
 }
 
 TEST_F(ImportRows, WidensFieldsAndConvertsThoseOfAnotherKind)
 {
     auto &table = exams(JetType::Long, 120);
     table.addRow({100000, QString(100, u'x')});
-    auto &hints = file().table(QStringLiteral("SUGGERIT"), {{QStringLiteral("COD_PRE"), JetType::Text, 20},
-                                                            {QStringLiteral("OSPEDAL"), JetType::Integer}});
-    hints.addRow({QStringLiteral("12"), 1});
-    hints.addRow({QStringLiteral("dodici"), 0});
-    hints.addRow({QStringLiteral("1.5"), 0});
-    hints.addRow({QStringLiteral("13"), 0});
+    auto &hints = file().table("SUGGERIT", {{"COD_PRE", JetType::Text, 20}, {"OSPEDAL", JetType::Integer}});
+    hints.addRow({"12", 1});
+    hints.addRow({"dodici", 0});
+    hints.addRow({"1.5", 0});
+    hints.addRow({"13", 0});
     const orvale::ImportReport report = import();
 
     EXPECT_TRUE(report.tablesAgree());
-    EXPECT_TRUE(hasNote(report, QStringLiteral("il campo tipo_esa diventa Intero lungo da Intero")));
-    EXPECT_TRUE(hasNote(report, QStringLiteral("il campo descr_esa diventa Testo(120) da Testo(60)")));
-    EXPECT_TRUE(hasNote(report, QStringLiteral("il campo COD_PRE è Testo(20) e non Intero lungo")));
-    EXPECT_EQ(rows(QStringLiteral("SELECT * FROM ESAMI")), (Rows{{100000, QString(100, u'x')}}));
-    EXPECT_EQ(rows(QStringLiteral("SELECT * FROM SUGGERIT")), (Rows{{12, true}, {13, false}}));
+    EXPECT_TRUE(hasNote(report, "il campo tipo_esa diventa Intero lungo da Intero"));
+    EXPECT_TRUE(hasNote(report, "il campo descr_esa diventa Testo(120) da Testo(60)"));
+    EXPECT_TRUE(hasNote(report, "il campo COD_PRE è Testo(20) e non Intero lungo"));
+    EXPECT_EQ(rows("SELECT * FROM ESAMI"), (Rows{{100000, QString(100, u'x')}}));
+    EXPECT_EQ(rows("SELECT * FROM SUGGERIT"), (Rows{{12, true}, {13, false}}));
     ASSERT_EQ(refusedRows().size(), 2);
-    EXPECT_EQ(refusedRows()[1][3], QStringLiteral("il valore del campo COD_PRE non è un numero intero"));
+    EXPECT_EQ(refusedRows()[1][3], "il valore del campo COD_PRE non è un numero intero");
     // The practice's own definition and indexes are kept beside what is new.
     const auto practice = orvale::Practice::open(target());
-    const auto indexes = practice->environment().clinical->TableDefs()[QStringLiteral("ESAMI")].Indexes();
+    const auto indexes = practice->environment().clinical->TableDefs()["ESAMI"].Indexes();
     ASSERT_EQ(indexes.size(), 1);
     EXPECT_TRUE(indexes[0].primary);
 }
@@ -170,23 +164,20 @@ TEST_F(ImportRows, NeverGivesANumberTwice)
 {
     // Problem 9 was the last one ever, and is deleted; the visits' table of the practice has no counter.
     auto &places =
-        file().table(QStringLiteral("sedericov"), {{QStringLiteral("idSede"), JetType::AutoNumber},
-                                                   {QStringLiteral("denominazione"), JetType::Text, 80}});
-    places.addRow({4, QStringLiteral("a")});
-    places.addRow({9, QStringLiteral("b")});
+        file().table("sedericov", {{"idSede", JetType::AutoNumber}, {"denominazione", JetType::Text, 80}});
+    places.addRow({4, "a"});
+    places.addRow({9, "b"});
     places.deleteRow(1);
-    auto &counted = file().table(QStringLiteral("contata"), {{QStringLiteral("n"), JetType::AutoNumber},
-                                                             {QStringLiteral("t"), JetType::Text, 5}});
-    counted.addRow({-3, QStringLiteral("a")});
-    counted.addRow({7, QStringLiteral("b")});
+    auto &counted = file().table("contata", {{"n", JetType::AutoNumber}, {"t", JetType::Text, 5}});
+    counted.addRow({-3, "a"});
+    counted.addRow({7, "b"});
     counted.setLastAutoNumber(2); // less than the highest row
     EXPECT_TRUE(import().agrees());
     const auto practice = orvale::Practice::open(target());
     const auto next = [&](const char *table, const char *field) {
-        const auto set = practice->environment().clinical->OpenRecordset(QString::fromUtf8(table),
-                                                                         dao::RecordsetType::Table);
+        const auto set = practice->environment().clinical->OpenRecordset(table, dao::RecordsetType::Table);
         set->AddNew();
-        set->Fields(QString::fromUtf8(field)).setValue(QStringLiteral("x"));
+        set->Fields(field).setValue("x");
         set->Update();
         return set->LastAutoNumber();
     };
@@ -197,34 +188,34 @@ TEST_F(ImportRows, NeverGivesANumberTwice)
 TEST_F(ImportRows, TellsWhenAFileHoldsFewerRowsThanItDeclares)
 {
     auto &table = exams();
-    table.addRow({1, QStringLiteral("uno")});
+    table.addRow({1, "uno"});
     table.setDeclaredRows(3);
     const orvale::ImportReport report = import();
     EXPECT_FALSE(report.agrees());
     EXPECT_EQ(report.refused(), 0);
-    EXPECT_FALSE(proof(report, QStringLiteral("ESAMI")).agrees);
+    EXPECT_FALSE(proof(report, "ESAMI").agrees);
     EXPECT_TRUE(QDir(target()).exists());
-    EXPECT_FALSE(orvale::summaryLines(report).filter(QStringLiteral("dichiarate 3, lette 1")).isEmpty());
+    EXPECT_FALSE(orvale::summaryLines(report).filter("dichiarate 3, lette 1").isEmpty());
 }
 
 // Large enough for indexes that are made when the rows are there.
 TEST_F(ImportRows, KeepsAllIndexesOfLargeTables)
 {
-    auto &pressures = file().table(QStringLiteral("esa_ob"), {{QStringLiteral("cod_paz"), JetType::Long},
-                                                              {QStringLiteral("data_ob"), JetType::Date},
-                                                              {QStringLiteral("presmax"), JetType::Integer},
-                                                              {QStringLiteral("presmin"), JetType::Integer}});
+    auto &pressures = file().table("esa_ob", {{"cod_paz", JetType::Long},
+                                              {"data_ob", JetType::Date},
+                                              {"presmax", JetType::Integer},
+                                              {"presmin", JetType::Integer}});
     for (int i = 0; i < 2000; ++i)
         pressures.addRow(
             {i % 50, clivara::jet::dateTime(2000, 1, 1).addDays(i * 7 % 2000), 100 + i % 80, 70});
     EXPECT_TRUE(import().agrees());
     const auto practice = orvale::Practice::open(target());
     dao::Database &clinical = *practice->environment().clinical;
-    const auto set = clinical.OpenRecordset(QStringLiteral("esa_ob"), dao::RecordsetType::Table);
-    set->setIndex(QStringLiteral("paz_data"));
-    set->Seek(QStringLiteral("="), 17);
+    const auto set = clinical.OpenRecordset("esa_ob", dao::RecordsetType::Table);
+    set->setIndex("paz_data");
+    set->Seek("=", 17);
     EXPECT_FALSE(set->NoMatch());
-    EXPECT_EQ(rows(QStringLiteral("SELECT count(*) FROM esa_ob WHERE cod_paz = 17")), (Rows{{40}}));
+    EXPECT_EQ(rows("SELECT count(*) FROM esa_ob WHERE cod_paz = 17"), (Rows{{40}}));
 }
 
 } // namespace

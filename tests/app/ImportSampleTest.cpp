@@ -13,10 +13,8 @@ using DatabasesByRole = QMap<QString, std::shared_ptr<dao::Database>>;
 DatabasesByRole databasesOf(const Practice &practice)
 {
     const clivara::HostEnvironment &environment = practice.environment();
-    return {
-        {QStringLiteral("clinical"), environment.clinical}, {QStringLiteral("codes"), environment.codes},
-        {QStringLiteral("third"), environment.third},       {QStringLiteral("doctors"), environment.doctors},
-        {QStringLiteral("local"), environment.local},       {QStringLiteral("events"), environment.events}};
+    return {{"clinical", environment.clinical}, {"codes", environment.codes}, {"third", environment.third},
+            {"doctors", environment.doctors},   {"local", environment.local}, {"events", environment.events}};
 }
 
 // What one line of the list asks for, found in the practice with its own query.
@@ -52,33 +50,32 @@ QString found(dao::Database &database, const QString &kind, const QString &table
         }
     }
     const QMap<QString, QString> answers{
-        {QStringLiteral("nonnull"), QString::number(count)},
-        {QStringLiteral("nonblank"), QString::number(count - blank)},
-        {QStringLiteral("sum"), QString::number(sum, 'f', 0)},
-        {QStringLiteral("sum6"), QString::number(sum, 'f', 6)},
-        {QStringLiteral("true"), QString::number(sum, 'f', 0)},
-        {QStringLiteral("chars"), QString::number(units)},
-        {QStringLiteral("codepoints"), QString::number(codes)},
-        {QStringLiteral("maxchars"), QString::number(longest)},
-        {QStringLiteral("mindate"), least.date().toString(Qt::ISODate)},
-        {QStringLiteral("maxdate"), most.date().toString(Qt::ISODate)},
+        {"nonnull", QString::number(count)},
+        {"nonblank", QString::number(count - blank)},
+        {"sum", QString::number(sum, 'f', 0)},
+        {"sum6", QString::number(sum, 'f', 6)},
+        {"true", QString::number(sum, 'f', 0)},
+        {"chars", QString::number(units)},
+        {"codepoints", QString::number(codes)},
+        {"maxchars", QString::number(longest)},
+        {"mindate", least.date().toString(Qt::ISODate)},
+        {"maxdate", most.date().toString(Qt::ISODate)},
     };
-    return answers.value(kind, QStringLiteral("unknown kind"));
+    return answers.value(kind, "unknown kind");
 }
 
 TEST_P(ImportSample, AgreesWithEveryLineOfItsList)
 {
     const QString source =
         QDir(QStringLiteral(APP_TESTS_FOLDER "/../..")).filePath(QString::fromLatin1(GetParam()));
-    QFile list(QDir(source).filePath(QStringLiteral("EXPECTED.tsv")));
+    QFile list(QDir(source).filePath("EXPECTED.tsv"));
     if (!list.open(QIODevice::ReadOnly))
         GTEST_SKIP() << "not here: " << GetParam();
-    const orvale::ImportReport report =
-        orvale::importPractice({source, path(QStringLiteral("practice")), QStringLiteral("03"), false});
+    const orvale::ImportReport report = orvale::importPractice({source, path("practice"), "03", false});
     EXPECT_TRUE(report.agrees()) << orvale::summaryLines(report).join(u'\n').toStdString();
 
-    const auto practice = Practice::open(path(QStringLiteral("practice")));
-    EXPECT_EQ(practice->firstDoctor().region, QStringLiteral("03"));
+    const auto practice = Practice::open(path("practice"));
+    EXPECT_EQ(practice->firstDoctor().region, "03");
     const DatabasesByRole databases = databasesOf(*practice);
     int lines = 0;
     list.readLine(); // the headings

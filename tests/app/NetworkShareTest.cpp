@@ -39,19 +39,18 @@ TEST(NetworkShareTest, IsToldByTheFileSystem)
              {"virtiofs", "/", false},
              {"", "", false},
          })
-        EXPECT_EQ(isNetworkShare({row.fileSystem, QString::fromLatin1(row.root)}), row.isShare)
+        EXPECT_EQ(isNetworkShare({row.fileSystem, row.root}), row.isShare)
             << row.fileSystem << ' ' << row.root;
 }
 
 TEST(NetworkShareTest, IsRefusedInOneLineThatNamesTheWayOut)
 {
     try {
-        refuseNetworkShare(QStringLiteral("/mnt/nas/studio"), {"cifs", QStringLiteral("/mnt/nas")});
+        refuseNetworkShare("/mnt/nas/studio", {"cifs", "/mnt/nas"});
         FAIL() << "not refused";
     } catch (const UserError &error) {
-        EXPECT_TRUE(error.text().startsWith(
-            QStringLiteral("La cartella /mnt/nas/studio è condivisa in rete (cifs): ")));
-        EXPECT_TRUE(error.text().contains(QStringLiteral("PostgreSQL")));
+        EXPECT_TRUE(error.text().startsWith("La cartella /mnt/nas/studio è condivisa in rete (cifs): "));
+        EXPECT_TRUE(error.text().contains("PostgreSQL"));
         EXPECT_FALSE(error.text().contains(u'\n'));
     }
 }
@@ -62,7 +61,7 @@ TEST(NetworkShareTest, AFolderThatIsStillToBeMadeStandsWhereTheOneAboveItDoes)
     const StoragePlace place = storagePlaceOf(folder.path());
     if (place.fileSystem.isEmpty())
         GTEST_SKIP() << "in a folder taken for the root (chroot) the system names no file system";
-    const StoragePlace below = storagePlaceOf(folder.filePath(QStringLiteral("nuova/cartella")));
+    const StoragePlace below = storagePlaceOf(folder.filePath("nuova/cartella"));
     EXPECT_EQ(below.fileSystem, place.fileSystem);
     EXPECT_EQ(below.root, place.root);
 }

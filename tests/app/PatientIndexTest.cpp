@@ -146,8 +146,8 @@ TEST(PatientIndex, FindsTheSameAmongAHundredThousand)
     const QList<qint32> found = codesFor(index, "es");
     const PatientEntry first = index.at(index.rowOf(found.first()));
     const PatientEntry last = index.at(index.rowOf(found.last()));
-    EXPECT_EQ(first.surname + ' ' + first.name, QStringLiteral("Esposito Angelo"));
-    EXPECT_EQ(last.surname + ' ' + last.name, QStringLiteral("Sala Ester"));
+    EXPECT_EQ(first.surname + ' ' + first.name, "Esposito Angelo");
+    EXPECT_EQ(last.surname + ' ' + last.name, "Sala Ester");
 }
 
 } // namespace

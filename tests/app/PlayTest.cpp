@@ -11,14 +11,14 @@ protected:
     {
         static const QTemporaryDir folder;
         static const QString made = [] {
-            const QString target = folder.filePath(QStringLiteral("practice"));
+            const QString target = folder.filePath("practice");
             const auto created = orvale::Practice::create(target);
             created->environment().doctors->Execute(
-                QStringLiteral("INSERT INTO medici_gruppo (cod_smi, cognome) VALUES (7, 'Rossi')"));
+                "INSERT INTO medici_gruppo (cod_smi, cognome) VALUES (7, 'Rossi')");
             created->environment().clinical->Execute(
-                QStringLiteral("INSERT INTO archivio (cod_paz, cognome, sesso, Data_Nasc) "
-                               "VALUES (1, 'Bianchi', 'M', #1/2/1960#)"));
-            created->setProperty(QStringLiteral("region"), QStringLiteral("03"));
+                "INSERT INTO archivio (cod_paz, cognome, sesso, Data_Nasc) "
+                "VALUES (1, 'Bianchi', 'M', #1/2/1960#)");
+            created->setProperty("region", "03");
             return target;
         }();
         return made;
@@ -26,8 +26,8 @@ protected:
 
     Outcome play(const QByteArray &scenario, const QStringList &options = {}) const
     {
-        QStringList arguments{QStringLiteral("play"), QStringLiteral("--practice"), practice()};
-        arguments << options << QStringLiteral("-");
+        QStringList arguments{"play", "--practice", practice()};
+        arguments << options << "-";
         return orvaleRun(arguments, scenario);
     }
 };
@@ -81,18 +81,18 @@ TEST_F(PlayTest, StopsAtSqlThatTheEngineRefuses)
     const Outcome outcome = play("sql clinical SELECT * FROM manca\nform\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.output, QString());
-    EXPECT_TRUE(outcome.error.startsWith(QStringLiteral("riga 1: "))) << outcome.error.toStdString();
+    EXPECT_TRUE(outcome.error.startsWith("riga 1: ")) << outcome.error.toStdString();
     EXPECT_EQ(outcome.error.count(u'\n'), 1);
 }
 
 TEST_F(PlayTest, LetsTheChartTraceWhereTheScenarioSays)
 {
-    const QString work = path(QStringLiteral("work"));
+    const QString work = path("work");
     QDir().mkpath(work + QStringLiteral("/logOrvale"));
     const QByteArray setting = "today 2026-11-21\nsetting ORVALE_WORK = " + work.toUtf8() + "\n";
     EXPECT_EQ(play(setting + "patient 1\naction 81\nshow Pippo\n").status, 2);
     // The chart begins with the first action: the settings before it count.
-    const QByteArray log = readFile(QStringLiteral("work/logOrvale/log_26_11_21.log"));
+    const QByteArray log = readFile("work/logOrvale/log_26_11_21.log");
     EXPECT_TRUE(log.contains("+--- Class3.Action 81\r\n")) << log.toStdString();
 }
 
@@ -102,7 +102,7 @@ TEST_F(PlayTest, RefusesAWrongScenarioBeforeAnythingRuns)
     const Outcome outcome = play("exec clinical DELETE * FROM archivio\nclik Button1\n");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.output, QString());
-    EXPECT_EQ(outcome.error, QStringLiteral("riga 2: comando sconosciuto: clik\n"));
+    EXPECT_EQ(outcome.error, "riga 2: comando sconosciuto: clik\n");
     EXPECT_EQ(filesBelow(practice()), before);
 }
 
@@ -112,9 +112,9 @@ TEST_F(PlayTest, GoesOnAfterAnExpectationThatIsNotMet)
         play("today 2026-11-21\npatient 1\naction 81\nexpect lblEta 65\nexpect lblSesso M\n"
              "expect lblEta 66\nshow lblSesso\nclick Button1\nform\n");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.error, QStringLiteral("riga 4: lblEta: atteso \"65\", mostrato \"66\"\n"));
-    EXPECT_TRUE(outcome.output.startsWith(QStringLiteral("{\"control\":\"lblSesso\",\"text\":\"M\",")));
-    EXPECT_TRUE(outcome.output.endsWith(QStringLiteral("{\"form\":null,\"caption\":null}\n")));
+    EXPECT_EQ(outcome.error, "riga 4: lblEta: atteso \"65\", mostrato \"66\"\n");
+    EXPECT_TRUE(outcome.output.startsWith("{\"control\":\"lblSesso\",\"text\":\"M\","));
+    EXPECT_TRUE(outcome.output.endsWith("{\"form\":null,\"caption\":null}\n"));
 }
 
 TEST_F(PlayTest, StartsFromThePracticeAndTheGivenDay)
@@ -122,8 +122,7 @@ TEST_F(PlayTest, StartsFromThePracticeAndTheGivenDay)
     const Outcome outcome = play("get medicoP\nget MEDICOT\nget codice regione\nget AGGIORNA_DIARIO\n"
                                  "sql clinical SELECT now() AS adesso FROM archivio\npatient 1\naction 80\n"
                                  "expect MaskEdBox1 29/02/2024\nshot figura\n",
-                                 {QStringLiteral("--today"), QStringLiteral("2024-02-29"),
-                                  QStringLiteral("--shots"), path(QStringLiteral("nuova/immagini"))});
+                                 {"--today", "2024-02-29", "--shots", path("nuova/immagini")});
     EXPECT_EQ(outcome.output.toStdString(), R"({"setting":"medicoP","value":"7"}
 {"setting":"MEDICOT","value":"7"}
 {"setting":"codice regione","value":"03"}
@@ -132,35 +131,30 @@ TEST_F(PlayTest, StartsFromThePracticeAndTheGivenDay)
 )");
     EXPECT_EQ(outcome.error, QString());
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_TRUE(readFile(QStringLiteral("nuova/immagini/figura.png")).startsWith("\x89PNG"));
+    EXPECT_TRUE(readFile("nuova/immagini/figura.png").startsWith("\x89PNG"));
 }
 
 TEST_F(PlayTest, TellsWhatCannotBeReadInOneLine)
 {
-    writeFile(QStringLiteral("latin1"), "type me_col \xE0\n");
-    writeFile(QStringLiteral("bom"), "\xEF\xBB\xBF# vuoto\n");
-    const QString missing = path(QStringLiteral("manca"));
+    writeFile("latin1", "type me_col \xE0\n");
+    writeFile("bom", "\xEF\xBB\xBF# vuoto\n");
+    const QString missing = path("manca");
     const struct {
         QStringList arguments;
         int status;
         QString error;
     } cases[] = {
         {{missing}, 2, QStringLiteral("Lo scenario %1 non si può leggere.\n").arg(missing)},
-        {{path(QStringLiteral("latin1"))},
-         2,
-         QStringLiteral("Lo scenario %1 non è un testo UTF-8.\n").arg(path(QStringLiteral("latin1")))},
-        {{QStringLiteral("--today"), QStringLiteral("oggi"), path(QStringLiteral("bom"))},
-         2,
-         QStringLiteral("--today vuole una data AAAA-MM-GG, non \"oggi\".\n")},
-        {{QStringLiteral("--practice"), practice(), path(QStringLiteral("bom"))}, 0, {}},
+        {{path("latin1")}, 2, QStringLiteral("Lo scenario %1 non è un testo UTF-8.\n").arg(path("latin1"))},
+        {{"--today", "oggi", path("bom")}, 2, "--today vuole una data AAAA-MM-GG, non \"oggi\".\n"},
+        {{"--practice", practice(), path("bom")}, 0, {}},
     };
     for (const auto &[arguments, status, error] : cases) {
-        const Outcome outcome = orvaleRun(QStringList{QStringLiteral("play")} + arguments);
+        const Outcome outcome = orvaleRun(QStringList{"play"} + arguments);
         EXPECT_EQ(outcome.status, status) << outcome.error.toStdString();
         EXPECT_EQ(outcome.error, error);
     }
-    const Outcome foreign = orvaleRun(
-        {QStringLiteral("play"), QStringLiteral("--practice"), missing, path(QStringLiteral("bom"))});
+    const Outcome foreign = orvaleRun({"play", "--practice", missing, path("bom")});
     EXPECT_EQ(foreign.status, 2);
     EXPECT_EQ(foreign.error.count(u'\n'), 1) << foreign.error.toStdString();
     EXPECT_TRUE(foreign.error.contains(missing)) << foreign.error.toStdString();

@@ -19,49 +19,42 @@ TEST_F(PracticeCheckTest, FindsEachFault)
         const char *text;
         const char *keys;
     } cases[] = {
-        {{QStringLiteral("INSERT INTO inf_gen (cod_paz) VALUES (8)"),
-          QStringLiteral("INSERT INTO inf_gen (cod_paz) VALUES (9)")},
+        {{"INSERT INTO inf_gen (cod_paz) VALUES (8)", "INSERT INTO inf_gen (cod_paz) VALUES (9)"},
          "inf_gen: righe di un paziente",
          "8,9"},
-        {{QStringLiteral("INSERT INTO esa_ob (cod_paz, presmax) VALUES (8, 120)")},
-         "esa_ob: righe di un paziente",
-         "8"},
-        {{QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (5, 1, 77)")},
+        {{"INSERT INTO esa_ob (cod_paz, presmax) VALUES (8, 120)"}, "esa_ob: righe di un paziente", "8"},
+        {{"INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (5, 1, 77)"},
          "problema che non esiste",
          "5"},
-        {{QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (6, 2, 1)")},
+        {{"INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (6, 2, 1)"},
          "problema di un altro paziente",
          "6"},
-        {{QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie) VALUES (3, 'E7')")},
-         "risultati senza la richiesta",
-         "3"},
+        {{"INSERT INTO riepil2 (idriepil2, cod_rie) VALUES (3, 'E7')"}, "risultati senza la richiesta", "3"},
         // A medicine of the same code is no request.
-        {{QStringLiteral("INSERT INTO SPEFAR (CODSPE) VALUES ('094')"),
-          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')"),
-          QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie) VALUES (8, '094')"),
-          QStringLiteral("INSERT INTO riepil2 (idriepil2) VALUES (9)")},
+        {{"INSERT INTO SPEFAR (CODSPE) VALUES ('094')",
+          "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')",
+          "INSERT INTO riepil2 (idriepil2, cod_rie) VALUES (8, '094')",
+          "INSERT INTO riepil2 (idriepil2) VALUES (9)"},
          "risultati senza la richiesta",
          "8,9"},
-        {{QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 19, 'E1')")},
+        {{"INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 19, 'E1')"},
          "gruppo che non è in ESAMI",
          "4"},
-        {{QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (5, 1, 7)"),
-          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (6, 1, 0)"),
-          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (7, 1, 2)")},
+        {{"INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (5, 1, 7)",
+          "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (6, 1, 0)",
+          "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, idtipo) VALUES (7, 1, 2)"},
          "tipo che non è in TIPOVISITA",
          "5"},
-        {{QStringLiteral("INSERT INTO SUGGERIT (COD_PRE) VALUES (12)")},
-         "suggerimenti senza la prescrizione",
-         "12"},
-        {{QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 1, 'E1')"),
-          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 2, 'E1')")},
+        {{"INSERT INTO SUGGERIT (COD_PRE) VALUES (12)"}, "suggerimenti senza la prescrizione", "12"},
+        {{"INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 1, 'E1')",
+          "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 2, 'E1')"},
          "riepil: chiave ripetuta (minsan)",
          "E1"},
-        {{QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (1, 1, 'u1')"),
-          QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (2, 1, 'U1')")},
+        {{"INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (1, 1, 'u1')",
+          "INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (2, 1, 'U1')"},
          "PROBLEMS: chiave ripetuta (sRecordUid)",
          "u1"},
-        {{QStringLiteral("UPDATE archivio SET idRowGuid = '{0F8FAD5B-D9CB-469F-A165-70867728950E}'")},
+        {{"UPDATE archivio SET idRowGuid = '{0F8FAD5B-D9CB-469F-A165-70867728950E}'"},
          "archivio: chiave ripetuta (idRowGuid)",
          "{0F8FAD5B-D9CB-469F-A165-70867728950E}"},
         {{QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (2, 'X', '%1')")
@@ -72,27 +65,27 @@ TEST_F(PracticeCheckTest, FindsEachFault)
               .arg(infections + u'9')},
          "infettive non lunghe 190",
          "1"},
-        {{QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati) VALUES (1, 'X')"),
-          QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati) VALUES (1, 'X')")},
+        {{"INSERT INTO ESAME_OB (cod_paz, tipo_dati) VALUES (1, 'X')",
+          "INSERT INTO ESAME_OB (cod_paz, tipo_dati) VALUES (1, 'X')"},
          "più schede delle allergie",
          "1"},
-        {{QStringLiteral("UPDATE PROBLEMS SET stato_probl = 4")}, "stato sconosciuto", "1"},
-        {{QStringLiteral("UPDATE PROBLEMS SET stato_probl = Null")}, "stato sconosciuto", "1"},
+        {{"UPDATE PROBLEMS SET stato_probl = 4"}, "stato sconosciuto", "1"},
+        {{"UPDATE PROBLEMS SET stato_probl = Null"}, "stato sconosciuto", "1"},
         // Nothing wrong: texts never filled in, visits of no problem, medicines in the list.
         {{QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (1, 'X', '%1')")
               .arg(codes),
-          QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (2, 'X', '  ')"),
-          QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati) VALUES (1, 'M')"),
-          QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (1, 'A', '17070.1')"),
-          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (1, 1, 1)"),
-          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (2, 1, -1)"),
-          QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (3, 1)"),
-          QStringLiteral("INSERT INTO SPEFAR (CODSPE) VALUES ('094')"),
-          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')"),
-          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 0, '094')"),
-          QStringLiteral("INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (6, 1, 20, 'E1')"),
-          QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (1, 0, '')"),
-          QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (2, 2, '')")},
+          "INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (2, 'X', '  ')",
+          "INSERT INTO ESAME_OB (cod_paz, tipo_dati) VALUES (1, 'M')",
+          "INSERT INTO ESAME_OB (cod_paz, tipo_dati, dati_paz) VALUES (1, 'A', '17070.1')",
+          "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (1, 1, 1)",
+          "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, id_Probl) VALUES (2, 1, -1)",
+          "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz) VALUES (3, 1)",
+          "INSERT INTO SPEFAR (CODSPE) VALUES ('094')",
+          "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')",
+          "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (5, 1, 0, '094')",
+          "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (6, 1, 20, 'E1')",
+          "INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (1, 0, '')",
+          "INSERT INTO PROBLEMS (cod_paz, stato_probl, sRecordUid) VALUES (2, 2, '')"},
          "",
          ""},
     };
@@ -101,12 +94,12 @@ TEST_F(PracticeCheckTest, FindsEachFault)
         SCOPED_TRACE(c.statements.first().toStdString());
         const auto practice = Practice::create(path(QStringLiteral("p%1").arg(++number)));
         dao::Database &clinical = *practice->environment().clinical;
-        clinical.Execute(QStringLiteral("INSERT INTO archivio (cod_paz, cognome) VALUES (1, 'Uno')"));
-        clinical.Execute(QStringLiteral("INSERT INTO archivio (cod_paz, cognome) VALUES (2, 'Due')"));
-        clinical.Execute(QStringLiteral("INSERT INTO PROBLEMS (cod_paz, stato_probl) VALUES (1, 3)"));
-        clinical.Execute(QStringLiteral("INSERT INTO ESAMI (tipo_esa) VALUES (1)"));
-        clinical.Execute(QStringLiteral("INSERT INTO ESAMI (tipo_esa) VALUES (2)"));
-        practice->environment().codes->Execute(QStringLiteral("INSERT INTO TIPOVISITA (IdTipo) VALUES (2)"));
+        clinical.Execute("INSERT INTO archivio (cod_paz, cognome) VALUES (1, 'Uno')");
+        clinical.Execute("INSERT INTO archivio (cod_paz, cognome) VALUES (2, 'Due')");
+        clinical.Execute("INSERT INTO PROBLEMS (cod_paz, stato_probl) VALUES (1, 3)");
+        clinical.Execute("INSERT INTO ESAMI (tipo_esa) VALUES (1)");
+        clinical.Execute("INSERT INTO ESAMI (tipo_esa) VALUES (2)");
+        practice->environment().codes->Execute("INSERT INTO TIPOVISITA (IdTipo) VALUES (2)");
         for (const QString &statement : c.statements)
             clinical.Execute(statement);
         const auto found = orvale::checkPractice(*practice);
@@ -126,90 +119,82 @@ TEST_F(PracticeCheckTest, FindsEachFault)
 // A practice that was filled elsewhere may lack the indexes that keep keys apart.
 TEST_F(PracticeCheckTest, FindsKeysThatNoIndexGuards)
 {
-    const auto practice = Practice::create(path(QStringLiteral("p")));
+    const auto practice = Practice::create(path("p"));
     const auto execute = [](dao::Database &database, const QStringList &statements) {
         for (const QString &statement : statements)
             database.Execute(statement);
     };
     const clivara::HostEnvironment &environment = practice->environment();
-    execute(*environment.clinical,
-            {QStringLiteral("INSERT INTO archivio (cod_paz) VALUES (1)"),
-             QStringLiteral("DROP TABLE Rischio_Cardio"),
-             QStringLiteral("CREATE TABLE Rischio_Cardio (cod_paz LONG, Data_Val DATETIME)"),
-             QStringLiteral("INSERT INTO Rischio_Cardio VALUES (1, #3/1/2026#)"),
-             QStringLiteral("INSERT INTO Rischio_Cardio VALUES (1, #3/2/2026#)")});
-    execute(*environment.codes, {QStringLiteral("DROP TABLE icd9"),
-                                 QStringLiteral("CREATE TABLE icd9 (cod TEXT(10), des TEXT(120))"),
-                                 QStringLiteral("INSERT INTO icd9 VALUES ('v1', 'a')")});
+    execute(*environment.clinical, {"INSERT INTO archivio (cod_paz) VALUES (1)", "DROP TABLE Rischio_Cardio",
+                                    "CREATE TABLE Rischio_Cardio (cod_paz LONG, Data_Val DATETIME)",
+                                    "INSERT INTO Rischio_Cardio VALUES (1, #3/1/2026#)",
+                                    "INSERT INTO Rischio_Cardio VALUES (1, #3/2/2026#)"});
+    execute(*environment.codes, {"DROP TABLE icd9", "CREATE TABLE icd9 (cod TEXT(10), des TEXT(120))",
+                                 "INSERT INTO icd9 VALUES ('v1', 'a')"});
     execute(*environment.doctors,
-            {QStringLiteral("DROP TABLE medici_gruppo"),
-             QStringLiteral("CREATE TABLE medici_gruppo (cod_smi LONG, idRowGuid GUID)"),
-             QStringLiteral("INSERT INTO medici_gruppo (cod_smi) VALUES (101)")});
+            {"DROP TABLE medici_gruppo", "CREATE TABLE medici_gruppo (cod_smi LONG, idRowGuid GUID)",
+             "INSERT INTO medici_gruppo (cod_smi) VALUES (101)"});
     EXPECT_TRUE(orvale::checkPractice(*practice).isEmpty());
-    execute(*environment.clinical, {QStringLiteral("INSERT INTO Rischio_Cardio VALUES (1, #3/2/2026#)")});
-    execute(*environment.codes, {QStringLiteral("INSERT INTO icd9 VALUES ('V1', 'b')")});
-    execute(*environment.doctors, {QStringLiteral("INSERT INTO medici_gruppo (cod_smi) VALUES (101)")});
+    execute(*environment.clinical, {"INSERT INTO Rischio_Cardio VALUES (1, #3/2/2026#)"});
+    execute(*environment.codes, {"INSERT INTO icd9 VALUES ('V1', 'b')"});
+    execute(*environment.doctors, {"INSERT INTO medici_gruppo (cod_smi) VALUES (101)"});
     QStringList told;
     for (const Finding &finding : orvale::checkPractice(*practice))
         told << QStringLiteral("%1: %2").arg(finding.text, finding.keys.join(u','));
     told.sort();
     ASSERT_EQ(told.size(), 3);
-    EXPECT_TRUE(
-        told.at(0).startsWith(QStringLiteral("Rischio_Cardio: chiave ripetuta (cod_paz, Data_Val): 1 / ")))
+    EXPECT_TRUE(told.at(0).startsWith("Rischio_Cardio: chiave ripetuta (cod_paz, Data_Val): 1 / "))
         << told.at(0).toStdString();
-    EXPECT_TRUE(told.at(0).contains(QStringLiteral("2026")));
-    EXPECT_EQ(told.at(1).toLower(), QStringLiteral("icd9: chiave ripetuta (cod): v1"));
-    EXPECT_EQ(told.at(2), QStringLiteral("medici_gruppo: chiave ripetuta (cod_smi): 101"));
+    EXPECT_TRUE(told.at(0).contains("2026"));
+    EXPECT_EQ(told.at(1).toLower(), "icd9: chiave ripetuta (cod): v1");
+    EXPECT_EQ(told.at(2), "medici_gruppo: chiave ripetuta (cod_smi): 101");
 }
 
 TEST_F(PracticeCheckTest, NamesTablesThatAreNotThere)
 {
-    const auto practice = Practice::create(path(QStringLiteral("p")));
-    practice->environment().codes->Execute(QStringLiteral("DROP TABLE TIPOVISITA"));
+    const auto practice = Practice::create(path("p"));
+    practice->environment().codes->Execute("DROP TABLE TIPOVISITA");
     const auto found = orvale::checkPractice(*practice);
     ASSERT_EQ(found.size(), 1);
-    EXPECT_TRUE(found.first().text.contains(QStringLiteral("Tabelle.sqlite")))
-        << found.first().text.toStdString();
-    EXPECT_EQ(found.first().keys, QStringList{QStringLiteral("TIPOVISITA")});
+    EXPECT_TRUE(found.first().text.contains("Tabelle.sqlite")) << found.first().text.toStdString();
+    EXPECT_EQ(found.first().keys, QStringList{"TIPOVISITA"});
 }
 
 TEST_F(PracticeCheckTest, ListsTheRowsThatAnImportRefused)
 {
-    const auto practice = Practice::create(path(QStringLiteral("p")));
+    const auto practice = Practice::create(path("p"));
     dao::Database &clinical = *practice->environment().clinical;
-    clinical.Execute(
-        QStringLiteral("CREATE TABLE orvale_refused_rows (id COUNTER, [database] TEXT(20), [table] MEMO, "
-                       "[row] DOUBLE, [reason] MEMO, [content] MEMO)"));
+    clinical.Execute("CREATE TABLE orvale_refused_rows (id COUNTER, [database] TEXT(20), [table] MEMO, "
+                     "[row] DOUBLE, [reason] MEMO, [content] MEMO)");
     EXPECT_TRUE(orvale::checkPractice(*practice).isEmpty());
-    clinical.Execute(
-        QStringLiteral("INSERT INTO orvale_refused_rows ([database], [table], [row], [reason]) VALUES "
-                       "('codes', 'icd9', 12, 'chiave doppia')"));
+    clinical.Execute("INSERT INTO orvale_refused_rows ([database], [table], [row], [reason]) VALUES "
+                     "('codes', 'icd9', 12, 'chiave doppia')");
     const auto found = orvale::checkPractice(*practice);
     ASSERT_EQ(found.size(), 1);
     EXPECT_EQ(found.first().kind, Finding::Kind::Inconsistency);
-    EXPECT_EQ(found.first().keys, QStringList{QStringLiteral("codes.icd9 / 12 / chiave doppia")});
+    EXPECT_EQ(found.first().keys, QStringList{"codes.icd9 / 12 / chiave doppia"});
 }
 
 // Medicines leave the list when they are no longer sold: that is no fault of the practice.
 TEST_F(PracticeCheckTest, TellsWhatIsOnlyWorthKnowingApart)
 {
-    const auto practice = Practice::create(path(QStringLiteral("p")));
+    const auto practice = Practice::create(path("p"));
     for (const char *statement :
          {"INSERT INTO archivio (cod_paz) VALUES (1)",
           "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan) VALUES (4, 1, 0, '094')",
           "INSERT INTO PROBLEMS (cod_paz, stato_probl) VALUES (1, 9)"})
-        practice->environment().clinical->Execute(QLatin1String(statement));
+        practice->environment().clinical->Execute(statement);
     const auto found = orvale::checkPractice(*practice);
     ASSERT_EQ(found.size(), 2);
     EXPECT_EQ(found.first().kind, Finding::Kind::Inconsistency);
     EXPECT_EQ(found.last().kind, Finding::Kind::WorthKnowing);
-    EXPECT_TRUE(found.last().text.contains(QStringLiteral("farmaco")));
-    EXPECT_EQ(found.last().keys, QStringList{QStringLiteral("4")});
+    EXPECT_TRUE(found.last().text.contains("farmaco"));
+    EXPECT_EQ(found.last().keys, QStringList{"4"});
 }
 
 TEST_F(PracticeCheckTest, ShowsTheFirstKeysOfMany)
 {
-    const auto practice = Practice::create(path(QStringLiteral("p")));
+    const auto practice = Practice::create(path("p"));
     for (int i = 1; i <= 23; ++i)
         practice->environment().clinical->Execute(
             QStringLiteral("INSERT INTO inf_gen (cod_paz) VALUES (%1)").arg(i));
@@ -217,8 +202,8 @@ TEST_F(PracticeCheckTest, ShowsTheFirstKeysOfMany)
     ASSERT_EQ(found.size(), 1);
     EXPECT_EQ(found.first().count, 23);
     EXPECT_EQ(found.first().keys.size(), 20);
-    EXPECT_EQ(found.first().keys.last(), QStringLiteral("20"));
-    EXPECT_EQ(orvale::checkPractice(*practice, 1000).first().keys.last(), QStringLiteral("23"));
+    EXPECT_EQ(found.first().keys.last(), "20");
+    EXPECT_EQ(orvale::checkPractice(*practice, 1000).first().keys.last(), "23");
 }
 
 } // namespace

@@ -11,80 +11,73 @@ using orvale::Practice;
 
 class PracticeTest : public PracticeFixture {
 protected:
-    void SetUp() override { Practice::create(path(QStringLiteral("p"))); }
+    void SetUp() override { Practice::create(path("p")); }
 };
 
 TEST_F(PracticeTest, CreatesSixFilesAndNothingBeside)
 {
-    QStringList names =
-        QDir(path(QStringLiteral("p"))).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    EXPECT_EQ(names, (QStringList{QStringLiteral("Eventi.sqlite"), QStringLiteral("Locale.sqlite"),
-                                  QStringLiteral("Medici.sqlite"), QStringLiteral("Orvale.sqlite"),
-                                  QStringLiteral("Tabelle.sqlite"), QStringLiteral("Terzo.sqlite")}));
+    QStringList names = QDir(path("p")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    EXPECT_EQ(names, (QStringList{"Eventi.sqlite", "Locale.sqlite", "Medici.sqlite", "Orvale.sqlite",
+                                  "Tabelle.sqlite", "Terzo.sqlite"}));
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList{QStringLiteral("p")});
+              QStringList{"p"});
 }
 
 TEST_F(PracticeTest, KeepsPropertiesAndFindsTheFirstDoctor)
 {
     {
-        const auto practice = Practice::open(path(QStringLiteral("p")));
+        const auto practice = Practice::open(path("p"));
         EXPECT_EQ(practice->firstDoctor().code, QString());
-        EXPECT_EQ(practice->property(QStringLiteral("nome dell'archivio")), QString());
-        practice->setProperty(QStringLiteral("nome dell'archivio"), QStringLiteral("Sant'Anna"));
-        practice->setProperty(QStringLiteral("region"), QStringLiteral("16"));
-        practice->setProperty(QStringLiteral("region"), QStringLiteral("03"));
-        practice->environment().doctors->Execute(
-            QStringLiteral("INSERT INTO medici_gruppo (cod_smi) VALUES (205)"));
-        practice->environment().doctors->Execute(
-            QStringLiteral("INSERT INTO medici_gruppo (cod_smi) VALUES (98)"));
+        EXPECT_EQ(practice->property("nome dell'archivio"), QString());
+        practice->setProperty("nome dell'archivio", "Sant'Anna");
+        practice->setProperty("region", "16");
+        practice->setProperty("region", "03");
+        practice->environment().doctors->Execute("INSERT INTO medici_gruppo (cod_smi) VALUES (205)");
+        practice->environment().doctors->Execute("INSERT INTO medici_gruppo (cod_smi) VALUES (98)");
     }
-    const auto practice = Practice::open(path(QStringLiteral("p")));
-    EXPECT_EQ(practice->property(QStringLiteral("nome dell'archivio")), QStringLiteral("Sant'Anna"));
-    EXPECT_EQ(practice->firstDoctor().code, QStringLiteral("98"));
-    EXPECT_EQ(practice->firstDoctor().region, QStringLiteral("03"));
-    EXPECT_EQ(practice->environment().dataFolder, path(QStringLiteral("p")));
+    const auto practice = Practice::open(path("p"));
+    EXPECT_EQ(practice->property("nome dell'archivio"), "Sant'Anna");
+    EXPECT_EQ(practice->firstDoctor().code, "98");
+    EXPECT_EQ(practice->firstDoctor().region, "03");
+    EXPECT_EQ(practice->environment().dataFolder, path("p"));
 }
 
 // Each way of spoiling a practice, and a word of the line that tells it. Opening must leave every byte as it
 // was.
 TEST_F(PracticeTest, RefusesToOpenAndChangesNothing)
 {
-    const QString clinical = QStringLiteral("p/Orvale.sqlite");
+    const QString clinical = "p/Orvale.sqlite";
     const QByteArray whole = readFile(clinical);
     ASSERT_GT(whole.size(), 20 * 4096);
     const auto foreign = [&](const QString &name) { // another program's file
         {
-            QSqlDatabase other =
-                QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
+            QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "other");
             QFile::remove(path(name));
             other.setDatabaseName(path(name));
             ASSERT_TRUE(other.open());
-            QSqlQuery(other).exec(QStringLiteral("CREATE TABLE notes (a, b)"));
+            QSqlQuery(other).exec("CREATE TABLE notes (a, b)");
         }
-        QSqlDatabase::removeDatabase(QStringLiteral("other"));
+        QSqlDatabase::removeDatabase("other");
     };
     const struct {
         const char *name;
         std::function<void()> spoil;
         const char *reason;
     } cases[] = {
-        {"no folder", [&] { QDir().rename(path(QStringLiteral("p")), path(QStringLiteral("q"))); },
-         "non esiste"},
+        {"no folder", [&] { QDir().rename(path("p"), path("q")); }, "non esiste"},
         {"a file for the folder",
          [&] {
-             QDir(path(QStringLiteral("p"))).removeRecursively();
-             writeFile(QStringLiteral("p"), "x");
+             QDir(path("p")).removeRecursively();
+             writeFile("p", "x");
          },
          "non è una cartella"},
         {"an empty folder",
          [&] {
-             QDir(path(QStringLiteral("p"))).removeRecursively();
-             QDir().mkdir(path(QStringLiteral("p")));
+             QDir(path("p")).removeRecursively();
+             QDir().mkdir(path("p"));
          },
          "manca il file Orvale.sqlite"},
-        {"one file missing", [&] { QFile::remove(path(QStringLiteral("p/Eventi.sqlite"))); },
-         "manca il file Eventi.sqlite"},
+        {"one file missing", [&] { QFile::remove(path("p/Eventi.sqlite")); }, "manca il file Eventi.sqlite"},
         {"an empty file", [&] { writeFile(clinical, ""); }, "non è un archivio"},
         {"a text file", [&] { writeFile(clinical, QByteArray(9000, 'x')); }, "non è un archivio"},
         {"only the magic text", [&] { writeFile(clinical, whole.left(60)); }, "danneggiato"},
@@ -99,35 +92,27 @@ TEST_F(PracticeTest, RefusesToOpenAndChangesNothing)
          },
          "danneggiato"},
         {"a foreign clinical file", [&] { foreign(clinical); }, "non è un archivio"},
-        {"a foreign events file", [&] { foreign(QStringLiteral("p/Eventi.sqlite")); }, "non è un archivio"},
+        {"a foreign events file", [&] { foreign("p/Eventi.sqlite"); }, "non è un archivio"},
         {"files mixed up",
          [&] {
              QFile::remove(path(clinical));
-             QFile::copy(path(QStringLiteral("p/Medici.sqlite")), path(clinical));
+             QFile::copy(path("p/Medici.sqlite"), path(clinical));
          },
          "non è un archivio"},
-        {"a newer version",
-         [&] {
-             Practice::open(path(QStringLiteral("p")))
-                 ->setProperty(QStringLiteral("schema_version"), QStringLiteral("7"));
-         },
+        {"a newer version", [&] { Practice::open(path("p"))->setProperty("schema_version", "7"); },
          "versione più nuova (7)"},
-        {"no version",
-         [&] {
-             Practice::open(path(QStringLiteral("p")))
-                 ->setProperty(QStringLiteral("schema_version"), QString());
-         },
+        {"no version", [&] { Practice::open(path("p"))->setProperty("schema_version", QString()); },
          "non è un archivio"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        QDir(path(QStringLiteral("q"))).removeRecursively();
-        QFile::remove(path(QStringLiteral("p")));
-        QDir(path(QStringLiteral("p"))).removeRecursively();
-        Practice::create(path(QStringLiteral("p")));
+        QDir(path("q")).removeRecursively();
+        QFile::remove(path("p"));
+        QDir(path("p")).removeRecursively();
+        Practice::create(path("p"));
         c.spoil();
         const auto before = filesBelow(m_folder.path());
-        const std::string text = refusal([&] { Practice::open(path(QStringLiteral("p"))); });
+        const std::string text = refusal([&] { Practice::open(path("p")); });
         EXPECT_NE(text.find(c.reason), std::string::npos) << text;
         EXPECT_EQ(text.find('\n'), std::string::npos) << text;
         EXPECT_EQ(filesBelow(m_folder.path()), before);
@@ -138,43 +123,37 @@ TEST_F(PracticeTest, RefusesWithoutPermissionToWrite)
 {
     if (geteuid() == 0)
         GTEST_SKIP() << "permissions do not bind root";
-    QFile file(path(QStringLiteral("p/Orvale.sqlite")));
+    QFile file(path("p/Orvale.sqlite"));
     file.setPermissions(QFileDevice::ReadOwner);
-    EXPECT_NE(
-        refusal([&] { Practice::open(path(QStringLiteral("p"))); }).find("permesso di scrittura sul file"),
-        std::string::npos);
+    EXPECT_NE(refusal([&] { Practice::open(path("p")); }).find("permesso di scrittura sul file"),
+              std::string::npos);
     file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    QFile folder(path(QStringLiteral("p")));
+    QFile folder(path("p"));
     folder.setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-    EXPECT_NE(refusal([&] {
-                  Practice::open(path(QStringLiteral("p")));
-              }).find("permesso di scrittura nella cartella"),
+    EXPECT_NE(refusal([&] { Practice::open(path("p")); }).find("permesso di scrittura nella cartella"),
               std::string::npos);
-    EXPECT_NE(refusal([&] { Practice::create(path(QStringLiteral("p/inner"))); }).find("permesso"),
-              std::string::npos);
+    EXPECT_NE(refusal([&] { Practice::create(path("p/inner")); }).find("permesso"), std::string::npos);
     folder.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
 TEST_F(PracticeTest, RefusesAddressesItCannotOpen)
 {
     for (const char *address : {"", "  ", "postgresql://host/practice"}) {
-        EXPECT_NE(refusal([&] { Practice::open(QString::fromLatin1(address)); }), "") << address;
-        EXPECT_NE(refusal([&] { Practice::create(QString::fromLatin1(address)); }), "") << address;
+        EXPECT_NE(refusal([&] { Practice::open(address); }), "") << address;
+        EXPECT_NE(refusal([&] { Practice::create(address); }), "") << address;
     }
 }
 
 TEST_F(PracticeTest, CreatesOnlyWhereNothingIsLost)
 {
-    EXPECT_TRUE(QDir().mkdir(path(QStringLiteral("empty"))));
-    EXPECT_EQ(refusal([&] { Practice::create(path(QStringLiteral("empty"))); }), "");
-    EXPECT_EQ(refusal([&] { Practice::create(path(QStringLiteral("a/new/place/"))); }), "");
-    writeFile(QStringLiteral("file"), "x");
+    EXPECT_TRUE(QDir().mkdir(path("empty")));
+    EXPECT_EQ(refusal([&] { Practice::create(path("empty")); }), "");
+    EXPECT_EQ(refusal([&] { Practice::create(path("a/new/place/")); }), "");
+    writeFile("file", "x");
     const auto before = filesBelow(m_folder.path());
-    EXPECT_NE(refusal([&] { Practice::create(path(QStringLiteral("p"))); }).find("non è vuota"),
-              std::string::npos);
-    EXPECT_NE(refusal([&] { Practice::create(path(QStringLiteral("file"))); }).find("non è una cartella"),
-              std::string::npos);
-    EXPECT_NE(refusal([&] { Practice::create(path(QStringLiteral("file/p"))); }), "");
+    EXPECT_NE(refusal([&] { Practice::create(path("p")); }).find("non è vuota"), std::string::npos);
+    EXPECT_NE(refusal([&] { Practice::create(path("file")); }).find("non è una cartella"), std::string::npos);
+    EXPECT_NE(refusal([&] { Practice::create(path("file/p")); }), "");
     EXPECT_EQ(filesBelow(m_folder.path()), before);
 }
 
@@ -182,13 +161,12 @@ TEST_F(PracticeTest, LeavesNothingOfAPracticeThatCouldNotBeFilled)
 {
     const auto before = filesBelow(m_folder.path());
     EXPECT_NE(refusal([&] {
-                  Practice::build(path(QStringLiteral("half")), [](Practice &practice) {
-                      practice.environment().clinical->Execute(QStringLiteral("DELETE * FROM no_such_table"));
+                  Practice::build(path("half"), [](Practice &practice) {
+                      practice.environment().clinical->Execute("DELETE * FROM no_such_table");
                   });
               }),
               "");
-    EXPECT_THROW(Practice::build(path(QStringLiteral("half")),
-                                 [](Practice &) { throw std::runtime_error("stopped"); }),
+    EXPECT_THROW(Practice::build(path("half"), [](Practice &) { throw std::runtime_error("stopped"); }),
                  std::runtime_error);
     EXPECT_EQ(filesBelow(m_folder.path()), before);
 }

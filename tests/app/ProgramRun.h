@@ -16,7 +16,7 @@ inline Outcome orvaleRun(const QStringList &arguments, const QByteArray &input =
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        environment.remove(QString::fromLatin1(name));
+        environment.remove(name);
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(ORVALE_PROGRAM), arguments);
     process.write(input);

@@ -62,24 +62,23 @@ TEST(ScenarioParser, TakesTheTextAfterTheControlAsItStands)
 
 TEST(ScenarioParser, ReadsNumbersDatesAndParameters)
 {
-    EXPECT_EQ(only(QStringLiteral("today 2026-11-21 # fissa")).date, QDate(2026, 11, 21));
-    EXPECT_EQ(only(QStringLiteral("patient -1")).count, -1);
-    EXPECT_EQ(only(QStringLiteral("dblclick Grid 12")).count, 12);
-    EXPECT_EQ(only(QStringLiteral("action 99")).count, 99);
-    EXPECT_FALSE(only(QStringLiteral("action 81  # senza")).parameter.isValid());
-    EXPECT_EQ(only(QStringLiteral("action 3 3")).parameter, QVariant(3));
-    EXPECT_EQ(only(QStringLiteral("action 9 fumatore")).parameter, QVariant(QStringLiteral("fumatore")));
-    EXPECT_EQ(only(QStringLiteral("action 9 \"3\"")).parameter, QVariant(QStringLiteral("3")));
+    EXPECT_EQ(only("today 2026-11-21 # fissa").date, QDate(2026, 11, 21));
+    EXPECT_EQ(only("patient -1").count, -1);
+    EXPECT_EQ(only("dblclick Grid 12").count, 12);
+    EXPECT_EQ(only("action 99").count, 99);
+    EXPECT_FALSE(only("action 81  # senza").parameter.isValid());
+    EXPECT_EQ(only("action 3 3").parameter, QVariant(3));
+    EXPECT_EQ(only("action 9 fumatore").parameter, QVariant("fumatore"));
+    EXPECT_EQ(only("action 9 \"3\"").parameter, QVariant("3"));
 }
 
 TEST(ScenarioParser, LeavesOutCommentsAndCountsAllLines)
 {
-    const auto lines =
-        parseScenario(QStringLiteral("# titolo\n\n  # altro\nform\r\n\t\nclick Button1   # esce\n"));
+    const auto lines = parseScenario("# titolo\n\n  # altro\nform\r\n\t\nclick Button1   # esce\n");
     ASSERT_EQ(lines.size(), 2);
     EXPECT_EQ(lines[0].number, 4);
     EXPECT_EQ(lines[1].number, 6);
-    EXPECT_EQ(lines[1].name, QStringLiteral("Button1"));
+    EXPECT_EQ(lines[1].name, "Button1");
     EXPECT_TRUE(parseScenario({}).isEmpty());
 }
 
@@ -123,14 +122,12 @@ TEST(ScenarioParser, NamesTheLineItRefuses)
 
 TEST(JsonLine, KeepsTheOrderAndEscapesTexts)
 {
-    const JsonLine inner = JsonLine()
-                               .add(QStringLiteral("z"), QStringLiteral("a\"b\\c\n\u00b2"))
-                               .add(QStringLiteral("a"), QJsonValue());
+    const JsonLine inner = JsonLine().add("z", "a\"b\\c\n\u00b2").add("a", QJsonValue());
     const JsonLine line = JsonLine()
-                              .add(QStringLiteral("text"), 77.78)
-                              .add(QStringLiteral("control"), QJsonArray{1, true, QJsonValue()})
-                              .add(QStringLiteral("list"), QList<JsonLine>{inner, JsonLine()})
-                              .add(QStringLiteral("object"), inner);
+                              .add("text", 77.78)
+                              .add("control", QJsonArray{1, true, QJsonValue()})
+                              .add("list", QList<JsonLine>{inner, JsonLine()})
+                              .add("object", inner);
     EXPECT_EQ(line.text().toStdString(),
               R"({"text":77.78,"control":[1,true,null],"list":[{"z":"a\"b\\c\n²","a":null},{}],)"
               R"("object":{"z":"a\"b\\c\n²","a":null}})");

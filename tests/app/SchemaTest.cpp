@@ -62,12 +62,10 @@ QString typeText(const dao::ColumnInfo &column)
 dao::Database &databaseOf(const Practice &practice, const QString &name)
 {
     const clivara::HostEnvironment &environment = practice.environment();
-    const QMap<QString, dao::Database *> databases{{QStringLiteral("clinical"), environment.clinical.get()},
-                                                   {QStringLiteral("codes"), environment.codes.get()},
-                                                   {QStringLiteral("third"), environment.third.get()},
-                                                   {QStringLiteral("doctors"), environment.doctors.get()},
-                                                   {QStringLiteral("local"), environment.local.get()},
-                                                   {QStringLiteral("events"), environment.events.get()}};
+    const QMap<QString, dao::Database *> databases{
+        {"clinical", environment.clinical.get()}, {"codes", environment.codes.get()},
+        {"third", environment.third.get()},       {"doctors", environment.doctors.get()},
+        {"local", environment.local.get()},       {"events", environment.events.get()}};
     return *databases.value(name);
 }
 
@@ -91,14 +89,12 @@ protected:
     static Schema withVersion2(const QString &sql)
     {
         QList<SchemaFile> files;
-        for (const QString &database :
-             {QStringLiteral("clinical"), QStringLiteral("codes"), QStringLiteral("third"),
-              QStringLiteral("doctors"), QStringLiteral("events")}) {
+        for (const QString database : {"clinical", "codes", "third", "doctors", "events"}) {
             QFile file(QStringLiteral(":/schema/0001_%1.sql").arg(database));
             EXPECT_TRUE(file.open(QIODevice::ReadOnly));
             files.append({1, database, QString::fromUtf8(file.readAll())});
         }
-        files.append({2, QStringLiteral("clinical"), sql});
+        files.append({2, "clinical", sql});
         return Schema(files);
     }
 
@@ -114,7 +110,7 @@ protected:
 
 TEST_F(SchemaTest, CreatesTheTablesOfTheDictionary)
 {
-    const auto practice = Practice::create(path(QStringLiteral("p")));
+    const auto practice = Practice::create(path("p"));
     QMap<QString, QStringList> tables;
     QMap<QString, QList<DictionaryField>> fields;
     for (const DictionaryField &field : dictionary()) {
@@ -143,7 +139,7 @@ TEST_F(SchemaTest, CreatesTheTablesOfTheDictionary)
         }
         EXPECT_EQ(indexParts(table), indexes);
     }
-    tables[QStringLiteral("clinical")].append(QStringLiteral("orvale_properties"));
+    tables["clinical"].append("orvale_properties");
     for (const orvale::PracticeFile &file : orvale::practiceFiles())
         EXPECT_EQ(databaseOf(*practice, file.database).TableDefs().Count(),
                   tables.value(file.database).size())
@@ -152,42 +148,35 @@ TEST_F(SchemaTest, CreatesTheTablesOfTheDictionary)
 
 TEST_F(SchemaTest, SplitsFilesIntoStatements)
 {
-    EXPECT_EQ(orvale::schemaStatements(
-                  QStringLiteral("-- A comment; with a semicolon;\nCREATE TABLE t (\n    a LONG\n);\n\n"
-                                 "UPDATE t SET a = ';' & a;\nDROP TABLE t")),
-              (QStringList{QStringLiteral("CREATE TABLE t (\n    a LONG\n)"),
-                           QStringLiteral("UPDATE t SET a = ';' & a"), QStringLiteral("DROP TABLE t")}));
+    EXPECT_EQ(orvale::schemaStatements("-- A comment; with a semicolon;\nCREATE TABLE t (\n    a LONG\n);\n\n"
+                                       "UPDATE t SET a = ';' & a;\nDROP TABLE t"),
+              (QStringList{"CREATE TABLE t (\n    a LONG\n)", "UPDATE t SET a = ';' & a", "DROP TABLE t"}));
 }
 
 TEST_F(SchemaTest, UpgradesAnOlderPracticeAndKeepsItsRows)
 {
-    Practice::build(path(QStringLiteral("p")), [](Practice &practice) {
-        practice.environment().clinical->Execute(
-            QStringLiteral("INSERT INTO ESAMI (tipo_esa, descr_esa) VALUES (1, 'x')"));
+    Practice::build(path("p"), [](Practice &practice) {
+        practice.environment().clinical->Execute("INSERT INTO ESAMI (tipo_esa, descr_esa) VALUES (1, 'x')");
     });
-    const Schema schema =
-        withVersion2(QStringLiteral("ALTER TABLE ESAMI ADD COLUMN sigla TEXT(5);\n"
-                                    "UPDATE ESAMI SET sigla = 'L';\nCREATE TABLE nuova (a LONG);"));
+    const Schema schema = withVersion2("ALTER TABLE ESAMI ADD COLUMN sigla TEXT(5);\n"
+                                       "UPDATE ESAMI SET sigla = 'L';\nCREATE TABLE nuova (a LONG);");
     {
-        const auto practice = Practice::open(path(QStringLiteral("p")), schema);
-        EXPECT_EQ(practice->property(QStringLiteral("schema_version")), QStringLiteral("2"));
-        const auto row =
-            practice->environment().clinical->OpenRecordset(QStringLiteral("SELECT * FROM ESAMI"));
-        EXPECT_EQ(row->Fields(QStringLiteral("descr_esa")).text(), QStringLiteral("x"));
-        EXPECT_EQ(row->Fields(QStringLiteral("sigla")).text(), QStringLiteral("L"));
-        EXPECT_EQ(count(*practice, QStringLiteral("nuova")), 0);
+        const auto practice = Practice::open(path("p"), schema);
+        EXPECT_EQ(practice->property("schema_version"), "2");
+        const auto row = practice->environment().clinical->OpenRecordset("SELECT * FROM ESAMI");
+        EXPECT_EQ(row->Fields("descr_esa").text(), "x");
+        EXPECT_EQ(row->Fields("sigla").text(), "L");
+        EXPECT_EQ(count(*practice, "nuova"), 0);
     }
     // The upgraded practice opens again as it is, and not with the program of before.
-    EXPECT_EQ(refusal([&] { Practice::open(path(QStringLiteral("p")), schema); }), "");
-    EXPECT_NE(refusal([&] { Practice::open(path(QStringLiteral("p"))); }).find("versione più nuova (2)"),
-              std::string::npos);
+    EXPECT_EQ(refusal([&] { Practice::open(path("p"), schema); }), "");
+    EXPECT_NE(refusal([&] { Practice::open(path("p")); }).find("versione più nuova (2)"), std::string::npos);
 }
 
 TEST_F(SchemaTest, UndoesAnUpgradeThatFailsOrLosesRows)
 {
-    Practice::build(path(QStringLiteral("p")), [](Practice &practice) {
-        practice.environment().clinical->Execute(
-            QStringLiteral("INSERT INTO ESAMI (tipo_esa, descr_esa) VALUES (1, 'x')"));
+    Practice::build(path("p"), [](Practice &practice) {
+        practice.environment().clinical->Execute("INSERT INTO ESAMI (tipo_esa, descr_esa) VALUES (1, 'x')");
     });
     const struct {
         const char *sql;
@@ -202,14 +191,13 @@ TEST_F(SchemaTest, UndoesAnUpgradeThatFailsOrLosesRows)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.sql);
-        const std::string text = refusal(
-            [&] { Practice::open(path(QStringLiteral("p")), withVersion2(QString::fromLatin1(c.sql))); });
+        const std::string text = refusal([&] { Practice::open(path("p"), withVersion2(c.sql)); });
         EXPECT_NE(text.find(c.reason), std::string::npos) << text;
-        const auto practice = Practice::open(path(QStringLiteral("p")));
-        EXPECT_EQ(practice->property(QStringLiteral("schema_version")), QStringLiteral("1"));
-        EXPECT_EQ(count(*practice, QStringLiteral("ESAMI")), 1);
-        EXPECT_FALSE(practice->environment().clinical->TableDefs().contains(QStringLiteral("nuova")));
-        EXPECT_EQ(practice->environment().clinical->TableDefs()[QStringLiteral("ESAMI")].Fields().size(), 2);
+        const auto practice = Practice::open(path("p"));
+        EXPECT_EQ(practice->property("schema_version"), "1");
+        EXPECT_EQ(count(*practice, "ESAMI"), 1);
+        EXPECT_FALSE(practice->environment().clinical->TableDefs().contains("nuova"));
+        EXPECT_EQ(practice->environment().clinical->TableDefs()["ESAMI"].Fields().size(), 2);
     }
 }
 

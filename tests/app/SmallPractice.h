@@ -22,8 +22,8 @@ class SmallPractice : public PracticeFixture {
 protected:
     void SetUp() override
     {
-        m_practice = orvale::Practice::create(path(QStringLiteral("practice")));
-        m_practice->setProperty(QStringLiteral("region"), QStringLiteral("15"));
+        m_practice = orvale::Practice::create(path("practice"));
+        m_practice->setProperty("region", "15");
         doctors("INSERT INTO medici_gruppo (cod_smi, cognome) VALUES (102, 'Fornò')");
         doctors("INSERT INTO medici_gruppo (cod_smi, cognome) VALUES (101, 'Cortellazzi')");
         codes("INSERT INTO TIPOVISITA (IdTipo, descr_tipo) VALUES (1, 'Visita ambulatoriale')");
@@ -62,7 +62,7 @@ protected:
                 "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo, anamnesi, conclusioni) "
                 "VALUES (%1, 11, cdate('%2'), 1, %3)")
                 .arg(key)
-                .arg(QLatin1String(date), QString::fromUtf8(anamnesiAndConclusions)));
+                .arg(date, anamnesiAndConclusions));
     }
     void result(int key, const char *code, const char *exam, const char *value, const char *date)
     {
@@ -70,12 +70,12 @@ protected:
                      "INSERT INTO riepil (cod_pre, cod_paz, tipo, minsan, da_pre) VALUES (%1, 11, 1, 'E%1', "
                      "cdate('%2'))")
                      .arg(key)
-                     .arg(QLatin1String(date)));
+                     .arg(date));
         clinical(
             QStringLiteral("INSERT INTO riepil2 (idriepil2, cod_rie, codice, esame, unita, unita_Mis) VALUES "
                            "(%1, 'E%1', '%2', '%3', '%4', 'mg/dl')")
                 .arg(key)
-                .arg(QLatin1String(code), QLatin1String(exam), QLatin1String(value)));
+                .arg(code, exam, value));
     }
     clivara::Services services() { return {m_settings, m_clock, m_prompts, m_pauses, m_guids, m_middleware}; }
 

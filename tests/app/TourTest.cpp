@@ -33,18 +33,18 @@ protected:
 
 TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
 {
-    clinical(QStringLiteral("UPDATE riepil2 SET unita = '52' WHERE idriepil2 = 4"));
+    clinical("UPDATE riepil2 SET unita = '52' WHERE idriepil2 = 4");
     result(6, "90.43.2", "Trigliceridi", "150", "03/09/2026");
     result(7, "90.16.04", "Creatinina", "1.1", "03/09/2026");
     result(8, "90.16.4", "Creatinina", "1.1", "03/09/2026");
-    clinical(QStringLiteral("INSERT INTO DEFCAMPI (Tiporec, Formapp, descrizione, offset, lunghezza) VALUES "
-                            "('A', 'EOG', 'peso', 4, 5)"));
-    clinical(QStringLiteral("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES "
-                            "(11, 'A', '20260903', cdate('03/09/2026'), '165 70.0')"));
-    clinical(QStringLiteral("UPDATE VISITAPROBL SET id_Probl = 1"));
-    clinical(QStringLiteral("INSERT INTO ricoveri2 (cod_paz, data_accesso, sede, reparto) VALUES "
-                            "(11, cdate('20/11/2026'), 'Ospedale Sant''Anna', 'Cardiologia')"));
-    const QString folder = path(QStringLiteral("pictures/of the tour"));
+    clinical("INSERT INTO DEFCAMPI (Tiporec, Formapp, descrizione, offset, lunghezza) VALUES "
+             "('A', 'EOG', 'peso', 4, 5)");
+    clinical("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES "
+             "(11, 'A', '20260903', cdate('03/09/2026'), '165 70.0')");
+    clinical("UPDATE VISITAPROBL SET id_Probl = 1");
+    clinical("INSERT INTO ricoveri2 (cod_paz, data_accesso, sede, reparto) VALUES "
+             "(11, cdate('20/11/2026'), 'Ospedale Sant''Anna', 'Cardiologia')");
+    const QString folder = path("pictures/of the tour");
     const LeastSizes least;
     const QStringList written = orvale::takeTour(*m_practice, m_clock, folder);
 
@@ -65,7 +65,7 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
                               "PregMalInf", "Ricoveri_Inserimento", "AIR15_7_1", "Conflitto"};
     ASSERT_EQ(names.size(), 1 + built + dialogs.size());
     EXPECT_EQ(least.sizes.size(), built + dialogs.size());
-    EXPECT_EQ(names.first(), QStringLiteral("01_finestra.png"));
+    EXPECT_EQ(names.first(), "01_finestra.png");
     const QStringList sections{"Problemi",
                                "Visite2",
                                "Rischio_Cardio",
@@ -98,13 +98,10 @@ TEST_F(TourTest, SavesThePictureOfTheWindowAndOfEveryBuiltSection)
 
 TEST_F(TourTest, RefusesAFolderItCannotWrite)
 {
-    writeFile(QStringLiteral("file"), "x");
+    writeFile("file", "x");
+    EXPECT_NE(refusal([this] { orvale::takeTour(*m_practice, m_clock, path("file/pictures")); }), "");
+    clinical("DELETE * FROM archivio");
     EXPECT_NE(
-        refusal([this] { orvale::takeTour(*m_practice, m_clock, path(QStringLiteral("file/pictures"))); }),
-        "");
-    clinical(QStringLiteral("DELETE * FROM archivio"));
-    EXPECT_NE(refusal([this] {
-                  orvale::takeTour(*m_practice, m_clock, path(QStringLiteral("pictures")));
-              }).find("non ha pazienti"),
-              std::string::npos);
+        refusal([this] { orvale::takeTour(*m_practice, m_clock, path("pictures")); }).find("non ha pazienti"),
+        std::string::npos);
 }

@@ -15,10 +15,7 @@ using orvale::WorkDialog;
 
 class WorkDialogTest : public ::testing::Test {
 protected:
-    QString text(const char *label) const
-    {
-        return m_dialog.findChild<QLabel *>(QString::fromLatin1(label))->text();
-    }
+    QString text(const char *label) const { return m_dialog.findChild<QLabel *>(label)->text(); }
     // What the doctor does once the work says that it is under way.
     void whenUnderWay(const std::function<void()> &act)
     {
@@ -51,7 +48,7 @@ protected:
         return wasUndone;
     }
 
-    WorkDialog m_dialog{QStringLiteral("Prova"), QStringLiteral("Si comincia.")};
+    WorkDialog m_dialog{"Prova", "Si comincia."};
     QTimer m_poll;
     std::atomic_bool m_isUnderWay = false;
 };
@@ -63,18 +60,18 @@ TEST_F(WorkDialogTest, ShowsProgressWhileTheWindowAnswers)
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, [&] {
         if (m_dialog.isVisible() && bar->maximum() > 0 && bar->value() * 4 == bar->maximum()) {
-            EXPECT_EQ(text("stage"), QStringLiteral("Si legge."));
-            EXPECT_EQ(text("detail"), QStringLiteral("riga 30"));
+            EXPECT_EQ(text("stage"), "Si legge.");
+            EXPECT_EQ(text("detail"), "riga 30");
             wasSeen = true;
         }
     });
     poll.start(5);
-    EXPECT_EQ(text("stage"), QStringLiteral("Si comincia."));
+    EXPECT_EQ(text("stage"), "Si comincia.");
     EXPECT_TRUE(m_dialog.run([&](const WorkDialog::Report &report) {
-        report({QStringLiteral("Si legge."), {}, 0, 0});
+        report({"Si legge.", {}, 0, 0});
         // More rows than fit in the bar's own numbers, and far more reports than anybody can look at.
         for (qint64 i = 1; i <= 100'000; ++i)
-            report({{}, QStringLiteral("riga 30"), 30'000'000'000, 120'000'000'000});
+            report({{}, "riga 30", 30'000'000'000, 120'000'000'000});
         // Goes on only when the window has shown it: a window that waits for the work never would.
         for (int i = 0; i < 500 && !wasSeen; ++i)
             QThread::msleep(10);
@@ -118,7 +115,5 @@ TEST_F(WorkDialogTest, TellsThatTheWorkWasDoneThoughAskedTooLate)
 
 TEST_F(WorkDialogTest, PassesAnErrorOn)
 {
-    EXPECT_THROW(
-        m_dialog.run([](const WorkDialog::Report &) { throw UserError(QStringLiteral("disco pieno")); }),
-        UserError);
+    EXPECT_THROW(m_dialog.run([](const WorkDialog::Report &) { throw UserError("disco pieno"); }), UserError);
 }

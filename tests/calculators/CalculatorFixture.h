@@ -15,7 +15,7 @@ protected:
         execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (17, 'M', #03/12/1966#)");
         for (const char *row : {"'PED', 'peso', 9, 5", "'EOG', 'peso', 4, 5", "'EOG', 'circonf_addom', 9, 5"})
             execute(QStringLiteral("INSERT INTO DEFCAMPI VALUES ('A', %1)").arg(row));
-        state.doctor.region = QStringLiteral("03");
+        state.doctor.region = "03";
     }
 
     // A day before today as the SQL has it.
@@ -66,7 +66,7 @@ protected:
     {
         prompts.queue();
         click("Button2_0");
-        EXPECT_EQ(prompts.last(), QString::fromUtf8(box).replace('%', QString::fromUtf8(warning)));
+        EXPECT_EQ(prompts.last().toStdString(), QString(box).replace('%', warning).toStdString());
         EXPECT_EQ(m_form->focusWidget(), control(field));
     }
     // The name and the number, as the host gets them.

@@ -49,7 +49,7 @@ protected:
                 for (const char *smoker : {"true", "false"})
                     execute(QStringLiteral(
                                 "INSERT INTO Carta_Rischio VALUES (%1, 40, 69, %2, %3, 90, 200, 130, 320, 3)")
-                                .arg(QLatin1String(sex), QLatin1String(diabetic), QLatin1String(smoker)));
+                                .arg(sex, diabetic, smoker));
             }
         }
     }
@@ -213,7 +213,7 @@ TEST_F(EvaluationFormsTest, RiskAsksOutsideItsAges)
 TEST_F(EvaluationFormsTest, RegionWithAReferenceDayAsksByTheAgeOnIt)
 {
     addChart();
-    state.doctor.region = QStringLiteral("16");
+    state.doctor.region = "16";
     struct Case {
         const char *birth;
         const char *label;
@@ -223,8 +223,7 @@ TEST_F(EvaluationFormsTest, RegionWithAReferenceDayAsksByTheAgeOnIt)
          {Case{"#01/09/1973#", "35 anni al 9/1/08", 0}, Case{"#01/10/1973#", "34 anni al 9/1/08", 34},
           Case{"#01/10/1938#", "69 anni al 9/1/08", 0}, Case{"#01/09/1938#", "70 anni al 9/1/08", 70},
           Case{"#01/01/2020#", "0 anni al 9/1/08", -1}}) {
-        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = %1 WHERE cod_paz = 17")
-                    .arg(QLatin1String(c.birth)));
+        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = %1 WHERE cod_paz = 17").arg(c.birth));
         Rischio_Cardio form(state);
         open(form, [&] {
             EXPECT_EQ(text("Label2_1"), c.label);
@@ -244,8 +243,8 @@ TEST_F(EvaluationFormsTest, RiskOfAPatientWithoutSexOrAge)
 {
     addChart();
     for (const char *birth : {"Null", "#01/01/2030#"}) {
-        execute(QStringLiteral("UPDATE archivio SET sesso = Null, Data_Nasc = %1 WHERE cod_paz = 17")
-                    .arg(QLatin1String(birth)));
+        execute(
+            QStringLiteral("UPDATE archivio SET sesso = Null, Data_Nasc = %1 WHERE cod_paz = 17").arg(birth));
         execute("DELETE * FROM Rischio_Cardio");
         Rischio_Cardio form(state);
         open(form, [&] {
@@ -465,7 +464,7 @@ TEST_F(EvaluationFormsTest, WhatAnotherWorkstationSavedIsNotDeletedUnseen)
 TEST_F(EvaluationFormsTest, WithoutItsTablesTheFormIsStillUsable)
 {
     for (const char *table : {"Rischio_Cardio", "cronpat", "ESAME_OB", "esa_ob", "riepil", "archivio"})
-        execute(QStringLiteral("DROP TABLE ") + QLatin1String(table));
+        execute(QStringLiteral("DROP TABLE ") + table);
     Rischio_Cardio form(state);
     open(form, [&] {
         EXPECT_EQ(history(), QStringList{});
@@ -487,7 +486,7 @@ TEST_F(EvaluationFormsTest, TheCourseIsReadWithTheKeyboard)
                             "#01/01/2026#, 54, 0.2"})
         execute(
             QStringLiteral("INSERT INTO Rischio_Cardio (cod_paz, Data_Val, eta, pct_rischio) VALUES (17, %1)")
-                .arg(QLatin1String(row)));
+                .arg(row));
     Rischio_Cardio form(state);
     open(form, [&] {
         auto *plot = control<HistoryPlot>("plot");
@@ -605,9 +604,9 @@ TEST_F(EvaluationFormsTest, MetabolicVerdictByRegionAgeAndSex)
     for (const Case &c : {Case{"16", 24, "M", "NON"}, Case{"16", 25, "M", "Diagnosticata"},
                           Case{"16", 70, "M", "Diagnosticata"}, Case{"16", 71, "M", "NON"},
                           Case{"03", 71, "M", "Diagnosticata"}, Case{"03", 24, "", "Diagnosticata"}}) {
-        state.doctor.region = QLatin1String(c.region);
+        state.doctor.region = c.region;
         setAge(c.age);
-        execute(QStringLiteral("UPDATE archivio SET sesso = '%1'").arg(QLatin1String(c.sex)));
+        execute(QStringLiteral("UPDATE archivio SET sesso = '%1'").arg(c.sex));
         SindrMetabolica form(state);
         open(form, [&] {
             typeMetabolic({"102", "130", "85", "110", "39", "151"});

@@ -19,13 +19,12 @@ protected:
     std::string systolic() { return shown(readRecentSystolic(database(), 17, limit)); }
     std::string cholesterol()
     {
-        return shown(
-            readRecentResult(database(), 17, QStringLiteral("90.14.3"), limit, totalCholesterolRangeMgDl));
+        return shown(readRecentResult(database(), 17, "90.14.3", limit, totalCholesterolRangeMgDl));
     }
     std::string waist() { return shown(readRecentWaist(database(), 17, clock.today())); }
     std::string glucose()
     {
-        return shown(readRecentMetabolicResult(database(), 17, QStringLiteral("90.27.1"), clock.today()));
+        return shown(readRecentMetabolicResult(database(), 17, "90.27.1", clock.today()));
     }
 
     const QDate limit = riskProposalLimit(QDate(2026, 11, 21)); // 21/08/2026
@@ -149,7 +148,7 @@ TEST_F(EvaluationRecordsTest, TheNewestThresholdsOfTheRegion)
     execute("INSERT INTO TabParamSM VALUES (3, #01/01/2005#, 88, 102, 150, 50, 40, 110, 130, 85)");
     execute("INSERT INTO TabParamSM VALUES (3, #04/01/2010#, 80, 94, 149, 51, Null, 100, 131, 86)");
     execute("INSERT INTO TabParamSM VALUES (16, #01/01/2020#, 1, 1, 1, 1, 1, 1, 1, 1)");
-    const auto thresholds = readMetabolicThresholds(database(), QStringLiteral("03"));
+    const auto thresholds = readMetabolicThresholds(database(), "03");
     ASSERT_TRUE(thresholds);
     EXPECT_EQ(thresholds->since, QDate(2010, 4, 1));
     EXPECT_EQ(thresholds->waistWomenCm, 80);
@@ -161,7 +160,7 @@ TEST_F(EvaluationRecordsTest, TheNewestThresholdsOfTheRegion)
     EXPECT_EQ(thresholds->systolicMmHg, 131);
     EXPECT_EQ(thresholds->diastolicMmHg, 86);
     for (const char *region : {"", "04", "x"})
-        EXPECT_FALSE(readMetabolicThresholds(database(), QLatin1String(region))) << region;
+        EXPECT_FALSE(readMetabolicThresholds(database(), region)) << region;
 }
 
 TEST_F(EvaluationRecordsTest, TheBandOfTheChart)
@@ -216,7 +215,7 @@ TEST_F(EvaluationRecordsTest, SavesRefusesAndReplaces)
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Done) << "seen now";
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Vanished);
     EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Vanished);
-    EXPECT_EQ(clinical(QStringLiteral("SELECT cod_paz FROM Rischio_Cardio")), QStringList{"18"});
+    EXPECT_EQ(clinical("SELECT cod_paz FROM Rischio_Cardio"), QStringList{"18"});
 }
 
 TEST_F(EvaluationRecordsTest, RowsOfOtherProgramsMayHaveATimeAndNulls)
@@ -259,7 +258,7 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
         EvaluationValues none;
         EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, none), WriteResult::Failed);
     }
-    EXPECT_EQ(clinical(QStringLiteral("SELECT * FROM SindrMetabolica")), QStringList{});
+    EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"), QStringList{});
     pauses.taken.clear();
     {
         LockHolder other(path("Orvale.sqlite"));
@@ -267,7 +266,7 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
         pauses.during = [&] { other.release(); };
         EXPECT_EQ(saveMetabolic(state, day, evaluation, versions), SaveOutcome::Saved);
     }
-    EXPECT_EQ(clinical(QStringLiteral("SELECT * FROM SindrMetabolica")),
+    EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"),
               QStringList{"17|2026-11-21 00:00:00|1|101.5|Null|Null|Null|Null"});
 }
 

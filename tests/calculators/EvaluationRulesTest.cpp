@@ -34,9 +34,9 @@ TEST(EvaluationRules, ProposalsGoThreeMonthsBack)
 
 TEST(EvaluationRules, BandsOfTheChart)
 {
-    EXPECT_EQ(chartBandText(0), QStringLiteral("  n.c.  (età < 40 o > 70)"));
-    EXPECT_EQ(chartBandText(1), QStringLiteral("  I  (meno del 5%)"));
-    EXPECT_EQ(chartBandText(6), QStringLiteral("  VI  (oltre 30%)"));
+    EXPECT_EQ(chartBandText(0), "  n.c.  (età < 40 o > 70)");
+    EXPECT_EQ(chartBandText(1), "  I  (meno del 5%)");
+    EXPECT_EQ(chartBandText(6), "  VI  (oltre 30%)");
     EXPECT_FALSE(chartBandText(7));
     EXPECT_FALSE(chartBandText(-1));
 }

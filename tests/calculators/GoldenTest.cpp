@@ -30,7 +30,7 @@ QList<QStringList> table(const QString &name)
 template <typename Compute>
 void compare(const char *name, qsizetype count, const Compute &compute)
 {
-    const auto cases = table(QString::fromLatin1(name));
+    const auto cases = table(name);
     EXPECT_EQ(cases.size(), count);
     int wrong = 0;
     for (const QStringList &inputs : cases) {

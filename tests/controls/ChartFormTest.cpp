@@ -39,7 +39,7 @@ private:
     void note(const char *event)
     {
         events.append(event);
-        if (event == QLatin1String(failIn))
+        if (event == failIn)
             throw std::runtime_error(event);
     }
 };
@@ -47,7 +47,7 @@ private:
 struct ChartFormTest : ::testing::Test {
     PatientHeader header;
     FixedClock clock{QDate(2026, 11, 21)};
-    TestForm form{QStringLiteral("prova"), header, clock};
+    TestForm form{"prova", header, clock};
     const QStringList wholeLife{"load", "query", "unloading"};
 };
 

@@ -17,7 +17,7 @@ QString answerOf(const DateCheckResult &result)
         return QStringLiteral("ok");
     if (result.reason.isEmpty())
         return QStringLiteral("form");
-    const QString day = QStringLiteral("Il giorno deve essere un numero compreso tra 1 e ");
+    const QString day = "Il giorno deve essere un numero compreso tra 1 e ";
     if (result.reason.startsWith(day))
         return result.reason.mid(day.size());
     return result.reason == QStringLiteral("Il mese deve essere un numero compreso tra 1 e 12")

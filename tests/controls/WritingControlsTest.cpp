@@ -18,14 +18,14 @@ namespace {
 TEST(MemoEdit, GivesBackWhatItGot)
 {
     MemoEdit memo;
-    const QString stored = QStringLiteral("a\r\nb\nc\rd\u00a0\t «è» ");
+    const QString stored = "a\r\nb\nc\rd\u00a0\t «è» ";
     memo.setStoredText(stored);
     EXPECT_EQ(memo.storedText(), stored);
     memo.insertPlainText("x");
     memo.undo();
     EXPECT_EQ(memo.storedText(), stored) << "nothing was edited after all";
     memo.insertPlainText("x");
-    EXPECT_EQ(memo.storedText(), QStringLiteral("xa\r\nb\r\nc\r\nd\u00a0\t «è» "));
+    EXPECT_EQ(memo.storedText(), "xa\r\nb\r\nc\r\nd\u00a0\t «è» ");
     memo.setStoredText({});
     EXPECT_EQ(memo.storedText(), "");
     EXPECT_FALSE(memo.document()->isUndoAvailable()) << "nothing of the record before";

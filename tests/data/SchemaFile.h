@@ -18,7 +18,7 @@ inline QStringList schemaStatements(const QString &database)
             sql += QString::fromUtf8(line) + u'\n';
     }
     QStringList statements;
-    for (const QString &statement : sql.split(QStringLiteral(";\n"))) {
+    for (const QString &statement : sql.split(";\n")) {
         if (!statement.trimmed().isEmpty())
             statements.append(statement.trimmed());
     }

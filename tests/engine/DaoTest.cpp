@@ -38,7 +38,7 @@ protected:
     }
 
     // A database with one table of every kind of field and a few rows.
-    std::shared_ptr<dao::Database> patients(const QString &name = QStringLiteral("a.sqlite"))
+    std::shared_ptr<dao::Database> patients(const QString &name = "a.sqlite")
     {
         auto database = create(name);
         database->Execute(
@@ -178,10 +178,7 @@ TEST_F(DaoTest, AssignedValuesAreConvertedOrRefused)
         {"cognome", 12, "12"},
         {"cognome", QString(10, u'é'), QString(10, u'é')},
         {"cognome", QString(11, u'é'), {}, dao::FieldTooSmall},
-        {"cognome",
-         QStringLiteral("\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600x"),
-         {},
-         dao::FieldTooSmall},
+        {"cognome", "\U0001F600\U0001F600\U0001F600\U0001F600\U0001F600x", {}, dao::FieldTooSmall},
         {"note", QString(100000, u'n'), QString(100000, u'n')},
         {"note", "Sant'Anna \"x\"\n%1", "Sant'Anna \"x\"\n%1"},
         {"uid", "{0f8fad5b-d9cb-469f-a165-70867728950e}", "{0F8FAD5B-D9CB-469F-A165-70867728950E}"},
@@ -669,8 +666,8 @@ TEST_F(DaoTest, RepeatedStatementsFollowDefinitionsAndClock)
     int day = 1;
     m_engine.setNow([&] { return jet::dateTime(QDate(2026, 3, day)); });
     const auto database = patients();
-    const QString all = QStringLiteral("SELECT * FROM pazienti WHERE figli = 1");
-    const QString today = QStringLiteral("SELECT date() FROM pazienti");
+    const QString all = "SELECT * FROM pazienti WHERE figli = 1";
+    const QString today = "SELECT date() FROM pazienti";
     const int fields = database->OpenRecordset(all)->FieldCount();
     EXPECT_EQ(scalar(*database, today).toDateTime().date(), QDate(2026, 3, 1));
 
@@ -679,7 +676,7 @@ TEST_F(DaoTest, RepeatedStatementsFollowDefinitionsAndClock)
     EXPECT_EQ(database->OpenRecordset(all)->FieldCount(), fields + 1);
     EXPECT_EQ(scalar(*database, today).toDateTime().date(), QDate(2026, 3, 2));
 
-    const QString edit = QStringLiteral("UPDATE pazienti SET figli = figli + 1 WHERE figli = 1");
+    const QString edit = "UPDATE pazienti SET figli = figli + 1 WHERE figli = 1";
     database->Execute(edit);
     EXPECT_EQ(database->RecordsAffected(), 1);
     database->Execute(edit);

@@ -47,24 +47,22 @@ TEST(PostgresAddress, NamesTheDatabaseAndNeverThePassword)
          "codes", "postgresql://mario@:5433/studio?host=/run/pg#codes"},
     };
     for (const auto &c : cases) {
-        const auto address = dao::PostgresAddress::parse(QString::fromLatin1(c.given));
-        EXPECT_EQ(address.user, QLatin1String(c.user)) << c.given;
-        EXPECT_EQ(address.host, QLatin1String(c.host)) << c.given;
+        const auto address = dao::PostgresAddress::parse(c.given);
+        EXPECT_EQ(address.user, c.user) << c.given;
+        EXPECT_EQ(address.host, c.host) << c.given;
         EXPECT_EQ(address.port, c.port) << c.given;
-        EXPECT_EQ(address.database, QLatin1String(c.database)) << c.given;
-        EXPECT_EQ(address.schema, QLatin1String(c.schema)) << c.given;
-        EXPECT_EQ(address.name(), QLatin1String(c.name)) << c.given;
+        EXPECT_EQ(address.database, c.database) << c.given;
+        EXPECT_EQ(address.schema, c.schema) << c.given;
+        EXPECT_EQ(address.name(), c.name) << c.given;
     }
-    const QString slow = QStringLiteral("postgresql://server/studio?answer_timeout=30");
+    const QString slow = "postgresql://server/studio?answer_timeout=30";
     EXPECT_EQ(dao::PostgresAddress::parse(slow).answerTimeout, 30);
     EXPECT_EQ(dao::PostgresAddress::parse(slow).name(), slow);
     EXPECT_TRUE(dao::PostgresAddress::parse(slow).options.isEmpty())
         << "the server's library does not know it";
     for (const char *wrong : {"postgresql://server", "postgresql://server/", "postgresql://server:x/studio",
                               "postgresql://server/a/b", "postgresql://server/studio?answer_timeout=presto"})
-        EXPECT_EQ(errorOf([&] { dao::PostgresAddress::parse(QString::fromLatin1(wrong)); }),
-                  dao::CannotFindFile)
-            << wrong;
+        EXPECT_EQ(errorOf([&] { dao::PostgresAddress::parse(wrong); }), dao::CannotFindFile) << wrong;
     EXPECT_FALSE(dao::isServerAddress("/home/mario/postgresql"));
 }
 
@@ -113,8 +111,7 @@ TEST_F(PostgresTest, WhatCannotBeOpenedIsToldInOneLine)
     EXPECT_TRUE(text.contains(name("b"))) << text.toStdString();
     for (const char *address : {"postgresql:///nessuno#a", "postgresql://nessuno@127.0.0.1:1/orvale#a"}) {
         dao::DBEngine other;
-        EXPECT_EQ(errorOf([&] { other.OpenDatabase(QString::fromLatin1(address)); }, &text),
-                  dao::CannotFindFile);
+        EXPECT_EQ(errorOf([&] { other.OpenDatabase(address); }, &text), dao::CannotFindFile);
         EXPECT_FALSE(text.contains(u'\n')) << text.toStdString();
     }
     // Files and the server are not opened together; the definitions of a newer program are left alone.

@@ -115,12 +115,12 @@ SmallPractice::SmallPractice()
         table.nativeName = schemaName + u'.' + m_dialect->identifier(table.name);
         QStringList declarations;
         for (const Column &column : columns) {
-            table.columns.append({QString::fromLatin1(column.name), column.type, column.size, false});
+            table.columns.append({column.name, column.type, column.size, false});
             declarations.append(m_dialect->columnDeclaration(table.columns.last()));
         }
         declarations.append(m_dialect->hiddenColumns());
         nativeExec(QStringLiteral("CREATE TABLE ") + table.nativeName + QStringLiteral(" (")
-                   + declarations.join(QStringLiteral(", ")) + u')');
+                   + declarations.join(", ") + u')');
         m_tables[table.name.toLower()] = table;
     }
     for (const auto &[tableName, rows] : content) {
@@ -132,8 +132,7 @@ SmallPractice::SmallPractice()
     }
     for (const auto &index : indexes)
         nativeExec(
-            m_dialect->createIndex(m_database->nativeSchema(), QString::fromLatin1(index.table),
-                                   {QString::fromLatin1(index.name), {QString::fromLatin1(index.field)}}));
+            m_dialect->createIndex(m_database->nativeSchema(), index.table, {index.name, {index.field}}));
     transaction.commit();
     m_translator = std::make_unique<dao::Translator>(
         *m_dialect, *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });
@@ -210,7 +209,7 @@ QString SmallPractice::plan(const QString &sql) const
     if (!testengine::isServer())
         return run(QStringLiteral("EXPLAIN QUERY PLAN ") + translate(sql).sql, 4);
     // So few rows would be read through without any index.
-    nativeExec(QStringLiteral("SET enable_seqscan = off"));
+    nativeExec("SET enable_seqscan = off");
     return run(QStringLiteral("EXPLAIN ") + translate(sql).sql, 1);
 }
 

@@ -21,8 +21,8 @@ void expectChanges(std::initializer_list<Case> cases)
     for (const Case &c : cases) {
         const SmallPractice practice;
         try {
-            EXPECT_EQ(practice.execute(QString::fromUtf8(c.statement)), c.affected) << c.statement;
-            EXPECT_EQ(practice.rows(QString::fromUtf8(c.query)).toStdString(), c.rows) << c.statement;
+            EXPECT_EQ(practice.execute(c.statement), c.affected) << c.statement;
+            EXPECT_EQ(practice.rows(c.query).toStdString(), c.rows) << c.statement;
         } catch (const std::exception &error) {
             ADD_FAILURE() << c.statement << "\n" << error.what();
         }
@@ -135,12 +135,11 @@ TEST(TranslatorAction, WhatDoesNotFitIsAnErrorAndChangesNothing)
     };
     const SmallPractice practice;
     const auto everything = [&practice] {
-        return practice.rows(QStringLiteral("select * from archivio"))
-               + practice.rows(QStringLiteral("select * from riepil"));
+        return practice.rows("select * from archivio") + practice.rows("select * from riepil");
     };
     const QString before = everything();
     for (const auto &c : cases)
-        EXPECT_EQ(practice.errorNumber(QString::fromLatin1(c.statement)), c.number) << c.statement;
+        EXPECT_EQ(practice.errorNumber(c.statement), c.number) << c.statement;
     EXPECT_EQ(everything().toStdString(), before.toStdString());
 }
 
@@ -197,7 +196,7 @@ TEST(TranslatorAction, Definitions)
         {"drop index chiave on t;", StatementKind::DropIndex, "t chiave()"},
     };
     for (const auto &c : cases) {
-        const dao::Translation translation = practice.translate(QString::fromLatin1(c.statement));
+        const dao::Translation translation = practice.translate(c.statement);
         EXPECT_EQ(translation.kind, c.kind) << c.statement;
         EXPECT_EQ(shown(translation.definition), c.shown) << c.statement;
         EXPECT_TRUE(translation.sql.isEmpty()) << c.statement;
@@ -208,9 +207,8 @@ TEST(TranslatorAction, Definitions)
           "create table t (a long, b long references u (x))", "create table t (a long, a2 long) x",
           "create view v as select 1", "create index i on t", "create index i on t (a) with disallow null",
           "alter table t alter column a text", "drop view v"})
-        EXPECT_EQ(practice.errorNumber(QString::fromLatin1(statement)), dao::SyntaxError) << statement;
-    EXPECT_EQ(practice.errorNumber(QStringLiteral("create table t (a long, primary key (b))")),
-              dao::TooFewParameters);
+        EXPECT_EQ(practice.errorNumber(statement), dao::SyntaxError) << statement;
+    EXPECT_EQ(practice.errorNumber("create table t (a long, primary key (b))"), dao::TooFewParameters);
 }
 
 } // namespace

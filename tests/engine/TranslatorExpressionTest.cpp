@@ -425,7 +425,7 @@ TEST_F(TranslatorExpression, WhatIsUnknownIsAnError)
         {"sum(n + max(n))", "error 3096"},
     };
     for (const Case &c : cases)
-        EXPECT_EQ(value(QString::fromUtf8(c.expression)), c.value) << c.expression;
+        EXPECT_EQ(value(c.expression), c.value) << c.expression;
 }
 
 } // namespace

@@ -68,7 +68,7 @@ TEST(TranslatorRobustness, BrokenStatementsAreRefusedOrAreStillNativeSql)
             tryStatement(before);
             tryStatement(before + found.captured() + u' ' + found.captured() + after);
             for (const char *other : foreign)
-                tryStatement(before + QLatin1String(other) + after);
+                tryStatement(before + other + after);
         }
     }
     EXPECT_GT(refused, 1000);
@@ -80,10 +80,9 @@ TEST(TranslatorRobustness, TheCollationHoldsForNativeIndexesToo)
     if (testengine::isServer())
         GTEST_SKIP() << "of files";
     const SmallPractice practice;
-    practice.nativeExec(QStringLiteral("CREATE TABLE codes (code TEXT COLLATE JET_TEXT UNIQUE)"));
-    practice.nativeExec(
-        QStringLiteral("INSERT INTO codes VALUES ('Nicolò'), ('Nicolo'), (''), (NULL), (NULL)"));
-    EXPECT_ANY_THROW(practice.nativeExec(QStringLiteral("INSERT INTO codes VALUES ('NICOLÒ')")));
+    practice.nativeExec("CREATE TABLE codes (code TEXT COLLATE JET_TEXT UNIQUE)");
+    practice.nativeExec("INSERT INTO codes VALUES ('Nicolò'), ('Nicolo'), (''), (NULL), (NULL)");
+    EXPECT_ANY_THROW(practice.nativeExec("INSERT INTO codes VALUES ('NICOLÒ')"));
 }
 
 TEST(TranslatorRobustness, FunctionErrorsAreReadFromNativeMessages)

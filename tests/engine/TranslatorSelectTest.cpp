@@ -17,7 +17,7 @@ protected:
     {
         for (const Case &c : cases) {
             try {
-                EXPECT_EQ(m_practice.rows(QString::fromUtf8(c.sql)).toStdString(), c.rows) << c.sql;
+                EXPECT_EQ(m_practice.rows(c.sql).toStdString(), c.rows) << c.sql;
             } catch (const std::exception &error) {
                 ADD_FAILURE() << c.sql << "\n" << error.what();
             }
@@ -79,9 +79,9 @@ TEST_F(TranslatorSelect, Joins)
 
 TEST_F(TranslatorSelect, FieldsOfEqualNameAreAllThere)
 {
-    const auto translation = m_practice.translate(QStringLiteral(
+    const auto translation = m_practice.translate(
         "SELECT p.*, v.cod_paz, v.sintomo AS s, v.sintomo, 1+1, len(d.s) FROM problems p, visitaprobl v, "
-        "(select sintomo as s from visitaprobl) AS d"));
+        "(select sintomo as s from visitaprobl) AS d");
     QStringList names;
     QStringList qualified;
     for (const dao::ResultColumn &column : translation.columns) {
@@ -101,19 +101,18 @@ TEST_F(TranslatorSelect, FieldsOfEqualNameAreAllThere)
     EXPECT_EQ(translation.columns[3].type, dao::FieldType::Long);
     EXPECT_EQ(translation.columns[4].size, 5);
     EXPECT_EQ(translation.columns[6].source, -1);
-    const auto twice =
-        m_practice.translate(QStringLiteral("SELECT cognome, cognome, null FROM archivio")).columns;
+    const auto twice = m_practice.translate("SELECT cognome, cognome, null FROM archivio").columns;
     EXPECT_EQ(twice[0].name, u"cognome");
     EXPECT_EQ(twice[1].name, u"cognome");
     EXPECT_EQ(twice[2].type, dao::FieldType::Text);
     EXPECT_FALSE(translation.usesClock);
-    EXPECT_TRUE(m_practice.translate(QStringLiteral("select n from one where date() > nodate")).usesClock);
+    EXPECT_TRUE(m_practice.translate("select n from one where date() > nodate").usesClock);
 }
 
 TEST_F(TranslatorSelect, HiddenColumnsIdentifyTheRowsUnlessTheyStandForNone)
 {
     const auto identity = [this](const char *sql) {
-        const dao::Translation translation = m_practice.translate(QString::fromLatin1(sql));
+        const dao::Translation translation = m_practice.translate(sql);
         return translation.sources.isEmpty() ? -2 : translation.sources.first().identityColumn;
     };
     EXPECT_EQ(identity("select cognome, peso from archivio"), 2);
@@ -288,12 +287,11 @@ TEST_F(TranslatorSelect, IndexesAreUsed)
         // The server's plan names the index and tells its conditions apart.
         const QString index = QString::fromLatin1(c.index);
         const QString sought = testengine::isServer() ? index.section(u' ', 0, 0) : index;
-        EXPECT_NE(m_practice.plan(QString::fromLatin1(c.sql)).indexOf(sought), -1)
-            << c.sql << "\n"
-            << m_practice.plan(QString::fromLatin1(c.sql)).toStdString();
+        EXPECT_NE(m_practice.plan(c.sql).indexOf(sought), -1) << c.sql << "\n"
+                                                              << m_practice.plan(c.sql).toStdString();
     }
     // Ordered by the index itself
-    const QString plan = m_practice.plan(QStringLiteral("select * from archivio order by cognome"));
+    const QString plan = m_practice.plan("select * from archivio order by cognome");
     EXPECT_FALSE(plan.contains(u"TEMP B-TREE") || plan.contains(u"Sort")) << plan.toStdString();
 }
 
@@ -345,15 +343,13 @@ TEST_F(TranslatorSelect, ErrorsHaveTheirNumberAndQuoteThePlace)
     };
     for (const auto &c : cases) {
         QString text;
-        EXPECT_EQ(m_practice.errorNumber(QString::fromLatin1(c.sql), &text), c.number) << c.sql << "\n"
-                                                                                       << text.toStdString();
-        EXPECT_TRUE(text.contains(QLatin1String(c.quoted))) << c.sql << "\n" << text.toStdString();
+        EXPECT_EQ(m_practice.errorNumber(c.sql, &text), c.number) << c.sql << "\n" << text.toStdString();
+        EXPECT_TRUE(text.contains(c.quoted)) << c.sql << "\n" << text.toStdString();
     }
     const QString deep =
         QStringLiteral("select * from one where ") + QString(100000, u'(') + QStringLiteral("n = 1");
     EXPECT_EQ(m_practice.errorNumber(deep), 3075);
-    EXPECT_EQ(m_practice.errorNumber(QStringLiteral("select n")
-                                     + QString(100000, u'#').replace(u'#', QStringLiteral("+1"))
+    EXPECT_EQ(m_practice.errorNumber(QStringLiteral("select n") + QString(100000, u'#').replace(u'#', "+1")
                                      + QStringLiteral(" from one")),
               3075);
     const QString signs = QStringLiteral("select ") + QString(100000, u'-') + QStringLiteral("1 from one");

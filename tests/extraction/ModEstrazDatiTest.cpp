@@ -70,7 +70,7 @@ protected:
     const ModEstrazDati data;
     static constexpr QDate none{};
     const Period year{QDate(2025, 11, 22), QDate(2026, 11, 21)};
-    const QString glycated = QStringLiteral("(RIEPIL2.codice = '90.28.1')");
+    const QString glycated = "(RIEPIL2.codice = '90.28.1')";
 
 private:
     int m_orders = 0;

@@ -125,7 +125,7 @@ TEST_F(ConflittoTest, ALongTextOpensAtItsDifference)
 {
     const QString text = QStringLiteral("Riga di una lunga anamnesi.\r\n").repeated(2000);
     QString changed = text;
-    changed.replace(text.size() / 2, 4, QStringLiteral("ecco"));
+    changed.replace(text.size() / 2, 4, "ecco");
     state.conflict.fields = {{"Anamnesi", text, text, changed}};
     open(form, [&] {
         auto *const theirs = control<VersionPane>("altro_0");

@@ -58,15 +58,14 @@ TEST(TextDifference, LeavesNothingOutOfAnyTexts)
 {
     const QString text = QStringLiteral("visita di controllo, PA 130/80; terapia invariata\n").repeated(400);
     QString changed = text;
-    changed.replace(text.size() / 3, 7, QStringLiteral("altro"));
-    changed.insert(text.size() / 2, QStringLiteral("aggiunto "));
-    QStringList texts{text,         changed,   QString(text).remove(u'i'),
-                      text.mid(11), QString(), QStringLiteral(" ")};
+    changed.replace(text.size() / 3, 7, "altro");
+    changed.insert(text.size() / 2, "aggiunto ");
+    QStringList texts{text, changed, QString(text).remove(u'i'), text.mid(11), QString(), " "};
     std::uint32_t seed = 7;
     for (int i = 0; i < 30; ++i) {
         QString random;
         for (int k = 0; k < 40; ++k)
-            random += QStringLiteral("ab \n.")[qsizetype((seed = seed * 1664525u + 1013904223u) >> 24) % 5];
+            random += "ab \n."[qsizetype((seed = seed * 1664525u + 1013904223u) >> 24) % 5];
         texts.append(random);
     }
     QElapsedTimer time;

@@ -32,7 +32,7 @@ TEST_F(AllergieTest, ShowsCatalogueSelectionAndFreeText)
 {
     store("X", milk());
     open(form, [&] {
-        EXPECT_EQ(form.windowTitle(), QString::fromUtf8("Allergie di  Dell'Orto Niccolò"));
+        EXPECT_EQ(form.windowTitle(), "Allergie di  Dell'Orto Niccolò");
         EXPECT_EQ(form.findChildren<AllergenBox *>().size(), 115);
         EXPECT_EQ(value("grami_0"), "Agrostis");
         EXPECT_EQ(value("grami_16"), "Canna && giunco"); // no mnemonic
@@ -115,14 +115,13 @@ TEST_F(AllergieTest, TheFirstCloseAsksThoughNothingWasDone)
 
 TEST_F(AllergieTest, TheFreeTextAloneWritesBoth)
 {
-    const QString stored =
-        milk().replace(50, 2, QStringLiteral("77")); // selected, as another program says it
+    const QString stored = milk().replace(50, 2, "77"); // selected, as another program says it
     store("X", stored);
     open(form, [&] {
         freeTextField()->selectAll();
-        QTest::keyClicks(freeTextField(), QString::fromLatin1("Sant'Anna"));
+        QTest::keyClicks(freeTextField(), "Sant'Anna");
         QTest::keyClick(freeTextField(), Qt::Key_Return);
-        QTest::keyClicks(freeTextField(), QString::fromLatin1("100% \"si'\""));
+        QTest::keyClicks(freeTextField(), "100% \"si'\"");
         prompts.queue(PromptButton::Yes);
         esc();
     });
@@ -139,7 +138,7 @@ TEST_F(AllergieTest, WithoutGeneralInformationTheTextStaysInTheWindow)
     open(form, [&] {
         EXPECT_TRUE(notices().contains("non si può salvare")) << notices().toStdString();
         click("alim_1");
-        QTest::keyClicks(freeTextField(), QString::fromLatin1("Lattice"));
+        QTest::keyClicks(freeTextField(), "Lattice");
         prompts.queue(PromptButton::Yes);
         prompts.queue(PromptButton::Ok);
         esc();
@@ -162,7 +161,7 @@ TEST_F(AllergieTest, ABlankRowHidesTheFreeTextButDoesNotLoseIt)
     open(form, [&] {
         EXPECT_EQ(freeTextField()->toPlainText(), "");
         EXPECT_TRUE(notices().contains("vi si aggiunge"));
-        QTest::keyClicks(freeTextField(), QString::fromLatin1("Lattice"));
+        QTest::keyClicks(freeTextField(), "Lattice");
         prompts.queue(PromptButton::Yes);
         esc();
     });
@@ -199,7 +198,7 @@ TEST_F(AllergieTest, DamagedCodes)
     };
     for (const Case &each :
          {Case{nines(115), 0}, Case{nines(114), 1}, Case{nines(114) + u'9', 1}, Case{nines(120), 0},
-          Case{QStringLiteral("xy") + nines(114), 1}, Case{QStringLiteral("x"), 115}}) {
+          Case{QStringLiteral("xy") + nines(114), 1}, Case{"x", 115}}) {
         execute("DELETE * FROM ESAME_OB");
         store("X", each.code);
         open(form, [&] {
@@ -356,9 +355,9 @@ TEST(AllergenSearch, FindsPartsOfWordsWithoutCaseAndAccents)
 {
     const QString about = QString::fromUtf8("Alimenti cibo Cacao e Caffè");
     for (const char *typed : {"caffe", "CAFFÈ", "affe", "cacao cibo", " alim ", "e"})
-        EXPECT_TRUE(AllergenSearch(QString::fromUtf8(typed)).finds(about)) << typed;
+        EXPECT_TRUE(AllergenSearch(typed).finds(about)) << typed;
     for (const char *typed : {"", "  ", "latte", "cacao latte", "cacaoe", "'"})
-        EXPECT_FALSE(AllergenSearch(QString::fromUtf8(typed)).finds(about)) << typed;
+        EXPECT_FALSE(AllergenSearch(typed).finds(about)) << typed;
 }
 
 } // namespace

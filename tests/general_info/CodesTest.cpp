@@ -55,9 +55,9 @@ TEST(AllergyCode, AllAndNone)
     EXPECT_TRUE(decodeAllergies(nines(115)).none());
     const QString all = encodeAllergies(AllergenSelection().set());
     EXPECT_EQ(all.size(), 230);
-    EXPECT_TRUE(all.startsWith(QStringLiteral("000102030405060708091011121314151600010001020304")));
-    EXPECT_TRUE(all.contains(QStringLiteral("383940000102")));
-    EXPECT_TRUE(all.endsWith(QStringLiteral("00010203")));
+    EXPECT_TRUE(all.startsWith("000102030405060708091011121314151600010001020304"));
+    EXPECT_TRUE(all.contains("383940000102"));
+    EXPECT_TRUE(all.endsWith("00010203"));
     EXPECT_TRUE(decodeAllergies(all).all());
 }
 
@@ -131,12 +131,12 @@ TEST(InfectionCode, AllAndNone)
     EXPECT_EQ(decodeInfections({}), InfectionAnswers());
     InfectionAnswers all;
     all.had.set();
-    all.notes.fill(QStringLiteral("perché è così: «30 caratteri»!"));
+    all.notes.fill("perché è così: «30 caratteri»!");
     ASSERT_EQ(all.notes[0].size(), 30);
     const QString code = encodeInfections(all);
     EXPECT_EQ(code.size(), 190);
     EXPECT_TRUE(code.startsWith(QStringLiteral("0001020304050607080910111213140") + u'0' + all.notes[0]));
-    EXPECT_EQ(code.mid(158, 2), QStringLiteral("04"));
+    EXPECT_EQ(code.mid(158, 2), "04");
     EXPECT_EQ(code.mid(160), all.notes[4]);
     EXPECT_EQ(decodeInfections(code), all);
 }
@@ -147,13 +147,13 @@ TEST(InfectionCode, NotesKeepTheirBlocks)
         QString note, packed;
     };
     for (const Case &each : std::initializer_list<Case>{
-             {QStringLiteral("  nel 1987  "), QStringLiteral("nel 1987")},
+             {"  nel 1987  ", "nel 1987"},
              {QString(31, u'x'), QString(30, u'x')},
              // One character each, also when the accent came as a sign of its own.
              {QString::fromUtf8("e\u0300").repeated(30), QString::fromUtf8("\u00e8").repeated(30)},
              // No half of a character.
              {QString(29, u'x') + QString::fromUtf8("😀"), QString(29, u'x')},
-             {QStringLiteral("riga\nriga\t"), QStringLiteral("riga\nriga\t")}}) {
+             {"riga\nriga\t", "riga\nriga\t"}}) {
         InfectionAnswers answers;
         answers.notes[1] = each.note;
         answers.had.set(17);
@@ -232,9 +232,9 @@ TEST(InfectionCode, EveryDiseaseHasItsBox)
 
 TEST(CodePairs, OuterBlanks)
 {
-    EXPECT_EQ(withoutOuterBlanks(QStringLiteral("  a b ")), QStringLiteral("a b"));
-    EXPECT_EQ(withoutOuterBlanks(QStringLiteral(" \t ")), QStringLiteral("\t")); // a tab is no blank
-    EXPECT_EQ(withoutOuterBlanks(QStringLiteral("   ")), QString());
+    EXPECT_EQ(withoutOuterBlanks("  a b "), "a b");
+    EXPECT_EQ(withoutOuterBlanks(" \t "), "\t"); // a tab is no blank
+    EXPECT_EQ(withoutOuterBlanks("   "), QString());
 }
 
 } // namespace

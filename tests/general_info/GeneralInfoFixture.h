@@ -27,8 +27,8 @@ protected:
                                 "inf_gen (cod_paz, Allergie) VALUES (17, 'Nichel')"})
             execute(QStringLiteral("INSERT INTO ") + QString::fromUtf8(row));
         environment.events = create("Eventi.sqlite", {});
-        state.header.identity.surname = QStringLiteral("Dell'Orto");
-        state.header.identity.name = QStringLiteral("Niccolò");
+        state.header.identity.surname = "Dell'Orto";
+        state.header.identity.name = "Niccolò";
     }
 
     // A row of ESAME_OB of patient 17; the code is put between quotes unless it is Null.
@@ -36,15 +36,14 @@ protected:
     {
         execute(QStringLiteral(
                     "INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, dati_paz) VALUES (17, '%1', %2, %3)")
-                    .arg(QLatin1String(kind), QLatin1String(key),
-                         code == QLatin1String("Null") ? code : u'\'' + code + u'\''));
+                    .arg(kind, key, code == QLatin1String("Null") ? code : u'\'' + code + u'\''));
     }
     QStringList codes(const char *kind)
     {
         return clinical(
             QStringLiteral("SELECT dati_paz FROM ESAME_OB WHERE cod_paz = %1 AND tipo_dati = '%2'")
                 .arg(state.header.patientCode)
-                .arg(QLatin1String(kind)));
+                .arg(kind));
     }
     QStringList freeText() { return clinical("SELECT Allergie FROM inf_gen WHERE cod_paz = 17"); }
     QStringList journal()

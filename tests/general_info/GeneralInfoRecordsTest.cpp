@@ -17,7 +17,7 @@ protected:
     {
         return writeTogether(state, "test", [&] { return writeFreeText(state, text); });
     }
-    StoredCode allergies() { return readCode(*environment.clinical, 17, QuestionnaireKind::Allergies); }
+    StoredCode allergies() { return readCode(database(), 17, QuestionnaireKind::Allergies); }
     QStringList rows()
     {
         return clinical("SELECT cod_paz, tipo_dati, chiave, data_reg, dati_paz FROM ESAME_OB");
@@ -82,15 +82,15 @@ TEST_F(GeneralInfoRecords, InfectionsCarryTheTimeOfTheSave)
 
 TEST_F(GeneralInfoRecords, FreeText)
 {
-    EXPECT_EQ(readFreeText(*environment.clinical, 17), QString("Nichel"));
+    EXPECT_EQ(readFreeText(database(), 17), QString("Nichel"));
     const QString awkward = QString::fromUtf8("Sant'Anna: \"è\" 100% [*]\r\n'; DROP TABLE x -- €");
     EXPECT_EQ(writeText(awkward), WriteResult::Done);
-    EXPECT_EQ(readFreeText(*environment.clinical, 17), awkward);
+    EXPECT_EQ(readFreeText(database(), 17), awkward);
     execute("UPDATE inf_gen SET Allergie = Null");
-    EXPECT_EQ(readFreeText(*environment.clinical, 17), QString());
+    EXPECT_EQ(readFreeText(database(), 17), QString());
 
     state.header.patientCode = 18;
-    EXPECT_FALSE(readFreeText(*environment.clinical, 18).has_value());
+    EXPECT_FALSE(readFreeText(database(), 18).has_value());
     EXPECT_EQ(writeText("a"), WriteResult::Vanished);
     EXPECT_EQ(clinical("SELECT cod_paz FROM inf_gen"), QStringList{"17"});
 }

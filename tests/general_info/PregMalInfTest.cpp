@@ -77,7 +77,7 @@ TEST_F(PregMalInfTest, ANoteBesideADiseaseThatWasNotHadIsKept)
     store("M", none());
     open(form, [&] {
         click("SSCheck1_19");
-        QTest::keyClicks(note(4), QString::fromLatin1("dubbia"));
+        QTest::keyClicks(note(4), "dubbia");
         click("SSCheck1_19");
         EXPECT_TRUE(note(4)->isEnabled());
         esc();
@@ -136,12 +136,12 @@ TEST_F(PregMalInfTest, ADamagedCodeIsToldAndWrittenAsItIsShown)
 {
     for (const char *code : {"xy", "0199999", "àè99"}) {
         execute("DELETE * FROM ESAME_OB");
-        store("M", QString::fromUtf8(code));
+        store("M", code);
         open(form, [&] {
             EXPECT_TRUE(notices().contains("non è integra"));
             esc();
         });
-        EXPECT_EQ(codes("M"), QStringList{encodeInfections(decodeInfections(QString::fromUtf8(code)))});
+        EXPECT_EQ(codes("M"), QStringList{encodeInfections(decodeInfections(code))});
         open(form, [&] {
             EXPECT_EQ(notices(), "");
             esc();

@@ -13,18 +13,17 @@ using JetFileDamage = JetFileFixture;
 // A file with a bit of everything, for the tests of refused ones.
 void fill(JetFileWriter &writer)
 {
-    JetTableWriter &table =
-        writer.table(QStringLiteral("PROBLEMS"), {number, {QStringLiteral("m"), JetType::Memo}});
+    JetTableWriter &table = writer.table("PROBLEMS", {number, {"m", JetType::Memo}});
     table.setLongForm(LongForm::Chained);
     for (int i = 0; i < 20; ++i)
         table.addRow({i, letters(6000)});
     table.moveRow(3);
-    table.index(QStringLiteral("pk"), {QStringLiteral("n")}, IndexKind::Primary);
+    table.index("pk", {"n"}, IndexKind::Primary);
 }
 
 void expectOneLine(const QString &text, const QString &contains)
 {
-    EXPECT_TRUE(text.contains(QStringLiteral("Orvale.mdb"))) << text.toStdString();
+    EXPECT_TRUE(text.contains("Orvale.mdb")) << text.toStdString();
     EXPECT_FALSE(text.contains(QLatin1Char('\n'))) << text.toStdString();
     EXPECT_TRUE(text.contains(contains)) << text.toStdString();
 }
@@ -41,44 +40,41 @@ TEST_F(JetFileDamage, RefusedFiles)
         SCOPED_TRACE(int(version));
         ASSERT_EQ(refusal(changed(version, [](JetFileWriter &) {})), QString());
         for (const char *password : {"segreta", "x", "una parola di venti c"}) {
-            expectOneLine(
-                refusal(changed(version, [&](auto &file) { file.setPassword(QLatin1String(password)); })),
-                QStringLiteral("password"));
+            expectOneLine(refusal(changed(version, [&](auto &file) { file.setPassword(password); })),
+                          "password");
         }
         expectOneLine(refusal(changed(version, [](auto &file) { file.setDatabaseKey(0x1234ABCD); })),
-                      QStringLiteral("cifrato"));
+                      "cifrato");
     }
     for (const quint8 newer : {2, 3, 5}) {
         expectOneLine(refusal(changed(JetVersion::Jet4, [&](auto &file) { file.setVersionByte(newer); })),
-                      QStringLiteral("più recente"));
+                      "più recente");
     }
-    expectOneLine(refusal(QByteArray()), QStringLiteral("vuoto"));
-    expectOneLine(refusal(QByteArray("SQLite format 3\0", 16) + QByteArray(4080, '\0')),
-                  QStringLiteral("Jet"));
-    expectOneLine(refusal(QByteArray("Ciao")), QStringLiteral("Jet"));
-    expectOneLine(refusal(QByteArray(100'000, '\0')), QStringLiteral("Jet"));
-    QDir(m_folder.path()).remove(QStringLiteral("Orvale.mdb"));
-    expectOneLine(refusal(m_folder.filePath(QStringLiteral("Orvale.mdb"))), QStringLiteral("non esiste"));
-    QDir(m_folder.path()).mkdir(QStringLiteral("Orvale.mdb"));
-    expectOneLine(refusal(m_folder.filePath(QStringLiteral("Orvale.mdb"))), QStringLiteral("cartella"));
+    expectOneLine(refusal(QByteArray()), "vuoto");
+    expectOneLine(refusal(QByteArray("SQLite format 3\0", 16) + QByteArray(4080, '\0')), "Jet");
+    expectOneLine(refusal(QByteArray("Ciao")), "Jet");
+    expectOneLine(refusal(QByteArray(100'000, '\0')), "Jet");
+    QDir(m_folder.path()).remove("Orvale.mdb");
+    expectOneLine(refusal(m_folder.filePath("Orvale.mdb")), "non esiste");
+    QDir(m_folder.path()).mkdir("Orvale.mdb");
+    expectOneLine(refusal(m_folder.filePath("Orvale.mdb")), "cartella");
 }
 
 TEST_F(JetFileDamage, NamesThatCannotBeCreatedAnywhere)
 {
-    const QString names[]{
-        {}, QStringLiteral("DELET\uFFFFONS"), QStringLiteral("due\nrighe"), QString(65, QLatin1Char('x'))};
+    const QString names[]{{}, "DELET\uFFFFONS", "due\nrighe", QString(65, QLatin1Char('x'))};
     for (const QString &name : names) {
         SCOPED_TRACE(name.toStdString());
         JetFileWriter badTable;
         badTable.table(name, {number});
-        expectOneLine(refusal(badTable.bytes()), QStringLiteral("danneggiato"));
+        expectOneLine(refusal(badTable.bytes()), "danneggiato");
         JetFileWriter badColumn;
-        badColumn.table(QStringLiteral("t"), {number, {name, JetType::Long}});
-        expectOneLine(refusal(badColumn.bytes()), QStringLiteral("danneggiato"));
+        badColumn.table("t", {number, {name, JetType::Long}});
+        expectOneLine(refusal(badColumn.bytes()), "danneggiato");
     }
     JetFileWriter halfPair; // in a field's name the library under the reader replaces it
     halfPair.table(QStringLiteral("mezza \xD83D coppia"), {number});
-    expectOneLine(refusal(halfPair.bytes()), QStringLiteral("danneggiato"));
+    expectOneLine(refusal(halfPair.bytes()), "danneggiato");
 }
 
 TEST_F(JetFileDamage, FileThatMayNotBeRead)
@@ -89,7 +85,7 @@ TEST_F(JetFileDamage, FileThatMayNotBeRead)
     ASSERT_TRUE(QFile::setPermissions(path, {}));
     if (QFile(path).open(QIODevice::ReadOnly))
         GTEST_SKIP() << "this user may read every file";
-    expectOneLine(refusal(path), QStringLiteral("non si può leggere"));
+    expectOneLine(refusal(path), "non si può leggere");
 }
 
 TEST_F(JetFileDamage, TruncatedFiles)
@@ -108,7 +104,7 @@ TEST_F(JetFileDamage, TruncatedFiles)
                              .arg(length)
                              .arg(whole.size())
                              .toStdString());
-            expectOneLine(refusal(whole.left(length)), QStringLiteral("Orvale.mdb"));
+            expectOneLine(refusal(whole.left(length)), "Orvale.mdb");
         }
     }
 }
@@ -119,7 +115,7 @@ protected:
     static constexpr int page = 4096;
 
     DamagedRows()
-        : m_table(m_writer.table(QStringLiteral("t"), {number, {QStringLiteral("m"), JetType::Memo}}))
+        : m_table(m_writer.table("t", {number, {"m", JetType::Memo}}))
     {
         m_table.setLongForm(LongForm::Chained);
         for (int i = 0; i < 5; ++i)
@@ -155,7 +151,7 @@ protected:
             }
             EXPECT_EQ(row.values.value(0), QVariant(2));
             EXPECT_FALSE(row.values.value(1).isValid());
-            EXPECT_TRUE(row.problem.contains(QStringLiteral("campo m"))) << row.problem.toStdString();
+            EXPECT_TRUE(row.problem.contains("campo m")) << row.problem.toStdString();
         }
     }
 
@@ -190,7 +186,7 @@ TEST_F(DamagedRows, MemoThatCannotBeFollowed)
         QByteArray bytes = whole;
         put32(bytes, damage.at, damage.value);
         if (damage.beyondFile)
-            expectOneLine(refusal(bytes), QStringLiteral("danneggiato o incompleto"));
+            expectOneLine(refusal(bytes), "danneggiato o incompleto");
         else
             expectMemoLost(bytes);
     }
@@ -204,7 +200,7 @@ TEST_F(DamagedRows, MovedRowThatIsNotThere)
     for (const quint32 target : {0u, 0xFFFFFFFFu}) {
         QByteArray bytes = whole;
         put32(bytes, rowStart(bytes, 2), target);
-        expectOneLine(refusal(bytes), QStringLiteral("danneggiato o incompleto"));
+        expectOneLine(refusal(bytes), "danneggiato o incompleto");
     }
     // Itself, a row that stands in its own right, a row that the page lacks, a page of something else.
     for (const quint32 target : {own, own - 1, own + 200, 2u << 8}) {
@@ -246,7 +242,7 @@ TEST_F(DamagedRows, DefinitionThatCannotBeBelieved)
         SCOPED_TRACE(damage.name);
         QByteArray bytes = whole;
         put32(bytes, definition + damage.at, damage.value);
-        expectOneLine(refusal(bytes), QStringLiteral("danneggiato"));
+        expectOneLine(refusal(bytes), "danneggiato");
     }
 }
 

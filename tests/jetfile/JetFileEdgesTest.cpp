@@ -24,8 +24,7 @@ TEST_F(JetFileEdges, LongValuesThatJustFillTheirPages)
         for (const LongForm form : {LongForm::ByLength, LongForm::Chained}) {
             SCOPED_TRACE(int(version));
             JetFileWriter writer(version);
-            JetTableWriter &table =
-                writer.table(QStringLiteral("t"), {number, {QStringLiteral("ole"), JetType::Ole}});
+            JetTableWriter &table = writer.table("t", {number, {"ole", JetType::Ole}});
             table.setLongForm(form);
             QList<QVariantList> expected;
             for (const int size : {1,    63,   64,   65,   2014, 2029, 2030, 2031, 2032, 2033, 2034, 2035,
@@ -47,10 +46,10 @@ TEST_F(JetFileEdges, TheFirstColumnOfVariableLengthComesLate)
     for (const JetVersion version : bothVersions) {
         SCOPED_TRACE(int(version));
         JetFileWriter writer(version);
-        JetTableWriter &table = writer.table(QStringLiteral("t"), {number});
+        JetTableWriter &table = writer.table("t", {number});
         table.addRow({-1}).addRow({0x01010101});
-        table.addColumn({QStringLiteral("testo"), JetType::Text, 20});
-        table.addRow({2, QStringLiteral("due")});
+        table.addColumn({"testo", JetType::Text, 20});
+        table.addRow({2, "due"});
         for (int i = 0; i < 8; ++i) // beyond the first byte of the older rows' bitmap
             table.addColumn({QStringLiteral("si%1").arg(i), JetType::Boolean});
         const ReadTable read = readTable(writer);
@@ -58,7 +57,7 @@ TEST_F(JetFileEdges, TheFirstColumnOfVariableLengthComesLate)
         const QVariantList no(8, false);
         expectValues(read.rows[0], QVariantList{-1, QVariant()} + no);
         expectValues(read.rows[1], QVariantList{0x01010101, QVariant()} + no);
-        expectValues(read.rows[2], QVariantList{2, QStringLiteral("due")} + no);
+        expectValues(read.rows[2], QVariantList{2, "due"} + no);
     }
 }
 
@@ -66,11 +65,9 @@ TEST_F(JetFileEdges, FieldsOfAPrimaryIndexAreRequired)
 {
     for (const JetVersion version : bothVersions) {
         JetFileWriter writer(version);
-        JetTableWriter &table = writer.table(
-            QStringLiteral("t"),
-            {{QStringLiteral("a"), JetType::Long}, number, {QStringLiteral("b"), JetType::Byte}});
-        table.index(QStringLiteral("pk"), {QStringLiteral("b"), number.name}, IndexKind::Primary);
-        table.index(QStringLiteral("u"), {QStringLiteral("a")}, IndexKind::Unique);
+        JetTableWriter &table = writer.table("t", {{"a", JetType::Long}, number, {"b", JetType::Byte}});
+        table.index("pk", {"b", number.name}, IndexKind::Primary);
+        table.index("u", {"a"}, IndexKind::Unique);
         const JetTable read = readTable(writer).table;
         EXPECT_FALSE(read.columns[0].required);
         EXPECT_TRUE(read.columns[1].required && read.columns[2].required);
@@ -83,9 +80,7 @@ TEST_F(JetFileEdges, DamagedRowsAndPagesAreToldAndTheOthersRead)
     constexpr qsizetype page = 4096;
     constexpr qsizetype places = 14; // where the places of the rows of a page begin
     JetFileWriter writer;
-    JetTableWriter &table =
-        writer.table(QStringLiteral("t"),
-                     {number, {QStringLiteral("t"), JetType::Text}, {QStringLiteral("b"), JetType::Boolean}});
+    JetTableWriter &table = writer.table("t", {number, {"t", JetType::Text}, {"b", JetType::Boolean}});
     constexpr int rows = 300;
     for (int i = 0; i < rows; ++i)
         table.addRow({i, letters(40), true});
@@ -145,26 +140,26 @@ TEST_F(JetFileEdges, TextsOfEveryStorage)
         QByteArray stored;
         QVariant read; // invalid: no text
     } cases[] = {
-        {"nothing", QByteArray(""), QStringLiteral("")},
-        {"UTF-16", QByteArray("a\0\xe8\0", 4), QStringLiteral("aè")},
+        {"nothing", QByteArray(""), ""},
+        {"UTF-16", QByteArray("a\0\xe8\0", 4), "aè"},
         {"half a character", QByteArray("a\0b", 3), {}},
-        {"a mark and nothing", QByteArray("\xff\xfe", 2), QStringLiteral("")},
+        {"a mark and nothing", QByteArray("\xff\xfe", 2), ""},
         {"single bytes",
          QByteArray("\xff\xfe"
                     "a\xe8\xff",
                     5),
-         QStringLiteral("aèÿ")},
-        {"two bytes from the start", QByteArray("\xff\xfe\0\x16\x04", 5), QStringLiteral("Ж")},
+         "aèÿ"},
+        {"two bytes from the start", QByteArray("\xff\xfe\0\x16\x04", 5), "Ж"},
         {"over and back",
          QByteArray("\xff\xfe"
                     "a\0\x16\x04\x17\x04\0b\0\x16\x04",
                     13),
-         QStringLiteral("aЖЗbЖ")},
+         "aЖЗbЖ"},
         {"over and back at once",
          QByteArray("\xff\xfe"
                     "a\0\0b",
                     6),
-         QStringLiteral("ab")},
+         "ab"},
         {"half a character after changing over",
          QByteArray("\xff\xfe"
                     "a\0\x16",
@@ -173,8 +168,7 @@ TEST_F(JetFileEdges, TextsOfEveryStorage)
         {"one byte alone", QByteArray("a"), {}},
     };
     JetFileWriter writer;
-    JetTableWriter &table =
-        writer.table(QStringLiteral("t"), {number, {QStringLiteral("x"), JetType::Binary, 60}});
+    JetTableWriter &table = writer.table("t", {number, {"x", JetType::Binary, 60}});
     for (const auto &text : cases)
         table.addRow({7, text.stored});
     QByteArray bytes = writer.bytes();
@@ -199,7 +193,7 @@ TEST_F(JetFileEdges, MovedRowsAreNotReadTwice)
 {
     constexpr qsizetype page = 4096;
     JetFileWriter writer;
-    JetTableWriter &table = writer.table(QStringLiteral("t"), {number, {QStringLiteral("t"), JetType::Text}});
+    JetTableWriter &table = writer.table("t", {number, {"t", JetType::Text}});
     for (int i = 0; i < 4; ++i)
         table.addRow({i, letters(30)});
     table.moveRow(1);
@@ -242,7 +236,7 @@ TEST_F(JetFileEdges, MovedRowsAreNotReadTwice)
 TEST_F(JetFileEdges, ManyFieldsOnOneLongValueAreDamage)
 {
     JetFileWriter writer;
-    JetTableWriter &table = writer.table(QStringLiteral("t"), {number, {QStringLiteral("o"), JetType::Ole}});
+    JetTableWriter &table = writer.table("t", {number, {"o", JetType::Ole}});
     table.setLongForm(LongForm::Chained);
     const QByteArray value = noise(99991);
     table.addRow({0, value});
@@ -257,27 +251,26 @@ TEST_F(JetFileEdges, ManyFieldsOnOneLongValueAreDamage)
     for (qsizetype at = bytes.indexOf(shortHead); at >= 0; at = bytes.indexOf(shortHead, at + 12), ++replaced)
         bytes.replace(at, 12, bytes.mid(longHead, 12));
     ASSERT_EQ(replaced, 99);
-    EXPECT_TRUE(refusal(bytes).contains(QStringLiteral("stessi testi lunghi")))
-        << refusal(bytes).toStdString();
+    EXPECT_TRUE(refusal(bytes).contains("stessi testi lunghi")) << refusal(bytes).toStdString();
 }
 
 TEST_F(JetFileEdges, TwoTablesOnOneDefinitionAreDamage)
 {
     JetFileWriter writer;
-    JetTableWriter &one = writer.table(QStringLiteral("prima"), {number});
-    JetTableWriter &two = writer.table(QStringLiteral("altra"), {number});
+    JetTableWriter &one = writer.table("prima", {number});
+    JetTableWriter &two = writer.table("altra", {number});
     QByteArray bytes = writer.bytes();
     const auto idOf = [](const JetTableWriter &table) {
         return ByteSink().u32(table.definitionPage()).bytes();
     };
     // The catalogue's row of the second table holds the first one's page in its place.
-    const QString title = QStringLiteral("altra");
+    const QString title = "altra";
     const qsizetype name = bytes.indexOf(QByteArrayView(reinterpret_cast<const char *>(title.utf16()), 10));
     ASSERT_GT(name, 0);
     const qsizetype id = bytes.lastIndexOf(idOf(two), name);
     ASSERT_GT(id, name - 100);
     bytes.replace(id, 4, idOf(one));
-    EXPECT_TRUE(refusal(bytes).contains(QStringLiteral("«altra»"))) << refusal(bytes).toStdString();
+    EXPECT_TRUE(refusal(bytes).contains("«altra»")) << refusal(bytes).toStdString();
 }
 
 } // namespace

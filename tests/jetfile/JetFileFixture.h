@@ -16,7 +16,7 @@ namespace jetfile {
 inline constexpr std::array bothVersions{JetVersion::Jet3, JetVersion::Jet4};
 
 // The first column of most tables.
-inline const JetColumn number{QStringLiteral("n"), JetType::Long};
+inline const JetColumn number{"n", JetType::Long};
 
 struct ReadTable {
     JetTable table;
@@ -28,7 +28,7 @@ protected:
     QString save(const JetFileWriter &writer) { return save(writer.bytes()); }
     QString save(const QByteArray &bytes)
     {
-        const QString path = m_folder.filePath(QStringLiteral("Orvale.mdb"));
+        const QString path = m_folder.filePath("Orvale.mdb");
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         EXPECT_EQ(file.write(bytes), bytes.size());

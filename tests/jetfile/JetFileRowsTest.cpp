@@ -21,11 +21,11 @@ struct ValueCase {
 QList<ValueCase> valueCases()
 {
     const auto column = [](JetType type, int size = 0, int scale = 0) {
-        return JetColumn{QStringLiteral("v"), type, size, scale};
+        return JetColumn{"v", type, size, scale};
     };
     QList<ValueCase> cases;
     const auto add = [&](const char *name, JetColumn design, const QVariant &written, const QVariant &read) {
-        cases.append({QLatin1String(name), design, written, read});
+        cases.append({name, design, written, read});
     };
     const auto addSame = [&](const char *name, JetColumn design, const QVariant &value) {
         add(name, design, value, value);
@@ -69,18 +69,15 @@ QList<ValueCase> valueCases()
                                     std::numeric_limits<double>::infinity()})
         addSame("impossible date", column(JetType::Date), impossible);
 
-    addSame("empty text", column(JetType::Text), QStringLiteral(""));
-    addSame("blank text", column(JetType::Text), QStringLiteral(" "));
-    addSame("text", column(JetType::Text), QStringLiteral("Nicolò dell'Acqua; \"x\",\t\r\nfine "));
+    addSame("empty text", column(JetType::Text), "");
+    addSame("blank text", column(JetType::Text), " ");
+    addSame("text", column(JetType::Text), "Nicolò dell'Acqua; \"x\",\t\r\nfine ");
     addSame("longest text", column(JetType::Text), letters(255));
-    addSame("text of the code page's upper rows", column(JetType::Text),
-            QStringLiteral("€ “virgolette” – Œuvre ÿ"));
-    addJet4("text beyond Latin-1", column(JetType::Text), QStringLiteral("Žižka Łódź"),
-            QStringLiteral("Žižka Łódź"));
-    const QString mixed =
-        QStringLiteral("in mezzo a molte lettere latine: Ω, poi 日本, poi \U0001F600 e di nuovo latine");
+    addSame("text of the code page's upper rows", column(JetType::Text), "€ “virgolette” – Œuvre ÿ");
+    addJet4("text beyond Latin-1", column(JetType::Text), "Žižka Łódź", "Žižka Łódź");
+    const QString mixed = "in mezzo a molte lettere latine: Ω, poi 日本, poi \U0001F600 e di nuovo latine";
     addJet4("text that changes between one byte and two", column(JetType::Text), mixed, mixed);
-    const QString lowZero = QStringLiteral("una lettera con il byte basso a zero: Ā");
+    const QString lowZero = "una lettera con il byte basso a zero: Ā";
     addJet4("text that cannot be compressed", column(JetType::Text), lowZero, lowZero);
     JetColumn plain = column(JetType::Text);
     plain.compressed = false;
@@ -89,17 +86,16 @@ QList<ValueCase> valueCases()
     addSame("empty binary", column(JetType::Binary), QByteArray(""));
     addSame("binary", column(JetType::Binary), QByteArray("\0\1\xFF\xFE\0", 5));
     addSame("long binary", column(JetType::Ole), QByteArray(50'000, '\xA5'));
-    add("guid", column(JetType::Guid), QStringLiteral("{0a1b2c3d-4E5F-6071-8293-a4b5c6d7e8f9}"),
-        QStringLiteral("{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}"));
+    add("guid", column(JetType::Guid), "{0a1b2c3d-4E5F-6071-8293-a4b5c6d7e8f9}",
+        "{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}");
     add("guid of bytes", column(JetType::Guid), QByteArray::fromHex("00112233445566778899AABBCCDDEEFF"),
-        QStringLiteral("{33221100-5544-7766-8899-AABBCCDDEEFF}"));
-    addJet4("fixed point of 15 digits", column(JetType::Numeric, 15, 3), QStringLiteral("-12.345"), -12.345);
-    addJet4("fixed point of 18 digits", column(JetType::Numeric, 18, 3),
-            QStringLiteral("-999999999999999.999"), QStringLiteral("-999999999999999.999"));
-    addJet4("fixed point of 28 digits", column(JetType::Numeric, 28, 0),
-            QStringLiteral("1234567890123456789012345678"), QStringLiteral("1234567890123456789012345678"));
-    addJet4("fixed point below one", column(JetType::Numeric, 20, 5), QStringLiteral("0.00012"),
-            QStringLiteral("0.00012"));
+        "{33221100-5544-7766-8899-AABBCCDDEEFF}");
+    addJet4("fixed point of 15 digits", column(JetType::Numeric, 15, 3), "-12.345", -12.345);
+    addJet4("fixed point of 18 digits", column(JetType::Numeric, 18, 3), "-999999999999999.999",
+            "-999999999999999.999");
+    addJet4("fixed point of 28 digits", column(JetType::Numeric, 28, 0), "1234567890123456789012345678",
+            "1234567890123456789012345678");
+    addJet4("fixed point below one", column(JetType::Numeric, 20, 5), "0.00012", "0.00012");
     addJet4("null fixed point", column(JetType::Numeric), {}, {});
     return cases;
 }
@@ -114,13 +110,13 @@ TEST_F(JetFileRows, ValuesComeBackExactly)
         for (const ValueCase &value : cases) {
             if (value.jet4Only && version == JetVersion::Jet3)
                 continue;
-            JetTableWriter &table = writer.table(QStringLiteral("t%1").arg(written.size()),
-                                                 {number,
-                                                  {QStringLiteral("before"), JetType::Text, 20},
-                                                  value.column,
-                                                  {QStringLiteral("after"), JetType::Text, 20},
-                                                  {QStringLiteral("last"), JetType::Long}});
-            table.addRow({7, QStringLiteral("prima"), value.written, QStringLiteral("dopo"), -7});
+            JetTableWriter &table =
+                writer.table(QStringLiteral("t%1").arg(written.size()), {number,
+                                                                         {"before", JetType::Text, 20},
+                                                                         value.column,
+                                                                         {"after", JetType::Text, 20},
+                                                                         {"last", JetType::Long}});
+            table.addRow({7, "prima", value.written, "dopo", -7});
             table.addRow({8, QVariant(), value.written, QVariant(), QVariant()});
             written.append(&value);
         }
@@ -129,8 +125,7 @@ TEST_F(JetFileRows, ValuesComeBackExactly)
         for (int i = 0; i < tables.size(); ++i) {
             SCOPED_TRACE(QStringLiteral("Jet %1, %2").arg(int(version)).arg(written[i]->name).toStdString());
             ASSERT_EQ(tables[i].rows.size(), 2);
-            expectValues(tables[i].rows[0],
-                         {7, QStringLiteral("prima"), written[i]->read, QStringLiteral("dopo"), -7});
+            expectValues(tables[i].rows[0], {7, "prima", written[i]->read, "dopo", -7});
             expectValues(tables[i].rows[1], {8, QVariant(), written[i]->read, QVariant(), QVariant()});
         }
     }
@@ -139,17 +134,15 @@ TEST_F(JetFileRows, ValuesComeBackExactly)
 TEST_F(JetFileRows, LongValuesOfEachForm)
 {
     QString wide = letters(3000);
-    wide.replace(500, 3, QStringLiteral("Ω\U0001F600"));
+    wide.replace(500, 3, "Ω\U0001F600");
     const QList<QString> texts{{},           letters(1),    letters(500), letters(512),    letters(513),
                                letters(980), letters(3000), wide,         letters(130'000)};
     const std::array forms{LongForm::ByLength, LongForm::Inline, LongForm::SinglePage, LongForm::Chained};
     for (const JetVersion version : bothVersions) {
         JetFileWriter writer(version);
-        const QList<JetColumn> columns{number,
-                                       {QStringLiteral("one"), JetType::Memo},
-                                       {QStringLiteral("other"), JetType::Memo},
-                                       {QStringLiteral("bytes"), JetType::Ole}};
-        JetTableWriter &table = writer.table(QStringLiteral("memos"), columns);
+        const QList<JetColumn> columns{
+            number, {"one", JetType::Memo}, {"other", JetType::Memo}, {"bytes", JetType::Ole}};
+        JetTableWriter &table = writer.table("memos", columns);
         QList<QVariantList> expected;
         const int room =
             version == JetVersion::Jet3 ? 1500 : 1900; // of what may stand in a row or on one page
@@ -183,9 +176,7 @@ TEST_F(JetFileRows, RowsThatWereDeletedOrMoved)
     for (const JetVersion version : bothVersions) {
         SCOPED_TRACE(int(version));
         JetFileWriter writer(version);
-        JetTableWriter &table = writer.table(
-            QStringLiteral("rows"),
-            {number, {QStringLiteral("text"), JetType::Memo}, {QStringLiteral("c"), JetType::Text}});
+        JetTableWriter &table = writer.table("rows", {number, {"text", JetType::Memo}, {"c", JetType::Text}});
         const auto rowOf = [](int i) {
             return QVariantList{i, letters(1000 + i), QStringLiteral("riga %1").arg(i)};
         };
@@ -220,10 +211,9 @@ TEST_F(JetFileRows, RowsThatWereDeletedOrMoved)
 TEST_F(JetFileRows, TableWithoutLiveRows)
 {
     JetFileWriter writer;
-    writer.table(QStringLiteral("never filled"), {number});
-    JetTableWriter &emptied =
-        writer.table(QStringLiteral("emptied"), {number, {QStringLiteral("v"), JetType::Text}});
-    emptied.addRow({1, QStringLiteral("x")});
+    writer.table("never filled", {number});
+    JetTableWriter &emptied = writer.table("emptied", {number, {"v", JetType::Text}});
+    emptied.addRow({1, "x"});
     emptied.deleteRow(0);
     const QList<ReadTable> tables = read(save(writer));
     ASSERT_EQ(tables.size(), 2);
@@ -238,72 +228,67 @@ TEST_F(JetFileRows, DesignChangedBetweenRows)
     for (const JetVersion version : bothVersions) {
         SCOPED_TRACE(int(version));
         JetFileWriter writer(version);
-        JetTableWriter &table =
-            writer.table(QStringLiteral("t"), {number,
-                                               {QStringLiteral("goneFixed"), JetType::Double},
-                                               {QStringLiteral("kept"), JetType::Integer},
-                                               {QStringLiteral("goneText"), JetType::Text},
-                                               {QStringLiteral("keptText"), JetType::Text},
-                                               {QStringLiteral("goneFlag"), JetType::Boolean}});
-        table.addRow({1, 1.5, 11, QStringLiteral("via"), QStringLiteral("resta"), true});
+        JetTableWriter &table = writer.table("t", {number,
+                                                   {"goneFixed", JetType::Double},
+                                                   {"kept", JetType::Integer},
+                                                   {"goneText", JetType::Text},
+                                                   {"keptText", JetType::Text},
+                                                   {"goneFlag", JetType::Boolean}});
+        table.addRow({1, 1.5, 11, "via", "resta", true});
         for (const char *gone : {"goneFixed", "goneText", "goneFlag"})
-            table.dropColumn(QLatin1String(gone));
-        table.addRow({2, 22, QStringLiteral("due")});
-        table.addColumn({QStringLiteral("newMemo"), JetType::Memo});
-        table.addColumn({QStringLiteral("newFlag"), JetType::Boolean});
-        table.addColumn({QStringLiteral("newDate"), JetType::Date});
-        table.addRow({3, 33, QVariant(), QStringLiteral("memo"), true, at(2020, 1, 2, 3, 4, 5)});
-        table.index(QStringLiteral("ByNew"), {QStringLiteral("newDate"), QStringLiteral("keptText")});
+            table.dropColumn(gone);
+        table.addRow({2, 22, "due"});
+        table.addColumn({"newMemo", JetType::Memo});
+        table.addColumn({"newFlag", JetType::Boolean});
+        table.addColumn({"newDate", JetType::Date});
+        table.addRow({3, 33, QVariant(), "memo", true, at(2020, 1, 2, 3, 4, 5)});
+        table.index("ByNew", {"newDate", "keptText"});
 
         const ReadTable read = readTable(writer);
         QStringList names;
         for (const dao::ColumnInfo &column : read.table.columns)
             names.append(column.name);
-        EXPECT_EQ(names, (QStringList{QStringLiteral("n"), QStringLiteral("kept"), QStringLiteral("keptText"),
-                                      QStringLiteral("newMemo"), QStringLiteral("newFlag"),
-                                      QStringLiteral("newDate")}));
+        EXPECT_EQ(names, (QStringList{"n", "kept", "keptText", "newMemo", "newFlag", "newDate"}));
         ASSERT_EQ(read.rows.size(), 3);
-        expectValues(read.rows[0], {1, 11, QStringLiteral("resta"), QVariant(), false, QVariant()});
-        expectValues(read.rows[1], {2, 22, QStringLiteral("due"), QVariant(), false, QVariant()});
-        expectValues(read.rows[2],
-                     {3, 33, QVariant(), QStringLiteral("memo"), true, at(2020, 1, 2, 3, 4, 5)});
+        expectValues(read.rows[0], {1, 11, "resta", QVariant(), false, QVariant()});
+        expectValues(read.rows[1], {2, 22, "due", QVariant(), false, QVariant()});
+        expectValues(read.rows[2], {3, 33, QVariant(), "memo", true, at(2020, 1, 2, 3, 4, 5)});
         ASSERT_EQ(read.table.indexes.size(), 1);
-        EXPECT_EQ(read.table.indexes[0].fields,
-                  (QStringList{QStringLiteral("newDate"), QStringLiteral("keptText")}));
+        EXPECT_EQ(read.table.indexes[0].fields, (QStringList{"newDate", "keptText"}));
     }
 }
 
 TEST_F(JetFileRows, ColumnsIndexesAndCounters)
 {
-    const QList<JetColumn> columns{{QStringLiteral("idProblems"), JetType::AutoNumber},
-                                   {QStringLiteral("descr_mal"), JetType::Text, 40},
-                                   {QStringLiteral("Città è più"), JetType::Text, 255},
-                                   {QStringLiteral("note"), JetType::Memo},
-                                   {QStringLiteral("f"), JetType::Boolean},
-                                   {QStringLiteral("i"), JetType::Integer},
-                                   {QStringLiteral("c"), JetType::Currency},
-                                   {QStringLiteral("s"), JetType::Single},
-                                   {QStringLiteral("ole"), JetType::Ole},
-                                   {QStringLiteral("g"), JetType::Guid},
-                                   {QStringLiteral("d"), JetType::Date},
-                                   {QStringLiteral("b"), JetType::Byte}};
+    const QList<JetColumn> columns{{"idProblems", JetType::AutoNumber},
+                                   {"descr_mal", JetType::Text, 40},
+                                   {"Città è più", JetType::Text, 255},
+                                   {"note", JetType::Memo},
+                                   {"f", JetType::Boolean},
+                                   {"i", JetType::Integer},
+                                   {"c", JetType::Currency},
+                                   {"s", JetType::Single},
+                                   {"ole", JetType::Ole},
+                                   {"g", JetType::Guid},
+                                   {"d", JetType::Date},
+                                   {"b", JetType::Byte}};
     for (const JetVersion version : bothVersions) {
         SCOPED_TRACE(int(version));
         JetFileWriter writer(version);
-        JetTableWriter &table = writer.table(QStringLiteral("PROBLEMS"), columns);
+        JetTableWriter &table = writer.table("PROBLEMS", columns);
         QVariantList row(columns.size());
         row[0] = 4;
         table.addRow(row);
         table.setDeclaredRows(12);
         table.setLastAutoNumber(900);
-        table.index(QStringLiteral("descr"), {QStringLiteral("descr_mal"), QStringLiteral("i")});
-        table.index(QStringLiteral("Rel_1"), {QStringLiteral("idProblems")}, IndexKind::Foreign);
-        table.index(QStringLiteral("PrimaryKey"), {QStringLiteral("idProblems")}, IndexKind::Primary);
-        table.index(QStringLiteral("uno"), {QStringLiteral("g")}, IndexKind::Unique);
-        table.index(QStringLiteral("Rel_2"), {QStringLiteral("g")}, IndexKind::Foreign);
+        table.index("descr", {"descr_mal", "i"});
+        table.index("Rel_1", {"idProblems"}, IndexKind::Foreign);
+        table.index("PrimaryKey", {"idProblems"}, IndexKind::Primary);
+        table.index("uno", {"g"}, IndexKind::Unique);
+        table.index("Rel_2", {"g"}, IndexKind::Foreign);
 
         const JetTable read = readTable(writer).table;
-        EXPECT_EQ(read.name, QStringLiteral("PROBLEMS"));
+        EXPECT_EQ(read.name, "PROBLEMS");
         EXPECT_EQ(read.declaredRows, 12);
         EXPECT_EQ(read.lastAutoNumber, 900);
         using enum dao::FieldType;
@@ -323,9 +308,8 @@ TEST_F(JetFileRows, ColumnsIndexesAndCounters)
                                     index.primary ? QStringLiteral(" primary") : QString()));
         }
         indexes.sort();
-        EXPECT_EQ(indexes,
-                  (QStringList{QStringLiteral("PrimaryKey(idProblems) unique primary"),
-                               QStringLiteral("descr(descr_mal,i)"), QStringLiteral("uno(g) unique")}));
+        EXPECT_EQ(indexes, (QStringList{"PrimaryKey(idProblems) unique primary", "descr(descr_mal,i)",
+                                        "uno(g) unique"}));
     }
 }
 
@@ -346,7 +330,7 @@ TEST_F(JetFileRows, DefinitionOverSeveralPages)
                           : i % 3 == 1 ? QVariant(i)
                                        : QVariant(i % 2 == 0));
         }
-        JetTableWriter &table = writer.table(QStringLiteral("larga"), columns);
+        JetTableWriter &table = writer.table("larga", columns);
         for (int i = 0; i < 12; ++i)
             table.index(QStringLiteral("un indice dal nome lungo, numero %1").arg(i), {columns[3 * i].name});
         table.addRow(values);
@@ -360,16 +344,21 @@ TEST_F(JetFileRows, DefinitionOverSeveralPages)
     }
 }
 
+QList<JetColumn> numberAndTexts(int texts)
+{
+    QList<JetColumn> columns{number};
+    for (int i = 0; i < texts; ++i)
+        columns.append({QStringLiteral("c%1").arg(i), JetType::Text, 255, 0, false});
+    return columns;
+}
+
 // In Jet 3 a place within a row has one byte, and a table of jumps tells the rest: each length of a row once.
 TEST_F(JetFileRows, RowsOfEveryLength)
 {
     for (const JetVersion version : bothVersions) {
         SCOPED_TRACE(int(version));
         JetFileWriter writer(version);
-        QList<JetColumn> columns{number};
-        for (int i = 0; i < 7; ++i)
-            columns.append({QStringLiteral("c%1").arg(i), JetType::Text, 255, 0, false});
-        JetTableWriter &table = writer.table(QStringLiteral("t"), columns);
+        JetTableWriter &table = writer.table("t", numberAndTexts(7));
         QList<QVariantList> expected;
         for (int length = 200; length < 1060; ++length) {
             QVariantList row{length};
@@ -398,11 +387,8 @@ TEST_F(JetFileRows, TableOfManyPages)
     for (const JetVersion version : bothVersions) {
         SCOPED_TRACE(int(version));
         JetFileWriter writer(version);
-        QList<JetColumn> columns{number};
-        for (int i = 0; i < 5; ++i)
-            columns.append({QStringLiteral("c%1").arg(i), JetType::Text, 255, 0, false});
-        JetTableWriter &big = writer.table(QStringLiteral("grande"), columns);
-        JetTableWriter &small = writer.table(QStringLiteral("piccola"), {number});
+        JetTableWriter &big = writer.table("grande", numberAndTexts(5));
+        JetTableWriter &small = writer.table("piccola", {number});
         const QString filling = letters(240);
         QList<int> all;
         for (int i = 0; i < 2400; ++i) {
@@ -422,14 +408,14 @@ TEST_F(JetFileRows, TableOfManyPages)
 TEST_F(JetFileRows, OnlyTablesOfTheFileItself)
 {
     JetFileWriter writer;
-    writer.table(QStringLiteral("prima"), {number});
-    writer.addLinkedTable(QStringLiteral("collegata"), QStringLiteral("C:\\altro.mdb"), QStringLiteral("x"));
-    writer.addQuery(QStringLiteral("interrogazione"));
-    writer.table(QStringLiteral("seconda è ultima"), {number}).addRow({5});
+    writer.table("prima", {number});
+    writer.addLinkedTable("collegata", "C:\\altro.mdb", "x");
+    writer.addQuery("interrogazione");
+    writer.table("seconda è ultima", {number}).addRow({5});
     const QList<ReadTable> tables = read(save(writer));
     ASSERT_EQ(tables.size(), 2);
-    EXPECT_EQ(tables[0].table.name, QStringLiteral("prima"));
-    EXPECT_EQ(tables[1].table.name, QStringLiteral("seconda è ultima"));
+    EXPECT_EQ(tables[0].table.name, "prima");
+    EXPECT_EQ(tables[1].table.name, "seconda è ultima");
     EXPECT_THAT(numbers(tables[1]), testing::ElementsAre(5));
 }
 

@@ -26,23 +26,23 @@ QList<JetColumn> catalogueColumns()
 {
     const auto text = [](const QString &name) { return JetColumn{name, JetType::Text, 255, 0, false}; };
     const auto memo = [](const QString &name) { return JetColumn{name, JetType::Memo, 0, 0, false}; };
-    return {{QStringLiteral("Id"), JetType::Long},
-            {QStringLiteral("ParentId"), JetType::Long},
-            text(QStringLiteral("Name")),
-            {QStringLiteral("Type"), JetType::Integer},
-            {QStringLiteral("DateCreate"), JetType::Date},
-            {QStringLiteral("DateUpdate"), JetType::Date},
-            {QStringLiteral("Owner"), JetType::Binary, 510},
-            {QStringLiteral("Flags"), JetType::Long},
-            memo(QStringLiteral("Database")),
-            memo(QStringLiteral("Connect")),
-            text(QStringLiteral("ForeignName")),
-            {QStringLiteral("RmtInfoShort"), JetType::Binary, 510},
-            {QStringLiteral("RmtInfoLong"), JetType::Ole},
-            {QStringLiteral("Lv"), JetType::Ole},
-            {QStringLiteral("LvProp"), JetType::Ole},
-            {QStringLiteral("LvModule"), JetType::Ole},
-            {QStringLiteral("LvExtra"), JetType::Ole}};
+    return {{"Id", JetType::Long},
+            {"ParentId", JetType::Long},
+            text("Name"),
+            {"Type", JetType::Integer},
+            {"DateCreate", JetType::Date},
+            {"DateUpdate", JetType::Date},
+            {"Owner", JetType::Binary, 510},
+            {"Flags", JetType::Long},
+            memo("Database"),
+            memo("Connect"),
+            text("ForeignName"),
+            {"RmtInfoShort", JetType::Binary, 510},
+            {"RmtInfoLong", JetType::Ole},
+            {"Lv", JetType::Ole},
+            {"LvProp", JetType::Ole},
+            {"LvModule", JetType::Ole},
+            {"LvExtra", JetType::Ole}};
 }
 
 } // namespace
@@ -102,13 +102,13 @@ void JetFileWriter::setVersionByte(quint8 version)
 
 void JetFileWriter::writeCatalogue(JetPages &pages) const
 {
-    JetTableWriter catalogue(pages, cataloguePage, QStringLiteral("MSysObjects"), catalogueColumns(),
+    JetTableWriter catalogue(pages, cataloguePage, "MSysObjects", catalogueColumns(),
                              JetTableWriter::Kind::System);
     std::vector<CatalogueEntry> entries{
-        {tablesContainer, rootContainer, QStringLiteral("Tables"), typeContainer, systemObject, {}, {}},
-        {0x0F000002, rootContainer, QStringLiteral("Databases"), typeContainer, systemObject, {}, {}},
-        {0x0F000003, rootContainer, QStringLiteral("Relationships"), typeContainer, systemObject, {}, {}},
-        {cataloguePage, tablesContainer, QStringLiteral("MSysObjects"), typeTable, systemObject, {}, {}}};
+        {tablesContainer, rootContainer, "Tables", typeContainer, systemObject, {}, {}},
+        {0x0F000002, rootContainer, "Databases", typeContainer, systemObject, {}, {}},
+        {0x0F000003, rootContainer, "Relationships", typeContainer, systemObject, {}, {}},
+        {cataloguePage, tablesContainer, "MSysObjects", typeTable, systemObject, {}, {}}};
     for (const auto &table : m_tables)
         entries.push_back({table->definitionPage(), tablesContainer, table->name(), typeTable, 0, {}, {}});
     entries.insert(entries.end(), m_otherEntries.begin(), m_otherEntries.end());

@@ -15,7 +15,7 @@ namespace {
 // The programs that this thread has started and that have not been waited for.
 QList<int> children()
 {
-    QFile list(QStringLiteral("/proc/thread-self/children"));
+    QFile list("/proc/thread-self/children");
     EXPECT_TRUE(list.open(QIODevice::ReadOnly));
     QList<int> processes;
     for (const QByteArray &process : list.readAll().split(' ')) {
@@ -55,8 +55,7 @@ private:
     {
         static const QByteArray bytes = [] {
             JetFileWriter writer;
-            JetTableWriter &table =
-                writer.table(QStringLiteral("righe"), {number, {QStringLiteral("t"), JetType::Text, 255}});
+            JetTableWriter &table = writer.table("righe", {number, {"t", JetType::Text, 255}});
             const QString text = letters(250);
             for (int i = 0; i < rows; ++i)
                 table.addRow({i, text});

@@ -39,9 +39,8 @@ QString measured(const QString &kind, const QVariantList &values)
 {
     QStringList texts;
     for (const QVariant &value : values)
-        texts.append(value.typeId() == QMetaType::QDateTime
-                         ? value.toDateTime().toString(QStringLiteral("yyyy-MM-dd"))
-                         : value.toString());
+        texts.append(value.typeId() == QMetaType::QDateTime ? value.toDateTime().toString("yyyy-MM-dd")
+                                                            : value.toString());
     if (kind == QLatin1String("nonnull"))
         return QString::number(values.size());
     if (kind == QLatin1String("sum"))
@@ -66,9 +65,8 @@ QString measured(const QString &kind, const QVariantList &values)
         for (const QChar c : text)
             codes += c.unicode();
     }
-    const std::map<QString, qint64> numbers{{QStringLiteral("chars"), characters},
-                                            {QStringLiteral("codepoints"), codes},
-                                            {QStringLiteral("maxchars"), longest}};
+    const std::map<QString, qint64> numbers{
+        {"chars", characters}, {"codepoints", codes}, {"maxchars", longest}};
     const auto number = numbers.find(kind);
     return number == numbers.end() ? QStringLiteral("unknown kind") : QString::number(number->second);
 }

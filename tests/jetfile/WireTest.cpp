@@ -11,11 +11,10 @@ namespace {
 
 using dao::FieldType;
 
-const QList<dao::ColumnInfo> oneOfEach{
-    {QStringLiteral("yes"), FieldType::Boolean},   {QStringLiteral("long"), FieldType::Long},
-    {QStringLiteral("double"), FieldType::Double}, {QStringLiteral("date"), FieldType::Date},
-    {QStringLiteral("text"), FieldType::Text, 9},  {QStringLiteral("memo"), FieldType::Memo},
-    {QStringLiteral("guid"), FieldType::Guid},     {QStringLiteral("ole"), FieldType::Binary}};
+const QList<dao::ColumnInfo> oneOfEach{{"yes", FieldType::Boolean},   {"long", FieldType::Long},
+                                       {"double", FieldType::Double}, {"date", FieldType::Date},
+                                       {"text", FieldType::Text, 9},  {"memo", FieldType::Memo},
+                                       {"guid", FieldType::Guid},     {"ole", FieldType::Binary}};
 
 std::span<const uchar> bytesOf(const QByteArray &bytes)
 {
@@ -31,19 +30,18 @@ QByteArray encodedRow()
     putDouble(writer, 0.1);
     putDate(writer, lastSecond);
     putLatin(writer, bytesOf(QByteArrayLiteral("caff\xe8")));
-    putCharacters(writer, QStringLiteral("Žižka"));
+    putCharacters(writer, u"Žižka");
     putGuid(writer, bytesOf(guid).first<16>());
     putBytes(writer, bytesOf(QByteArray("\0\1", 2)));
-    writer.putText(QStringLiteral("perché no"));
+    writer.putText(u"perché no");
     return writer.bytes();
 }
 
 JetTable exampleTable()
 {
-    JetTable table{QStringLiteral("città"), oneOfEach, {}, 12, 34};
+    JetTable table{"città", oneOfEach, {}, 12, 34};
     table.columns[1].required = true;
-    table.indexes = {{QStringLiteral("pk"), {QStringLiteral("long"), QStringLiteral("date")}, true, true},
-                     {QStringLiteral("t"), {QStringLiteral("text")}, false, false}};
+    table.indexes = {{"pk", {"long", "date"}, true, true}, {"t", {"text"}, false, false}};
     return table;
 }
 
@@ -54,18 +52,17 @@ TEST(Wire, RowsAndTablesComeOutAsTheyWentIn)
     JetRow row;
     takeRow(reader, oneOfEach, row);
     EXPECT_TRUE(reader.atEnd());
-    EXPECT_EQ(row.problem, QStringLiteral("perché no"));
+    EXPECT_EQ(row.problem, "perché no");
     row.problem.clear();
-    expectValues(row, {true, -5, 0.1, at(9999, 12, 31, 23, 59, 59), QStringLiteral("caffè"),
-                       QStringLiteral("Žižka"), QStringLiteral("{33323130-3534-3736-3839-616263646566}"),
-                       QByteArray("\0\1", 2)});
+    expectValues(row, {true, -5, 0.1, at(9999, 12, 31, 23, 59, 59), "caffè", "Žižka",
+                       "{33323130-3534-3736-3839-616263646566}", QByteArray("\0\1", 2)});
 
     Writer writer;
     putTables(writer, {exampleTable(), {}});
     Reader tables(writer.bytes());
     const QList<JetTable> read = takeTables(tables);
     ASSERT_EQ(read.size(), 2);
-    EXPECT_EQ(read[0].name, QStringLiteral("città"));
+    EXPECT_EQ(read[0].name, "città");
     EXPECT_EQ(read[0].declaredRows, 12);
     EXPECT_EQ(read[0].lastAutoNumber, 34);
     ASSERT_EQ(read[0].columns.size(), oneOfEach.size());
@@ -76,7 +73,7 @@ TEST(Wire, RowsAndTablesComeOutAsTheyWentIn)
         EXPECT_EQ(read[0].columns[i].required, i == 1);
     }
     ASSERT_EQ(read[0].indexes.size(), 2);
-    EXPECT_EQ(read[0].indexes[0].fields, (QStringList{QStringLiteral("long"), QStringLiteral("date")}));
+    EXPECT_EQ(read[0].indexes[0].fields, (QStringList{"long", "date"}));
     EXPECT_TRUE(read[0].indexes[0].unique && read[0].indexes[0].primary);
     EXPECT_FALSE(read[0].indexes[1].unique || read[0].indexes[1].primary);
     EXPECT_EQ(read[1].columns.size(), 0);
@@ -129,7 +126,7 @@ TEST(Wire, LiesAreErrors)
         writer.putText({});
         Reader reader(writer.bytes());
         JetRow row;
-        EXPECT_THROW(takeRow(reader, {{QStringLiteral("c"), value.column}}, row), Error) << value.name;
+        EXPECT_THROW(takeRow(reader, {{"c", value.column}}, row), Error) << value.name;
     }
 
     const std::pair<const char *, std::function<void(JetTable &)>> tables[] = {

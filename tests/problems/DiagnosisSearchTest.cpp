@@ -14,7 +14,7 @@ protected:
 
     void add(const char *table, const char *values)
     {
-        codes->Execute(QStringLiteral("INSERT INTO %1 VALUES (%2)").arg(table, QString::fromUtf8(values)));
+        codes->Execute(QStringLiteral("INSERT INTO %1 VALUES (%2)").arg(table, values));
     }
 };
 
@@ -30,7 +30,7 @@ TEST_F(DiagnosisSearchTest, FindsByBeginningOfCodeAndOfWords)
     const DiagnosisSearch search(*codes);
     const auto found = [&](const char *text, int most = 200) {
         QStringList list;
-        for (const Diagnosis &diagnosis : search.find(QString::fromUtf8(text), most))
+        for (const Diagnosis &diagnosis : search.find(text, most))
             list.append(diagnosis.code);
         return list.join(' ');
     };

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Problemi.h"
-#include "problems/Visita2.h"
 
 #include "LostServerFixture.h"
 
@@ -41,10 +40,7 @@ TEST_F(LostNetworkTest, TheDialogSaysSoInTimeAndSavesOnceWhenTheNetworkIsBack)
                   environment.clinical->nativeConnection());
     EXPECT_TRUE(tls.next() && tls.value(0).toBool());
     tls.finish();
-    Visita2 form(state);
-    state.visitMode = "10";
-    open(form, [&] {
-        type("Text1_0", "scritto");
+    inVisit([&] {
         server("unplug");
         QElapsedTimer time;
         time.start();
@@ -60,7 +56,7 @@ TEST_F(LostNetworkTest, TheDialogSaysSoInTimeAndSavesOnceWhenTheNetworkIsBack)
         EXPECT_EQ(value("Text1_0"), "scritto");
         QThread::msleep(1500); // where nobody answered nobody is asked for a moment
         click(save);
-        EXPECT_FALSE(form.isVisible());
+        EXPECT_FALSE(visit.isVisible());
     });
     EXPECT_EQ(clinical("SELECT cod_paz, anamnesi FROM VISITAPROBL"), QStringList("17|scritto"));
 }

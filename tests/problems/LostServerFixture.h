@@ -2,6 +2,7 @@
 #pragma once
 
 #include "DialogFixture.h"
+#include "problems/Visita2.h"
 
 #include <QProcess>
 #include <QSqlError>
@@ -16,10 +17,19 @@ protected:
         if (!testengine::isServer())
             GTEST_SKIP() << "needs a server";
     }
+    // In the dialog of a new visit in which something was written.
+    void inVisit(const std::function<void()> &act)
+    {
+        state.visitMode = "10";
+        open(visit, [&] {
+            type("Text1_0", "scritto");
+            act();
+        });
+    }
     static void server(const char *command)
     {
         QProcess control;
-        control.start(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {QString::fromLatin1(command)});
+        control.start(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {command});
         EXPECT_TRUE(control.waitForFinished(30000) && control.exitCode() == 0) << command;
     }
     // On the server itself, as its administrator.
@@ -33,13 +43,14 @@ protected:
     // Cuts the connection that does something to the table.
     void cutConnectionOf(const char *event, const char *table, const char *deferred = "")
     {
-        native(QStringLiteral("CREATE FUNCTION SCHEMA.cut() RETURNS trigger LANGUAGE plpgsql AS "
-                              "$$ BEGIN PERFORM pg_terminate_backend(pg_backend_pid()); RETURN NEW; END $$"));
+        native("CREATE FUNCTION SCHEMA.cut() RETURNS trigger LANGUAGE plpgsql AS "
+               "$$ BEGIN PERFORM pg_terminate_backend(pg_backend_pid()); RETURN NEW; END $$");
         native(QStringLiteral("CREATE %1 ON SCHEMA.%2 %3 FOR EACH ROW EXECUTE FUNCTION SCHEMA.cut()")
-                   .arg(QLatin1String(event), QLatin1String(table), QLatin1String(deferred)));
+                   .arg(event, table, deferred));
     }
-    void repair() { native(QStringLiteral("DROP FUNCTION SCHEMA.cut() CASCADE")); }
+    void repair() { native("DROP FUNCTION SCHEMA.cut() CASCADE"); }
 
+    Visita2 visit{state};
     inline static const std::string unreachable =
         "Attenzione!|Salvataggio non riuscito: il server dell'archivio non è raggiungibile.\n"
         "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.|warning";

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Probl1.h"
 #include "problems/Problemi.h"
-#include "problems/Visita2.h"
 
 #include "LostServerFixture.h"
 
@@ -14,18 +13,15 @@ using LostServerTest = LostServerFixture;
 
 TEST_F(LostServerTest, TheDialogSaysSoAndSavesWhenTheServerIsBack)
 {
-    Visita2 form(state);
-    state.visitMode = "10";
-    open(form, [&] {
-        type("Text1_0", "scritto");
+    inVisit([&] {
         server("kill");
         EXPECT_EQ(boxOf(save), unreachable);
         EXPECT_EQ(boxOf(save), unreachable) << "as often as it is tried";
         server("start");
-        EXPECT_TRUE(form.isVisible());
+        EXPECT_TRUE(visit.isVisible());
         EXPECT_EQ(value("Text1_0"), "scritto");
         click(save);
-        EXPECT_FALSE(form.isVisible());
+        EXPECT_FALSE(visit.isVisible());
     });
     EXPECT_EQ(clinical("SELECT cod_paz, anamnesi FROM VISITAPROBL"), QStringList("17|scritto"));
 }
@@ -33,14 +29,11 @@ TEST_F(LostServerTest, TheDialogSaysSoAndSavesWhenTheServerIsBack)
 // Nobody was at the workstation meanwhile.
 TEST_F(LostServerTest, AServerThatIsBackIsNotMissed)
 {
-    Visita2 form(state);
-    state.visitMode = "10";
-    open(form, [&] {
-        type("Text1_0", "scritto");
+    inVisit([&] {
         server("kill");
         server("start");
         click(save);
-        EXPECT_FALSE(form.isVisible());
+        EXPECT_FALSE(visit.isVisible());
     });
     EXPECT_TRUE(prompts.boxes.isEmpty());
     EXPECT_TRUE(pauses.taken.isEmpty());
@@ -49,11 +42,8 @@ TEST_F(LostServerTest, AServerThatIsBackIsNotMissed)
 
 TEST_F(LostServerTest, AServerThatGoesAwayWhileOthersWriteIsWhatIsTold)
 {
-    Visita2 form(state);
-    state.visitMode = "10";
     const auto other = otherWorkstation();
-    open(form, [&] {
-        type("Text1_0", "scritto");
+    inVisit([&] {
         otherWorkspace().BeginTrans();
         pauses.actAt = 2;
         pauses.during = [&] { server("kill"); };
@@ -69,7 +59,7 @@ TEST_F(LostServerTest, AServerThatGoesAwayWhileOthersWriteIsWhatIsTold)
 // The owner of a row is looked up with little regard for errors.
 TEST_F(LostServerTest, ALossThatNobodyMindedIsToldAllTheSame)
 {
-    const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
+    const WriteResult result = writeTogether(state, "PROBLEMS", [&] {
         const auto row = environment.clinical->OpenRecordset("PROBLEMS");
         EXPECT_EQ(state.operations.Recordset_AddNew(*row), 0);
         server("kill");
@@ -157,9 +147,8 @@ protected:
     // The test's own connections may be lost.
     static void setStandby(const char *name)
     {
-        for (const QString &sql :
-             {QStringLiteral("ALTER SYSTEM SET synchronous_standby_names = ") + QLatin1String(name),
-              QStringLiteral("SELECT pg_reload_conf()")})
+        for (const QString &sql : {QStringLiteral("ALTER SYSTEM SET synchronous_standby_names = ") + name,
+                                   QStringLiteral("SELECT pg_reload_conf()")})
             EXPECT_EQ(QProcess::execute("psql", {"-q", "-o", "/dev/null", "-d", "orvale", "-c", sql}), 0);
         QThread::msleep(200); // the server's processes read it when they come to it
     }
@@ -171,22 +160,19 @@ protected:
             {"-c",
              QStringLiteral("until [ \"$(psql -d orvale -Atc \"select count(*) from pg_stat_activity where "
                             "wait_event = 'SyncRep'\")\" != 0 ]; do sleep 0.05; done; ")
-                 + QLatin1String(command)});
+                 + command});
     }
 };
 
 TEST_F(UnconfirmedTest, ASaveThatTheServerDidNotConfirmIsFoundToBeThere)
 {
-    Visita2 form(state);
-    state.visitMode = "10";
     QProcess killer;
-    open(form, [&] {
-        type("Text1_0", "scritto");
+    inVisit([&] {
         onceCommitted(killer,
                       "psql -d orvale -Atc \"select pg_terminate_backend(pid) from pg_stat_activity where "
                       "wait_event = 'SyncRep'\"");
         click(save);
-        EXPECT_FALSE(form.isVisible()) << "nothing to tell: it is saved";
+        EXPECT_FALSE(visit.isVisible()) << "nothing to tell: it is saved";
     });
     EXPECT_TRUE(killer.waitForFinished());
     EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList("scritto"));

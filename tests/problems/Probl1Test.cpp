@@ -81,8 +81,8 @@ TEST_F(Probl1Test, WhatTheDoctorDoesNotEditStaysAsItIs)
     const auto table = environment.clinical->OpenRecordset("PROBLEMS");
     table->Edit();
     table->Fields("anamnesi").setValue(awkwardText());
-    table->Fields("esameob").setValue(QStringLiteral("solo\nLF\u00a0e\tblanks  "));
-    table->Fields("conclusioni").setValue(QStringLiteral("da\r\nmodificare"));
+    table->Fields("esameob").setValue("solo\nLF\u00a0e\tblanks  ");
+    table->Fields("conclusioni").setValue("da\r\nmodificare");
     table->Fields("pianificazione").setValue(QString());
     table->Fields("datachiusura").setValue(jet::dateTime(QDate(1925, 6, 7)));
     table->Update();
@@ -102,14 +102,13 @@ TEST_F(Probl1Test, WhatTheDoctorDoesNotEditStaysAsItIs)
 
     open(form, [&] {
         type("Text1_2", "e' nuovo\rtesto");
-        control<QPlainTextEdit>("Text1_2")->insertPlainText(QStringLiteral(" «è»\u00a0"));
+        control<QPlainTextEdit>("Text1_2")->insertPlainText(" «è»\u00a0");
         type("MaskEdBox1", "01-01-1980"); // typed, it is a date like another
         choose("Combo1", "Cronico");
         click(save);
     });
-    EXPECT_EQ(
-        clinical("SELECT descr_mal, stato_probl, dataapertura, dataInizio, conclusioni FROM PROBLEMS"),
-        QStringList(QStringLiteral("due\r\nrighe|3|1980-01-01 00:00:00|Null|e' nuovo\r\ntesto «è»\u00a0")));
+    EXPECT_EQ(clinical("SELECT descr_mal, stato_probl, dataapertura, dataInizio, conclusioni FROM PROBLEMS"),
+              QStringList("due\r\nrighe|3|1980-01-01 00:00:00|Null|e' nuovo\r\ntesto «è»\u00a0"));
     EXPECT_EQ(clinical("SELECT anamnesi, esameob FROM PROBLEMS"),
               QStringList(awkwardText() + QStringLiteral("|solo\nLF\u00a0e\tblanks  ")));
 }

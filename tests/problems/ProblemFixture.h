@@ -3,6 +3,7 @@
 
 #include "ChartFixture.h"
 #include "data/LockHolder.h"
+#include "host/working_state/SharedWrites.h"
 #include "problems/ProblemItems.h"
 
 namespace clivara {
@@ -26,6 +27,21 @@ protected:
                                 "malattie VALUES ('ML001', 'CATARRO D''ESTATE')"})
             environment.codes->Execute(QStringLiteral("INSERT INTO ") + QString::fromUtf8(row));
         state.uidAuthor = anna;
+    }
+
+    // Saves and deletes a record as whoever has just read it.
+    template <auto read, auto save, typename Detail>
+    WriteResult saveRead(Detail &detail)
+    {
+        Detail before = read(database(), detail.id).value_or(Detail());
+        return save(state, detail, before);
+    }
+    template <auto read, auto remove>
+    WriteResult removeRead(qint32 id)
+    {
+        const auto stored = read(database(), id);
+        LastWrite seen = stored ? stored->written : LastWrite();
+        return remove(state, id, seen);
     }
 
     // The clinical database as another workstation has it open.

@@ -203,7 +203,7 @@ TEST_F(ProblemItemsTest, AResultIsShownWithItsReportAndNothingMeasuredIsHidden)
     addItem(1, 1, "#05/01/2026#", "Null", "E1");
     QStringList expected{"S|01/05/26|Esami di laboratorio|1|E1"};
     for (const Case &c : cases) {
-        addResult("E1", QString::fromUtf8(c.values));
+        addResult("E1", c.values);
         expected.append("  |" + QString::fromUtf8(c.shown));
     }
     EXPECT_EQ(items(unassociated, {}, ""), expected);

@@ -9,19 +9,8 @@ namespace {
 
 class ProblemRecordsTest : public ProblemFixture {
 protected:
-    // As whoever has just seen it.
-    WriteResult remove(qint32 id)
-    {
-        const auto stored = readProblem(*environment.clinical, id);
-        LastWrite seen = stored ? stored->written : LastWrite();
-        return deleteProblem(state, id, seen);
-    }
-    // Saves as who has just read the problem.
-    WriteResult save(ProblemDetail &problem)
-    {
-        ProblemDetail read = readProblem(*environment.clinical, problem.id).value_or(ProblemDetail());
-        return saveProblem(state, problem, read);
-    }
+    WriteResult remove(qint32 id) { return removeRead<readProblem, deleteProblem>(id); }
+    WriteResult save(ProblemDetail &problem) { return saveRead<readProblem, saveProblem>(problem); }
     ProblemDetail detail(const QString &code, const QString &description)
     {
         ProblemDetail problem;
@@ -35,7 +24,7 @@ protected:
     QStringList descriptions()
     {
         QStringList found;
-        for (const ProblemRow &row : listProblems(*environment.clinical, 17))
+        for (const ProblemRow &row : listProblems(database(), 17))
             found.append(row.description);
         return found;
     }
@@ -51,7 +40,7 @@ TEST_F(ProblemRecordsTest, ListShowsThePatientsProblemsNewestFirst)
     execute("UPDATE PROBLEMS SET DataChiusura = #02/28/1925#, CodICDFinale = ' 402 ' WHERE stato_probl = 2");
     EXPECT_EQ(descriptions(), (QStringList{"nuovo, inserito dopo", "nuovo", "vecchio", "senza inizio"}));
 
-    const QList<ProblemRow> rows = listProblems(*environment.clinical, 17);
+    const QList<ProblemRow> rows = listProblems(database(), 17);
     EXPECT_EQ(rows[2].start, QDate(1925, 3, 1));
     EXPECT_EQ(rows[2].closed, QDate(1925, 2, 28));
     EXPECT_TRUE(rows[2].closedBeforeStart());
@@ -60,7 +49,7 @@ TEST_F(ProblemRecordsTest, ListShowsThePatientsProblemsNewestFirst)
     EXPECT_FALSE(rows[3].start.isValid());
     for (const int other : {0, 1, 3})
         EXPECT_FALSE(rows[other].closedBeforeStart()) << other;
-    EXPECT_TRUE(listProblems(*environment.clinical, 99).isEmpty());
+    EXPECT_TRUE(listProblems(database(), 99).isEmpty());
 
     const QStringList states{"<non specificato>", "Aperto", "Chiuso", "Cronico", "<non specificato>"};
     for (qint16 i = 0; i < states.size(); ++i)
@@ -77,7 +66,7 @@ TEST_F(ProblemRecordsTest, NewProblemIsReadBackAsItWasTyped)
     ASSERT_EQ(save(problem), WriteResult::Done);
     ASSERT_GT(problem.id, 0);
 
-    const auto read = readProblem(*environment.clinical, problem.id);
+    const auto read = readProblem(database(), problem.id);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->code, "250.00");
     EXPECT_EQ(read->description, problem.description);
@@ -108,7 +97,7 @@ TEST_F(ProblemRecordsTest, EditKeepsWhoseTheRowIs)
 
     // A row from before rows had identities gets one and keeps what it never had.
     const qint32 old = addProblem("401.9", "Ipertensione");
-    auto read = readProblem(*environment.clinical, old);
+    auto read = readProblem(database(), old);
     ASSERT_TRUE(read);
     ASSERT_EQ(save(*read), WriteResult::Done);
     EXPECT_EQ(
@@ -126,7 +115,7 @@ TEST_F(ProblemRecordsTest, SameCodeOrSameDescriptionIsADuplicate)
     const auto duplicate = [&](const QString &code, const QString &description, qint32 id = noProblem) {
         ProblemDetail problem = detail(code, description);
         problem.id = id;
-        return isDuplicateProblem(*environment.clinical, 17, problem);
+        return isDuplicateProblem(database(), 17, problem);
     };
     EXPECT_TRUE(duplicate("250.00", "con altre parole"));
     EXPECT_FALSE(duplicate("250.01", "Diabete dell'anziano")) << "with a code only the code counts";
@@ -190,8 +179,7 @@ TEST_F(ProblemRecordsTest, DeletionIsWholeOrNotAtAll)
         execute(QStringLiteral("DROP TABLE ") + table);
         EXPECT_EQ(remove(problem.id), WriteResult::Failed) << table;
         EXPECT_EQ(clinical(rows), before) << table;
-        EXPECT_EQ(tableExists(*environment.clinical, "DELETIONS") ? clinical("DELETIONS") : QStringList(),
-                  QStringList())
+        EXPECT_EQ(tableExists(database(), "DELETIONS") ? clinical("DELETIONS") : QStringList(), QStringList())
             << table;
     }
     EXPECT_EQ(logged().filter("PROBLEMS - Error 3078 - ").size(), 1);
@@ -208,13 +196,13 @@ TEST_F(ProblemRecordsTest, AnotherWorkstationDeletesTheRow)
     EXPECT_EQ(save(problem), WriteResult::Vanished);
     EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished);
     EXPECT_EQ(remove(problem.id), WriteResult::Vanished);
-    EXPECT_FALSE(readProblem(*environment.clinical, problem.id));
+    EXPECT_FALSE(readProblem(database(), problem.id));
     EXPECT_TRUE(clinical("DELETIONS").isEmpty());
     EXPECT_TRUE(pauses.taken.isEmpty()) << "nothing to wait for";
 
     problem.id = noProblem; // the doctor keeps what was typed as a new problem
     EXPECT_EQ(save(problem), WriteResult::Done);
-    EXPECT_EQ(readProblem(*environment.clinical, problem.id)->texts[0], "scritto intanto");
+    EXPECT_EQ(readProblem(database(), problem.id)->texts[0], "scritto intanto");
 }
 
 TEST_F(ProblemRecordsTest, ALockIsWaitedForAndOneThatStaysFailsTheSave)
@@ -262,11 +250,11 @@ TEST_F(ProblemRecordsTest, AProblemIsCalledByItsDescriptionElseByItsCodesName)
         {"", "", ""},
     };
     for (const Case &c : cases) {
-        const qint32 id = addProblem(QString::fromUtf8(c.code), QString::fromUtf8(c.description));
-        EXPECT_EQ(problemText(*environment.clinical, *environment.codes, id), c.text);
+        const qint32 id = addProblem(c.code, c.description);
+        EXPECT_EQ(problemText(database(), *environment.codes, id), c.text);
     }
     for (const qint32 none : {noProblem, unassociated, 999})
-        EXPECT_EQ(problemText(*environment.clinical, *environment.codes, none), "");
+        EXPECT_EQ(problemText(database(), *environment.codes, none), "");
     EXPECT_EQ(diagnosisName(*environment.codes, " 250.00 "), "Diabete mellito tipo 2");
     EXPECT_EQ(diagnosisName(*environment.codes, "999"), "");
 }

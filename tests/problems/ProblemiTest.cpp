@@ -281,7 +281,7 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotDeletedUnseen)
         const auto saveElsewhere = [&](const char *table, int minute) {
             otherWorkstation()->Execute(
                 QStringLiteral("UPDATE %1 SET dLastModifiedDate = #11/21/2026 09:%2:00#")
-                    .arg(QLatin1String(table))
+                    .arg(table)
                     .arg(minute));
         };
         const auto told = [](const char *record, int minute) {
@@ -289,7 +289,7 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotDeletedUnseen)
                        "Attenzione!|%1 il 21/11/2026 alle 09:%2, da un'altra postazione, mentre era in "
                        "questa finestra. Chi non è registrato.\n"
                        "L'elenco mostra ancora com'era prima. Eliminare lo stesso?|warning")
-                .arg(QString::fromUtf8(record))
+                .arg(record)
                 .arg(minute);
         };
         saveElsewhere("VISITAPROBL", 10);

@@ -16,8 +16,8 @@ ItemRow visit(qint32 key, const QStringList &texts)
 {
     ItemRow item;
     item.key = key;
-    item.date = QStringLiteral("21/11/26");
-    item.description = QStringLiteral("Visita ambulatoriale");
+    item.date = "21/11/26";
+    item.description = "Visita ambulatoriale";
     for (const QString &text : texts)
         item.lines.append({{}, text});
     return item;
@@ -55,9 +55,8 @@ protected:
 TEST_F(ReportViewTest, LongTextsTakeThreeLinesAndShowAllInTheTip)
 {
     const QString words = QStringLiteral("parola & altra ").repeated(4000); // 60,000 characters
-    show({visit(1, {QStringLiteral("Note: breve"), QStringLiteral("Note: a\r\nb"),
-                    QStringLiteral("Note: ") + words, QString(60000, u'x'),
-                    QStringLiteral("Note: 1\n2\n3\n4")})});
+    show({visit(1, {"Note: breve", "Note: a\r\nb", QStringLiteral("Note: ") + words, QString(60000, u'x'),
+                    "Note: 1\n2\n3\n4"})});
     const int single = height(line(0, 0));
     const int text = view.fontMetrics().height();
     EXPECT_EQ(height(line(0, 1)), single + text) << "a break in the text is a break in the list";
@@ -114,11 +113,11 @@ TEST_F(ReportViewTest, ReadAgainTheListStaysWhereItWas)
 {
     QList<ItemRow> items;
     for (int i = 0; i < 100; ++i)
-        items.append(visit(i, {QStringLiteral("Note: x")}));
+        items.append(visit(i, {"Note: x"}));
     show(items);
     view.selectVisit(60);
     const QRect before = view.visualRect(view.currentIndex());
-    items[60].description = QStringLiteral("Altro");
+    items[60].description = "Altro";
     view.showItems(items, ItemTreeView::Place::AsBefore);
     EXPECT_EQ(view.selectedVisit(), 60);
     EXPECT_EQ(view.visualRect(view.currentIndex()), before);

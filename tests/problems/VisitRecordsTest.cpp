@@ -8,19 +8,8 @@ namespace {
 
 class VisitRecordsTest : public ProblemFixture {
 protected:
-    // As whoever has just seen it.
-    WriteResult remove(qint32 id)
-    {
-        const auto stored = readVisit(*environment.clinical, id);
-        LastWrite seen = stored ? stored->written : LastWrite();
-        return deleteVisit(state, id, seen);
-    }
-    // Saves as who has just read the visit.
-    WriteResult save(VisitDetail &visit)
-    {
-        VisitDetail read = readVisit(*environment.clinical, visit.id).value_or(VisitDetail());
-        return saveVisit(state, visit, read);
-    }
+    WriteResult remove(qint32 id) { return removeRead<readVisit, deleteVisit>(id); }
+    WriteResult save(VisitDetail &visit) { return saveRead<readVisit, saveVisit>(visit); }
     VisitDetail detail(QDate date)
     {
         VisitDetail visit;
@@ -45,7 +34,7 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     visit.texts = {awkwardText(), " \n ", "  c'è  ", "100%", "[*]"};
     ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(visit.id, 1) << "the first visit ever";
-    const auto read = readVisit(*environment.clinical, 1);
+    const auto read = readVisit(database(), 1);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->problem, 5);
     EXPECT_EQ(read->date, visit.date);
@@ -55,7 +44,7 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     EXPECT_EQ(read->texts, (std::array<QString, visitTexts>{awkwardText(), "", "  c'è  ", "100%", "[*]"}));
     EXPECT_EQ(clinical("SELECT cod_paz, esameob, " + stamps + " FROM VISITAPROBL"),
               QStringList("17||" + newStamps(1, "DV")));
-    EXPECT_FALSE(readVisit(*environment.clinical, 2));
+    EXPECT_FALSE(readVisit(database(), 2));
 }
 
 TEST_F(VisitRecordsTest, WhatIsNotChosenIsNullAndComesBackSo)
@@ -63,7 +52,7 @@ TEST_F(VisitRecordsTest, WhatIsNotChosenIsNullAndComesBackSo)
     const VisitDetail visit = saved(QDate(2026, 11, 21));
     EXPECT_EQ(clinical("SELECT id_Probl, validita, idtipo, SINTOMO, anamnesi FROM VISITAPROBL"),
               QStringList("Null|Null|Null|Null|"));
-    const auto read = readVisit(*environment.clinical, visit.id);
+    const auto read = readVisit(database(), visit.id);
     ASSERT_TRUE(read);
     EXPECT_FALSE(read->problem);
     EXPECT_FALSE(read->type);
@@ -106,15 +95,14 @@ TEST_F(VisitRecordsTest, APatientHasOneVisitADay)
     const VisitDetail visit = saved(QDate(2026, 2, 1)); // not the 2nd of January
     execute(
         "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (9, 17, #03/05/1925 23:59:59#)");
-    dao::Database &database = *environment.clinical;
-    EXPECT_TRUE(hasVisitOn(database, 17, visit.date, 0));
-    EXPECT_FALSE(hasVisitOn(database, 17, visit.date, visit.id)) << "itself";
-    EXPECT_TRUE(hasVisitOn(database, 17, QDate(1925, 3, 5), visit.id)) << "with a time of day";
-    EXPECT_FALSE(hasVisitOn(database, 17, QDate(1925, 3, 6), 0));
-    EXPECT_FALSE(hasVisitOn(database, 17, QDate(2025, 3, 5), 0)) << "a hundred years later";
-    EXPECT_FALSE(hasVisitOn(database, 17, QDate(2026, 1, 2), 0));
-    EXPECT_FALSE(hasVisitOn(database, 18, visit.date, 0));
-    EXPECT_FALSE(hasVisitOn(database, 17, {}, 0));
+    EXPECT_TRUE(hasVisitOn(database(), 17, visit.date, 0));
+    EXPECT_FALSE(hasVisitOn(database(), 17, visit.date, visit.id)) << "itself";
+    EXPECT_TRUE(hasVisitOn(database(), 17, QDate(1925, 3, 5), visit.id)) << "with a time of day";
+    EXPECT_FALSE(hasVisitOn(database(), 17, QDate(1925, 3, 6), 0));
+    EXPECT_FALSE(hasVisitOn(database(), 17, QDate(2025, 3, 5), 0)) << "a hundred years later";
+    EXPECT_FALSE(hasVisitOn(database(), 17, QDate(2026, 1, 2), 0));
+    EXPECT_FALSE(hasVisitOn(database(), 18, visit.date, 0));
+    EXPECT_FALSE(hasVisitOn(database(), 17, {}, 0));
 }
 
 TEST_F(VisitRecordsTest, AnotherWorkstationWritesMeanwhile)
@@ -158,7 +146,7 @@ TEST_F(VisitRecordsTest, OnlyWhatTheOtherOneWroteAndThisOneWouldReplaceIsAConfli
         visit.texts = {"prima", "obiettivo", "", "", ""};
         visit.problem = 5;
         ASSERT_EQ(save(visit), WriteResult::Done) << c.name;
-        VisitDetail read = *readVisit(*environment.clinical, visit.id);
+        VisitDetail read = *readVisit(database(), visit.id);
         if (*c.theirs)
             otherWorkstation()->Execute(QStringLiteral("UPDATE VISITAPROBL SET ")
                                         + QString::fromUtf8(c.theirs));

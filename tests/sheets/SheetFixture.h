@@ -16,8 +16,7 @@ protected:
             execute(QStringLiteral("INSERT INTO inf_gen (cod_paz) VALUES (%1)").arg(patient));
         }
         state.header.birthDay = QDate(1966, 11, 21);
-        state.header.identity = {QStringLiteral("D'Amico & figli"), QStringLiteral("Niccolò"),
-                                 QStringLiteral("M"), QStringLiteral("DMCNCL66S21F839K")};
+        state.header.identity = {"D'Amico & figli", "Niccolò", "M", "DMCNCL66S21F839K"};
     }
 
     void addSheetRow(int type, int number, const char *date, const QString &stored, int patient = 17)

@@ -324,8 +324,8 @@ TEST_F(SheetFormTest, SavesAPdfWhereTheSettingSays)
     settings.write("CARTELLA_PDF", folder.path());
     openSheet(1, 0, [&] {
         click("ctrlButt_3");
-        const QString file = folder.filePath(
-            QString::fromUtf8("Scheda diabetologica (Art. 7) - D'Amico & figli Niccolò - 2026-11-21.pdf"));
+        const QString file =
+            folder.filePath("Scheda diabetologica (Art. 7) - D'Amico & figli Niccolò - 2026-11-21.pdf");
         EXPECT_EQ(control<QLabel>("message")->text(), "PDF salvato: " + QDir::toNativeSeparators(file));
         QFile pdf(file);
         ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
@@ -351,7 +351,7 @@ TEST_F(SheetFormTest, PaperHasHeadingPatientDateAndEveryValue)
          {"STUDIO &lt;MEDICO&gt;<br>Via Sant'Anna 3", "Scheda n. 12 del 01/02/2026",
           "D'Amico &amp; figli Niccolò<br>Sesso M · Nato il 21/11/1966 · C.F. DMCNCL66S21F839K",
           "peso &lt; 80 &amp; in calo", "class=\"value\">sì</td>", "class=\"value\">7.3</td>"})
-        EXPECT_TRUE(html.contains(QString::fromUtf8(text))) << text;
+        EXPECT_TRUE(html.contains(text)) << text;
     for (const SheetField &field : sheetLayout(1)->fields)
         EXPECT_EQ(html.contains(field.caption.toHtmlEscaped()), field.kind != SheetFieldKind::Kept)
             << field.caption.toStdString();
@@ -373,7 +373,7 @@ TEST_F(SheetFormTest, TheManagerListsOpensAndDeletes)
                              + list->model()->index(row, 1).data().toString();
             return texts;
         };
-        EXPECT_EQ(rows(), (QStringList{QString::fromUtf8("01/02/2026|Scheda valutazione fragilità (Art. 13)"),
+        EXPECT_EQ(rows(), (QStringList{"01/02/2026|Scheda valutazione fragilità (Art. 13)",
                                        "01/01/2026|Scheda diabetologica (Art. 7)", "senza data|"}));
         forms.act = [&] { EXPECT_EQ(state.sheetNumber, 1); };
         click("Btm_Apri");

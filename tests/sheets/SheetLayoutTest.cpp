@@ -22,26 +22,26 @@ std::string faultOf(const char *lines)
 
 TEST(SheetLayoutTest, ReadsFieldsOfEachKind)
 {
-    const SheetLayout layout = parseSheetLayout(
-        QStringLiteral("# comment\n"
-                       "scheda | 9 | F | Elenco | Titolo\n"
-                       "criteri | bpco\n"
-                       "gruppo | Uno, due\n"
-                       "  2 | 1 | elenco | Fumo | Fuma? | no = 0 / sì = 3 / *non so | fumo()\n"
-                       "  1 | 1 | fascia | Fascia | Fascia | da fare / bassa = 0 | fascia(Punti)\n"
-                       "gruppo | Tre\n"
-                       "  3 | 4 | numero | Peso | Peso | 00,0 | esame(90.1;90.2, 12) | \"  , \"\n"
-                       "  7 | 2 | totale | Punti | Punti | | punti(Uno, due)\n"
-                       "  9 | 8 | data | Giorno | Giorno |\n"
-                       " 17 | 3 | testo | Note | Note |\n"
-                       " 20 | 2 | riserva | Altro | | | | \"0 \"\n"));
+    const SheetLayout layout =
+        parseSheetLayout("# comment\n"
+                         "scheda | 9 | F | Elenco | Titolo\n"
+                         "criteri | bpco\n"
+                         "gruppo | Uno, due\n"
+                         "  2 | 1 | elenco | Fumo | Fuma? | no = 0 / sì = 3 / *non so | fumo()\n"
+                         "  1 | 1 | fascia | Fascia | Fascia | da fare / bassa = 0 | fascia(Punti)\n"
+                         "gruppo | Tre\n"
+                         "  3 | 4 | numero | Peso | Peso | 00,0 | esame(90.1;90.2, 12) | \"  , \"\n"
+                         "  7 | 2 | totale | Punti | Punti | | punti(Uno, due)\n"
+                         "  9 | 8 | data | Giorno | Giorno |\n"
+                         " 17 | 3 | testo | Note | Note |\n"
+                         " 20 | 2 | riserva | Altro | | | | \"0 \"\n");
     EXPECT_EQ(layout.type, 9);
     EXPECT_EQ(layout.criteria, "bpco");
     EXPECT_EQ(layout.groups, (QStringList{"Uno, due", "Tre"}));
     EXPECT_EQ(layout.length, 21);
     const SheetField &smoking = layout.fields[0];
     EXPECT_EQ(smoking.entries.size(), 3);
-    EXPECT_EQ(smoking.entries[1].text, QString::fromUtf8("sì"));
+    EXPECT_EQ(smoking.entries[1].text, "sì");
     EXPECT_EQ(smoking.entries[1].points, 3);
     EXPECT_FALSE(smoking.entries[2].points);
     EXPECT_EQ(smoking.blank, "2");

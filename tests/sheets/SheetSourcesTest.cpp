@@ -14,7 +14,7 @@ protected:
     SheetData recovered(int type, int age = 60)
     {
         SheetData sheet(*sheetLayout(type));
-        last = RecuperaDati(sheet, ModEstrazDati(*environment.clinical, log), {17, age, clock.today()});
+        last = RecuperaDati(sheet, ModEstrazDati(database(), log), {17, age, clock.today()});
         return sheet;
     }
     void addProblem(const char *code)

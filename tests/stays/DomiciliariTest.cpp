@@ -17,16 +17,16 @@ protected:
                                 "(10, 'Senza codice', '', 'X')"})
             environment.codes->Execute(
                 QStringLiteral("INSERT INTO TIPOVISITA (IdTipo, descr_tipo, CodiceReg, codice) VALUES ")
-                + QLatin1String(row));
+                + row);
     }
     void addEntry(int id, const char *date, int type, const char *note = "Null")
     {
         execute(QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo, txtNote) "
                                "VALUES (%1, 17, %2, %3, %4)")
                     .arg(id)
-                    .arg(QLatin1String(date))
+                    .arg(date)
                     .arg(type)
-                    .arg(QLatin1String(note)));
+                    .arg(note));
     }
     std::string entries()
     {

@@ -24,7 +24,7 @@ protected:
     {
         execute(QStringLiteral("INSERT INTO ricoveri2 (cod_paz, data_accesso, data_fineric, sede, reparto) "
                                "VALUES (17, %1, %2, '%3', 'Cardiologia')")
-                    .arg(QLatin1String(admitted), QLatin1String(discharged), QString::fromUtf8(hospital)));
+                    .arg(admitted, discharged, hospital));
     }
     void openStay(qint32 id, const std::function<void()> &act)
     {

@@ -45,8 +45,8 @@ TEST_F(LogTest, WritesStampedLinesOfSingleBytes)
     makeLogFolder();
     log.start(settings, "==");
     EXPECT_TRUE(log.isEnabled());
-    log.write(QStringLiteral("perché € “x” ☃ ż 😀 è"));
-    log.write(QStringLiteral("a\nb\r\nc")); // several physical lines, one stamp
+    log.write("perché € “x” ☃ ż 😀 è");
+    log.write("a\nb\r\nc"); // several physical lines, one stamp
     log.write({});
     EXPECT_EQ(bytes("log_24_03_07.log"),
               QByteArray("07/03/2024 14:05:09:042 ==\r\n"

@@ -15,7 +15,7 @@ int main(int argc, char **argv)
     if (arguments.value(1) == QLatin1String("write"))
         settings->write(arguments.value(2), arguments.value(3));
     else if (arguments.value(1) == QLatin1String("read"))
-        QTextStream(stdout) << settings->text(arguments.value(2), QStringLiteral("(missing)"));
+        QTextStream(stdout) << settings->text(arguments.value(2), "(missing)");
     else {
         const clivara::SystemClock clock;
         clivara::Log log(clock);

@@ -28,7 +28,7 @@ protected:
             qputenv("XDG_CONFIG_HOME", m_previous);
     }
 
-    QString file() const { return folder.filePath(QStringLiteral("Orvale.conf")); }
+    QString file() const { return folder.filePath("Orvale.conf"); }
 
     QString peer(const QStringList &arguments) const
     {
@@ -52,7 +52,7 @@ void checkStore(SettingsStore &store)
     EXPECT_EQ(store.text("medicoP", "101"), "101");
 
     store.write("CODICE PAZIENTE", -1);
-    EXPECT_EQ(store.read("CODICE PAZIENTE"), QVariant(QStringLiteral("-1")));
+    EXPECT_EQ(store.read("CODICE PAZIENTE"), QVariant("-1"));
     store.write("codice paziente", 17);
     EXPECT_EQ(store.text("Codice Paziente"), "17");
 
@@ -86,11 +86,11 @@ TEST(MemorySettings, SwitchesAreNumbersOrWords)
     clivara::MemorySettings store;
     EXPECT_FALSE(store.isOn("MIR_ATTIVO")) << "missing";
     for (const char *on : {"1", "-1", " 2 ", "True", "VERO", "sì", "si", "on", "yes"}) {
-        store.write("Mir_Attivo", QString::fromUtf8(on));
+        store.write("Mir_Attivo", on);
         EXPECT_TRUE(store.isOn("MIR_ATTIVO")) << on;
     }
     for (const char *off : {"", " ", "0", "-0", "0.0", "false", "falso", "no", "off", "1x"}) {
-        store.write("MIR_ATTIVO", QString::fromUtf8(off));
+        store.write("MIR_ATTIVO", off);
         EXPECT_FALSE(store.isOn("MIR_ATTIVO")) << off;
     }
 }

@@ -84,10 +84,10 @@ TEST(SystemMiddleware, AsksTheLibraryThenTheEnvironment)
     qputenv("CLIVARA_DB_USER", "ambiente");
     SystemMiddleware library(QStringLiteral(ACCOUNT_LIBRARY));
     EXPECT_EQ(library.account("U"), "medico");
-    EXPECT_EQ(library.account("P"), QStringLiteral("parola-segretaà"));
+    EXPECT_EQ(library.account("P"), "parola-segretaà");
     EXPECT_EQ(library.account("?"), "") << "the library is there and knows nothing";
 
-    SystemMiddleware missing(QStringLiteral("no-such-library"));
+    SystemMiddleware missing("no-such-library");
     EXPECT_EQ(missing.account("U"), "ambiente");
     EXPECT_EQ(missing.account("P"), "");
     qunsetenv("CLIVARA_DB_USER");

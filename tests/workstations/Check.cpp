@@ -71,12 +71,11 @@ QString expected(const Save &save)
     case Kind::Problem:
         return joined({patient, save.text, withIdentity});
     case Kind::Stay:
-        return joined(
-            {patient, date, QStringLiteral("Cardiologia"), QStringLiteral("in elenco"), withIdentity});
+        return joined({patient, date, "Cardiologia", "in elenco", withIdentity});
     case Kind::Evaluation:
         return joined({QString::number(systolicOf(save)), QString::number(cholesterolOf(save))});
     case Kind::Allergies:
-        return joined({patient, save.text, QStringLiteral("1 scheda, 2 modifiche")});
+        return joined({patient, save.text, "1 scheda, 2 modifiche"});
     case Kind::Sheet:
         return patient;
     case Kind::Event:
@@ -102,8 +101,7 @@ Contents storedIn(orvale::Practice &practice)
     });
     // A stay and its hospital's place in the list are saved together.
     QSet<QString> hospitals =
-        texts(clinical,
-              QStringLiteral("SELECT denominazione FROM sedericov WHERE denominazione LIKE 'Ospedale w*'"));
+        texts(clinical, "SELECT denominazione FROM sedericov WHERE denominazione LIKE 'Ospedale w*'");
     collect(clinical, QStringLiteral("SELECT * FROM ricoveri2") + theirs, contents, [&](dao::Recordset &row) {
         const QString hospital = row.Fields("sede").text();
         return QStringList{hospital.section(u' ', 1),
@@ -115,7 +113,7 @@ Contents storedIn(orvale::Practice &practice)
                            stamps(row)};
     });
     for (const QString &hospital : std::as_const(hospitals))
-        contents.insert(hospital.section(u' ', 1), QStringLiteral("sede senza ricovero"));
+        contents.insert(hospital.section(u' ', 1), "sede senza ricovero");
     collect(clinical, QStringLiteral("SELECT * FROM Rischio_Cardio") + theirs, contents,
             [](dao::Recordset &row) {
                 return QStringList{row.Fields("cod_paz").text() + u' ' + day(row.Fields("Data_Val")),
@@ -141,7 +139,7 @@ Contents storedIn(orvale::Practice &practice)
     contents.remove({}); // patients about whom nothing was saved
     collect(clinical, QStringLiteral("SELECT cod_paz, SEQDATI FROM AIR15_7") + theirs, contents,
             [](dao::Recordset &row) {
-                static const QRegularExpression tag(QStringLiteral("w\\d+-\\d{6}"));
+                static const QRegularExpression tag("w\\d+-\\d{6}");
                 return QStringList{tag.match(row.Fields(1).text()).captured(), row.Fields(0).text()};
             });
     collect(*practice.environment().events,
@@ -155,11 +153,10 @@ Contents storedIn(orvale::Practice &practice)
 // Keys that no index keeps apart, or that an index would have to: each value once.
 void findDoubles(orvale::Practice &practice, QStringList &faults)
 {
-    static const QStringList keys{
-        QStringLiteral("VISITAPROBL|IdVisitaProbl"), QStringLiteral("PROBLEMS|idProblems"),
-        QStringLiteral("ricoveri2|idRicovero"),      QStringLiteral("AIR15_7|idTipo, idScheda"),
-        QStringLiteral("VISITAPROBL|sRecordUid"),    QStringLiteral("PROBLEMS|sRecordUid"),
-        QStringLiteral("sedericov|denominazione")};
+    static const QStringList keys{"VISITAPROBL|IdVisitaProbl", "PROBLEMS|idProblems",
+                                  "ricoveri2|idRicovero",      "AIR15_7|idTipo, idScheda",
+                                  "VISITAPROBL|sRecordUid",    "PROBLEMS|sRecordUid",
+                                  "sedericov|denominazione"};
     for (const QString &key : keys) {
         const QString table = key.section(u'|', 0, 0), fields = key.section(u'|', 1);
         const auto rows = practice.environment().clinical->OpenRecordset(

@@ -24,15 +24,14 @@ constexpr int betweenAttemptsMs = 300;
 // What the chart asks in the course of a save that goes well.
 const QStringList &questions()
 {
-    static const QStringList list{QStringLiteral("Salvare le modifiche?"),
-                                  QStringLiteral("Si desidera inserire l'elenco Sedi?"),
-                                  QStringLiteral("Si desidera continuare?")};
+    static const QStringList list{"Salvare le modifiche?", "Si desidera inserire l'elenco Sedi?",
+                                  "Si desidera continuare?"};
     return list;
 }
 
 void type(QWidget &form, const char *control, const QString &text)
 {
-    typeText(findControl(form, QString::fromLatin1(control)), text);
+    typeText(findControl(form, control), text);
 }
 
 void type(QWidget &form, const char *control, int number)
@@ -58,13 +57,13 @@ Desk::Desk(const QString &practice, const QString &folder, Ledger &ledger, int p
     , m_practice(
           orvale::Practice::open(practice, orvale::Schema::current(), orvale::Practice::Pages::ReadLater))
 {
-    QDir(folder).mkpath(QStringLiteral("logOrvale"));
+    QDir(folder).mkpath("logOrvale");
     const orvale::FirstDoctor doctor = m_practice->firstDoctor();
-    m_settings.write(QStringLiteral("ORVALE_WORK"), folder);
-    m_settings.write(QStringLiteral("medicoP"), doctor.code);
-    m_settings.write(QStringLiteral("medicoT"), doctor.code);
-    m_settings.write(QStringLiteral("CODICE REGIONE"), doctor.region);
-    m_log.start(m_settings, QStringLiteral("postazione"));
+    m_settings.write("ORVALE_WORK", folder);
+    m_settings.write("medicoP", doctor.code);
+    m_settings.write("medicoT", doctor.code);
+    m_settings.write("CODICE REGIONE", doctor.region);
+    m_log.start(m_settings, "postazione");
     m_chart = std::make_unique<clivara::Class3>(
         clivara::Services{m_settings, m_clock, m_prompts, m_pauses, m_guids, m_middleware});
     m_chart->InitDbConn(m_practice->environment());
@@ -90,13 +89,13 @@ bool Desk::perform(const Save &save)
         QThread::msleep(betweenAttemptsMs); // the form did not open, for want of a server
     }
     if (!m_begun)
-        m_ledger.shown(save, QStringLiteral("la maschera non si è aperta"));
+        m_ledger.shown(save, "la maschera non si è aperta");
     return m_done;
 }
 
 void Desk::openSection(qint16 action, const Act &act)
 {
-    m_settings.write(QStringLiteral("CODICE PAZIENTE"), m_save.patient);
+    m_settings.write("CODICE PAZIENTE", m_save.patient);
     m_sectionTimer.start();
     actWhenOpen(nullptr, [this, act](QWidget &form) {
         m_openedMs = m_sectionTimer.elapsed();
@@ -161,7 +160,7 @@ void Desk::save(const std::function<void()> &attempt)
             m_ledger.shown(m_save, text);
         // What is shown after the save may be incomplete, and the doctor is told; the save is done.
         const bool isSaved = std::all_of(errors.begin(), errors.end(), [](const QString &text) {
-            return text.contains(QStringLiteral("Quanto è mostrato può essere incompleto"));
+            return text.contains("Quanto è mostrato può essere incompleto");
         });
         if (isSaved) {
             m_ledger.acknowledged(m_save, m_openedMs, waited);
@@ -180,24 +179,23 @@ void Desk::recordEvent()
     clivara::RecordsetOperations operations(m_log, m_pauses);
     clivara::ChangeJournal journal(*environment.clinical, *environment.events, m_clock, m_log, operations);
     save([&] {
-        const bool isSaved = journal.recordEvent(QStringLiteral("101"), QStringLiteral("101"),
-                                                 QStringLiteral("ModificaPaziente"), m_save.patient,
-                                                 m_save.tag, m_save.date.toString(Qt::ISODate))
+        const bool isSaved = journal.recordEvent("101", "101", "ModificaPaziente", m_save.patient, m_save.tag,
+                                                 m_save.date.toString(Qt::ISODate))
                              == 0;
         if (!isSaved)
-            m_prompts.warn(QStringLiteral("evento non registrato"));
+            m_prompts.warn("evento non registrato");
     });
 }
 
 void Desk::fillIn()
 {
     const auto saveButton = QStringLiteral("chameleonButton1(0)");
-    const QString dashed = m_save.date.toString(QStringLiteral("dd-MM-yyyy"));
-    const QString slashed = m_save.date.toString(QStringLiteral("dd/MM/yyyy"));
+    const QString dashed = m_save.date.toString("dd-MM-yyyy");
+    const QString slashed = m_save.date.toString("dd/MM/yyyy");
     switch (m_save.kind) {
     case Kind::Visit:
         openSection(17, [&](QWidget &list) {
-            openFrom(list, QStringLiteral("bt_Visita(1)"), [&](QWidget &dialog) {
+            openFrom(list, "bt_Visita(1)", [&](QWidget &dialog) {
                 type(dialog, "MaskEdBox1", dashed);
                 type(dialog, "Text1(0)", m_save.tag);
                 type(dialog, "Text1(2)", m_save.text);
@@ -207,7 +205,7 @@ void Desk::fillIn()
         break;
     case Kind::Problem:
         openSection(5, [&](QWidget &list) {
-            openFrom(list, QStringLiteral("bt_Probl(1)"), [&](QWidget &dialog) {
+            openFrom(list, "bt_Probl(1)", [&](QWidget &dialog) {
                 type(dialog, "txtDescr", m_save.tag);
                 type(dialog, "Text1(0)", m_save.text);
                 press(dialog, saveButton);
@@ -216,12 +214,11 @@ void Desk::fillIn()
         break;
     case Kind::Stay:
         openSection(19, [&](QWidget &list) {
-            openFrom(list, QStringLiteral("Btm_Ins_Dom"), [&](QWidget &dialog) {
+            openFrom(list, "Btm_Ins_Dom", [&](QWidget &dialog) {
                 type(dialog, "Data_Dom", slashed);
                 type(dialog, "Combo1", hospitalOf(m_save));
-                orvale::chooseEntry(findControl(dialog, QStringLiteral("Combo2")),
-                                    QStringLiteral("Cardiologia"));
-                press(dialog, QStringLiteral("Btm_Memorizza"));
+                orvale::chooseEntry(findControl(dialog, "Combo2"), "Cardiologia");
+                press(dialog, "Btm_Memorizza");
             });
         });
         break;
@@ -230,24 +227,24 @@ void Desk::fillIn()
             type(form, "me_pas", systolicOf(m_save));
             type(form, "me_col", cholesterolOf(m_save));
             type(form, "me_hdl", 50);
-            clickControl(form, QStringLiteral("Button2(0)"));
+            clickControl(form, "Button2(0)");
             type(form, "MaskEdBox1", slashed);
-            press(form, QStringLiteral("Button2(1)"));
+            press(form, "Button2(1)");
         });
         break;
     case Kind::Allergies:
         openSection(12, [&](QWidget &form) {
-            orvale::setChecked(findControl(form, QStringLiteral("alim(3)")), true);
+            orvale::setChecked(findControl(form, "alim(3)"), true);
             type(form, "Text1", m_save.text);
-            press(form, QStringLiteral("Uscita"));
+            press(form, "Uscita");
         });
         break;
     case Kind::Sheet:
         openSection(25, [&](QWidget &list) {
-            orvale::setChecked(findControl(list, QStringLiteral("optTipo(1)")), true);
-            openFrom(list, QStringLiteral("chameleonButton1(1)"), [&](QWidget &sheet) {
+            orvale::setChecked(findControl(list, "optTipo(1)"), true);
+            openFrom(list, "chameleonButton1(1)", [&](QWidget &sheet) {
                 type(sheet, "txtNote", m_save.tag);
-                press(sheet, QStringLiteral("ctrlButt(1)"));
+                press(sheet, "ctrlButt(1)");
             });
         });
         break;

@@ -76,11 +76,10 @@ public:
     {
         const auto entries = Account::read(ledgerPath(m_run, m_worker)).entries;
         m_process.start(QCoreApplication::applicationFilePath(),
-                        {QStringLiteral("work"), m_run.practice, QStringLiteral("--folder"), m_run.folder,
-                         QStringLiteral("--processes"), QString::number(m_run.workstations),
-                         QStringLiteral("--saves"), QString::number(m_run.saves),
-                         QStringLiteral("--kill-server"), QString::number(m_run.serverKills),
-                         QStringLiteral("--worker"), QString::number(m_worker), QStringLiteral("--from"),
+                        {"work", m_run.practice, "--folder", m_run.folder, "--processes",
+                         QString::number(m_run.workstations), "--saves", QString::number(m_run.saves),
+                         "--kill-server", QString::number(m_run.serverKills), "--worker",
+                         QString::number(m_worker), "--from",
                          QString::number(entries.isEmpty() ? 0 : entries.last().save.number + 1)});
         m_process.waitForStarted();
     }
@@ -145,8 +144,7 @@ int killWorkstations(const Run &run, Workstations &all, QRandomGenerator &random
 
 bool controlServer(const char *command)
 {
-    return QProcess::execute(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {QLatin1String(command)})
-           == 0;
+    return QProcess::execute(qEnvironmentVariable("CLIVARA_TEST_SERVER_CONTROL"), {command}) == 0;
 }
 
 int killServer(const Run &run, Workstations &all, QRandomGenerator &random, QStringList &faults)
@@ -162,11 +160,11 @@ int killServer(const Run &run, Workstations &all, QRandomGenerator &random, QStr
         if (!anyRunning(all))
             break;
         if (!controlServer("kill"))
-            faults.append(QStringLiteral("il server non si è potuto fermare"));
+            faults.append("il server non si è potuto fermare");
         ++killed;
         sleepAndServe(random.bounded(400));
         if (!controlServer("start")) {
-            faults.append(QStringLiteral("il server non è ripartito"));
+            faults.append("il server non è ripartito");
             for (const auto &workstation : all)
                 workstation->kill();
         }

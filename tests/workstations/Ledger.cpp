@@ -39,15 +39,12 @@ void Ledger::begun(const Save &save)
 
 void Ledger::acknowledged(const Save &save, qint64 openedMs, qint64 savedMs)
 {
-    write({{event, done},
-           {QStringLiteral("tag"), save.tag},
-           {QStringLiteral("opened"), openedMs},
-           {QStringLiteral("saved"), savedMs}});
+    write({{event, done}, {"tag", save.tag}, {"opened", openedMs}, {"saved", savedMs}});
 }
 
 void Ledger::shown(const Save &save, const QString &text)
 {
-    write({{event, box}, {QStringLiteral("tag"), save.tag}, {QStringLiteral("text"), text}});
+    write({{event, box}, {"tag", save.tag}, {"text", text}});
 }
 
 Account Account::read(const QString &path)
@@ -61,17 +58,17 @@ Account Account::read(const QString &path)
         if (!document.isObject())
             continue;
         const QJsonObject line = document.object();
-        const QString tag = line[QStringLiteral("tag")].toString();
+        const QString tag = line["tag"].toString();
         if (line[event] == begin) {
             account.entries.append({Save::fromJson(line)});
         } else if (line[event] == done && !account.entries.isEmpty()
                    && account.entries.last().save.tag == tag) {
             Entry &entry = account.entries.last();
             entry.isAcknowledged = true;
-            entry.openedMs = line[QStringLiteral("opened")].toInteger();
-            entry.savedMs = line[QStringLiteral("saved")].toInteger();
+            entry.openedMs = line["opened"].toInteger();
+            entry.savedMs = line["saved"].toInteger();
         } else if (line[event] == box) {
-            account.shown.append(tag + QStringLiteral(": ") + line[QStringLiteral("text")].toString());
+            account.shown.append(tag + QStringLiteral(": ") + line["text"].toString());
         }
     }
     return account;

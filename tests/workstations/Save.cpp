@@ -8,7 +8,7 @@ namespace {
 // A text of 20 to some 3000 characters: from one that fits beside others in a page to one that needs pages of its own.
 QString textFor(const QString &tag, int number)
 {
-    const QString sentence = QStringLiteral(" L'età è 100% \"nota\" [x] {y}; dopo – €.");
+    const QString sentence = " L'età è 100% \"nota\" [x] {y}; dopo – €.";
     return tag + sentence.repeated(1 + number * 7 % 75);
 }
 
@@ -52,25 +52,25 @@ QString hospitalOf(const Save &save)
 
 QJsonObject Save::toJson() const
 {
-    return {{QStringLiteral("kind"), int(kind)},
-            {QStringLiteral("worker"), worker},
-            {QStringLiteral("number"), number},
-            {QStringLiteral("patient"), patient},
-            {QStringLiteral("date"), date.toString(Qt::ISODate)},
-            {QStringLiteral("tag"), tag},
-            {QStringLiteral("text"), text}};
+    return {{"kind", int(kind)},
+            {"worker", worker},
+            {"number", number},
+            {"patient", patient},
+            {"date", date.toString(Qt::ISODate)},
+            {"tag", tag},
+            {"text", text}};
 }
 
 Save Save::fromJson(const QJsonObject &object)
 {
     Save save;
-    save.kind = Kind(object[QStringLiteral("kind")].toInt());
-    save.worker = object[QStringLiteral("worker")].toInt();
-    save.number = object[QStringLiteral("number")].toInt();
-    save.patient = object[QStringLiteral("patient")].toInt();
-    save.date = QDate::fromString(object[QStringLiteral("date")].toString(), Qt::ISODate);
-    save.tag = object[QStringLiteral("tag")].toString();
-    save.text = object[QStringLiteral("text")].toString();
+    save.kind = Kind(object["kind"].toInt());
+    save.worker = object["worker"].toInt();
+    save.number = object["number"].toInt();
+    save.patient = object["patient"].toInt();
+    save.date = QDate::fromString(object["date"].toString(), Qt::ISODate);
+    save.tag = object["tag"].toString();
+    save.text = object["text"].toString();
     return save;
 }
 

@@ -15,9 +15,9 @@ workstations::Run runFrom(const orvale::CommandLine &line)
 {
     workstations::Run run;
     run.practice = line.argument(1);
-    run.folder = line.value(QStringLiteral("folder"));
+    run.folder = line.value("folder");
     const auto number = [&](const char *option, int missing, int most) {
-        return line.number(QString::fromLatin1(option), missing, 0, most);
+        return line.number(option, missing, 0, most);
     };
     run.workstations = number("processes", run.workstations, 99);
     run.saves = number("saves", run.saves, 9999);
@@ -33,33 +33,26 @@ workstations::Run runFrom(const orvale::CommandLine &line)
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);
-    orvale::CommandLine line(
-        QStringLiteral("drive|work PRACTICE [--processes N] [--saves M]"),
-        QStringLiteral("Fa lavorare N postazioni su un archivio nuovo e ne verifica il contenuto."));
-    line.addArgument(QStringLiteral("COMMAND"), QStringLiteral("drive; work è di ciascuna postazione"));
-    line.addArgument(QStringLiteral("PRACTICE"), QStringLiteral("una cartella da creare, o postgresql://…"));
-    line.addOption(QStringLiteral("folder"), QStringLiteral("CARTELLA"),
-                   QStringLiteral("registri delle postazioni"));
-    line.addOption(QStringLiteral("processes"), QStringLiteral("N"), QStringLiteral("postazioni (4)"));
-    line.addOption(QStringLiteral("saves"), QStringLiteral("M"),
-                   QStringLiteral("salvataggi di ciascuna (15)"));
-    line.addOption(QStringLiteral("kill-workstations"), QStringLiteral("K"),
-                   QStringLiteral("postazioni da uccidere"));
-    line.addOption(QStringLiteral("kill-server"), QStringLiteral("K"), QStringLiteral("arresti del server"));
-    line.addOption(QStringLiteral("limit"), QStringLiteral("MS"), QStringLiteral("attesa più lunga ammessa"));
-    line.addOption(QStringLiteral("seed"), QStringLiteral("S"), QStringLiteral("seme dei momenti a caso"));
-    line.addOption(QStringLiteral("worker"), QStringLiteral("I"),
-                   QStringLiteral("di work: quale postazione"));
-    line.addOption(QStringLiteral("from"), QStringLiteral("J"),
-                   QStringLiteral("di work: il primo salvataggio"));
+    orvale::CommandLine line("drive|work PRACTICE [--processes N] [--saves M]",
+                             "Fa lavorare N postazioni su un archivio nuovo e ne verifica il contenuto.");
+    line.addArgument("COMMAND", "drive; work è di ciascuna postazione");
+    line.addArgument("PRACTICE", "una cartella da creare, o postgresql://…");
+    line.addOption("folder", "CARTELLA", "registri delle postazioni");
+    line.addOption("processes", "N", "postazioni (4)");
+    line.addOption("saves", "M", "salvataggi di ciascuna (15)");
+    line.addOption("kill-workstations", "K", "postazioni da uccidere");
+    line.addOption("kill-server", "K", "arresti del server");
+    line.addOption("limit", "MS", "attesa più lunga ammessa");
+    line.addOption("seed", "S", "seme dei momenti a caso");
+    line.addOption("worker", "I", "di work: quale postazione");
+    line.addOption("from", "J", "di work: il primo salvataggio");
     QStringList arguments = QCoreApplication::arguments().mid(1);
     try {
         if (!line.parse(arguments))
             return 0;
         workstations::Run run = runFrom(line);
         if (line.argument(0) == QLatin1String("work"))
-            return workstations::work(run, line.number(QStringLiteral("worker"), 0, 0, 99),
-                                      line.number(QStringLiteral("from"), 0, 0, 9999));
+            return workstations::work(run, line.number("worker", 0, 0, 99), line.number("from", 0, 0, 9999));
         QTemporaryDir folder;
         if (run.folder.isEmpty())
             run.folder = folder.path();
@@ -67,7 +60,7 @@ int main(int argc, char **argv)
         if (run.practice.isEmpty())
             run.practice = testengine::server();
         if (run.practice.isEmpty())
-            run.practice = folder.filePath(QStringLiteral("practice"));
+            run.practice = folder.filePath("practice");
         return workstations::drive(run);
     } catch (const orvale::UserError &error) {
         orvale::printError(error.text());

@@ -43,8 +43,8 @@ public:
     {
         return frame(Kind::Tables, [&](Writer &writer) {
             JetTable table;
-            table.name = QStringLiteral("t");
-            table.columns = {{QStringLiteral("n"), dao::FieldType::Long}};
+            table.name = "t";
+            table.columns = {{"n", dao::FieldType::Long}};
             putTables(writer, QList<JetTable>(count, table));
         });
     }
@@ -115,13 +115,12 @@ TEST_F(LyingReader, IsFoundOut)
     };
     for (const auto &[name, stream] : lies) {
         SCOPED_TRACE(name);
-        EXPECT_TRUE(refusal(fileOf(stream)).contains(QStringLiteral("danneggiato")));
+        EXPECT_TRUE(refusal(fileOf(stream)).contains("danneggiato"));
     }
-    EXPECT_TRUE(
-        refusal(fileOf(Stream().hello(4, wire::version + 1).bytes())).contains(QStringLiteral("versione")));
+    EXPECT_TRUE(refusal(fileOf(Stream().hello(4, wire::version + 1).bytes())).contains("versione"));
     const QByteArray failure =
         Stream().hello().frame(Kind::Failure, [](Writer &w) { w.putText(u"due\nrighe"); }).bytes();
-    EXPECT_TRUE(refusal(fileOf(failure)).endsWith(QStringLiteral("è danneggiato o incompleto: due righe.")));
+    EXPECT_TRUE(refusal(fileOf(failure)).endsWith("è danneggiato o incompleto: due righe."));
 }
 
 // Whatever comes, it ends in rows or in a line; the sanitizers see to the rest.
