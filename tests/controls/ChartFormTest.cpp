@@ -13,6 +13,7 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 namespace clivara {
@@ -93,6 +94,22 @@ TEST_F(ChartFormTest, IsAsLargeAsItUsuallyIsOrAsTheScreenHasRoomFor)
     EXPECT_EQ(fitted.expandedTo(screen), screen);
     EXPECT_NEAR(fitted.width(), screen.width(), 20);
     EXPECT_LT(fitted.height(), screen.height()) << "the title bar needs room too";
+}
+
+TEST_F(ChartFormTest, BelongsToTheWindowThatItIsOpenedFromWhileItIsOpen)
+{
+    TestForm other{QStringLiteral("altra"), header, clock};
+    const auto openFrom = [](TestForm &outer, TestForm &inner) {
+        inside(outer, [&] {
+            QApplication::setActiveWindow(&outer);
+            inside(inner, [&] { EXPECT_EQ(inner.windowHandle()->transientParent(), outer.windowHandle()); });
+            inner.showModal();
+        });
+        outer.showModal();
+        EXPECT_EQ(inner.windowHandle()->transientParent(), nullptr);
+    };
+    openFrom(form, other);
+    openFrom(other, form); // owners of each other would be a circle
 }
 
 TEST_F(ChartFormTest, StaysOpenWhenItMayNotClose)

@@ -42,14 +42,17 @@ void ChartForm::showModal()
     m_loaded = true;
     emit loaded();
 
-    const QWidget *const host = QApplication::activeWindow();
+    const QWidget *host = QApplication::activeWindow();
+    if (host && (host == this || !host->isVisible()))
+        host = nullptr; // a form that has just been closed
     fitOnScreen(host);
-    // Without an owner the form could open behind the host's window.
-    if (host && host != this) {
-        winId();
+    // Without an owner the form could open behind the host's window. It owns it only while it is open: two forms that
+    // owned each other would be looked through without end.
+    winId();
+    if (host)
         windowHandle()->setTransientParent(host->windowHandle());
-    }
     exec();
+    windowHandle()->setTransientParent(nullptr);
     m_loaded = false;
     if (m_failure)
         std::rethrow_exception(std::exchange(m_failure, nullptr));
