@@ -46,7 +46,10 @@ public:
     }
     const QSet<QString> &seen() const { return m_seen; }
 
-    PromptButton ask(const Prompt &prompt) override { return prompt.buttons.at(below(prompt.buttons.size())); }
+    PromptButton ask(const Prompt &prompt) override
+    {
+        return prompt.buttons.at(below(prompt.buttons.size()));
+    }
 
 private:
     void step()
@@ -82,9 +85,13 @@ private:
 
     void useForm(ChartForm &form)
     {
-        static const QList<QString> texts{"",      "0",          "140",        "7,5",    "-3",   "99999999999",
-                                          "31/02/2026", "21/11/2026", "1/1/1900", "Sant'Anna \"più\" % * _ ?",
-                                          "ipert", QString(400, u'à'), "Ω≥\t\n𝄞"};
+        static const QList<QString> texts{"",           "0",
+                                          "140",        "7,5",
+                                          "-3",         "99999999999",
+                                          "31/02/2026", "21/11/2026",
+                                          "1/1/1900",   "Sant'Anna \"più\" % * _ ?",
+                                          "ipert",      QString(400, u'à'),
+                                          "Ω≥\t\n𝄞"};
         static const QList<Qt::Key> keys{Qt::Key_Tab,    Qt::Key_Backtab, Qt::Key_Return, Qt::Key_Escape,
                                          Qt::Key_Delete, Qt::Key_Insert,  Qt::Key_Space,  Qt::Key_Up,
                                          Qt::Key_Down,   Qt::Key_End,     Qt::Key_Menu};
@@ -136,7 +143,8 @@ private:
     Control *any(const QWidget &form)
     {
         QList<Control *> usable = form.findChildren<Control *>();
-        usable.removeIf([](const Control *control) { return !control->isVisible() || !control->isEnabled(); });
+        usable.removeIf(
+            [](const Control *control) { return !control->isVisible() || !control->isEnabled(); });
         return usable.isEmpty() ? nullptr : usable.at(below(usable.size()));
     }
     qsizetype below(qsizetype count) { return m_random.bounded(int(count)); }
