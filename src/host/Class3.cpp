@@ -197,6 +197,8 @@ qint16 Class3::Action(qint16 code, QVariant &param)
     } catch (const std::exception &error) {
         // No error reaches the host; the missing "end" line of the log tells, and the host may ask.
         d->failure = QString::fromLocal8Bit(error.what());
+    } catch (...) {
+        d->failure = QStringLiteral("Errore imprevisto.");
     }
     if (d->state.result.isValid())
         param = d->state.result;

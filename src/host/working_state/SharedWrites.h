@@ -42,8 +42,8 @@ WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QSt
 // What the doctor is told of a record that is deleted from a list.
 struct DeletionTexts {
     QString changed; // "La visita è stata salvata"
-    QString
-        vanished; // "La visita era già stata cancellata da un'altra postazione."; empty: the list tells enough
+    // "La visita era già stata cancellata da un'altra postazione."; empty where the list tells enough
+    QString vanished;
     QString failed; // "Non è stato possibile cancellare la visita"
 };
 // Deletes what the doctor has agreed to delete, and tells what came of it. A record that another workstation has saved
