@@ -274,7 +274,13 @@ void ScenarioPlayer::savePicture(const QString &name)
     ChartForm &form = neededForm();
     const QDir folder(m_output.pictures);
     const QString path = folder.filePath(name + QStringLiteral(".png"));
-    if (!folder.mkpath(QStringLiteral(".")) || !form.grab().save(path))
+    // The screen of a run without a display is smaller than any real one.
+    const QSize shown = form.size();
+    form.resize(shown.expandedTo(form.sizeHint()));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    const QPixmap picture = form.grab();
+    form.resize(shown);
+    if (!folder.mkpath(QStringLiteral(".")) || !picture.save(path))
         throw UserError(QStringLiteral("l'immagine %1 non si può scrivere").arg(path));
 }
 

@@ -29,8 +29,8 @@ public:
     // the calculators the list {"valutazione", value}.
     qint16 Action(qint16 code);
     qint16 Action(qint16 code, QVariant &param);
-    // Why the last Action ended with an error, which neither it nor the doctor was told of; empty when it did not. The
-    // mouse pointer may then still be the waiting one.
+    // Why the last Action ended with an error that nobody was told of; empty when it did not. After one the mouse
+    // pointer may still be the waiting one.
     QString failure() const;
 
     // True when the action code opens a form in this build.

@@ -33,14 +33,14 @@ public:
     {
     }
 
-    // So many steps in what `open` shows, as often as it closes; then all windows are closed without saving.
-    void use(int steps, const std::function<void()> &open)
+    // So many steps in what `open` shows, as often as it closes and until it fails; then all windows are closed without
+    // saving.
+    void use(int steps, const std::function<bool()> &open)
     {
         m_steps = steps;
         m_using = true;
         QTimer::singleShot(0, this, &RandomHand::step);
-        while (m_steps > 0)
-            open();
+        while (m_steps > 0 && open()) { }
         m_using = false;
         QCoreApplication::processEvents();
     }
@@ -186,7 +186,10 @@ TEST_F(RandomUseTest, LeavesACoherentPracticeAndNoWindow)
         for (const orvale::Section &section : group.sections) {
             SCOPED_TRACE(section.title.toStdString());
             settings.write(QStringLiteral("CODICE PAZIENTE"), QString::number(1 + section.action % 4));
-            hand.use(steps, [&] { chart.Action(section.action); });
+            hand.use(steps, [&] {
+                chart.Action(section.action);
+                return chart.failure().isEmpty();
+            });
             EXPECT_EQ(chart.failure(), QString());
             EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
         }
