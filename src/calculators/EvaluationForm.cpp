@@ -386,6 +386,7 @@ void EvaluationForm::deleteChosen()
                          {QStringLiteral("La rilevazione del %1 è stata salvata").arg(day),
                           QStringLiteral("La rilevazione era già stata eliminata da un'altra postazione."),
                           QStringLiteral("Non è stato possibile eliminare la rilevazione")})) {
+    case WriteResult::Refused:
     case WriteResult::Failed:
         return;
     case WriteResult::Changed:

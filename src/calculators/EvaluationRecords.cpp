@@ -115,6 +115,7 @@ SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, 
         return SaveOutcome::Changed;
     case WriteResult::Vanished:
         return SaveOutcome::Vanished;
+    case WriteResult::Refused:
     case WriteResult::Failed:
         break;
     }

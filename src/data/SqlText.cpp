@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/SqlText.h"
 
+#include "data/engine/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {
@@ -13,6 +14,12 @@ QString sqlText(const QString &text)
 QVariant dateValue(QDate date)
 {
     return date.isValid() ? QVariant(jet::dateTime(date)) : QVariant();
+}
+
+void writeDay(dao::Field field, QDate day)
+{
+    if (field.date().date() != day)
+        field.setValue(dateValue(day));
 }
 
 QString storedText(const QString &text)

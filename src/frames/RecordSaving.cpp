@@ -37,6 +37,11 @@ SaveEnd trySave(WorkingState &state, WrittenRecord &record)
                 record.keepMine();
             }
             break;
+        case WriteResult::Refused:
+            // Another workstation has been quicker: the check sees now what the write has seen.
+            if (!record.mayWrite())
+                return SaveEnd::NotSaved;
+            break;
         case WriteResult::Vanished:
             if (state.prompts.ask({QStringLiteral("Attenzione!"),
                                    record.vanishedQuestion(),

@@ -65,10 +65,12 @@ std::optional<qint32> ItemTreeView::selectedVisit() const
     return item->key;
 }
 
-void ItemTreeView::selectVisit(qint32 id)
+bool ItemTreeView::selectVisit(qint32 id)
 {
-    if (const QModelIndex visit = m_model->find(ItemRow::Kind::Visit, id); visit.isValid())
+    const QModelIndex visit = m_model->find(ItemRow::Kind::Visit, id);
+    if (visit.isValid())
         setCurrentIndex(visit);
+    return visit.isValid();
 }
 
 void ItemTreeView::goTo(ItemRow::Kind kind)

@@ -27,8 +27,8 @@ public:
     const ItemRow *selectedItem() const;
     // The key of the selected visit; empty when no visit is selected.
     std::optional<qint32> selectedVisit() const;
-    // Brings the visit into sight and selects it; nothing happens when it is not there.
-    void selectVisit(qint32 id);
+    // Brings the visit into sight and selects it; false, and nothing happens, when it is not there.
+    bool selectVisit(qint32 id);
     // Goes to the first row of a kind.
     void goTo(ItemRow::Kind kind);
 

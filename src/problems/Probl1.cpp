@@ -163,7 +163,7 @@ bool Probl1::mayWrite()
             return false;
         }
     }
-    if (isDuplicateProblem(m_state.clinical(), m_state.header.patientCode, problem)) {
+    if (isDuplicateProblem(m_state.clinical(), m_state.header.patientCode, problem, m_read)) {
         m_state.prompts.ask({QStringLiteral("Attenzione!"),
                              QStringLiteral("Il problema selezionato è già stato inserito."),
                              PromptIcon::Information});

@@ -28,25 +28,11 @@ qint16 stateOf(dao::Recordset &row)
     return qint16(row.Fields(QStringLiteral("stato_probl")).number());
 }
 
-// Opens the edit buffer of the row to write; a new one gets its patient.
-WriteResult begin(WorkingState &state, dao::Recordset &row, bool isNew)
-{
-    if (!isNew && row.Eof())
-        return WriteResult::Vanished;
-    const qint16 failure =
-        isNew ? state.operations.Recordset_AddNew(row) : state.operations.Recordset_Edit(row);
-    if (failure)
-        return WriteResult::Failed;
-    if (isNew)
-        row.Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
-    return WriteResult::Done;
-}
-
 void fill(dao::Recordset &row, const ProblemDetail &problem)
 {
-    row.Fields(QStringLiteral("dataapertura")).setValue(dateValue(problem.opened));
-    row.Fields(QStringLiteral("datachiusura")).setValue(dateValue(problem.closed));
-    row.Fields(QStringLiteral("dataInizio")).setValue(dateValue(problem.started));
+    writeDay(row.Fields(QStringLiteral("dataapertura")), problem.opened);
+    writeDay(row.Fields(QStringLiteral("datachiusura")), problem.closed);
+    writeDay(row.Fields(QStringLiteral("dataInizio")), problem.started);
     row.Fields(QStringLiteral("stato_probl")).setValue(problem.state);
     row.Fields(QStringLiteral("descr_mal")).setValue(problem.description);
     row.Fields(QStringLiteral("CodICDSospetto")).setValue(problem.code);
@@ -68,6 +54,14 @@ ProblemDetail detailFrom(dao::Recordset &row, qint32 id)
         problem.texts[i] = row.Fields(QString::fromLatin1(problemTexts[i])).text();
     problem.written = lastWrite(row);
     return problem;
+}
+
+// What a problem is found by when it is looked for a second time: its code, or its description without one.
+bool isSameDiagnosis(const ProblemDetail &a, const ProblemDetail &b)
+{
+    const QString code = a.code.trimmed();
+    return jet::sameText(code, b.code.trimmed())
+           && (!code.isEmpty() || jet::sameText(a.description, b.description));
 }
 
 // A name out of a list of codes; empty when the list does not have the code.
@@ -121,8 +115,22 @@ std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id)
     return row->Eof() ? std::nullopt : std::optional(detailFrom(*row, id));
 }
 
-bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem)
+bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id)
 {
+    return !clinical
+                .OpenRecordset(QStringLiteral("select idProblems from Problems where (idProblems = %1) "
+                                              "and (cod_paz = %2)")
+                                   .arg(id)
+                                   .arg(patientCode),
+                               dao::RecordsetType::Snapshot)
+                ->Eof();
+}
+
+bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem,
+                        const ProblemDetail &before)
+{
+    if (problem.id != noProblem && isSameDiagnosis(problem, before))
+        return false;
     QString query = QStringLiteral("select * from Problems where (cod_paz=%1) ").arg(patientCode);
     if (problem.code.trimmed().isEmpty())
         query += QStringLiteral("and (descr_mal = ") + sqlText(problem.description) + QStringLiteral(") ");
@@ -138,20 +146,23 @@ WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDeta
     const bool isNew = problem.id == noProblem;
     qint32 id = problem.id;
     const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
-        if (isDuplicateProblem(state.clinical(), state.header.patientCode, problem))
-            return WriteResult::Failed;
         const auto row =
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from Problems ") : byId(id));
-        if (!isNew && !row->Eof()) {
-            const ProblemDetail stored = detailFrom(*row, id);
-            if (wouldReplace(contentsOf(std::as_const(read)), contentsOf(std::as_const(problem)),
-                             contentsOf(stored))) {
-                read = stored;
-                return WriteResult::Changed;
-            }
+        if (!isNew && row->Eof())
+            return WriteResult::Vanished;
+        const ProblemDetail stored = isNew ? ProblemDetail() : detailFrom(*row, id);
+        if (!isNew
+            && wouldReplace(contentsOf(std::as_const(read)), contentsOf(std::as_const(problem)),
+                            contentsOf(stored))) {
+            read = stored;
+            return WriteResult::Changed;
         }
-        if (const WriteResult begun = begin(state, *row, isNew); begun != WriteResult::Done)
-            return begun;
+        if (isDuplicateProblem(state.clinical(), state.header.patientCode, problem, stored))
+            return WriteResult::Refused;
+        if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
+            return WriteResult::Failed;
+        if (isNew)
+            row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
         state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DP"), state.uidAuthor);
         fill(*row, problem);
         if (state.operations.Recordset_Update(*row) != 0)
@@ -177,12 +188,19 @@ WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen)
     });
 }
 
-WriteResult closeProblem(WorkingState &state, qint32 id)
+WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen)
 {
     return writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
         const auto row = state.clinical().OpenRecordset(byIdAndPatient(state, id));
-        if (const WriteResult begun = begin(state, *row, false); begun != WriteResult::Done)
-            return begun;
+        if (row->Eof())
+            return WriteResult::Vanished;
+        const ProblemStanding stored{stateOf(*row), lastWrite(*row)};
+        if (stored != seen || stored.state != qint16(ProblemState::Open)) {
+            seen = stored;
+            return WriteResult::Changed;
+        }
+        if (state.operations.Recordset_Edit(*row) != 0)
+            return WriteResult::Failed;
         row->Fields(QStringLiteral("stato_probl")).setValue(qint16(ProblemState::Closed));
         state.sharedRows().writeCurrentPatientStamp(*row, false, QStringLiteral("DP"), state.uidAuthor);
         return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;

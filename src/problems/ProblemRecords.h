@@ -36,8 +36,12 @@ struct ProblemRow {
     qint16 state = 0; // as stored: a practice may hold other values than ProblemState has
     LastWrite written; // as it was read
 
-    // True when it was closed before it started, which a list marks.
-    bool closedBeforeStart() const { return start.isValid() && closed.isValid() && closed < start; }
+    // True when it was closed before it started, which a list marks. An open problem may have kept a closing date from
+    // before.
+    bool closedBeforeStart() const
+    {
+        return state == qint16(ProblemState::Closed) && start.isValid() && closed.isValid() && closed < start;
+    }
 };
 // Newest start first, then the higher key; those without a start last. Throws dao::Error.
 QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode);
@@ -65,20 +69,33 @@ auto contentsOf(Problem &problem) requires std::same_as<std::remove_const_t<Prob
 }
 std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); // empty when it is not there
 
-// Another problem of the patient with the same code or, without a code, with the same description.
-bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem);
+// False for noProblem, and for a problem of another patient.
+bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id);
+
+// Another problem of the patient with the same code or, without a code, with the same description. An edited problem that
+// had this code or description `before` is none.
+bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem,
+                        const ProblemDetail &before);
 
 // Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
 // blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was written
 // the struct is as it was. `read` is the problem as it was read: when writing would replace what was stored since
-// then, the result is Changed and `read` becomes what is stored. Failed also when another workstation, while this one
-// waited, wrote a problem that this one is a duplicate of.
+// then, the result is Changed and `read` becomes what is stored. Refused when it is a duplicate. The hour of a date stays
+// while its day does.
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read);
 // Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
 // (id_Probl becomes empty). All or nothing. Changed when it was written since `seen`, which becomes what is stored.
 WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen);
-// Sets the state to closed and the stamps of an edit. The closing date is left as it is.
-WriteResult closeProblem(WorkingState &state, qint32 id);
+// How a problem stood when it was last looked at.
+struct ProblemStanding {
+    qint16 state = 0;
+    LastWrite written;
+
+    bool operator==(const ProblemStanding &) const = default;
+};
+// Sets the state of an open problem to closed, and the stamps of an edit. The closing date is left as it is. Changed when
+// it is not, or not any more, as it was `seen`, which becomes what is stored.
+WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen);
 
 // The text that a problem is called by: its description (descr_mal), else the name of its code in icd9 or, when
 // that does not know it, in malattie, else the code itself; with the code in brackets before it when both are

@@ -315,9 +315,30 @@ void Problemi::closeProblem(const ProblemListModel::Row &problem)
     }
     if (!m_state.prompts.confirm(QStringLiteral("Chiudere il problema\n%1?").arg(problem.problem)))
         return;
-    tellCommand(m_state, clivara::closeProblem(m_state, problem.id), vanishedText,
-                QStringLiteral("Non è stato possibile chiudere il problema"));
+    ProblemStanding there{problem.state, problem.written};
+    const WriteResult result = clivara::closeProblem(m_state, problem.id, there);
+    if (result == WriteResult::Changed)
+        tellNotClosed(problem, there);
+    else
+        tellCommand(m_state, result, vanishedText,
+                    QStringLiteral("Non è stato possibile chiudere il problema"));
     CaricaTab_Problemi();
+}
+
+// Another workstation has saved the problem since the list was read.
+void Problemi::tellNotClosed(const ProblemListModel::Row &problem, const ProblemStanding &there)
+{
+    RecordConflict conflict;
+    conflict.event = QStringLiteral("Il problema è stato salvato");
+    conflict.before = problem.written;
+    conflict.there = there.written;
+    const QString now =
+        there.state == qint16(ProblemState::Open)
+            ? QStringLiteral(
+                "Non è stato chiuso: l'elenco lo mostra ora com'è adesso, e da lì si può chiudere.")
+            : QStringLiteral("Non è stato chiuso: il suo stato è ora «%1».")
+                  .arg(problemStateText(there.state));
+    m_state.prompts.warn(conflictSentence(m_state, conflict) + u'\n' + now);
 }
 
 void Problemi::runVisitCommand(VisitCommand command)
@@ -343,8 +364,13 @@ void Problemi::runVisitCommand(VisitCommand command)
         break;
     }
     CaricaTab_Visite();
-    if (command == VisitCommand::New && m_state.visitId != 0)
+    if (command != VisitCommand::New || m_state.visitId == 0)
+        return;
+    if (!m_ui->ReportControl1_1->selectVisit(m_state.visitId)) {
+        // Filed elsewhere: by the doctor, or because another workstation has deleted the problem.
+        CaricaTab_Problemi();
         m_ui->ReportControl1_1->selectVisit(m_state.visitId);
+    }
 }
 
 void Problemi::openProblemIdentifier(int row)

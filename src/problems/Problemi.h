@@ -50,6 +50,7 @@ private:
     void newProblem();
     void deleteProblem(const ProblemListModel::Row &problem);
     void closeProblem(const ProblemListModel::Row &problem);
+    void tellNotClosed(const ProblemListModel::Row &problem, const ProblemStanding &there);
     void runVisitCommand(VisitCommand command);
     void openProblemIdentifier(int row);
     void openDiabetesChart();

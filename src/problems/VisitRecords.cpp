@@ -32,9 +32,9 @@ QVariant optionalValue(const std::optional<qint32> &number)
 void fill(dao::Recordset &row, const VisitDetail &visit)
 {
     row.Fields(QStringLiteral("id_Probl")).setValue(optionalValue(visit.problem));
-    row.Fields(QStringLiteral("DataReg")).setValue(dateValue(visit.date));
+    writeDay(row.Fields(QStringLiteral("DataReg")), visit.date);
     if (visit.validity.isValid())
-        row.Fields(QStringLiteral("validita")).setValue(dateValue(visit.validity));
+        writeDay(row.Fields(QStringLiteral("validita")), visit.validity);
     row.Fields(QStringLiteral("idtipo")).setValue(optionalValue(visit.type));
     row.Fields(QStringLiteral("SINTOMO"))
         .setValue(visit.symptom.isEmpty() ? QVariant() : QVariant(visit.symptom));
@@ -85,18 +85,26 @@ std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id)
     return row->Eof() ? std::nullopt : std::optional(detailFrom(*row, id));
 }
 
-bool hasVisitOn(dao::Database &clinical, qint32 patientCode, QDate date, qint32 exceptVisit)
+bool isDayTaken(dao::Database &clinical, qint32 patientCode, const VisitDetail &visit, QDate before)
 {
+    if (!visit.date.isValid() || (visit.id != 0 && visit.date == before))
+        return false;
     // A visit may carry a time of day in rows that other programs wrote.
-    const QString day = jet::slashedDate(date);
+    const QString day = jet::slashedDate(visit.date);
     QString query =
         QStringLiteral("select * from VisitaProbl where (cod_paz=%1) and (datareg>=cdate('%2 0.0.0')) "
                        "and (datareg<=cdate('%2 23.59.59'))")
             .arg(patientCode)
             .arg(day);
-    if (exceptVisit != 0)
-        query += QStringLiteral(" and (idVisitaProbl <> %1)").arg(exceptVisit);
-    return date.isValid() && !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
+    if (visit.id != 0)
+        query += QStringLiteral(" and (idVisitaProbl <> %1)").arg(visit.id);
+    return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
+}
+
+bool isProblemGone(dao::Database &clinical, qint32 patientCode, const VisitDetail &visit)
+{
+    return visit.problem.value_or(noProblem) > noProblem
+           && !hasProblem(clinical, patientCode, *visit.problem);
 }
 
 WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read)
@@ -108,15 +116,15 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read
             state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from VisitaProbl ") : byId(id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
-        if (!isNew) {
-            const VisitDetail stored = detailFrom(*row, id);
-            if (wouldReplaceVisit(read, visit, stored)) {
-                read = stored;
-                return WriteResult::Changed;
-            }
+        if (isProblemGone(state.clinical(), state.header.patientCode, visit))
+            return WriteResult::Refused;
+        const VisitDetail stored = isNew ? VisitDetail() : detailFrom(*row, id);
+        if (!isNew && wouldReplaceVisit(read, visit, stored)) {
+            read = stored;
+            return WriteResult::Changed;
         }
-        if (hasVisitOn(state.clinical(), state.header.patientCode, visit.date, visit.id))
-            return WriteResult::Failed;
+        if (isDayTaken(state.clinical(), state.header.patientCode, visit, stored.date))
+            return WriteResult::Refused;
         if (isNew)
             id = nextKey(state.clinical(), QStringLiteral("VISITAPROBL"), QStringLiteral("IdVisitaProbl"));
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)

@@ -46,7 +46,6 @@ Visita2::Visita2(WorkingState &state)
     setUsualSize(usualSize);
     m_ui->hint->setForegroundRole(QPalette::PlaceholderText);
     setButtons(m_ui->chameleonButton1_0, m_ui->chameleonButton1_1);
-    m_ui->Problema->setPlaceholder(QStringLiteral("nessun problema: scegliere dall'elenco"));
     addDate(m_ui->MaskEdBox1);
     dates().watch(m_ui->MaskEdBox1, DateFieldGuard::Empty::Refused);
     addDate(m_ui->MaskEdBox2);
@@ -91,16 +90,15 @@ void Visita2::load()
 
 void Visita2::show(const VisitDetail &visit)
 {
-    const qint32 problem = visit.problem.value_or(noProblem);
-    const QString text = problemText(m_state.clinical(), m_state.codes(), problem);
-    m_state.problemSelector = problem;
+    const Filing filing = filingOf(visit);
+    m_state.problemSelector = visit.problem.value_or(noProblem);
     m_visit = visit;
     showStoredDate(m_ui->MaskEdBox1, visit.date);
     m_ui->MaskEdBox2->setDateText(jet::dashedDate(visit.validity));
     noteValidity();
     m_ui->Combo1->showIndex(indexOfCode(m_ui->Combo1, typeCode(visit)));
     m_ui->Combo2->showIndex(indexOfCode(m_ui->Combo2, visit.symptom));
-    showProblem(text);
+    showProblem(filing);
     for (std::size_t i = 0; i < texts().size(); ++i)
         texts()[i]->setStoredText(visit.texts[i]);
 }
@@ -111,11 +109,23 @@ void Visita2::fillLists()
     fillList(m_ui->Combo2, symptoms(m_state.codes()));
 }
 
-void Visita2::showProblem(const QString &text)
+Visita2::Filing Visita2::filingOf(const VisitDetail &visit) const
 {
-    m_state.problemText = text;
-    m_ui->Problema->setValue(text);
-    m_ui->Togli->setEnabled(!text.isEmpty());
+    if (visit.problem.value_or(noProblem) <= noProblem)
+        return {};
+    if (isProblemGone(m_state.clinical(), m_state.header.patientCode, visit))
+        return {{}, QStringLiteral("⚠ problema eliminato: sceglierne un altro")};
+    return {problemText(m_state.clinical(), m_state.codes(), *visit.problem),
+            QStringLiteral("problema senza diagnosi e senza descrizione")};
+}
+
+void Visita2::showProblem(const Filing &filing)
+{
+    m_state.problemText = filing.text;
+    m_ui->Problema->setPlaceholder(
+        filing.note.isEmpty() ? QStringLiteral("nessun problema: scegliere dall'elenco") : filing.note);
+    m_ui->Problema->setValue(filing.text);
+    m_ui->Togli->setEnabled(!filing.text.isEmpty() || !filing.note.isEmpty());
 }
 
 void Visita2::chooseProblem()
@@ -124,8 +134,11 @@ void Visita2::chooseProblem()
     try {
         const bool shown = m_state.forms->showForm(QStringLiteral("SelezProblema"));
         if (shown && m_state.problemSelector > noProblem) {
-            m_visit.problem = m_state.problemSelector;
-            showProblem(problemText(m_state.clinical(), m_state.codes(), m_state.problemSelector));
+            VisitDetail visit = m_visit;
+            visit.problem = m_state.problemSelector;
+            const Filing filing = filingOf(visit);
+            m_visit = visit;
+            showProblem(filing);
             return;
         }
     } catch (const dao::Error &error) {
@@ -185,7 +198,7 @@ bool Visita2::mayWrite()
         m_ui->MaskEdBox1->setFocus();
         return false;
     }
-    if (hasVisitOn(m_state.clinical(), m_state.header.patientCode, visit.date, visit.id)) {
+    if (isDayTaken(m_state.clinical(), m_state.header.patientCode, visit, m_read.date)) {
         m_state.prompts.ask({QStringLiteral("Attenzione!"),
                              QStringLiteral("Esiste già una visita nella data indicata."),
                              PromptIcon::Information});
@@ -197,14 +210,13 @@ bool Visita2::mayWrite()
 
 bool Visita2::mayKeepProblem()
 {
-    if (m_ui->Problema->value().isEmpty()
-        || readProblem(m_state.clinical(), m_visit.problem.value_or(noProblem)))
+    if (!isProblemGone(m_state.clinical(), m_state.header.patientCode, m_visit))
         return true;
-    // Filed against a problem that is gone, the visit would be in no list.
     const PromptButton answer = m_state.prompts.ask(
         {QStringLiteral("Attenzione!"),
          QStringLiteral("Il problema associato è stato eliminato da un'altra postazione.\n"
-                        "Salvare la visita senza problema associato?"),
+                        "Salvare la visita senza problema associato?\n"
+                        "Con No resta aperta com'è, e si può sceglierne un altro."),
          PromptIcon::Warning,
          {PromptButton::Yes, PromptButton::No},
          PromptButton::Yes});
@@ -231,13 +243,13 @@ QStringList Visita2::shownTexts(const VisitDetail &visit) const
         const int index = indexOfCode(list, code);
         return index < 0 ? code : list->itemText(index);
     };
-    const qint32 problem = visit.problem.value_or(noProblem);
-    const QString filed = problemText(m_state.clinical(), m_state.codes(), problem);
+    QString filed;
+    if (isProblemGone(m_state.clinical(), m_state.header.patientCode, visit))
+        filed = QStringLiteral("problema %1, eliminato").arg(*visit.problem);
+    else
+        filed = problemText(m_state.clinical(), m_state.codes(), visit.problem.value_or(noProblem));
     QStringList shown{jet::dashedDate(visit.date), jet::dashedDate(visit.validity),
-                      entryOf(m_ui->Combo1, typeCode(visit)), entryOf(m_ui->Combo2, visit.symptom),
-                      filed.isEmpty() && problem > noProblem
-                          ? QStringLiteral("problema %1, eliminato").arg(problem)
-                          : filed};
+                      entryOf(m_ui->Combo1, typeCode(visit)), entryOf(m_ui->Combo2, visit.symptom), filed};
     for (const QString &text : visit.texts)
         shown.append(text);
     return shown;

@@ -38,7 +38,12 @@ private:
     std::array<MemoEdit *, visitTexts> texts() const;
     VisitDetail entered() const;
     void fillLists();
-    void showProblem(const QString &text);
+    // What Problema shows: the problem's text, and what stands there without one.
+    struct Filing {
+        QString text, note;
+    };
+    Filing filingOf(const VisitDetail &visit) const;
+    void showProblem(const Filing &filing);
     void chooseProblem();
     void removeProblem();
     bool mayKeepProblem();

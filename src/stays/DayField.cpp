@@ -2,17 +2,9 @@
 #include "stays/DayField.h"
 
 #include "controls/MyDateControl.h"
-#include "data/SqlText.h"
-#include "data/engine/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {
-
-void writeDay(dao::Field field, QDate day)
-{
-    if (field.date().date() != day)
-        field.setValue(dateValue(day));
-}
 
 void showDay(MyDateControl &control, QDate day)
 {

@@ -4,19 +4,11 @@
 #include <QDate>
 #include <QString>
 
-namespace dao {
-class Field;
-}
-
 namespace clivara {
 
 class MyDateControl;
 
-// Days in the fields of records and of forms.
-
-// Sets a date field of the open edit buffer to a day; null is Null. A field that is of that day already is left with
-// its hour, which other programs write.
-void writeDay(dao::Field field, QDate day);
+// Days in the date fields of the forms.
 
 // Shows a day, or nothing for a null one.
 void showDay(MyDateControl &control, QDate day);

@@ -2,9 +2,9 @@
 #include "stays/HomeCareRecords.h"
 
 #include "data/NextKey.h"
+#include "data/SqlText.h"
 #include "host/working_state/ThreeWay.h"
 #include "host/working_state/WorkingState.h"
-#include "stays/DayField.h"
 
 #include <QHash>
 

@@ -115,7 +115,8 @@ TEST_F(ProblemRecordsTest, SameCodeOrSameDescriptionIsADuplicate)
     const auto duplicate = [&](const QString &code, const QString &description, qint32 id = noProblem) {
         ProblemDetail problem = detail(code, description);
         problem.id = id;
-        return isDuplicateProblem(database(), 17, problem);
+        return isDuplicateProblem(database(), 17, problem,
+                                  readProblem(database(), id).value_or(ProblemDetail()));
     };
     EXPECT_TRUE(duplicate("250.00", "con altre parole"));
     EXPECT_FALSE(duplicate("250.01", "Diabete dell'anziano")) << "with a code only the code counts";
@@ -126,19 +127,91 @@ TEST_F(ProblemRecordsTest, SameCodeOrSameDescriptionIsADuplicate)
     EXPECT_FALSE(duplicate("250.00", "", coded)) << "itself";
     EXPECT_TRUE(duplicate("250.00", "", described));
     EXPECT_FALSE(duplicate("x' or '1'='1", ""));
+
+    // Other programs have stored some twice.
+    const qint32 again = addProblem("250.00", "Di nuovo");
+    const qint32 saidAgain = addProblem("", "c'è \"altro\" [*] 100%");
+    EXPECT_FALSE(duplicate("250.00", "con altre parole", again)) << "its code is what it was";
+    EXPECT_FALSE(duplicate("", "C'è \"altro\" [*] 100%", saidAgain));
+    EXPECT_TRUE(duplicate("", "Diabete dell'anziano", saidAgain)) << "another description";
+    EXPECT_TRUE(duplicate("", "Diabete dell'anziano", again)) << "no code any more";
+    EXPECT_TRUE(duplicate("250.00", "", saidAgain)) << "a code that it had not";
+}
+
+TEST_F(ProblemRecordsTest, AProblemThatIsThereTwiceIsEditedAndNoThirdOneMade)
+{
+    for (int i = 0; i < 2; ++i)
+        addProblem("250.00", "Diabete");
+    ProblemDetail second = *readProblem(database(), 2);
+    second.state = 3;
+    EXPECT_EQ(save(second), WriteResult::Done);
+    ProblemDetail third = detail("250.00", "Diabete");
+    EXPECT_EQ(save(third), WriteResult::Refused);
+    EXPECT_EQ(state.failure, 0) << "the archive is neither busy nor broken";
+    EXPECT_EQ(clinical("SELECT stato_probl FROM PROBLEMS ORDER BY idProblems"), (QStringList{"1", "3"}));
+}
+
+TEST_F(ProblemRecordsTest, TheHourOfADateStaysWhileItsDayDoes)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    problem.state = 2;
+    ASSERT_EQ(save(problem), WriteResult::Done);
+    execute("UPDATE PROBLEMS SET DataApertura = #11/01/2026 08:00:00#, DataInizio = #10/01/2026 23:59:59#, "
+            "DataChiusura = #11/20/2026 12:15:00#");
+    ProblemDetail read = *readProblem(database(), problem.id);
+    read.texts[0] = "scritto";
+    ASSERT_EQ(save(read), WriteResult::Done);
+    const QString dates = "SELECT DataApertura, DataInizio, DataChiusura FROM PROBLEMS";
+    EXPECT_EQ(clinical(dates), QStringList("2026-11-01 08:00:00|2026-10-01 23:59:59|2026-11-20 12:15:00"));
+    read.started = QDate(2026, 10, 2);
+    read.closed = {};
+    ASSERT_EQ(save(read), WriteResult::Done);
+    EXPECT_EQ(clinical(dates), QStringList("2026-11-01 08:00:00|2026-10-02 00:00:00|Null"));
 }
 
 TEST_F(ProblemRecordsTest, ClosingChangesTheStateAndTheStampsOnly)
 {
     ProblemDetail problem = detail("250.00", "Diabete");
     ASSERT_EQ(save(problem), WriteResult::Done);
+    ProblemStanding seen{1, readProblem(database(), problem.id)->written};
     clock.set(jet::dateTime(2026, 11, 22, 9));
     state.header.patientCode = 18;
-    EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished) << "not this patient's";
+    EXPECT_EQ(closeProblem(state, problem.id, seen), WriteResult::Vanished) << "not this patient's";
     state.header.patientCode = 17;
-    EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Done);
+    EXPECT_EQ(closeProblem(state, problem.id, seen), WriteResult::Done);
     EXPECT_EQ(clinical("SELECT stato_probl, DataChiusura, dCreationDate, dLastModifiedDate FROM PROBLEMS"),
               QStringList("2|Null|2026-11-21 10:00:00|2026-11-22 09:00:00"));
+}
+
+TEST_F(ProblemRecordsTest, ClosingReplacesNothingThatWasSavedSince)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    ASSERT_EQ(save(problem), WriteResult::Done);
+    const ProblemStanding seen{1, readProblem(database(), problem.id)->written};
+    const auto other = otherWorkstation();
+    struct Case {
+        const char *name, *theirs;
+        qint16 state; // that is there afterwards
+    };
+    const Case cases[]{
+        {"chronic, without a stamp", "stato_probl = 3", 3},
+        {"chronic, with a stamp", "stato_probl = 3, dLastModifiedDate = #11/21/2026 10:05:00#", 3},
+        {"closed already", "stato_probl = 2", 2},
+        {"another text", "stato_probl = 1, dLastModifiedDate = #11/21/2026 10:05:00#", 1},
+    };
+    for (const Case &c : cases) {
+        // The other one's save comes while this workstation waits to begin.
+        std::optional<dao::Transaction> theirs(std::in_place, otherWorkspace());
+        other->Execute(QStringLiteral("UPDATE PROBLEMS SET ") + QString::fromUtf8(c.theirs));
+        pauses.taken.clear();
+        pauses.actAt = 1;
+        pauses.during = [&] { theirs->commit(); };
+        ProblemStanding there = seen;
+        EXPECT_EQ(closeProblem(state, problem.id, there), WriteResult::Changed) << c.name;
+        const auto stored = readProblem(database(), problem.id);
+        EXPECT_EQ(stored->state, c.state) << c.name;
+        EXPECT_EQ(there, (ProblemStanding{c.state, stored->written})) << c.name << ": it is told";
+    }
 }
 
 TEST_F(ProblemRecordsTest, DeletingDetachesTheVisitsAndLeavesATrace)
@@ -194,7 +267,8 @@ TEST_F(ProblemRecordsTest, AnotherWorkstationDeletesTheRow)
     other->Execute("DELETE * FROM PROBLEMS");
     problem.texts[0] = "scritto intanto";
     EXPECT_EQ(save(problem), WriteResult::Vanished);
-    EXPECT_EQ(closeProblem(state, problem.id), WriteResult::Vanished);
+    ProblemStanding seen{1, {}};
+    EXPECT_EQ(closeProblem(state, problem.id, seen), WriteResult::Vanished);
     EXPECT_EQ(remove(problem.id), WriteResult::Vanished);
     EXPECT_FALSE(readProblem(database(), problem.id));
     EXPECT_TRUE(clinical("DELETIONS").isEmpty());

@@ -42,9 +42,13 @@ TEST_F(ProblemiTest, ShowsProblemsAndWhatIsFiledUnderTheSelectedOne)
 {
     const qint32 diabetes = addProblem(" 250.00 ", "", QDate(2020, 5, 6));
     addProblem("466", " Bronchite ", QDate(2026, 1, 2), 2);
-    const qint32 odd = addProblem("", "Caduta", QDate(2019, 1, 2), 3);
+    const qint32 odd = addProblem("", "Caduta", QDate(2019, 1, 2), 2);
     execute(QStringLiteral("UPDATE PROBLEMS SET DataChiusura = #12/31/2018# WHERE idProblems = %1").arg(odd));
+    execute("UPDATE PROBLEMS SET DataChiusura = #01/03/2026# WHERE CodICDSospetto = '466'");
     addProblem("250.00", "Senza inizio", {}, 0);
+    const qint32 again = addProblem("401", "Riaperto", QDate(2018, 1, 2), 1);
+    execute(
+        QStringLiteral("UPDATE PROBLEMS SET DataChiusura = #12/31/2017# WHERE idProblems = %1").arg(again));
     const QString id = QString::number(diabetes);
     addVisit(id, "#03/04/2021#", "anamnesi, txtNote", "'Tosse', 'Rivedere'");
     addVisit(id, "#03/04/2022#");
@@ -64,9 +68,10 @@ TEST_F(ProblemiTest, ShowsProblemsAndWhatIsFiledUnderTheSelectedOne)
         EXPECT_EQ(columns(problems), (QStringList{"", "DATA", "ICD-9", "PROBLEMA", "DESCRIZIONE"}));
         EXPECT_EQ(rows(problems), (QStringList{
                                       "||| Elementi non associati a problemi|",
-                                      "|02/01/26|466|Bronchite|chiuso",
+                                      "|02/01/26|466|Bronchite|chiuso il 03/01/26",
                                       "|06/05/20|250.00|Diabete mellito tipo 2|",
                                       "|02/01/19||Caduta|⚠ chiuso il 31/12/18, prima dell'inizio",
+                                      "|02/01/18|401|Riaperto|",
                                       "||250.00|Senza inizio|Diabete mellito tipo 2",
                                   }));
         EXPECT_EQ(selected(), 2);
@@ -224,6 +229,51 @@ TEST_F(ProblemiTest, OnlyOpenProblemsAreClosed)
         prompts.queue();
         click("bt_Probl_4");
         EXPECT_EQ(stateOf(open_), "2") << "and not again";
+    });
+}
+
+TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotClosedUnseen)
+{
+    const qint32 problem = addProblem("466", "Bronchite", QDate(2026, 1, 4), 1);
+    environment.doctors->Execute("INSERT INTO medici_gruppo (cod_smi, cognome, nome, idRowGuid) VALUES (2, "
+                                 "'Verdi', 'Bruno', '{6C4C00A9-60AC-45AF-B5C3-FD30774041A6}')");
+    state.problemSelector = problem;
+    Problemi form(state);
+    open(form, [&] {
+        const auto close = [&](const char *stateElsewhere, const char *stamp) {
+            otherWorkstation()->Execute(QStringLiteral("UPDATE PROBLEMS SET stato_probl = %1%2")
+                                            .arg(stateElsewhere)
+                                            .arg(QString(stamp).replace("BRUNO", bruno)));
+            prompts.queue(PromptButton::Yes);
+            prompts.queue();
+            click("bt_Probl_4");
+            return prompts.last().toStdString();
+        };
+        EXPECT_EQ(
+            close("1", ", dLastModifiedDate = #11/21/2026 10:05:00#, sAuthorUid = 'BRUNO'"),
+            "Attenzione!|Il problema è stato salvato da Bruno Verdi il 21/11/2026 alle 10:05, da un'altra "
+            "postazione, mentre era in questa finestra.\n"
+            "Non è stato chiuso: l'elenco lo mostra ora com'è adesso, e da lì si può chiudere.|warning");
+        EXPECT_EQ(
+            close("3", ""),
+            "Attenzione!|Il problema è stato salvato da un'altra postazione mentre era in questa finestra. "
+            "Chi e quando non è registrato.\nNon è stato chiuso: il suo stato è ora «Cronico».|warning");
+        EXPECT_EQ(stateOf(problem), "3");
+        EXPECT_EQ(rows(problems).at(1), "|04/01/26|466|Bronchite|cronico") << "the list is read again";
+    });
+}
+
+// The list was not renewed, and the doctor has kept the visit without its problem.
+TEST_F(ProblemiTest, AVisitThatWasFiledElsewhereIsShownThere)
+{
+    state.problemSelector = addProblem("466", "Bronchite", QDate(2026, 1, 4));
+    Problemi form(state);
+    open(form, [&] {
+        otherWorkstation()->Execute("DELETE * FROM PROBLEMS");
+        forms.act = [&] { state.visitId = addVisit("0", "#01/05/2026#"); };
+        click("bt_Visita_1");
+        EXPECT_EQ(rows(problems).size(), 1);
+        EXPECT_EQ(rows(items), QStringList("05/01/26|Visita ambulatoriale|Visita"));
     });
 }
 

@@ -8,6 +8,11 @@ namespace {
 
 class VisitRecordsTest : public ProblemFixture {
 protected:
+    VisitRecordsTest()
+    {
+        execute("INSERT INTO PROBLEMS (idProblems, cod_paz, descr_mal) VALUES (5, 17, 'Tosse')");
+        execute("INSERT INTO PROBLEMS (idProblems, cod_paz, descr_mal) VALUES (6, 18, 'di un altro')");
+    }
     WriteResult remove(qint32 id) { return removeRead<readVisit, deleteVisit>(id); }
     WriteResult save(VisitDetail &visit) { return saveRead<readVisit, saveVisit>(visit); }
     VisitDetail detail(QDate date)
@@ -95,14 +100,87 @@ TEST_F(VisitRecordsTest, APatientHasOneVisitADay)
     const VisitDetail visit = saved(QDate(2026, 2, 1)); // not the 2nd of January
     execute(
         "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (9, 17, #03/05/1925 23:59:59#)");
-    EXPECT_TRUE(hasVisitOn(database(), 17, visit.date, 0));
-    EXPECT_FALSE(hasVisitOn(database(), 17, visit.date, visit.id)) << "itself";
-    EXPECT_TRUE(hasVisitOn(database(), 17, QDate(1925, 3, 5), visit.id)) << "with a time of day";
-    EXPECT_FALSE(hasVisitOn(database(), 17, QDate(1925, 3, 6), 0));
-    EXPECT_FALSE(hasVisitOn(database(), 17, QDate(2025, 3, 5), 0)) << "a hundred years later";
-    EXPECT_FALSE(hasVisitOn(database(), 17, QDate(2026, 1, 2), 0));
-    EXPECT_FALSE(hasVisitOn(database(), 18, visit.date, 0));
-    EXPECT_FALSE(hasVisitOn(database(), 17, {}, 0));
+    const auto isTaken = [&](QDate date, qint32 id = 0, QDate before = {}, qint32 patient = 17) {
+        VisitDetail other = detail(date);
+        other.id = id;
+        return isDayTaken(database(), patient, other, before);
+    };
+    EXPECT_TRUE(isTaken(visit.date));
+    EXPECT_FALSE(isTaken(visit.date, visit.id, QDate(2026, 2, 2))) << "only by itself";
+    EXPECT_TRUE(isTaken(QDate(1925, 3, 5), visit.id, visit.date)) << "with a time of day";
+    EXPECT_FALSE(isTaken(QDate(1925, 3, 5), visit.id, QDate(1925, 3, 5))) << "it has shared its day so far";
+    EXPECT_FALSE(isTaken(QDate(1925, 3, 6)));
+    EXPECT_FALSE(isTaken(QDate(2025, 3, 5))) << "a hundred years later";
+    EXPECT_FALSE(isTaken(QDate(2026, 1, 2)));
+    EXPECT_FALSE(isTaken(visit.date, 0, {}, 18));
+    EXPECT_FALSE(isTaken({}));
+}
+
+TEST_F(VisitRecordsTest, AVisitThatSharesItsDayIsEditedAndStaysThere)
+{
+    VisitDetail visit = saved(QDate(2026, 11, 1));
+    execute(
+        "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo) VALUES (8, 17, #11/01/2026#, 2)");
+    visit.texts[4] = "nota";
+    EXPECT_EQ(save(visit), WriteResult::Done);
+    visit.date = QDate(2026, 11, 2);
+    EXPECT_EQ(save(visit), WriteResult::Done);
+    visit.date = QDate(2026, 11, 1);
+    EXPECT_EQ(save(visit), WriteResult::Refused) << "a day that it has left";
+    EXPECT_EQ(clinical("SELECT DataReg, txtNote FROM VISITAPROBL ORDER BY IdVisitaProbl"),
+              (QStringList{"2026-11-02 00:00:00|nota", "2026-11-01 00:00:00|Null"}));
+}
+
+TEST_F(VisitRecordsTest, TheHourOfADateStaysWhileItsDayDoes)
+{
+    execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, validita) "
+            "VALUES (8, 17, #11/01/2026 10:30:00#, #12/01/2026 23:59:59#)");
+    const auto dates = [&] { return clinical("SELECT DataReg, validita FROM VISITAPROBL"); };
+    VisitDetail visit = *readVisit(database(), 8);
+    visit.texts[0] = "scritto";
+    ASSERT_EQ(save(visit), WriteResult::Done);
+    EXPECT_EQ(dates(), QStringList("2026-11-01 10:30:00|2026-12-01 23:59:59"));
+    visit.date = QDate(2026, 11, 2);
+    ASSERT_EQ(save(visit), WriteResult::Done);
+    EXPECT_EQ(dates(), QStringList("2026-11-02 00:00:00|2026-12-01 23:59:59"));
+}
+
+TEST_F(VisitRecordsTest, NoVisitIsFiledAgainstAProblemThatIsNotThere)
+{
+    VisitDetail visit = detail(QDate(2026, 11, 1));
+    for (const qint32 problem : {6, 7}) { // of another patient, and none at all
+        visit.problem = problem;
+        EXPECT_TRUE(isProblemGone(database(), 17, visit));
+        EXPECT_EQ(save(visit), WriteResult::Refused) << problem;
+    }
+    for (const std::optional<qint32> none :
+         {std::optional(noProblem), std::optional(unassociated), std::optional<qint32>()}) {
+        visit.problem = none;
+        EXPECT_FALSE(isProblemGone(database(), 17, visit));
+    }
+    EXPECT_TRUE(clinical("VISITAPROBL").isEmpty());
+
+    visit.problem = 5;
+    ASSERT_EQ(save(visit), WriteResult::Done);
+    visit.texts[0] = "scritto";
+    VisitDetail fresh = detail(QDate(2026, 11, 2));
+    fresh.problem = 5;
+    for (VisitDetail *const each : {&fresh, &visit}) {
+        // Another workstation deletes the problem while this one waits to begin.
+        const auto other = otherWorkstation();
+        std::optional<dao::Transaction> theirs(std::in_place, otherWorkspace());
+        other->Execute("DELETE * FROM PROBLEMS WHERE idProblems = 5");
+        other->Execute("UPDATE VISITAPROBL SET id_Probl = NULL");
+        pauses.taken.clear();
+        pauses.actAt = 1;
+        pauses.during = [&] { theirs->commit(); };
+        VisitDetail read = *readVisit(database(), visit.id);
+        EXPECT_EQ(saveVisit(state, *each, read), WriteResult::Refused);
+        EXPECT_EQ(state.failure, 0) << "the archive is neither busy nor broken";
+        EXPECT_EQ(clinical("SELECT id_Probl, anamnesi FROM VISITAPROBL"), QStringList("Null|"));
+        execute("INSERT INTO PROBLEMS (idProblems, cod_paz, descr_mal) VALUES (5, 17, 'Tosse')");
+        execute("UPDATE VISITAPROBL SET id_Probl = 5");
+    }
 }
 
 TEST_F(VisitRecordsTest, AnotherWorkstationWritesMeanwhile)
@@ -113,7 +191,7 @@ TEST_F(VisitRecordsTest, AnotherWorkstationWritesMeanwhile)
     pauses.actAt = 1;
     pauses.during = [&] { theirs->commit(); };
     VisitDetail visit = detail(QDate(2026, 11, 1));
-    EXPECT_EQ(save(visit), WriteResult::Failed) << "the day, while this save was waiting";
+    EXPECT_EQ(save(visit), WriteResult::Refused) << "the day, while this save was waiting";
     EXPECT_EQ(visit.id, 0);
     EXPECT_EQ(clinical("SELECT IdVisitaProbl FROM VISITAPROBL"), QStringList("5"));
 }

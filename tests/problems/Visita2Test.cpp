@@ -125,6 +125,12 @@ TEST_F(Visita2Test, ADayHasOneVisitAndAVisitADay)
     });
     EXPECT_EQ(stored("IdVisitaProbl, DataReg, anamnesi"),
               "1|2026-11-20 10:30:00|Null/2|2026-11-19 00:00:00|scritto/90|2026-11-21 00:00:00|Null");
+    execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (80, 17, #11/19/2026#)");
+    openVisit(visit, [&] {
+        type("Text1_0", "modificato");
+        click(save);
+        EXPECT_FALSE(form.isVisible()) << "whatever else is of its day";
+    });
     openVisit(0, [&] {
         click(save);
         EXPECT_FALSE(form.isVisible()) << "the other visit of today is another patient's";
@@ -228,13 +234,98 @@ TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
         otherWorkstation()->Execute("DELETE * FROM PROBLEMS");
         const std::string gone =
             "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"
-            "Salvare la visita senza problema associato?|warning";
+            "Salvare la visita senza problema associato?\n"
+            "Con No resta aperta com'è, e si può sceglierne un altro.|warning";
         EXPECT_EQ(boxOf(save, PromptButton::No), gone);
         EXPECT_EQ(value("Text1_0") + value("Problema"), "scritto intanto");
         boxOf(save, PromptButton::Yes);
         EXPECT_FALSE(form.isVisible());
     });
     EXPECT_EQ(stored("id_Probl, DataReg, anamnesi"), "0|2026-11-19 00:00:00|scritto intanto");
+}
+
+// In the list that was not renewed, in the list of the chooser, while the visit is written, and while it is saved.
+TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
+{
+    const QString question = "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"
+                             "Salvare la visita senza problema associato?\n"
+                             "Con No resta aperta com'è, e si può sceglierne un altro.|warning";
+    const auto other = otherWorkstation();
+    const auto remove = [&] { other->Execute("DELETE * FROM PROBLEMS WHERE descr_mal = 'Tosse'"); };
+    std::optional<dao::Transaction> theirs;
+    const qint32 fever = addProblem("", "Febbre");
+    for (const std::string when : {"list", "chooser", "writing", "save"}) {
+        const qint32 cough = addProblem("", "Tosse");
+        state.problemSelector = when == "chooser" ? fever : cough;
+        if (when == "list")
+            remove();
+        openVisit(0, [&] {
+            EXPECT_EQ(value("Problema"), when == "list" ? "" : when == "chooser" ? "Febbre" : "Tosse");
+            type("Text1_0", "scritto");
+            if (when == "chooser") {
+                forms.act = [&] {
+                    state.problemSelector = cough;
+                    remove();
+                };
+                click("Problema");
+                forms.take();
+                EXPECT_EQ(value("Problema"), "");
+            } else if (when == "writing") {
+                remove();
+            } else if (when == "save") {
+                theirs.emplace(otherWorkspace());
+                remove();
+                pauses.actAt = 1;
+                pauses.during = [&] { theirs->commit(); };
+            }
+            EXPECT_TRUE(control("Togli")->isEnabled()) << when;
+            EXPECT_EQ(QString::fromStdString(boxOf(save, PromptButton::No)), question) << when;
+            EXPECT_TRUE(form.isVisible()) << when;
+            EXPECT_EQ(value("Text1_0") + value("Problema"), "scritto") << when;
+            EXPECT_TRUE(control("Problema")->hasFocus()) << when;
+            EXPECT_EQ(stored(), "") << when;
+            forms.act = [&] { state.problemSelector = fever; };
+            click("Problema");
+            click(save);
+            EXPECT_FALSE(form.isVisible()) << when;
+        });
+        EXPECT_EQ(stored("id_Probl, anamnesi"), std::to_string(fever) + "|scritto") << when;
+        execute("DELETE * FROM VISITAPROBL");
+        forms.take();
+        forms.act = {};
+    }
+}
+
+// Left by a program that does not look: it would be in the list of no problem.
+TEST_F(Visita2Test, AVisitOfAProblemThatIsNotThePatientsSaysSo)
+{
+    state.header.patientCode = 18;
+    const qint32 foreign = addProblem("", "di un altro");
+    state.header.patientCode = 17;
+    const qint32 visit = addVisit(QString::number(foreign), "#11/19/2026#");
+    openVisit(visit, [&] {
+        EXPECT_EQ(value("Problema"), "") << "another patient's diagnosis is nobody's business here";
+        type("Text1_0", "scritto");
+        boxOf(save, PromptButton::Yes);
+        EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(stored("id_Probl, anamnesi"), "0|scritto");
+}
+
+TEST_F(Visita2Test, ADayThatIsTakenDuringTheSaveIsToldAtOnce)
+{
+    openVisit(0, [&] {
+        type("Text1_0", "scritto");
+        const auto other = otherWorkstation();
+        dao::Transaction theirs(otherWorkspace());
+        other->Execute(
+            "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg) VALUES (5, 17, #11/21/2026#)");
+        pauses.actAt = 1;
+        pauses.during = [&] { theirs.commit(); };
+        EXPECT_EQ(boxOf(save), "Attenzione!|Esiste già una visita nella data indicata.|information");
+        EXPECT_TRUE(form.isVisible());
+        EXPECT_EQ(value("Text1_0"), "scritto");
+    });
 }
 
 TEST_F(Visita2Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)

@@ -14,6 +14,7 @@ enum class WriteResult {
     Done,
     Vanished, // another workstation deleted the row
     Changed, // another workstation changed what would be replaced
+    Refused, // what is stored by now does not allow it; the check that a form makes before it saves tells why
     Failed // still not possible after the retries; the log tells why
 };
 
