@@ -34,6 +34,7 @@ protected:
     {
         state.environment = &environment;
         state.header.patientCode = 17;
+        state.header.identified = true;
         state.log.start(settings, "start");
     }
 

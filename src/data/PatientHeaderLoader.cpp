@@ -11,6 +11,8 @@ namespace clivara {
 
 namespace {
 
+constexpr qint32 nobody = -1;
+
 // The row of a patient in a table, or null.
 std::unique_ptr<dao::Recordset> seekPatient(dao::Database &clinical, const QString &table,
                                             const QString &index, qint32 patientCode)
@@ -80,7 +82,16 @@ void loadRegistry(PatientHeader &header, dao::Database &clinical, QDate today)
     take(*row, "num_tes", header.healthCard, 16);
     take(*row, "ESENZ_PAT", header.exemptionPathology, 1);
     take(*row, "ESENZ_INV", header.exemptionInvalidity, 1);
-    header.identified = true;
+    header.identified = header.patientCode > 0;
+}
+
+// The code of a patient as the host writes it, a whole number; nobody's for anything else. No part of a text and
+// no rounded number is taken: it would be another patient's code.
+qint32 patientCode(const QString &text)
+{
+    bool isCode = false;
+    const qint32 code = text.trimmed().toInt(&isCode);
+    return isCode ? code : nobody;
 }
 
 } // namespace
@@ -90,11 +101,8 @@ void loadPatientHeader(PatientHeader &header, const SettingsStore &settings, dao
 {
     header.identified = false;
     header.identity = {};
-    const auto code = jet::toLong(jet::leadingNumber(settings.text(QStringLiteral("CODICE PAZIENTE"))));
-    if (!code)
-        return;
-    header.patientCode = *code;
-    if (header.patientCode == -1)
+    header.patientCode = patientCode(settings.text(QStringLiteral("CODICE PAZIENTE")));
+    if (header.patientCode == nobody)
         return;
     header.birthDay = QDate();
     try {

@@ -86,8 +86,9 @@ QString Allergie::freeTextToWrite() const
 bool Allergie::askAndSave()
 {
     const QString code = encodeAllergies(m_ui->gruppi->selection());
-    // Without a patient there is no chart to write into.
-    if (m_state.header.patientCode < 1 || !(isChangedCode(code) || m_textChanged))
+    // Whoever has only looked at nobody's chart is not asked; what was entered there is refused by the save.
+    const bool isChanged = m_state.header.identified ? isChangedCode(code) : code != m_shownCode;
+    if (!isChanged && !m_textChanged)
         return true;
     switch (m_state.prompts.ask({QStringLiteral("Attenzione!"),
                                  QStringLiteral("Salvare le modifiche?"),

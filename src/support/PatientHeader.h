@@ -34,8 +34,8 @@ struct PatientHeader {
     QString name;
     QDate birthDay; // the birth date itself; null when unknown
     PatientIdentity identity;
-    // True when the registry row of patientCode was found and read. False before the first patient, without one
-    // (-1), and when the row is missing or unreadable: then other texts may be the previous patient's.
+    // True when patientCode is above 0 and its registry row was found and read. Otherwise other texts may be the
+    // previous patient's, and nothing is stored.
     bool identified = false;
 
     static QString blank(int width) { return QString(width, QLatin1Char(' ')); }

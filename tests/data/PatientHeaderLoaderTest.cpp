@@ -80,6 +80,28 @@ TEST_F(PatientHeaderLoaderTest, WithoutAPatientKeepsThePreviousValues)
     EXPECT_TRUE(header.identified);
 }
 
+TEST_F(PatientHeaderLoaderTest, WhatIsNoCodeIsNobodyAndNotThePatientBefore)
+{
+    clinical->Execute("INSERT INTO archivio (cod_paz, cognome) VALUES (0, 'Zero')");
+    clinical->Execute("INSERT INTO archivio (cod_paz, cognome) VALUES (-7, 'Meno sette')");
+    for (const char *code :
+         {"", " ", "abc", "1x", "1.0", "1,0", "1e0", "&H1", "99999999999", "4294967297", "-1"}) {
+        load(1);
+        load(code);
+        EXPECT_EQ(header.patientCode, -1) << code;
+        EXPECT_FALSE(header.identified) << code;
+        EXPECT_EQ(header.identity.surname, "") << code;
+    }
+    for (const char *code : {"0", "-7", "77777"}) {
+        load(1);
+        load(code);
+        EXPECT_EQ(header.patientCode, QString(code).toInt());
+        EXPECT_FALSE(header.identified) << code << " has a row or not, but is nobody's code";
+    }
+    load(" 1 ");
+    EXPECT_TRUE(header.identified);
+}
+
 TEST_F(PatientHeaderLoaderTest, NullsLeaveTheirValuesButTheBirthDayIsNeverAnothers)
 {
     load(1);

@@ -286,10 +286,18 @@ TEST_F(AllergieTest, AnotherWorkstationsAllergensAreSeenAndKept)
 TEST_F(AllergieTest, WithoutAPatientNothingIsWritten)
 {
     state.header.patientCode = -1;
+    state.header.identified = false;
     open(form, [&] {
         click("alim_1");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue();
         esc();
-        EXPECT_FALSE(isOpen());
+        EXPECT_TRUE(isOpen()) << "with what was entered";
+        EXPECT_TRUE(prompts.last().contains("non c'è un paziente identificato"))
+            << qPrintable(prompts.last());
+        click("alim_1");
+        esc();
+        EXPECT_FALSE(isOpen()) << "whoever has only looked is asked nothing";
     });
     EXPECT_TRUE(clinical("SELECT * FROM ESAME_OB").isEmpty());
 }

@@ -214,10 +214,17 @@ TEST_F(PregMalInfTest, AnotherWorkstationsAnswersAreSeenAndKept)
 TEST_F(PregMalInfTest, WithoutAPatientNothingIsWritten)
 {
     state.header.patientCode = -1;
+    state.header.identified = false;
     open(form, [&] {
         click("SSCheck1_3");
+        prompts.queue(PromptButton::No);
         esc();
-        EXPECT_FALSE(isOpen());
+        EXPECT_TRUE(isOpen()) << "with what was entered";
+        EXPECT_TRUE(prompts.last().contains("non c'è un paziente identificato"))
+            << qPrintable(prompts.last());
+        click("SSCheck1_3");
+        esc();
+        EXPECT_FALSE(isOpen()) << "whoever has only looked is asked nothing";
     });
     EXPECT_TRUE(rows().isEmpty());
 }

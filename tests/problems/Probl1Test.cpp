@@ -412,7 +412,7 @@ TEST_F(Probl1Test, TellsTheRegionOfASavedProblem)
     NotedConnector connector;
     WorkingState networked{Services{settings, clock, prompts, pauses, guids, middleware, &connector}};
     networked.environment = &environment;
-    networked.header.patientCode = 17;
+    networked.header = state.header;
     networked.forms = &forms;
     settings.write("OSM_ASRIFT", "RIF1");
     Probl1 form(networked);

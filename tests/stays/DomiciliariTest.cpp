@@ -99,7 +99,7 @@ TEST_F(DomiciliariTest, BothValuesReachTheMailbox)
     } mailbox;
     WorkingState other(Services{mailbox, clock, prompts, pauses, guids, middleware});
     other.environment = &environment;
-    other.header.patientCode = 17;
+    other.header = state.header;
     Domiciliari_Gestione watched(other);
     open(watched, [&] { click("Btm_Uscita"); });
     EXPECT_EQ(mailbox.values, (QStringList{"DIARIO", "PREVENZIONE"}));

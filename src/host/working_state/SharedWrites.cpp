@@ -5,11 +5,41 @@
 
 namespace clivara {
 
+namespace {
+
+// A row that is stored for nobody is in no chart, and in the chart of whoever gets that code one day.
+bool isForNobody(WorkingState &state, const QString &subject)
+{
+    if (state.header.identified && state.header.patientCode > 0)
+        return false;
+    state.failure = noPatientFailure;
+    state.log.write(subject
+                    + QStringLiteral(" - nessun paziente identificato (codice %1), niente è stato scritto")
+                          .arg(state.header.patientCode));
+    return true;
+}
+
+QString commandAdvice(int errorNumber)
+{
+    switch (errorNumber) {
+    case dao::CommitInDoubt:
+        return QStringLiteral("Controllare prima di riprovare.");
+    case noPatientFailure:
+        return QStringLiteral("Nessun dato è stato modificato: scegliere prima un paziente.");
+    default:
+        return QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.");
+    }
+}
+
+} // namespace
+
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write)
 {
     state.failure = 0;
     state.operations.takeFailure();
+    if (isForNobody(state, subject))
+        return WriteResult::Failed;
     try {
         if (!state.environment || !state.environment->workspace)
             throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio dell'ospite non disponibile"));
@@ -42,6 +72,8 @@ QString failureReason(int errorNumber)
                               "che cosa abbia salvato");
     case dao::Locked:
         return QStringLiteral("l'archivio è occupato da un'altra postazione");
+    case noPatientFailure:
+        return QStringLiteral("non c'è un paziente identificato");
     default:
         return QStringLiteral("l'archivio è occupato o non si può scrivere");
     }
@@ -56,10 +88,12 @@ void warnNotSaved(WorkingState &state)
                                .arg(failureReason(state.failure)));
         return;
     }
-    state.prompts.warn(
-        QStringLiteral("Salvataggio non riuscito: %1.\n"
-                       "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.")
-            .arg(failureReason(state.failure)));
+    state.prompts.warn(QStringLiteral("Salvataggio non riuscito: %1.\n"
+                                      "Niente è stato salvato. Quanto scritto resta nella finestra: %2.")
+                           .arg(failureReason(state.failure),
+                                state.failure == noPatientFailure ? QStringLiteral(
+                                    "per salvarlo, riaprire la sezione dopo aver scelto il paziente")
+                                                                  : QStringLiteral("riprovare tra poco")));
 }
 
 void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed)
@@ -68,12 +102,8 @@ void tellCommand(WorkingState &state, WriteResult result, const QString &vanishe
         if (!vanished.isEmpty())
             state.prompts.warn(vanished);
     } else if (result != WriteResult::Done)
-        state.prompts.warn(
-            QStringLiteral("%1: %2.\n%3")
-                .arg(failed, failureReason(state.failure),
-                     state.failure == dao::CommitInDoubt
-                         ? QStringLiteral("Controllare prima di riprovare.")
-                         : QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.")));
+        state.prompts.warn(QStringLiteral("%1: %2.\n%3")
+                               .arg(failed, failureReason(state.failure), commandAdvice(state.failure)));
 }
 
 WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode,

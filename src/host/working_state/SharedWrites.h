@@ -18,9 +18,14 @@ enum class WriteResult {
     Failed // still not possible after the retries; the log tells why
 };
 
+// What WorkingState::failure says of a write that was refused because no patient is identified; no error of the engine
+// has that number.
+constexpr int noPatientFailure = -1;
+
 // Does `write` within one transaction of the host's databases and commits it when the result is Done; otherwise
 // nothing of it stays. Waits for other workstations before it begins. Raises nothing: an error is Failed and
-// leaves a line in the log that begins with `subject`. WorkingState::failure tells the error's number.
+// leaves a line in the log that begins with `subject`. WorkingState::failure tells the error's number. Nothing is written,
+// and the result is Failed, while the header identifies no patient: every save and command of the chart is about one.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
 
