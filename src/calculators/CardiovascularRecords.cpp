@@ -79,6 +79,7 @@ const StoredEvaluation &storedCardiovascular()
 {
     static const StoredEvaluation stored{
         riskTable,
+        CardiovascularRisk,
         {{QStringLiteral("pct_rischio"), QStringLiteral("Rischio"),
           [](const QVariant &risk) {
               return risk.isValid() ? jet::formatNumber(risk.toDouble(), u"0.0%") : QString();

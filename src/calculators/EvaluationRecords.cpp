@@ -20,6 +20,13 @@ QString evaluationCondition(const QString &table, qint32 patientCode, const QDat
         .arg(date);
 }
 
+// In the transaction of the change itself, so that none goes without the other.
+void journal(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when, bool deleted)
+{
+    state.changeJournal().recordChange(stored.kind, state.header.patientCode, jet::slashedDate(when.date()),
+                                       deleted);
+}
+
 EvaluationValues valuesOf(dao::Recordset &row, const StoredEvaluation &stored)
 {
     EvaluationValues values;
@@ -98,7 +105,10 @@ SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, 
             versions.stored = now;
             return WriteResult::Changed;
         }
-        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+        if (state.operations.Recordset_Update(*row) != 0)
+            return WriteResult::Failed;
+        journal(state, stored, when, false);
+        return WriteResult::Done;
     };
     try {
         // Told at once, without waiting for other workstations; the transaction looks again.
@@ -137,6 +147,7 @@ WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored
         }
         state.clinical().Execute(QStringLiteral("DELETE ")
                                  + evaluationCondition(stored.table, patient, when));
+        journal(state, stored, when, true);
         return WriteResult::Done;
     });
 }

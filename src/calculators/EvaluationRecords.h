@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/ChangeJournal.h"
+
 #include <QDateTime>
 #include <QHash>
 #include <QList>
@@ -8,11 +10,6 @@
 #include <QVariant>
 #include <functional>
 #include <optional>
-
-namespace dao {
-class Database;
-class Recordset;
-} // namespace dao
 
 // What the evaluations of a patient have in common: a table with one row for each patient and date.
 namespace clivara {
@@ -35,7 +32,8 @@ QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query);
 // The query for one evaluation. The date goes in as "dd/mm/yyyy", with the time only where it is not midnight.
 QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when);
 
-// How an evaluation is stored: its table, and what the doctor calls its fields.
+// How an evaluation is stored: its table, the kind by which its changes are journalled, and what the doctor calls its
+// fields.
 struct StoredEvaluation {
     struct Value {
         QString field;
@@ -43,6 +41,7 @@ struct StoredEvaluation {
         QString (*text)(const QVariant &value); // as the doctor reads it
     };
     QString table;
+    ChangeKind kind;
     QList<Value> values;
 };
 QString numberAsText(const QVariant &value);
@@ -71,12 +70,13 @@ struct EvaluationVersions {
 };
 
 // Writes one evaluation of the current patient in a transaction: adds the row of the date or edits it, sets its date
-// and lets `fill` set its values. What another workstation has stored since it was read is not replaced. Raises nothing.
+// and lets `fill` set its values; the change is journalled with it. What another workstation has stored since it was read
+// is not replaced. Raises nothing.
 SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
                            Existing existing, const std::function<void(dao::Recordset &)> &fill,
                            EvaluationVersions &versions);
 
-// Deletes one evaluation of the current patient. `seen` is the evaluation as it was read; when it is stored otherwise,
+// Deletes one evaluation of the current patient and journals it. `seen` is the evaluation as it was read; when it is stored otherwise,
 // the result is Changed and `seen` becomes what is stored. Raises nothing.
 WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
                              EvaluationValues &seen);

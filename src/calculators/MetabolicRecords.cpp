@@ -62,6 +62,7 @@ const StoredEvaluation &storedMetabolic()
 {
     static const StoredEvaluation stored{
         metabolicTable,
+        MetabolicSyndrome,
         {{QStringLiteral("valutazione"), QStringLiteral("Sindrome metabolica"),
           [](const QVariant &verdict) {
               return verdict.toInt() == 1 ? QStringLiteral("SI") : QStringLiteral("NO");

@@ -12,10 +12,13 @@ class Clock;
 class Log;
 class RecordsetOperations;
 
-// Kinds of change (Modifiche.Tipo) that the chart itself gives names to; forms may pass kinds of their own.
+// Kinds of change (Modifiche.Tipo). Numbers below 100 are the host's: practices also hold kinds that this program does
+// not know. The chart's own kinds begin at 101; docs/architecture.md lists them for whoever reads the table.
 enum ChangeKind : qint16 {
     GeneralInformation = 3, // the patient's row of inf_gen
-    Questionnaire = 4 // a row of ESAME_OB; the key is its tipo_dati letter
+    Questionnaire = 4, // a row of ESAME_OB; the key is its tipo_dati letter
+    CardiovascularRisk = 101, // a row of Rischio_Cardio; the key is its date, "dd/mm/yyyy"
+    MetabolicSyndrome = 102 // a row of SindrMetabolica; the key is its date, "dd/mm/yyyy"
 };
 
 // Tells the host what the chart changed in a patient's data, so that the host can pass it on. Both recorders raise

@@ -12,6 +12,7 @@ protected:
     CalculatorFixture()
     {
         createClinical();
+        environment.events = create("Eventi.sqlite", {});
         execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (17, 'M', #03/12/1966#)");
         for (const char *row : {"'PED', 'peso', 9, 5", "'EOG', 'peso', 4, 5", "'EOG', 'circonf_addom', 9, 5"})
             execute(QStringLiteral("INSERT INTO DEFCAMPI VALUES ('A', %1)").arg(row));

@@ -218,6 +218,46 @@ TEST_F(EvaluationRecordsTest, SavesRefusesAndReplaces)
     EXPECT_EQ(clinical("SELECT cod_paz FROM Rischio_Cardio"), QStringList{"18"});
 }
 
+TEST_F(EvaluationRecordsTest, WhatIsStoredIsJournalledAndNothingElse)
+{
+    const auto journal = [this] {
+        return clinical(
+            "SELECT Tipo, data_mod, cod_paz, codice1, codice2, cancellazione FROM Modifiche ORDER BY "
+            "idModifica");
+    };
+    const QDateTime earlier = jet::dateTime(2026, 2, 1, 10, 30);
+    CardiovascularEvaluation risk;
+    MetabolicEvaluation metabolic;
+    EvaluationVersions none;
+    EXPECT_EQ(saveCardiovascular(state, earlier, risk, Existing::Refuse, none), SaveOutcome::Saved);
+    QStringList wanted{"101|2026-11-21 00:00:00|17|01/02/2026|Null|false"};
+    EXPECT_EQ(journal(), wanted) << "the day of the change, and the evaluation's own";
+    risk.smoker = true;
+    EXPECT_EQ(saveCardiovascular(state, earlier, risk, Existing::Refuse, none), SaveOutcome::AlreadyThere);
+    EXPECT_EQ(saveCardiovascular(state, earlier, risk, Existing::Replace, none), SaveOutcome::Changed);
+    EvaluationValues unseen;
+    EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), earlier, unseen), WriteResult::Changed);
+    EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, unseen), WriteResult::Vanished);
+    EXPECT_EQ(journal(), wanted);
+
+    EXPECT_EQ(saveMetabolic(state, day, metabolic, none), SaveOutcome::Saved);
+    metabolic.verdict = 1;
+    none.read = readEvaluations(database(), storedMetabolic(), 17).value(day);
+    EXPECT_EQ(saveMetabolic(state, day, metabolic, none), SaveOutcome::Saved);
+    EvaluationValues seen = readEvaluations(database(), storedMetabolic(), 17).value(day);
+    EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, seen), WriteResult::Done);
+    EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), earlier, unseen), WriteResult::Done);
+    wanted += {"102|2026-11-21 00:00:00|17|21/11/2026|Null|false",
+               "102|2026-11-21 00:00:00|17|21/11/2026|Null|true",
+               "101|2026-11-21 00:00:00|17|01/02/2026|Null|true"};
+    EXPECT_EQ(journal(), wanted) << "two changes of a day are one row, a deletion is another";
+
+    // A change that cannot be stored is none.
+    execute("DROP TABLE SindrMetabolica");
+    EXPECT_EQ(saveMetabolic(state, day, metabolic, none), SaveOutcome::Failed);
+    EXPECT_EQ(journal(), wanted);
+}
+
 TEST_F(EvaluationRecordsTest, RowsOfOtherProgramsMayHaveATimeAndNulls)
 {
     execute("INSERT INTO Rischio_Cardio (cod_paz, Data_Val) VALUES (17, #05/02/2026 10:30:05#)");

@@ -73,7 +73,8 @@ QString expected(const Save &save)
     case Kind::Stay:
         return joined({patient, date, "Cardiologia", "in elenco", withIdentity});
     case Kind::Evaluation:
-        return joined({QString::number(systolicOf(save)), QString::number(cholesterolOf(save))});
+        return joined(
+            {QString::number(systolicOf(save)), QString::number(cholesterolOf(save)), "1 modifica"});
     case Kind::Allergies:
         return joined({patient, save.text, "1 scheda, 2 modifiche"});
     case Kind::Sheet:
@@ -114,17 +115,30 @@ Contents storedIn(orvale::Practice &practice)
     });
     for (const QString &hospital : std::as_const(hospitals))
         contents.insert(hospital.section(u' ', 1), "sede senza ricovero");
+    // An evaluation is a row and what the journal says of it.
+    QHash<QString, int> evaluations;
+    for (const auto rows = clinical.OpenRecordset(
+             QStringLiteral("SELECT cod_paz, codice1 FROM Modifiche%1 AND Tipo = 101").arg(theirs));
+         !rows->Eof(); rows->MoveNext())
+        ++evaluations[rows->Fields(0).text() + u' ' + rows->Fields(1).text()];
     collect(clinical, QStringLiteral("SELECT * FROM Rischio_Cardio") + theirs, contents,
-            [](dao::Recordset &row) {
-                return QStringList{row.Fields("cod_paz").text() + u' ' + day(row.Fields("Data_Val")),
-                                   row.Fields("pressione").text(), row.Fields("colesterolo").text()};
+            [&](dao::Recordset &row) {
+                const QString patient = row.Fields("cod_paz").text();
+                const QDateTime date = row.Fields("Data_Val").date();
+                const int noted = evaluations.take(patient + u' ' + date.toString("dd/MM/yyyy"));
+                return QStringList{patient + u' ' + day(row.Fields("Data_Val")),
+                                   row.Fields("pressione").text(), row.Fields("colesterolo").text(),
+                                   noted == 1 ? QStringLiteral("1 modifica") : QString::number(noted)};
             });
+    for (auto noted = evaluations.cbegin(); noted != evaluations.cend(); ++noted)
+        contents.insert(noted.key(), "modifica senza rilevazione");
     // Allergies are a code, a text and what the journal says of both.
     QHash<QString, int> codes, journal;
     for (const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT cod_paz FROM ESAME_OB") + theirs);
          !rows->Eof(); rows->MoveNext())
         ++codes[rows->Fields(0).text()];
-    for (const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT cod_paz FROM Modifiche") + theirs);
+    for (const auto rows = clinical.OpenRecordset(
+             QStringLiteral("SELECT cod_paz FROM Modifiche%1 AND Tipo < 100").arg(theirs));
          !rows->Eof(); rows->MoveNext())
         ++journal[rows->Fields(0).text()];
     collect(clinical, QStringLiteral("SELECT cod_paz, Allergie FROM inf_gen") + theirs, contents,
