@@ -75,6 +75,11 @@ bool MyDateControl::isEmpty() const
     return m_edit->isEmptyDate();
 }
 
+QString MyDateControl::typedText() const
+{
+    return m_edit->displayText();
+}
+
 void MyDateControl::setValue(QDate date)
 {
     SetTextValue(jet::slashedDate(date));
@@ -168,6 +173,14 @@ bool MyDateControl::eventFilter(QObject *watched, QEvent *event)
         }
     }
     return QWidget::eventFilter(watched, event);
+}
+
+QString dateRequest(const QString &request, const MyDateControl &control)
+{
+    return control.isEmpty() ? request
+                             : request
+                                   + QStringLiteral("\nQuella scritta, %1, è impossibile: non è una data.")
+                                         .arg(control.typedText());
 }
 
 } // namespace clivara

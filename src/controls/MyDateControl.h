@@ -32,6 +32,7 @@ public:
     void setValue(QDate date);
     // Nothing is typed: neither a date nor the beginning of one.
     bool isEmpty() const;
+    QString typedText() const; // as it stands there: "31/02/2026"
     QColor BackColor() const { return m_backColor; }
     void setBackColor(const QColor &colour);
 
@@ -64,5 +65,9 @@ private:
     const Clock *m_clock = nullptr;
     QColor m_backColor;
 };
+
+// A message that asks for the date of a control that holds none. When something stands there all the same, it says that this
+// is impossible.
+QString dateRequest(const QString &request, const MyDateControl &control);
 
 } // namespace clivara

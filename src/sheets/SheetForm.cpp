@@ -212,7 +212,7 @@ bool SheetForm::isChanged() const
 bool SheetForm::mayWrite()
 {
     if (!enteredDate().isValid()) {
-        m_state.prompts.warn(QStringLiteral("Inserire la data della scheda."));
+        m_state.prompts.warn(dateRequest(QStringLiteral("Inserire la data della scheda."), *m_ui->DTPicker1));
         m_ui->DTPicker1->setFocus();
         return false;
     }

@@ -22,18 +22,23 @@ constexpr QSize usualSize(880, 560);
 constexpr int newest = std::numeric_limits<int>::max(); // the last row
 enum Column { Admitted, Discharged, Hospital, Ward };
 
-ReportTableModel::Row rowOf(const Stay &stay, QDate today)
+ReportTableModel::Row rowOf(const Stay &stay, bool isNewest, QDate today)
 {
+    const StayDates dates{stay.admitted, stay.discharged, isNewest};
     ReportTableModel::Row row;
     row.key = stay.id;
     row.texts = {jet::slashedDate(stay.admitted), jet::slashedDate(stay.discharged), stay.hospital.trimmed(),
                  stay.ward.trimmed()};
     row.hintColumn = Discharged;
-    switch (stayState(stay.admitted, stay.discharged, today)) {
+    switch (stayState(dates, today)) {
     case StayState::Open:
         row.icon = reportIcon(ReportIcon::InHospital);
         row.hint = row.iconText = QStringLiteral("in ospedale");
         row.tone = ReportTone::Strong;
+        break;
+    case StayState::Unended:
+        row.icon = reportIcon(ReportIcon::Discharged);
+        row.hint = row.iconText = QStringLiteral("uscita non indicata");
         break;
     case StayState::Planned:
         row.icon = reportIcon(ReportIcon::Discharged);
@@ -48,8 +53,7 @@ ReportTableModel::Row rowOf(const Stay &stay, QDate today)
         row.iconText = QStringLiteral("concluso");
         break;
     }
-    QStringList tip{stayLengthText(stay.admitted, stay.discharged, today), row.texts.at(Hospital),
-                    row.texts.at(Ward)};
+    QStringList tip{stayLengthText(dates, today), row.texts.at(Hospital), row.texts.at(Ward)};
     tip.removeAll(QString());
     row.tip = tip.join(u'\n');
     return row;
@@ -75,7 +79,7 @@ Ricoveri_Gestione::Ricoveri_Gestione(WorkingState &state)
     list->setModel(m_stays);
     list->setTextColumn(Hospital, 2);
     list->setColumns({{1200, QStringLiteral("00/00/0000")},
-                      {1200, QStringLiteral("in ospedale ")},
+                      {1200, QStringLiteral("uscita non indicata ")},
                       {4000, {}},
                       {2600, QStringLiteral("Chirurgia generale")}});
     list->setPlaceholder(QStringLiteral("Nessun ricovero registrato per questo paziente."));
@@ -111,7 +115,7 @@ void Ricoveri_Gestione::fill(qint32 selected, int otherwise)
     QList<ReportTableModel::Row> rows;
     m_written.clear();
     for (const Stay &stay : stays) {
-        rows.append(rowOf(stay, today));
+        rows.append(rowOf(stay, isNewestStay(stays, stay), today));
         m_written.insert(stay.id, stay.written);
     }
     m_ui->lblConteggio->setText(countText(*m_ui->Griglia_Ricoveri, rows.size()));

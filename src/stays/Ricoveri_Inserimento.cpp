@@ -47,9 +47,9 @@ void Ricoveri_Inserimento::load()
             refuseToOpen(QStringLiteral("Il ricovero è stato eliminato da un'altra postazione."));
         stay = *found;
     }
+    m_stays = listStays(m_state.clinical(), m_state.header.patientCode);
     m_read = stay;
-    m_extendList = false;
-    m_askedAbout.clear();
+    m_answer = {};
     fillLists();
     setWindowTitle(isNew ? newTitle : QStringLiteral("Modifica dati ricovero"));
     show(stay);
@@ -93,9 +93,10 @@ void Ricoveri_Inserimento::noteLength()
     const QDate admitted = shownDay(*m_ui->Data_Dom);
     const QDate discharged = shownDay(*m_ui->Data_Val);
     const bool isDoubtful = admitted.isValid() && discharged.isValid() && discharged < admitted;
-    const QString text = holdsNoDay(*m_ui->Data_Dom) || holdsNoDay(*m_ui->Data_Val)
-                             ? QString()
-                             : stayLengthText(admitted, discharged, m_state.clock.today());
+    const QString text =
+        holdsNoDay(*m_ui->Data_Dom) || holdsNoDay(*m_ui->Data_Val)
+            ? QString()
+            : stayLengthText({admitted, discharged, isNewestStay(m_stays, entered())}, m_state.clock.today());
     m_ui->lblDurata->setText(isDoubtful ? QStringLiteral("⚠ ") + text : text);
 }
 
@@ -137,7 +138,8 @@ bool Ricoveri_Inserimento::isComplete()
 {
     const Stay stay = entered();
     if (!stay.admitted.isValid())
-        return refuse(QStringLiteral("E' necessario inserire la data."), m_ui->Data_Dom);
+        return refuse(dateRequest(QStringLiteral("E' necessario inserire la data."), *m_ui->Data_Dom),
+                      m_ui->Data_Dom);
     if (stay.hospital.trimmed().isEmpty())
         return refuse(QStringLiteral("E' necessario indicare la sede del ricovero."), m_ui->Combo1);
     if (stay.ward.trimmed().isEmpty())
@@ -176,19 +178,15 @@ void Ricoveri_Inserimento::askAboutList()
 {
     m_hospitals = hospitals(m_state.clinical()); // another workstation may have added it
     const QString hospital = entered().hospital.trimmed();
-    if (!nameInList(m_hospitals, hospital).isEmpty()) {
-        m_extendList = false;
+    if (!nameInList(m_hospitals, hospital).isEmpty() || hospital == m_answer.hospital)
         return;
-    }
-    if (hospital == m_askedAbout)
-        return;
-    m_askedAbout = hospital;
-    m_extendList = m_state.prompts.ask({QStringLiteral("Attenzione"),
-                                        QStringLiteral("Si desidera inserire l'elenco Sedi?"),
-                                        PromptIcon::Question,
-                                        {PromptButton::Yes, PromptButton::No},
-                                        PromptButton::No})
-                   == PromptButton::Yes;
+    m_answer.hospital = hospital;
+    m_answer.extendList = m_state.prompts.ask({QStringLiteral("Attenzione"),
+                                               QStringLiteral("Si desidera inserire l'elenco Sedi?"),
+                                               PromptIcon::Question,
+                                               {PromptButton::Yes, PromptButton::No},
+                                               PromptButton::No})
+                          == PromptButton::Yes;
 }
 
 bool Ricoveri_Inserimento::mayWrite()
@@ -203,7 +201,8 @@ WriteResult Ricoveri_Inserimento::write()
 {
     Stay stay = entered();
     Stay read = m_read;
-    const WriteResult result = saveStay(m_state, stay, read, m_extendList);
+    const WriteResult result =
+        saveStay(m_state, stay, read, m_answer.extendList && m_answer.hospital == stay.hospital.trimmed());
     if (result == WriteResult::Done)
         m_stay = stay;
     else if (result == WriteResult::Changed)

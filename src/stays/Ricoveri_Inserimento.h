@@ -49,8 +49,13 @@ private:
     Stay m_stay; // what the controls were filled from
     Stay m_read, m_elsewhere; // as it was read, and as a save found it stored
     QStringList m_hospitals; // the list as it was when it was last read
-    bool m_extendList = false;
-    QString m_askedAbout; // the hospital that the doctor was last asked about; not asked twice
+    QList<Stay> m_stays; // of the patient, as they were when the dialog opened
+    // The hospital that the doctor was last asked about, and whether the list is to have it; not asked twice.
+    struct ListAnswer {
+        QString hospital;
+        bool extendList = false;
+    };
+    ListAnswer m_answer;
 };
 
 } // namespace clivara

@@ -64,6 +64,15 @@ QList<Stay> listStays(dao::Database &clinical, qint32 patientCode)
     return stays;
 }
 
+bool isNewestStay(const QList<Stay> &stays, const Stay &stay)
+{
+    return std::none_of(stays.begin(), stays.end(), [&](const Stay &other) {
+        const bool isLater = other.admitted > stay.admitted
+                             || (other.admitted == stay.admitted && stay.id != 0 && other.id > stay.id);
+        return other.id != stay.id && other.admitted.isValid() && isLater;
+    });
+}
+
 std::optional<Stay> readStay(dao::Database &clinical, qint32 id)
 {
     const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);

@@ -35,6 +35,9 @@ auto contentsOf(Record &stay) requires std::same_as<std::remove_const_t<Record>,
 }
 // Oldest first; of the same day the lower key first. Throws dao::Error.
 QList<Stay> listStays(dao::Database &clinical, qint32 patientCode);
+// True when no other stay of the list begins after this one. Of those that begin on the same day the one with the highest key is
+// the newest, and a new one before all.
+bool isNewestStay(const QList<Stay> &stays, const Stay &stay);
 std::optional<Stay> readStay(dao::Database &clinical, qint32 id); // empty when it is not there
 
 // The names of sedericov and reparth in their order, trimmed, blank ones left out.

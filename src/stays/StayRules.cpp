@@ -12,31 +12,42 @@ QString daysText(qint64 days)
 
 } // namespace
 
-StayState stayState(QDate admitted, QDate discharged, QDate today)
+StayState stayState(const StayDates &stay, QDate today)
 {
-    if (discharged.isValid())
-        return admitted.isValid() && discharged < admitted ? StayState::Contradictory : StayState::Closed;
-    return admitted.isValid() && admitted > today ? StayState::Planned : StayState::Open;
+    if (stay.discharged.isValid())
+        return stay.admitted.isValid() && stay.discharged < stay.admitted ? StayState::Contradictory
+                                                                          : StayState::Closed;
+    if (!stay.admitted.isValid())
+        return StayState::Unended;
+    if (stay.admitted > today)
+        return StayState::Planned;
+    return stay.isNewest && stay.admitted.daysTo(today) <= longestOpenStay ? StayState::Open
+                                                                           : StayState::Unended;
 }
 
-QString stayLengthText(QDate admitted, QDate discharged, QDate today)
+QString stayLengthText(const StayDates &stay, QDate today)
 {
-    if (!admitted.isValid())
-        return {};
-    switch (stayState(admitted, discharged, today)) {
+    if (!stay.admitted.isValid())
+        return stay.discharged.isValid() ? QStringLiteral("Data di accesso non indicata.")
+                                         : QStringLiteral("Date di accesso e di uscita non indicate.");
+    const QString since =
+        stay.admitted == today ? QStringLiteral("oggi") : daysText(stay.admitted.daysTo(today));
+    switch (stayState(stay, today)) {
     case StayState::Contradictory:
         return QStringLiteral("La fine del ricovero precede l'accesso.");
     case StayState::Planned:
-        return QStringLiteral("Ricovero previsto fra %1.").arg(daysText(today.daysTo(admitted)));
+        return QStringLiteral("Ricovero previsto fra %1.").arg(daysText(today.daysTo(stay.admitted)));
     case StayState::Open:
-        return admitted == today
-                   ? QStringLiteral("Ancora in ospedale, da oggi.")
-                   : QStringLiteral("Ancora in ospedale, da %1.").arg(daysText(admitted.daysTo(today)));
+        return QStringLiteral("Ancora in ospedale, da %1.").arg(since);
+    case StayState::Unended:
+        return stay.admitted == today ? QStringLiteral("Uscita non indicata, accesso oggi.")
+                                      : QStringLiteral("Uscita non indicata, accesso %1 fa.").arg(since);
     case StayState::Closed:
         break;
     }
-    return admitted == discharged ? QStringLiteral("Durata: 0 giorni, uscita il giorno stesso.")
-                                  : QStringLiteral("Durata: %1.").arg(daysText(admitted.daysTo(discharged)));
+    return stay.admitted == stay.discharged
+               ? QStringLiteral("Durata: 0 giorni, uscita il giorno stesso.")
+               : QStringLiteral("Durata: %1.").arg(daysText(stay.admitted.daysTo(stay.discharged)));
 }
 
 } // namespace clivara

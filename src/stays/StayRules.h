@@ -6,18 +6,26 @@
 
 namespace clivara {
 
+// A stay without discharge that lasts longer has ended without anybody noting it.
+constexpr int longestOpenStay = 60; // days
+
 // How a hospital stay stands on a day.
 enum class StayState {
-    Open, // admitted, not discharged
+    Open, // the patient is in hospital
+    Unended, // no discharge is noted, and nothing says that the patient is still there
     Planned, // not yet admitted
     Closed,
     Contradictory // discharged before the admission
 };
-// A stay without admission date is open until it is closed.
-StayState stayState(QDate admitted, QDate discharged, QDate today);
+// What is known of a stay. Only the newest one of a patient can be open.
+struct StayDates {
+    QDate admitted, discharged; // null: not noted
+    bool isNewest = true;
+};
+StayState stayState(const StayDates &stay, QDate today);
 
-// Its length in days, from midnight to midnight: "Durata: 5 giorni", "Ancora in ospedale, da 3 giorni"... Empty when
-// there is no admission date.
-QString stayLengthText(QDate admitted, QDate discharged, QDate today);
+// Its length in days, from midnight to midnight: "Durata: 5 giorni.", "Ancora in ospedale, da 3 giorni."... or which
+// of its dates is missing. Never empty.
+QString stayLengthText(const StayDates &stay, QDate today);
 
 } // namespace clivara

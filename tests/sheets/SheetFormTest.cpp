@@ -91,7 +91,8 @@ TEST_F(SheetFormTest, WhatDoesNotFitIsSaidAndNotStored)
             {"me_Peso", "112.3", "80", "Peso (kg): il numero non entra nel campo (al massimo 99.9)."},
             {"dtDataEcg", "31/02/2026", "01/02/2026", "Ultimo elettrocardiogramma: la data non è valida."},
             {"DTPicker1", "", "21/11/2026", "Inserire la data della scheda."},
-            {"DTPicker1", "31/11/2026", "21/11/2026", "Inserire la data della scheda."},
+            {"DTPicker1", "31/11/2026", "21/11/2026",
+             "Inserire la data della scheda.\nQuella scritta, 31/11/2026, è impossibile: non è una data."},
         };
         for (const auto &[field, text, wanted, box] : cases) {
             type(field, text);

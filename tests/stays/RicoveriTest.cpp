@@ -61,6 +61,8 @@ TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
     addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
     addStay("#11/01/2026#", "#11/06/2026#", "Clinica Santa Lucia");
     addStay("#11/08/2026#", "#11/07/2026#", "Clinica Santa Lucia");
+    addStay("#11/09/2026#", "Null", "Clinica Santa Lucia"); // and never closed
+    addStay("Null", "Null", "Clinica Santa Lucia");
     execute("INSERT INTO ricoveri2 (cod_paz, data_accesso) VALUES (18, #11/01/2026#)"); // of another patient
     Ricoveri_Gestione form(state);
     open(form, [&] {
@@ -68,27 +70,33 @@ TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
         EXPECT_EQ(columns("Griglia_Ricoveri"),
                   (QStringList{"Data accesso", "Data uscita", "Sede", " reparto"}));
         EXPECT_EQ(rows("Griglia_Ricoveri"),
-                  (QStringList{"01/11/2026|06/11/2026|Clinica Santa Lucia|Cardiologia",
+                  (QStringList{"||Clinica Santa Lucia|Cardiologia",
+                               "01/11/2026|06/11/2026|Clinica Santa Lucia|Cardiologia",
                                "08/11/2026|07/11/2026|Clinica Santa Lucia|Cardiologia",
+                               "09/11/2026||Clinica Santa Lucia|Cardiologia",
                                "10/11/2026||Clinica Santa Lucia|Cardiologia"}));
         const auto *const model = control<QTreeView>("Griglia_Ricoveri")->model();
         const auto cell = [&](int row, int column, int role) {
             return model->index(row, column).data(role).toString().section('\n', 0, 0).toStdString();
         };
-        EXPECT_EQ(cell(0, 2, Qt::ToolTipRole), "Durata: 5 giorni.");
-        EXPECT_EQ(cell(1, 0, Qt::ToolTipRole), "La fine del ricovero precede l'accesso.");
-        EXPECT_EQ(cell(2, 3, Qt::ToolTipRole), "Ancora in ospedale, da 11 giorni.");
-        EXPECT_EQ(cell(0, 1, HintRole), "");
-        EXPECT_EQ(cell(2, 1, HintRole), "in ospedale");
-        EXPECT_EQ(cell(2, 0, Qt::AccessibleTextRole), "10/11/2026, in ospedale");
+        EXPECT_EQ(cell(1, 2, Qt::ToolTipRole), "Durata: 5 giorni.");
+        EXPECT_EQ(cell(2, 0, Qt::ToolTipRole), "La fine del ricovero precede l'accesso.");
+        EXPECT_EQ(cell(3, 0, Qt::ToolTipRole), "Uscita non indicata, accesso 12 giorni fa.");
+        EXPECT_EQ(cell(4, 3, Qt::ToolTipRole), "Ancora in ospedale, da 11 giorni.");
+        const char *const hints[]{"uscita non indicata", "", "", "uscita non indicata", "in ospedale"};
+        for (int row = 0; row < 5; ++row)
+            EXPECT_EQ(cell(row, 1, HintRole), hints[row]) << row;
+        EXPECT_EQ(cell(4, 0, Qt::AccessibleTextRole), "10/11/2026, in ospedale");
         EXPECT_EQ(text("lblDurata"), "Ancora in ospedale, da 11 giorni.")
             << "of the selected stay, the newest";
         EXPECT_TRUE(control("Griglia_Ricoveri")->hasFocus());
-        key("Griglia_Ricoveri", Qt::Key_Up);
+        key("Griglia_Ricoveri", Qt::Key_Home);
+        EXPECT_EQ(text("lblDurata"), "Date di accesso e di uscita non indicate.");
+        clickRow("Griglia_Ricoveri", "2");
         forms.act = [&] { EXPECT_EQ(state.stayId, 3); };
         key("Griglia_Ricoveri", Qt::Key_Return);
         EXPECT_EQ(forms.take(), "Ricoveri_Inserimento");
-        EXPECT_EQ(control<QTreeView>("Griglia_Ricoveri")->currentIndex().row(), 1);
+        EXPECT_EQ(control<QTreeView>("Griglia_Ricoveri")->currentIndex().row(), 2);
         QTest::keyClick(control("Griglia_Ricoveri"), Qt::Key_Escape);
         EXPECT_FALSE(form.isVisible());
     });
@@ -134,6 +142,50 @@ TEST_F(RicoveriTest, AStayThatIsNotSavedDoesNotExtendTheList)
     });
     EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/L'Aquila/Ospedale Sant'Anna");
     EXPECT_EQ(state.stayId, 1);
+}
+
+TEST_F(RicoveriTest, TheDialogSaysInHospitalOfTheNewestStayOnly)
+{
+    addStay("#11/01/2026#", "Null", "Clinica Santa Lucia");
+    addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
+    openStay(1, [&] {
+        EXPECT_EQ(text("lblDurata"), "Uscita non indicata, accesso 20 giorni fa.");
+        type("Data_Dom", "12/11/2026");
+        EXPECT_EQ(text("lblDurata"), "Ancora in ospedale, da 9 giorni.");
+        type("Data_Dom", "31/02/2026");
+        EXPECT_EQ(boxOf(memorise), "Attenzione|E' necessario inserire la data.\n"
+                                   "Quella scritta, 31/02/2026, è impossibile: non è una data.|question");
+        type("Data_Dom", "");
+        EXPECT_EQ(boxOf(memorise), "Attenzione|E' necessario inserire la data.|question");
+    });
+    state.header.patientCode = 18; // who has no other stay
+    openStay(0, [&] { EXPECT_EQ(text("lblDurata"), "Ancora in ospedale, da oggi."); });
+    EXPECT_EQ(clinical("SELECT data_accesso FROM ricoveri2 ORDER BY idRicovero"),
+              (QStringList{"2026-11-01 00:00:00", "2026-11-10 00:00:00"}));
+}
+
+// What the doctor answered for one patient's stay is not taken for another's.
+TEST_F(RicoveriTest, ASecondPatientIsAskedAboutTheListAnew)
+{
+    openStay(0, [&] {
+        choose("Combo2", "Cardiologia");
+        typeHospital("L'Aquila");
+        const RefusedRows refused(database(), "ricoveri2");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(); // and not saved
+        click(memorise);
+        click("Btm_Esci");
+    });
+    state.header.patientCode = 18;
+    openStay(0, [&] {
+        choose("Combo2", "Cardiologia");
+        typeHospital("L'Aquila");
+        EXPECT_EQ(boxOf(memorise, PromptButton::No),
+                  "Attenzione|Si desidera inserire l'elenco Sedi?|question");
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/Ospedale Sant'Anna");
+    EXPECT_EQ(clinical("SELECT cod_paz, sede FROM ricoveri2"), QStringList("18|L'Aquila"));
 }
 
 TEST_F(RicoveriTest, TypingProposesTheHospitalsThatContainIt)
