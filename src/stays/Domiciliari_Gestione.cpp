@@ -126,9 +126,7 @@ void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
         ReportTableModel::Row row;
         row.key = entry.id;
         row.texts = {jet::slashedDate(entry.date), entry.typeName, jet::slashedDate(entry.validity)};
-        row.icon = reportIcon(entry.isTypeKnown ? ReportIcon::HomeCare : ReportIcon::Doubtful);
-        if (!entry.isTypeKnown)
-            row.iconText = QStringLiteral("tipo non più in elenco");
+        row.icon = reportIcon(ReportIcon::HomeCare);
         rows.append(row);
     }
     m_grid->setRows(std::move(rows));
@@ -166,9 +164,9 @@ void Domiciliari_Gestione::chooseType(const HomeCareEntry &entry)
     list->clear();
     for (const ServiceType &type : std::as_const(m_types))
         list->addItem(type.name, type.id);
-    // A type that the table no longer has can be kept, but not chosen anew.
+    // A type that is none of these, which another workstation has given the visit, can be kept, but not chosen anew.
     if (entry.type && list->findData(*entry.type) < 0)
-        list->addItem(entry.typeName, *entry.type);
+        list->addItem(typeName(entry), *entry.type);
     list->showIndex(entry.type ? list->findData(*entry.type) : -1);
 }
 
@@ -203,16 +201,34 @@ void Domiciliari_Gestione::editSelected()
 void Domiciliari_Gestione::deleteSelected()
 {
     const HomeCareEntry *const entry = selectedEntry();
-    if (!entry
-        || !m_state.prompts.confirm(QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?")))
+    if (!entry)
+        return;
+    QStringList contents = readContents(entry->id);
+    QString question = QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?");
+    if (!contents.isEmpty())
+        question +=
+            QStringLiteral("\nÈ anche una visita, e con l'elemento si elimina quanto vi è scritto: %1.")
+                .arg(contents.join(QStringLiteral(", ")));
+    if (!m_state.prompts.confirm(question))
         return;
     const int row = m_ui->Griglia_Domiciliari->currentIndex().row();
     deleteListed(m_state, entry->written,
-                 [&](LastWrite &seen) { return deleteHomeCare(m_state, entry->id, seen); },
+                 [&](LastWrite &seen) { return deleteHomeCare(m_state, entry->id, seen, contents); },
                  {QStringLiteral("L'elemento è stato salvato"),
                   QStringLiteral("L'elemento era già stato eliminato da un'altra postazione."),
                   QStringLiteral("Non è stato possibile eliminare l'elemento")});
     Carica_Domiciliari(entry->id, row);
+}
+
+// What of a visit the entry holds as well; the deletion itself looks again.
+QStringList Domiciliari_Gestione::readContents(qint32 id)
+{
+    try {
+        return visitContents(m_state.clinical(), id);
+    } catch (const dao::Error &error) {
+        logError(m_state, QStringLiteral("Domiciliari_Gestione.Elimina"), error);
+        return {};
+    }
 }
 
 bool Domiciliari_Gestione::mayWrite()
@@ -225,7 +241,9 @@ bool Domiciliari_Gestione::mayWrite()
     };
     const auto attention = QStringLiteral("Attenzione");
     if (!entry.date.isValid())
-        return refuse({attention, QStringLiteral("E' necessario inserire la data."), PromptIcon::Warning},
+        return refuse({attention,
+                       dateRequest(QStringLiteral("E' necessario inserire la data."), *m_ui->Data_Dom),
+                       PromptIcon::Warning},
                       m_ui->Data_Dom);
     if (!entry.type)
         return refuse({attention, QStringLiteral("E' necessario indicare il tipo."), PromptIcon::Warning},
@@ -235,10 +253,14 @@ bool Domiciliari_Gestione::mayWrite()
                        QStringLiteral("La data di inizio validità non è una data.\nCorreggerla o vuotarla."),
                        PromptIcon::Warning},
                       m_ui->Data_Val);
-    if (isDuplicateEntry(m_entries, entry))
+    if (isDuplicateEntry(listHomeCare(m_state.clinical(), m_state.codes(), m_state.header.patientCode),
+                         entry)) {
+        // The list shows it: another workstation may have written it a moment ago.
+        Carica_Domiciliari(entry.id);
         return refuse({QStringLiteral("Attenzione!"), QStringLiteral("Elemento già presente in elenco!"),
                        PromptIcon::Information},
                       m_ui->Data_Dom);
+    }
     return true;
 }
 
@@ -258,8 +280,9 @@ QString Domiciliari_Gestione::typeName(const HomeCareEntry &entry) const
 {
     const auto type = std::find_if(m_types.begin(), m_types.end(),
                                    [&](const ServiceType &known) { return known.id == entry.type; });
-    return type == m_types.end() ? QStringLiteral("Tipo %1 (non più in elenco)").arg(entry.type.value_or(0))
-                                 : type->name;
+    if (type != m_types.end())
+        return type->name;
+    return entry.type ? QStringLiteral("Tipo %1 (non è una prestazione)").arg(*entry.type) : QString();
 }
 
 RecordConflict Domiciliari_Gestione::conflict() const
@@ -279,7 +302,6 @@ void Domiciliari_Gestione::keepMine()
     takeUntouched(contentsOf(entry), contentsOf(std::as_const(m_read)),
                   contentsOf(std::as_const(m_elsewhere)));
     m_read = m_elsewhere;
-    entry.typeName = typeName(entry);
     showEntry(entry);
 }
 

@@ -14,57 +14,44 @@ namespace {
 
 const auto sectionCode = QStringLiteral("DV"); // as all visits
 
-QString byId(qint32 id)
+QString byIdAndPatient(const WorkingState &state, qint32 id)
 {
-    return QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id);
+    return QStringLiteral("select * from visitaprobl where (idvisitaprobl = %1) and (cod_paz = %2)")
+        .arg(id)
+        .arg(state.header.patientCode);
 }
 
-QString numberList(const QList<qint32> &numbers)
-{
-    QStringList texts;
-    for (const qint32 number : numbers)
-        texts.append(QString::number(number));
-    return u'(' + texts.join(u',') + u')';
-}
-
-QList<qint32> allTypes(dao::Database &codes)
-{
-    QList<qint32> ids;
-    for (const auto rows = codes.OpenRecordset(QStringLiteral("select IdTipo from TipoVisita"),
-                                               dao::RecordsetType::Snapshot);
-         !rows->Eof(); rows->MoveNext())
-        ids.append(qint32(rows->Fields(QStringLiteral("IdTipo")).number()));
-    return ids;
-}
-
-// Which visits are entries of home care, as a condition.
-QString entryCondition(const QList<ServiceType> &services, const QList<qint32> &types)
-{
-    // What an ordinary visit of a removed type would hold, in a row of this kind is empty.
-    QString bare =
-        QStringLiteral("(not isnull(idtipo)) and (nz(id_Probl, 0) <= 0) and (nz(SINTOMO, '') = '')");
-    for (const char *text : {"anamnesi", "esameob", "conclusioni", "pianificazione", "txtNote"})
-        bare += QStringLiteral(" and (nz(%1, '') = '')").arg(QLatin1String(text));
-    if (!types.isEmpty())
-        bare += QStringLiteral(" and (not idtipo in %1)").arg(numberList(types));
-    if (services.isEmpty())
-        return u'(' + bare + u')';
-    QList<qint32> ids;
-    for (const ServiceType &service : services)
-        ids.append(service.id);
-    return QStringLiteral("((idtipo in %1) or (%2))").arg(numberList(ids), bare);
-}
-
-// All but what the type is called. An entry without type has none of its own number.
+// All but what the type is called.
 HomeCareEntry entryFrom(dao::Recordset &row)
 {
     HomeCareEntry entry;
     entry.id = qint32(row.Fields(QStringLiteral("IdVisitaProbl")).number());
     entry.date = row.Fields(QStringLiteral("DataReg")).date().date();
     entry.validity = row.Fields(QStringLiteral("validita")).date().date();
-    entry.type = qint32(row.Fields(QStringLiteral("idtipo")).number());
+    const dao::Field type = row.Fields(QStringLiteral("idtipo"));
+    entry.type = type.isNull() ? std::nullopt : std::optional(qint32(type.number()));
     entry.written = lastWrite(row);
     return entry;
+}
+
+QStringList contentsOfVisit(dao::Recordset &row)
+{
+    const std::pair<const char *, const char *> texts[]{
+        {"SINTOMO", "Sintomo"},
+        {"anamnesi", "Anamnesi"},
+        {"esameob", "Esame obiettivo"},
+        {"conclusioni", "Conclusioni"},
+        {"pianificazione", "Pianificazione"},
+        {"txtNote", "Note"},
+    };
+    QStringList contents;
+    for (const auto &[field, caption] : texts) {
+        if (!row.Fields(QLatin1String(field)).text().trimmed().isEmpty())
+            contents.append(QLatin1String(caption));
+    }
+    if (row.Fields(QStringLiteral("id_Probl")).number() > 0)
+        contents.append(QStringLiteral("Problema associato"));
+    return contents;
 }
 
 } // namespace
@@ -84,24 +71,24 @@ QList<ServiceType> serviceTypes(dao::Database &codes)
 
 QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes, qint32 patientCode)
 {
-    const QList<ServiceType> services = serviceTypes(codes);
     QHash<qint32, QString> names;
-    for (const ServiceType &service : services)
+    QStringList types;
+    for (const ServiceType &service : serviceTypes(codes)) {
         names.insert(service.id, service.name);
+        types.append(QString::number(service.id));
+    }
     QList<HomeCareEntry> list;
+    if (types.isEmpty())
+        return list;
     const auto rows = clinical.OpenRecordset(
         QStringLiteral(
             "SELECT IdVisitaProbl, DataReg, validita, idtipo, dLastModifiedDate, sAuthorUid FROM VISITAPROBL "
-            "WHERE (cod_paz = %1) "
-            "AND %2 Order By datareg desc, IdVisitaProbl desc")
-            .arg(QString::number(patientCode), entryCondition(services, allTypes(codes))),
+            "WHERE (cod_paz = %1) AND (idtipo in (%2)) Order By datareg desc, IdVisitaProbl desc")
+            .arg(QString::number(patientCode), types.join(u',')),
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         HomeCareEntry entry = entryFrom(*rows);
-        const qint32 type = entry.type.value_or(0);
-        const auto name = names.constFind(type);
-        entry.isTypeKnown = name != names.constEnd();
-        entry.typeName = entry.isTypeKnown ? *name : QStringLiteral("Tipo %1 (non più in elenco)").arg(type);
+        entry.typeName = names.value(*entry.type);
         list.append(entry);
     }
     return list;
@@ -119,11 +106,8 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntr
     const bool isNew = entry.id == 0;
     qint32 id = entry.id;
     const WriteResult result = writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
-        const auto row = state.clinical().OpenRecordset(
-            isNew ? QStringLiteral("select * from visitaprobl ")
-                  : QStringLiteral("select * from visitaprobl where (idvisitaprobl = %1) and (cod_paz = %2)")
-                        .arg(id)
-                        .arg(state.header.patientCode));
+        const auto row = state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from visitaprobl ")
+                                                              : byIdAndPatient(state, id));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
         if (!isNew) {
@@ -134,6 +118,8 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntr
                 return WriteResult::Changed;
             }
         }
+        if (isDuplicateEntry(listHomeCare(state.clinical(), state.codes(), state.header.patientCode), entry))
+            return WriteResult::Refused;
         if (isNew)
             id = nextKey(state.clinical(), QStringLiteral("visitaprobl"), QStringLiteral("idvisitaprobl"));
         if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
@@ -153,10 +139,29 @@ WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntr
     return result;
 }
 
-WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen)
+QStringList visitContents(dao::Database &clinical, qint32 id)
 {
-    return writeTogether(state, QStringLiteral("VISITAPROBL"),
-                         [&] { return deleteSharedRow(state, byId(id), sectionCode, seen); });
+    const auto row =
+        clinical.OpenRecordset(QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id),
+                               dao::RecordsetType::Snapshot);
+    return row->Eof() ? QStringList() : contentsOfVisit(*row);
+}
+
+WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen, QStringList &told)
+{
+    return writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
+        const QString query = byIdAndPatient(state, id);
+        const auto row = state.clinical().OpenRecordset(query, dao::RecordsetType::Snapshot);
+        if (!row->Eof()) {
+            const QStringList contents = contentsOfVisit(*row);
+            if (contents != told) {
+                told = contents;
+                seen = lastWrite(*row);
+                return WriteResult::Changed;
+            }
+        }
+        return deleteSharedRow(state, query, sectionCode, seen);
+    });
 }
 
 } // namespace clivara

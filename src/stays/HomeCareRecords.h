@@ -8,6 +8,7 @@
 #include <QDate>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <concepts>
 #include <optional>
 #include <tuple>
@@ -31,18 +32,17 @@ struct HomeCareEntry {
     QDate date; // DataReg
     QDate validity; // validita; null is Null
     std::optional<qint32> type; // idtipo; empty: none chosen
-    QString typeName; // "Tipo 77 (non più in elenco)" when its type was removed
-    bool isTypeKnown = true;
+    QString typeName;
     LastWrite written; // as it was read
 };
-// What of a entry its form writes, to be compared.
+// What of an entry its form writes, to be compared.
 template <typename Record>
 auto contentsOf(Record &entry) requires std::same_as<std::remove_const_t<Record>, HomeCareEntry>
 {
     return std::tie(entry.date, entry.validity, entry.type);
 }
-// Newest first; of the same day the higher key first. An entry whose type was removed from the table is there as long as
-// it is nothing but an entry: of no problem, without symptom and texts. Throws dao::Error.
+// Newest first; of the same day the higher key first. A visit whose type is missing, or is none of the region's, is no entry.
+// Throws dao::Error.
 QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes, qint32 patientCode);
 
 // Another entry of the list on the same day and of the same type.
@@ -50,10 +50,13 @@ bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &ent
 
 // Writes the entry of the current patient, with its identity stamps; a new one gets the highest key plus 1 within the
 // transaction that writes it. What else the visit holds is left as it is, and so is the hour of a date that is
-// still of the same day. Raises nothing; when nothing was written the struct is as it was. `read` as with saveStay; of
+// still of the same day. Refused when the list has another entry of this type and day. Raises nothing; when nothing was written the struct is as it was. `read` as with saveStay; of
 // what is stored it gets everything but the type's name.
 WriteResult saveHomeCare(WorkingState &state, HomeCareEntry &entry, HomeCareEntry &read);
-// Sets the owner to the working doctor, records the deletion ("DV") and deletes the row. All or nothing. `seen` as with deleteStay.
-WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen);
+// What of a visit the entry holds besides, as the visit's dialog calls it: "Sintomo", "Anamnesi", "Problema associato"...
+QStringList visitContents(dao::Database &clinical, qint32 id);
+// Sets the owner to the working doctor, records the deletion ("DV") and deletes the row of the current patient. All or
+// nothing. `seen` as with deleteStay; `told` are the contents of the visit that the doctor knows of, in the same way.
+WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen, QStringList &told);
 
 } // namespace clivara

@@ -19,7 +19,7 @@ protected:
                 QStringLiteral("INSERT INTO TIPOVISITA (IdTipo, descr_tipo, CodiceReg, codice) VALUES ")
                 + row);
     }
-    void addEntry(int id, const char *date, int type, const char *note = "Null")
+    void addEntry(int id, const char *date, const char *type, const char *note = "Null")
     {
         execute(QStringLiteral("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo, txtNote) "
                                "VALUES (%1, 17, %2, %3, %4)")
@@ -42,27 +42,24 @@ protected:
 
 TEST_F(DomiciliariTest, ListsWhatIsHomeCareAndNothingElse)
 {
-    addEntry(1, "#11/01/2026#", 7);
-    addEntry(2, "#11/03/2026#", 9, "'con una nota'");
-    addEntry(3, "#11/02/2026#", 1); // an ordinary visit
-    addEntry(4, "#11/02/2026#", 10); // a type without regional code
-    addEntry(5, "#11/02/2026#", 77); // a type that was removed
-    addEntry(6, "#11/02/2026#", 77, "'visita'"); // an ordinary visit of such a type
+    addEntry(1, "#11/01/2026#", "7");
+    addEntry(2, "#11/03/2026#", "9", "'con una nota'");
+    addEntry(3, "#11/02/2026#", "1"); // an ordinary visit
+    addEntry(4, "#11/02/2026#", "10"); // a type without regional code
+    addEntry(5, "#11/02/2026#", "77"); // a type that was removed
+    addEntry(6, "#11/02/2026#", "0"); // visits without a type
+    addEntry(7, "#11/02/2026#", "Null");
     open(form, [&] {
         EXPECT_EQ(form.windowTitle(), "Domiciliari");
-        EXPECT_EQ(rows(grid),
-                  (QStringList{"03/11/2026|Vaccinazione|", "02/11/2026|Tipo 77 (non più in elenco)|",
-                               "01/11/2026|Assistenza|"}));
+        EXPECT_EQ(rows(grid), (QStringList{"03/11/2026|Vaccinazione|", "01/11/2026|Assistenza|"}));
         EXPECT_EQ(control<QComboBox>("cbTipoDomiciliare")->count(), 2);
-        key(grid, Qt::Key_Down);
-        EXPECT_EQ(value("cbTipoDomiciliare"), "Tipo 77 (non più in elenco)") << "shown, but not to be chosen";
         QTest::keyClick(control(grid), Qt::Key_Escape);
         EXPECT_FALSE(form.isVisible());
     });
     EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "PREVENZIONE");
     environment.codes->Execute("DELETE * FROM TIPOVISITA");
     open(form, [&] {
-        EXPECT_EQ(rows(grid).size(), 4) << "all that are bare entries";
+        EXPECT_EQ(rows(grid), QStringList());
         form.close();
     });
 }
@@ -110,7 +107,7 @@ TEST_F(DomiciliariTest, BothValuesReachTheMailbox)
 
 TEST_F(DomiciliariTest, AnHourOfTheDayIsKeptAndMakesNoOtherEntry)
 {
-    addEntry(1, "#11/01/2026 15:30:00#", 7);
+    addEntry(1, "#11/01/2026 15:30:00#", "7");
     open(form, [&] {
         click(edit);
         click(store);
@@ -130,7 +127,7 @@ TEST_F(DomiciliariTest, AnHourOfTheDayIsKeptAndMakesNoOtherEntry)
 
 TEST_F(DomiciliariTest, WhatAnotherWorkstationWroteSinceTheListWasReadIsShown)
 {
-    addEntry(1, "#11/01/2026#", 7);
+    addEntry(1, "#11/01/2026#", "7");
     open(form, [&] {
         otherWorkstation()->Execute(
             "UPDATE VISITAPROBL SET idtipo = 9, validita = #12/01/2026#, txtNote = 'nota'");
@@ -157,6 +154,78 @@ TEST_F(DomiciliariTest, WhatAnotherWorkstationWroteSinceTheListWasReadIsShown)
         form.close();
     });
     EXPECT_EQ(entries(), "1|2026-11-03 00:00:00|2026-12-01 00:00:00|7");
+}
+
+// The other one stores the same while this save waits to begin.
+TEST_F(DomiciliariTest, TwoWorkstationsDoNotStoreTheSameTypeAndDay)
+{
+    const auto other = otherWorkstation();
+    open(form, [&] {
+        click(fresh);
+        choose("cbTipoDomiciliare", "Assistenza");
+        std::optional<dao::Transaction> theirs(std::in_place, otherWorkspace());
+        other->Execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo) "
+                       "VALUES (5, 17, #11/21/2026 08:00:00#, 7)");
+        pauses.actAt = 1;
+        pauses.during = [&] { theirs->commit(); };
+        EXPECT_EQ(boxOf(store), "Attenzione!|Elemento già presente in elenco!|information");
+        EXPECT_EQ(rows(grid), QStringList("21/11/2026|Assistenza|")) << "as the message says";
+        EXPECT_TRUE(control("frDati")->isEnabled());
+        EXPECT_TRUE(control("dtEdit")->hasFocus());
+        choose("cbTipoDomiciliare", "Vaccinazione");
+        click(store);
+        EXPECT_EQ(rows(grid).size(), 2) << "another type is another entry";
+        form.close();
+    });
+    EXPECT_EQ(entries(), "5|2026-11-21 08:00:00|Null|7/6|2026-11-21 00:00:00|Null|9");
+}
+
+TEST_F(DomiciliariTest, AnImpossibleDateIsSaidToBeImpossible)
+{
+    open(form, [&] {
+        click(fresh);
+        choose("cbTipoDomiciliare", "Assistenza");
+        type("Data_Dom", "31/02/2026");
+        EXPECT_EQ(boxOf(store), "Attenzione|E' necessario inserire la data.\n"
+                                "Quella scritta, 31/02/2026, è impossibile: non è una data.|warning");
+        type("Data_Dom", "");
+        EXPECT_EQ(boxOf(store), "Attenzione|E' necessario inserire la data.|warning");
+        click(cancel);
+        form.close();
+    });
+    EXPECT_EQ(entries(), "");
+}
+
+TEST_F(DomiciliariTest, WhatAVisitHoldsBesidesIsNotDeletedUnsaid)
+{
+    const QString plain = "Attenzione!|Sei sicuro di voler eliminare l'elemento selezionato?";
+    const QString besides = "\nÈ anche una visita, e con l'elemento si elimina quanto vi è scritto: ";
+    addEntry(1, "#11/01/2026#", "7");
+    const std::pair<const char *, QString> cases[]{
+        {"anamnesi = ' '", plain}, // nothing but blanks
+        {"id_Probl = 3", plain + besides + "Problema associato."},
+        {"id_Probl = 0, anamnesi = 'a', txtNote = 'n', SINTOMO = 'S01'",
+         plain + besides + "Sintomo, Anamnesi, Note."},
+    };
+    open(form, [&] {
+        for (const auto &[set, question] : cases) {
+            otherWorkstation()->Execute(QStringLiteral("UPDATE VISITAPROBL SET ") + QString::fromUtf8(set));
+            EXPECT_EQ(QString::fromStdString(boxOf(remove, PromptButton::No)), question + "|question");
+            EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
+        }
+        // More is written while the doctor is asked, without a stamp.
+        QStringList told = visitContents(database(), 1);
+        otherWorkstation()->Execute("UPDATE VISITAPROBL SET esameob = 'e'");
+        LastWrite seen;
+        EXPECT_EQ(deleteHomeCare(state, 1, seen, told), WriteResult::Changed);
+        EXPECT_EQ(told, (QStringList{"Sintomo", "Anamnesi", "Esame obiettivo", "Note"}));
+        state.header.patientCode = 18;
+        EXPECT_EQ(deleteHomeCare(state, 1, seen, told), WriteResult::Vanished) << "not this patient's";
+        state.header.patientCode = 17;
+        boxOf(remove, PromptButton::Yes);
+        EXPECT_EQ(entries(), "");
+        form.close();
+    });
 }
 
 } // namespace
