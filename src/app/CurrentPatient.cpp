@@ -2,10 +2,11 @@
 #include "app/CurrentPatient.h"
 
 #include "app/Practice.h"
+#include "app/Regions.h"
 #include "support/SettingsStore.h"
-#include "values/JetValues.h"
 
 #include <QDir>
+#include <algorithm>
 
 namespace orvale {
 
@@ -29,27 +30,13 @@ void deselectPatient(clivara::SettingsStore &settings)
     settings.write(QStringLiteral("ESENZ_INV"), QString());
 }
 
-void prepareDoctor(clivara::SettingsStore &settings, Practice &practice)
+void prepareRegion(clivara::SettingsStore &settings, const Practice &practice)
 {
-    const FirstDoctor first = practice.firstDoctor();
-    const auto isKnown = [&](const QString &code) {
-        const auto number = clivara::jet::numberFromText(code);
-        const auto key = number ? clivara::jet::toLong(*number) : std::nullopt;
-        if (!key)
-            return false;
-        const auto rows = practice.environment().doctors->OpenRecordset(
-            QStringLiteral("SELECT cod_smi FROM medici_gruppo WHERE cod_smi = %1").arg(*key),
-            dao::RecordsetType::Snapshot);
-        return !rows->Eof();
-    };
-    for (const char *key : {"medicoP", "medicoT", "medico_corrente"}) {
-        const QString name = QString::fromLatin1(key);
-        if (!isKnown(settings.text(name)))
-            settings.write(name, first.code);
-    }
-    const QString region = QStringLiteral("CODICE REGIONE");
-    if (settings.text(region).trimmed().isEmpty())
-        settings.write(region, first.region);
+    const QString code = practice.property(QStringLiteral("region"));
+    const auto known = std::find_if(regions().begin(), regions().end(),
+                                    [&](const Region &region) { return region.code == code; });
+    settings.write(QStringLiteral("CODICE REGIONE"), code);
+    settings.write(QStringLiteral("REGIONE"), known == regions().end() ? QString() : known->name.toUpper());
 }
 
 void prepareWorkFolder(clivara::SettingsStore &settings, const Practice &practice)

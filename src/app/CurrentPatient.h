@@ -20,9 +20,8 @@ bool selectPatient(clivara::SettingsStore &settings, dao::Database &clinical, qi
 // No patient is current.
 void deselectPatient(clivara::SettingsStore &settings);
 
-// The doctor who works at the host and the region, as the chart reads them. The practice's first doctor is
-// taken when the settings name none or one whom the practice does not know. Throws dao::Error.
-void prepareDoctor(clivara::SettingsStore &settings, Practice &practice);
+// The region of the practice, whatever the settings said before; none when the practice has none. Throws dao::Error.
+void prepareRegion(clivara::SettingsStore &settings, const Practice &practice);
 
 // A work folder with a log folder inside the practice's folder, named in the settings: the chart traces
 // there. A folder that cannot be made leaves the trace off.

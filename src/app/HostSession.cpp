@@ -26,16 +26,20 @@ const QLatin1String aborted("*ABORT*");
 HostSession::HostSession(Practice &practice, const clivara::Services &services, Chart chart)
     : m_practice(practice)
     , m_settings(services.settings)
+    , m_doctor(services.settings, practice)
     , m_chart(std::move(chart))
 {
-    prepareDoctor(m_settings, practice);
+    m_doctor.write(m_settings);
+    prepareRegion(m_settings, practice);
     deselectPatient(m_settings);
     // The trace decides once, when the chart is created, whether it is on.
     prepareWorkFolder(m_settings, practice);
     if (!m_chart) {
-        m_class3 = std::make_unique<clivara::Class3>(services);
+        m_class3 = std::make_unique<clivara::Class3>(
+            clivara::Services{m_settings, services.clock, services.prompts, services.pauses, services.guids,
+                              services.middleware, services.connector});
         m_class3->InitDbConn(practice.environment());
-        m_chart = [this](qint16 action, QVariant &param) {
+        m_chart = [this](qint16 action, QVariant &param, clivara::SettingsStore &) {
             m_class3->Action(action, param);
             return m_class3->failure();
         };
@@ -56,15 +60,23 @@ bool HostSession::selectPatient(qint32 code)
     return true;
 }
 
+void HostSession::chooseDoctor(const QString &code)
+{
+    m_doctor.choose(code);
+    m_doctor.write(m_settings);
+}
+
 SectionOutcome HostSession::openSection(qint16 action)
 {
-    // What an earlier section or another program left there is not this section's answer.
+    const auto take = [this](const QString &key) { return m_settings.take(key); };
+    // What an earlier section left there is not this section's answer.
     for (const QLatin1String key : {viewKey, patientKey, diagnosisKey, diagnosisCodeKey})
         take(key);
 
+    m_settings.announce();
     QVariant param;
     SectionOutcome outcome;
-    outcome.failure = m_chart(action, param);
+    outcome.failure = m_chart(action, param, m_settings);
     outcome.view = take(viewKey).trimmed().toUpper();
     const auto patient = clivara::jet::numberFromText(take(patientKey));
     const auto code = patient ? clivara::jet::toLong(*patient) : std::nullopt;
@@ -80,14 +92,6 @@ SectionOutcome HostSession::openSection(qint16 action)
     if (result.size() == 2 && result.first().toString() == QLatin1String("valutazione"))
         outcome.evaluation = result.last().toDouble();
     return outcome;
-}
-
-QString HostSession::take(const QString &key)
-{
-    const QString value = m_settings.text(key);
-    if (!value.isEmpty())
-        m_settings.write(key, QString());
-    return value;
 }
 
 } // namespace orvale

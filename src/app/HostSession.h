@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "app/WindowSettings.h"
+#include "app/WorkingDoctor.h"
+
 #include <QVariant>
 #include <functional>
 #include <memory>
@@ -9,7 +12,6 @@
 namespace clivara {
 class Class3;
 struct Services;
-class SettingsStore;
 } // namespace clivara
 
 namespace orvale {
@@ -26,13 +28,13 @@ struct SectionOutcome {
     QString failure; // why it could not be opened; empty when it was
 };
 
-// A working session of the host on a practice: holds the chart, tells it doctor and patient and reads its
-// mailbox.
+// A working session of the host on a practice, in one window: holds the chart, tells it patient, doctor and region
+// before each section and reads its mailbox. What other windows of the user are about does not reach it.
 class HostSession {
 public:
     // Opens a section of the chart and returns when it has closed; `param` as for Class3::Action, the result as that of
-    // Class3::failure.
-    using Chart = std::function<QString(qint16 action, QVariant &param)>;
+    // Class3::failure. `settings` are those that the chart works with.
+    using Chart = std::function<QString(qint16 action, QVariant &param, clivara::SettingsStore &settings)>;
 
     // No patient is current at first. Practice and services must outlive the session; `chart` stands in for
     // the real one. Throws dao::Error.
@@ -43,14 +45,17 @@ public:
     bool selectPatient(qint32 code);
     qint32 currentPatient() const { return m_patient; } // -1: none
 
+    const WorkingDoctor &doctor() const { return m_doctor; }
+    // From the next section on.
+    void chooseDoctor(const QString &code);
+
     // Opens the section for the current patient, waits until it closes and empties the mailbox.
     SectionOutcome openSection(qint16 action);
 
 private:
-    QString take(const QString &key);
-
     Practice &m_practice;
-    clivara::SettingsStore &m_settings;
+    WindowSettings m_settings;
+    WorkingDoctor m_doctor;
     std::unique_ptr<clivara::Class3> m_class3;
     Chart m_chart;
     qint32 m_patient = -1;

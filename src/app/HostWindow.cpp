@@ -11,9 +11,11 @@
 #include "ui_HostWindow.h"
 #include "values/JetValues.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -32,6 +34,14 @@ QString styleSheetText()
 {
     QFile file(QStringLiteral(":/orvale/host.qss"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+constexpr int doctorCharacters = 16;
+
+void describe(QWidget &control, const QString &text)
+{
+    control.setToolTip(text);
+    control.setAccessibleDescription(text);
 }
 
 // A button of the side panel that stands for a menu action.
@@ -76,6 +86,7 @@ HostWindow::HostWindow(Practice &practice, const clivara::Services &services, Ho
     makePatientMenu();
     makeSections();
     enableSections();
+    makeDoctorBar();
     showPractice();
 
     connect(m_search, &PatientSearch::picked, this, &HostWindow::selectPatient);
@@ -141,6 +152,67 @@ void HostWindow::makeSections()
     }
     m_ui->sectionsLayout->addStretch(1);
     m_ui->sections->setMinimumWidth(m_ui->sectionsContents->sizeHint().width() + 8);
+}
+
+void HostWindow::makeDoctorBar()
+{
+    auto *const bar = new QWidget(m_ui->menubar);
+    auto *const title = new QLabel(QStringLiteral("&Medico"), bar);
+    m_doctor = new QComboBox(bar);
+    m_doctor->setObjectName(QStringLiteral("doctor"));
+    m_doctor->setAccessibleName(QStringLiteral("Medico che lavora"));
+    m_doctor->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_doctor->setMinimumContentsLength(doctorCharacters);
+    m_doctor->setPlaceholderText(QStringLiteral("nessun medico"));
+    m_doctor->installEventFilter(this);
+    title->setBuddy(m_doctor);
+    m_confirmDoctor = new QPushButton(QStringLiteral("⚠ C&onferma"), bar);
+    m_confirmDoctor->setObjectName(QStringLiteral("confirmDoctor"));
+    m_confirmDoctor->setAccessibleName(QStringLiteral("Conferma il medico che lavora"));
+    describe(*m_confirmDoctor,
+             QStringLiteral("Nessuno ha ancora detto chi lavora in questo archivio: sceglierlo "
+                            "dall'elenco, o confermare quello mostrato"));
+    auto *const layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(8, 0, 8, 0);
+    for (QWidget *const each : {static_cast<QWidget *>(title), static_cast<QWidget *>(m_doctor),
+                                static_cast<QWidget *>(m_confirmDoctor)})
+        layout->addWidget(each);
+
+    const WorkingDoctor &doctor = m_session.doctor();
+    for (const GroupDoctor &each : doctor.group())
+        m_doctor->addItem(each.name, each.code);
+    m_doctor->setCurrentIndex(m_doctor->findData(doctor.current().code));
+    m_doctor->setEnabled(!doctor.group().isEmpty());
+    describe(*m_doctor,
+             doctor.group().isEmpty()
+                 ? QStringLiteral("L'archivio non ha medici: quanto viene salvato resta senza firma")
+                 : QStringLiteral("Firma quanto viene salvato e intesta le stampe; resta quello scelto "
+                                  "in questo archivio"));
+    m_confirmDoctor->setVisible(!doctor.isChosen());
+    m_ui->menubar->setCornerWidget(bar);
+    connect(m_doctor, &QComboBox::activated, this, &HostWindow::chooseDoctor);
+    connect(m_confirmDoctor, &QPushButton::clicked, this, [this] {
+        m_doctor->setFocus();
+        chooseDoctor(m_doctor->currentIndex());
+    });
+}
+
+void HostWindow::chooseDoctor(int index)
+{
+    m_session.chooseDoctor(m_doctor->itemData(index).toString());
+    m_confirmDoctor->hide();
+    m_ui->statusbar->showMessage(
+        QStringLiteral("Medico che lavora: %1").arg(m_session.doctor().current().name), messageMilliseconds);
+}
+
+// Whoever scrolls past the list of doctors chooses none.
+bool HostWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_doctor && event->type() == QEvent::Wheel) {
+        event->ignore();
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void HostWindow::enableSections()

@@ -10,6 +10,8 @@
 #include <memory>
 
 class QAction;
+class QComboBox;
+class QPushButton;
 
 namespace clivara {
 class Clock;
@@ -49,10 +51,15 @@ signals:
     void patientsLoaded();
     void importAsked(); // by the doctor, from the menu
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void makeArchiveMenu();
     void makePatientMenu();
     void makeSections();
+    void makeDoctorBar();
+    void chooseDoctor(int index);
     void enableSections();
     void showPatients(bool loading);
     // The parts of the panel that the chart's name for a host view stands for.
@@ -73,6 +80,8 @@ private:
     PatientLoader *m_loader;
     PatientSearch *m_search;
     PatientPanel *m_panel;
+    QComboBox *m_doctor = nullptr; // who works here
+    QPushButton *m_confirmDoctor = nullptr;
     QHash<qint16, QAction *> m_sectionActions; // by action code
 };
 

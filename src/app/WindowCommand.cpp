@@ -82,8 +82,6 @@ Showing showPractice(Practice &practice, HostServices &host, bool reportsStartup
         if (dialog.exec() != QDialog::Accepted)
             return;
         showing.next = dialog.practiceToOpen();
-        // The setting is that of the practice that was left.
-        host.services().settings.write(QStringLiteral("CODICE REGIONE"), dialog.region());
         window.close();
     });
     window.show();

@@ -9,7 +9,8 @@ class HostSessionTest : public SmallPractice {
 protected:
     QString setting(const char *key) const { return m_settings.text(key); }
     // A session whose chart does nothing but what `section` does.
-    std::unique_ptr<HostSession> session(HostSession::Chart section = [](qint16, QVariant &) {
+    std::unique_ptr<HostSession> session(HostSession::Chart section = [](qint16, QVariant &,
+                                                                         clivara::SettingsStore &) {
         return QString();
     })
     {
@@ -29,17 +30,50 @@ TEST_F(HostSessionTest, TellsTheChartDoctorRegionAndWorkFolder)
     EXPECT_TRUE(QDir(setting("ORVALE_WORK")).exists("logOrvale"));
 }
 
-TEST_F(HostSessionTest, KeepsTheDoctorWhomThePracticeKnows)
+TEST_F(HostSessionTest, TakesTheDoctorWhomThePracticeKnowsUntilOneIsChosen)
 {
-    m_settings.write("medicoP", "102");
-    m_settings.write("medicoT", "7");
-    m_settings.write("medico_corrente", "Fornò");
-    m_settings.write("CODICE REGIONE", "03");
-    session();
-    EXPECT_EQ(setting("medicoP"), "102");
-    EXPECT_EQ(setting("medicoT"), "101");
-    EXPECT_EQ(setting("medico_corrente"), "101");
+    m_settings.write("medicoP", "102"); // as whoever used the program before had it
+    {
+        const auto host = session();
+        EXPECT_EQ(host->doctor().current().code, "102");
+        EXPECT_FALSE(host->doctor().isChosen());
+        EXPECT_EQ(setting("medicoT"), "102");
+        EXPECT_EQ(setting("medico_corrente"), "102");
+        host->chooseDoctor("101");
+        host->chooseDoctor("7"); // nobody
+        EXPECT_TRUE(host->doctor().isChosen());
+        for (const char *key : {"medicoP", "medicoT", "medico_corrente", "MEDICO"})
+            EXPECT_EQ(setting(key), "101") << key;
+    }
+    m_settings.write("medicoP", "102"); // by another program
+    EXPECT_EQ(session()->doctor().current().code, "101") << "remembered";
+    doctors("DELETE * FROM medici_gruppo WHERE cod_smi = 101");
+    const auto host = session();
+    EXPECT_EQ(host->doctor().current().code, "102") << "the one who was chosen is gone";
+    doctors("DELETE * FROM medici_gruppo");
+    EXPECT_EQ(session()->doctor().current().code, QString());
+}
+
+// The settings still say what the practice said that was open before.
+TEST_F(HostSessionTest, TheRegionAndTheDoctorAreThoseOfThePracticeThatIsOpen)
+{
+    session()->chooseDoctor("102");
+    const auto other = orvale::Practice::create(path("other"));
+    for (const char *sql : {"INSERT INTO medici_gruppo (cod_smi, cognome) VALUES (100, 'Bo')",
+                            "INSERT INTO medici_gruppo (cod_smi, cognome) VALUES (102, 'Bo')"})
+        other->environment().doctors->Execute(sql);
+    HostSession host(*other, services());
+    EXPECT_EQ(setting("CODICE REGIONE"), QString()) << "it has none";
+    EXPECT_EQ(setting("medicoP"), "100") << "102 is another there";
+    EXPECT_EQ(host.doctor().group().at(1).name, "Bo (codice 102)");
+    other->setProperty("region", "03");
+    const HostSession again(*other, services());
     EXPECT_EQ(setting("CODICE REGIONE"), "03");
+    EXPECT_EQ(setting("REGIONE"), "LOMBARDIA");
+    session();
+    EXPECT_EQ(setting("CODICE REGIONE"), "15");
+    EXPECT_EQ(setting("REGIONE"), "CAMPANIA");
+    EXPECT_EQ(setting("medicoP"), "102") << "remembered for the practice";
 }
 
 TEST_F(HostSessionTest, MakesAPatientCurrent)
@@ -85,15 +119,22 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
     for (const auto &each : cases) {
         SCOPED_TRACE(each.name);
         // What is left over from before is not this section's answer.
-        m_settings.write("AGGIORNA_DIARIO", "RAF");
-        m_settings.write("DIAGNOSI", "Cefalea");
-        const auto host = session([&](qint16 action, QVariant &param) {
+        bool isFirst = true;
+        const auto host = session([&](qint16 action, QVariant &param, clivara::SettingsStore &settings) {
             EXPECT_EQ(action, 80);
-            for (auto left = each.left.cbegin(); left != each.left.cend(); ++left)
-                m_settings.write(left.key(), *left);
+            if (std::exchange(isFirst, false)) {
+                settings.write("AGGIORNA_DIARIO", "RAF");
+                settings.write("DIAGNOSI", "Cefalea");
+                return QString();
+            }
+            for (auto left = each.left.cbegin(); left != each.left.cend(); ++left) {
+                settings.write(left.key(), *left);
+                EXPECT_EQ(m_settings.text(left.key()), *left) << "other programs see it";
+            }
             param = each.result;
             return QString();
         });
+        host->openSection(80);
         const SectionOutcome outcome = host->openSection(80);
         EXPECT_EQ(outcome.view, each.expected.view);
         EXPECT_EQ(outcome.patient, each.expected.patient);

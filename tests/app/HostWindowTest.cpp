@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +16,7 @@
 #include <QStatusBar>
 #include <QTableWidget>
 #include <QTest>
+#include <QWheelEvent>
 
 using orvale::HostWindow;
 using orvale::Section;
@@ -26,9 +28,11 @@ protected:
     void SetUp() override
     {
         SmallPractice::SetUp();
-        m_window =
-            std::make_unique<HostWindow>(*m_practice, services(), [this](qint16 action, QVariant &param) {
+        m_window = std::make_unique<HostWindow>(
+            *m_practice, services(),
+            [this](qint16 action, QVariant &param, clivara::SettingsStore &settings) {
                 m_opened << action;
+                m_mailbox = &settings;
                 if (m_section)
                     m_section(param);
                 return m_failure;
@@ -67,6 +71,7 @@ protected:
     std::function<void(QVariant &)> m_section; // what the section does that is opened
     QString m_failure; // why it cannot be opened
     QList<qint16> m_opened;
+    clivara::SettingsStore *m_mailbox = nullptr; // of the section that is open
 };
 
 TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
@@ -141,7 +146,7 @@ TEST_F(HostWindowTest, ActsOnTheMailboxWhenASectionHasClosed)
     m_window->selectPatient(11);
     m_section = [this](QVariant &param) {
         result(6, "90.16.4", "Creatinina", "1.1", "20/11/2026");
-        m_settings.write("AGGIORNA_DIARIO", "PREVENZIONE");
+        m_mailbox->write("AGGIORNA_DIARIO", "PREVENZIONE");
         param = QVariantList{"valutazione", 119.6};
     };
     openSection(80);
@@ -152,24 +157,53 @@ TEST_F(HostWindowTest, ActsOnTheMailboxWhenASectionHasClosed)
     m_section = [this](QVariant &) {
         clinical("INSERT INTO PROBLEMS (cod_paz, DataInizio, descr_mal, stato_probl) VALUES "
                  "(11, cdate('20/11/2026'), 'Gotta', 1)");
-        m_settings.write("AGGIORNA_DIARIO", "PROBLEMI");
+        m_mailbox->write("AGGIORNA_DIARIO", "PROBLEMI");
     };
     openSection(81);
     EXPECT_EQ(column("problems", 1), (QStringList{"Gotta", "Ipertensione"}));
 
     m_section = [this](QVariant &) {
         clinical("UPDATE archivio SET cognome = 'Bianchi' WHERE cod_paz = 11");
-        m_settings.write("AGGIORNA_DIARIO", "ANAGRAFICA");
+        m_mailbox->write("AGGIORNA_DIARIO", "ANAGRAFICA");
     };
     openSection(81);
     EXPECT_EQ(patientName(), "Bianchi Mariangela");
     EXPECT_EQ(column("results", 0).first(), "Bianchi Mariangela");
 
-    m_section = [this](QVariant &) { m_settings.write("CARICA PAZIENTE", "12"); };
+    m_section = [this](QVariant &) { m_mailbox->write("CARICA PAZIENTE", "12"); };
     openSection(82);
     EXPECT_EQ(m_window->currentPatient(), 12);
     EXPECT_EQ(patientName(), "Fornò Giacomo");
     EXPECT_TRUE(m_prompts.texts.isEmpty()) << m_prompts.texts.join(u' ').toStdString();
+}
+
+TEST_F(HostWindowTest, ShowsTheDoctorWhoWorksAndLetsAnotherTakeOver)
+{
+    auto &doctor = widget<QComboBox>("doctor");
+    EXPECT_EQ(doctor.currentText(), "Cortellazzi");
+    EXPECT_EQ(doctor.accessibleName(), "Medico che lavora");
+    EXPECT_EQ(doctor.count(), 2);
+    EXPECT_TRUE(widget<QPushButton>("confirmDoctor").isVisible()) << "nobody has said so yet";
+    QWheelEvent wheel({5, 5}, doctor.mapToGlobal(QPoint(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&doctor, &wheel);
+    EXPECT_EQ(doctor.currentText(), "Cortellazzi");
+
+    QTest::keyClick(m_window.get(), Qt::Key_M, Qt::AltModifier);
+    EXPECT_EQ(QApplication::focusWidget(), &doctor);
+    QTest::keyClick(&doctor, Qt::Key_Down);
+    EXPECT_EQ(doctor.currentText(), "Fornò");
+    EXPECT_FALSE(widget<QPushButton>("confirmDoctor").isVisible());
+    m_window->selectPatient(11);
+    m_section = [this](QVariant &) { EXPECT_EQ(m_mailbox->text("medicoP"), "102"); };
+    openSection(5);
+    EXPECT_EQ(m_opened, QList<qint16>{5});
+
+    m_window.reset();
+    HostWindow again(*m_practice, services(),
+                     [](qint16, QVariant &, clivara::SettingsStore &) { return QString(); });
+    EXPECT_EQ(again.findChild<QComboBox *>("doctor")->currentText(), "Fornò");
+    EXPECT_TRUE(again.findChild<QPushButton *>("confirmDoctor")->isHidden());
 }
 
 TEST_F(HostWindowTest, TellsThatASectionCouldNotBeOpened)
