@@ -124,7 +124,8 @@ void HostWindow::makePatientMenu()
     menu->addAction(QStringLiteral("&Cerca"), QKeySequence(Qt::CTRL | Qt::Key_F), this,
                     [this] { m_search->focusQuery(); });
     menu->addAction(QStringLiteral("&Rileggi l'elenco"), QKeySequence(Qt::CTRL | Qt::Key_R), this,
-                    [this] { m_loader->start(); });
+                    [this] { m_loader->start(); })
+        ->setObjectName(QStringLiteral("reload"));
     menu->addSeparator();
     menu->addAction(QStringLiteral("&Esci"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &QWidget::close);
 }
@@ -231,8 +232,6 @@ void HostWindow::enableSections()
 void HostWindow::showPatients(bool loading)
 {
     m_search->refresh(m_clock.today(), loading);
-    if (!loading)
-        m_search->mark(m_session.currentPatient());
 }
 
 void HostWindow::selectPatient(qint32 code)
@@ -244,12 +243,13 @@ void HostWindow::selectPatient(qint32 code)
             return;
         }
         m_panel->showPatient(*summary, m_clock.today());
-        m_search->mark(code);
         const PatientRegistry &patient = summary->registry;
         setWindowTitle(QStringLiteral("%1 %2 – Orvale").arg(patient.surname, patient.name));
         m_ui->statusbar->clearMessage();
         enableSections();
     });
+    // The highlight stays with whom the panel shows.
+    m_search->mark(m_session.currentPatient());
 }
 
 void HostWindow::openSection(const Section &section)

@@ -140,13 +140,23 @@ void PatientIndex::replace(const PatientEntry &patient)
 void PatientIndex::sort()
 {
     std::sort(m_rows.begin(), m_rows.end(), [this](const Row &a, const Row &b) {
-        const int byName = foldedOf(a)
-                               .substr(0, foldedOf(a).find(fiscalCodeMark))
-                               .compare(foldedOf(b).substr(0, foldedOf(b).find(fiscalCodeMark)));
+        const int byName = nameOf(a).compare(nameOf(b));
         if (byName != 0)
             return byName < 0;
         return std::tie(a.year, a.month, a.day, a.code) < std::tie(b.year, b.month, b.day, b.code);
     });
+}
+
+bool PatientIndex::hasNamesake(int row) const
+{
+    const auto isSame = [&](int other) {
+        if (other < 0 || other >= size())
+            return false;
+        const Row &a = m_rows[static_cast<std::size_t>(row)];
+        const Row &b = m_rows[static_cast<std::size_t>(other)];
+        return a.surnameLength == b.surnameLength && !nameOf(a).empty() && nameOf(a) == nameOf(b);
+    };
+    return isSame(row - 1) || isSame(row + 1);
 }
 
 PatientEntry PatientIndex::at(int row) const
@@ -263,6 +273,12 @@ bool PatientIndex::isBornOn(const Row &row, const std::vector<DatePart> &parts)
 std::string_view PatientIndex::foldedOf(const Row &row) const
 {
     return std::string_view(m_folded).substr(row.folded, row.foldedLength);
+}
+
+std::string_view PatientIndex::nameOf(const Row &row) const
+{
+    const std::string_view folded = foldedOf(row);
+    return folded.substr(0, folded.find(fiscalCodeMark));
 }
 
 PatientIndex::Rank PatientIndex::rank(const Row &row, const Word &word) const

@@ -33,6 +33,8 @@ public:
 
     int size() const { return static_cast<int>(m_rows.size()); }
     PatientEntry at(int row) const;
+    // Whether another patient has the same surname and name, but for case, accents and apostrophes. Only after sort().
+    bool hasNamesake(int row) const;
     // The row of a patient's code; -1 when it is not here.
     int rowOf(qint32 code) const;
 
@@ -63,6 +65,7 @@ private:
 
     Row stored(const PatientEntry &patient);
     std::string_view foldedOf(const Row &row) const;
+    std::string_view nameOf(const Row &row) const; // folded
     static std::vector<Word> wordsOf(const QString &query);
     static std::vector<DatePart> datePartsOf(const QString &text);
     static bool isBornOn(const Row &row, const std::vector<DatePart> &parts);

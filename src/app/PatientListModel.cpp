@@ -3,6 +3,8 @@
 
 #include "support/PatientHeader.h"
 
+#include <QFont>
+
 namespace orvale {
 
 PatientListModel::PatientListModel(const PatientIndex &index, QObject *parent)
@@ -46,18 +48,42 @@ QVariant PatientListModel::data(const QModelIndex &index, int role) const
         return {};
     if (role == Qt::TextAlignmentRole && (index.column() == Age || index.column() == Code))
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
-    if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
+    const int place = m_rows[static_cast<std::size_t>(index.row())];
+    const bool isNamesake = m_index.hasNamesake(place);
+    if (role == Qt::FontRole && index.column() == Birth && isNamesake) {
+        QFont bold;
+        bold.setBold(true);
+        return bold;
+    }
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
         return {};
 
-    const PatientEntry patient = m_index.at(m_rows[static_cast<std::size_t>(index.row())]);
+    const PatientEntry patient = m_index.at(place);
     const QString name = (patient.surname + u' ' + patient.name).trimmed();
-    if (role == Qt::ToolTipRole)
-        return patient.fiscalCode.isEmpty() ? name : name + u'\n' + patient.fiscalCode;
+    if (role == Qt::ToolTipRole) {
+        QStringList lines{name};
+        if (!patient.fiscalCode.isEmpty())
+            lines << patient.fiscalCode;
+        if (isNamesake)
+            lines << QStringLiteral(
+                "Omonimo: un altro paziente ha lo stesso cognome e nome. Controllare la data di "
+                "nascita.");
+        return lines.join(u'\n');
+    }
+    const bool isRead = role == Qt::AccessibleTextRole; // by a screen reader
     switch (index.column()) {
     case Name:
-        return name;
-    case Birth:
-        return patient.birthDate.toString(QStringLiteral("dd/MM/yyyy"));
+        return isRead && isNamesake ? name + QStringLiteral(", omonimo") : name;
+    case Birth: {
+        const QString birth = patient.birthDate.isValid()
+                                  ? patient.birthDate.toString(QStringLiteral("dd/MM/yyyy"))
+                              : isNamesake ? QStringLiteral("senza data")
+                                           : QString();
+        if (!isNamesake)
+            return birth;
+        return isRead ? birth + QStringLiteral(", omonimo: controllare la data di nascita")
+                      : namesakeSign() + birth;
+    }
     case Age: {
         const int age = clivara::exactAge(patient.birthDate, m_today);
         return age < 0 ? QString() : QString::number(age);

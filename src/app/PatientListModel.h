@@ -7,12 +7,16 @@
 
 namespace orvale {
 
-// The patients found, for the search list. Makes a row's texts only when the row is painted.
+// The patients found, for the search list. Makes a row's texts only when the row is painted. The birth date of whoever
+// has the name of another patient stands out, with a sign and in words for a screen reader.
 class PatientListModel final : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     enum Column { Name, Birth, Age, Sex, Code, ColumnCount };
+
+    // Before the birth date of a namesake.
+    static QString namesakeSign() { return QStringLiteral("⚠ "); }
 
     // The index must outlive the model.
     explicit PatientListModel(const PatientIndex &index, QObject *parent = nullptr);

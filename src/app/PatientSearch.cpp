@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QScopedValueRollback>
 
 namespace orvale {
 
@@ -35,7 +36,11 @@ PatientSearch::PatientSearch(const PatientIndex &index, QWidget *parent)
     const QFontMetrics metrics(m_ui->results->font());
     const auto width = [&](const QString &text) { return metrics.horizontalAdvance(text) + 2 * cellMargin; };
     header->setSectionResizeMode(PatientListModel::Name, QHeaderView::Stretch);
-    header->resizeSection(PatientListModel::Birth, width(QStringLiteral("00/00/0000")));
+    QFont bold = m_ui->results->font();
+    bold.setBold(true);
+    const QString widestBirth = PatientListModel::namesakeSign() + QStringLiteral("00/00/0000");
+    header->resizeSection(PatientListModel::Birth,
+                          QFontMetrics(bold).horizontalAdvance(widestBirth) + 2 * cellMargin);
     header->resizeSection(PatientListModel::Age, width(QStringLiteral("100")));
     header->resizeSection(PatientListModel::Sex, width(QStringLiteral("M")));
     header->resizeSection(PatientListModel::Code, width(QStringLiteral("Codice")));
@@ -44,7 +49,10 @@ PatientSearch::PatientSearch(const PatientIndex &index, QWidget *parent)
         search();
         m_ui->results->scrollToTop();
     });
-    connect(m_ui->results, &QTableView::clicked, this, [this](const QModelIndex &row) { pick(row.row()); });
+    // Of the two the selection comes last when the mouse moves the highlight, the current row when a key does.
+    const QItemSelectionModel *const highlight = m_ui->results->selectionModel();
+    connect(highlight, &QItemSelectionModel::selectionChanged, this, &PatientSearch::followHighlight);
+    connect(highlight, &QItemSelectionModel::currentRowChanged, this, &PatientSearch::followHighlight);
 }
 
 PatientSearch::~PatientSearch() = default;
@@ -53,16 +61,42 @@ void PatientSearch::refresh(QDate today, bool loading)
 {
     m_today = today;
     m_loading = loading;
-    const qint32 marked = m_model->codeAt(m_ui->results->currentIndex().row());
     search();
-    mark(marked);
 }
 
 void PatientSearch::mark(qint32 code)
 {
+    m_marked = code;
+    const QScopedValueRollback marking(m_marking, true);
     const int row = m_model->rowOf(code);
     if (row >= 0)
         m_ui->results->setCurrentIndex(m_model->index(row, 0));
+    else
+        m_ui->results->selectionModel()->clear();
+}
+
+void PatientSearch::followHighlight()
+{
+    if (m_marking)
+        return;
+    const QModelIndexList rows = m_ui->results->selectionModel()->selectedRows();
+    const qint32 highlighted = rows.isEmpty() ? -1 : m_model->codeAt(rows.first().row());
+    if (highlighted < 0 || highlighted == m_marked || highlighted == m_refused) {
+        mark(m_marked); // a highlight that was taken away comes back
+        return;
+    }
+    emit picked(highlighted);
+    if (highlighted == m_marked)
+        return;
+    // The list may still be about to set the highlight that was refused.
+    m_refused = highlighted;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_refused = -1;
+            mark(m_marked);
+        },
+        Qt::QueuedConnection);
 }
 
 void PatientSearch::focusQuery()
@@ -74,6 +108,7 @@ void PatientSearch::focusQuery()
 void PatientSearch::search()
 {
     m_model->setRows(m_index.find(m_ui->query->text()), m_today);
+    mark(m_marked);
     const QLocale locale;
     const QString all = locale.toString(m_index.size());
     if (m_loading)

@@ -17,7 +17,7 @@ class PatientListModel;
 
 // The search field and the list of the patients found, which follows the typing. From the field the arrow
 // keys and the page keys move in the list, Enter picks the marked patient or the first one, Esc empties the
-// field.
+// field. Only the marked patient is ever highlighted: whoever moves the highlight picks another.
 class PatientSearch final : public QWidget {
     Q_OBJECT
 
@@ -28,7 +28,8 @@ public:
 
     // Searches again, after the index has changed; `loading` while it is not complete yet.
     void refresh(QDate today, bool loading);
-    // Marks the patient in the list when it is shown.
+    // Marks the patient, whom alone the list highlights from now on, as long as it shows that patient; -1 for none. To
+    // be called after each `picked`, also when the one before stays.
     void mark(qint32 code);
     // Into the field, its text selected.
     void focusQuery();
@@ -43,12 +44,16 @@ protected:
 private:
     void search();
     void pick(int row);
+    void followHighlight();
 
     std::unique_ptr<Ui::PatientSearch> m_ui;
     const PatientIndex &m_index;
     PatientListModel *m_model;
     QDate m_today;
     bool m_loading = true;
+    qint32 m_marked = -1;
+    bool m_marking = false;
+    qint32 m_refused = -1; // was picked and did not become the marked one
 };
 
 } // namespace orvale

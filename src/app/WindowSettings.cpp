@@ -11,10 +11,10 @@ namespace {
 const QStringList &current()
 {
     static const QStringList keys{
-        QStringLiteral("CODICE PAZIENTE"), QStringLiteral("ESENZ_PAT"),       QStringLiteral("ESENZ_INV"),
-        QStringLiteral("medicoP"),         QStringLiteral("medicoT"),         QStringLiteral("medico_corrente"),
-        QStringLiteral("MEDICO"),          QStringLiteral("uidMedicoP"),      QStringLiteral("CODICE REGIONE"),
-        QStringLiteral("REGIONE"),         QStringLiteral("ORVALE_WORK"),     QStringLiteral("STUDIO CORRENTE"),
+        QStringLiteral("CODICE PAZIENTE"), QStringLiteral("ESENZ_PAT"),   QStringLiteral("ESENZ_INV"),
+        QStringLiteral("medicoP"),         QStringLiteral("medicoT"),     QStringLiteral("medico_corrente"),
+        QStringLiteral("MEDICO"),          QStringLiteral("uidMedicoP"),  QStringLiteral("CODICE REGIONE"),
+        QStringLiteral("REGIONE"),         QStringLiteral("ORVALE_WORK"), QStringLiteral("STUDIO CORRENTE"),
     };
     return keys;
 }

@@ -34,8 +34,9 @@ QList<GroupDoctor> groupDoctors(Practice &practice)
 {
     QList<GroupDoctor> doctors;
     const auto rows = practice.environment().doctors->OpenRecordset(
-        QStringLiteral("SELECT cod_smi, cognome, nome, idRowGuid FROM medici_gruppo WHERE cod_smi IS NOT NULL ORDER BY "
-                       "cognome, nome, cod_smi"),
+        QStringLiteral(
+            "SELECT cod_smi, cognome, nome, idRowGuid FROM medici_gruppo WHERE cod_smi IS NOT NULL ORDER BY "
+            "cognome, nome, cod_smi"),
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         const QString name =
@@ -61,7 +62,8 @@ WorkingDoctor::WorkingDoctor(clivara::SettingsStore &user, Practice &practice)
 {
     const QString owner = user.text(settingsPractice);
     m_chosen = take(user.text(rememberedKey(m_practice)));
-    if (!m_chosen && !((owner.isEmpty() || owner == m_practice) && take(user.text(QStringLiteral("medicoP")))))
+    if (!m_chosen
+        && !((owner.isEmpty() || owner == m_practice) && take(user.text(QStringLiteral("medicoP")))))
         take(practice.firstDoctor().code);
     m_chosen = m_chosen || m_group.size() < 2;
 }

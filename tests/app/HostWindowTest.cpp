@@ -93,7 +93,6 @@ TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
     EXPECT_EQ(query().text(), QString());
     QTest::keyClick(&query(), Qt::Key_Down); // into the list ...
     EXPECT_EQ(QApplication::focusWidget(), &results());
-    QTest::keyClick(&results(), Qt::Key_Down);
     QTest::keyClick(&results(), Qt::Key_Return);
     EXPECT_EQ(patientName(), "Fornò Giacomo");
     QTest::keyClick(m_window.get(), Qt::Key_F, Qt::ControlModifier); // ... and back
@@ -103,6 +102,87 @@ TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
     EXPECT_EQ(results().model()->rowCount(), 0);
     QTest::keyClick(&query(), Qt::Key_Return);
     EXPECT_EQ(m_window->currentPatient(), 12);
+}
+
+// Whatever moves the highlight: it is on the patient whom the panel shows and a section opens on, or on nobody.
+TEST_F(HostWindowTest, HighlightsWhomThePanelShows)
+{
+    const auto agrees = [this](qint32 code, const char *name, const char *step) {
+        const QModelIndexList rows = results().selectionModel()->selectedRows();
+        const QString highlighted = rows.isEmpty() ? QString() : rows.first().data().toString();
+        EXPECT_EQ(highlighted, name) << step;
+        EXPECT_EQ(results().currentIndex().row(), rows.isEmpty() ? -1 : rows.first().row()) << step;
+        EXPECT_EQ(m_window->currentPatient(), code) << step;
+        if (!rows.isEmpty()) {
+            EXPECT_EQ(patientName(), name) << step;
+        }
+    };
+    agrees(-1, "", "at first");
+    QTest::keyClick(&query(), Qt::Key_Down);
+    agrees(11, "D'Ambrogio Mariangela", "into the list");
+    QTest::keyClick(&results(), Qt::Key_Down);
+    agrees(12, "Fornò Giacomo", "an arrow");
+    QTest::keyClick(&results(), Qt::Key_End, Qt::ControlModifier);
+    agrees(20, "Zanchetta", "to the end");
+    QTest::keyClick(&results(), Qt::Key_Space, Qt::ControlModifier);
+    agrees(20, "Zanchetta", "the highlight cannot be taken away");
+    const auto click = [this](int row) {
+        QTest::mouseClick(results().viewport(), Qt::LeftButton, {},
+                          results().visualRect(results().model()->index(row, 0)).center());
+    };
+    click(1);
+    agrees(12, "Fornò Giacomo", "a click");
+    QTest::keyClicks(&query(), "g");
+    agrees(12, "Fornò Giacomo", "among those who were found");
+    QTest::keyClick(&query(), Qt::Key_Escape);
+    QTest::keyClicks(&query(), "mar");
+    agrees(12, "", "not among those who were found");
+    QTest::keyClick(&query(), Qt::Key_Return);
+    agrees(11, "D'Ambrogio Mariangela", "the first one found");
+    QTest::keyClick(&query(), Qt::Key_Escape);
+    agrees(11, "D'Ambrogio Mariangela", "all again");
+    QSignalSpy loaded(m_window.get(), &HostWindow::patientsLoaded);
+    widget<QAction>("reload").trigger();
+    agrees(11, "", "while the list is read again");
+    ASSERT_TRUE(loaded.wait());
+    agrees(11, "D'Ambrogio Mariangela", "read again");
+
+    clinical("DELETE * FROM archivio WHERE cod_paz = 12");
+    QTest::keyClick(&results(), Qt::Key_Down);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_prompts.texts, QStringList{"Il paziente con codice 12 non è in archivio."});
+    agrees(11, "D'Ambrogio Mariangela", "one who is gone, by key");
+    click(1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_prompts.texts.size(), 2);
+    agrees(11, "D'Ambrogio Mariangela", "one who is gone, by mouse");
+}
+
+TEST_F(HostWindowTest, MarksNamesakes)
+{
+    for (const char *sql :
+         {"INSERT INTO archivio (cod_paz, cognome, nome, Data_Nasc) VALUES (13, 'FORNO`', 'Giacomo', "
+          "cdate('02/02/1950'))",
+          "INSERT INTO archivio (cod_paz, cognome, nome) VALUES (14, 'Forno', 'Giàcomo')",
+          "INSERT INTO archivio (cod_paz, cognome, nome) VALUES (15, 'Forno', 'Giacomino')"})
+        clinical(sql);
+    QSignalSpy loaded(m_window.get(), &HostWindow::patientsLoaded);
+    widget<QAction>("reload").trigger();
+    ASSERT_TRUE(loaded.wait());
+    EXPECT_EQ(column("results", 0), (QStringList{"D'Ambrogio Mariangela", "Forno Giacomino", "Forno Giàcomo",
+                                                 "FORNO` Giacomo", "Fornò Giacomo", "Zanchetta"}));
+    EXPECT_EQ(column("results", 1),
+              (QStringList{"12/03/1956", "", "⚠ senza data", "⚠ 02/02/1950", "⚠ 01/01/1990", ""}));
+    const auto said = [this](int row, int column, int role) {
+        return results().model()->index(row, column).data(role);
+    };
+    EXPECT_EQ(said(3, 0, Qt::AccessibleTextRole), "FORNO` Giacomo, omonimo");
+    EXPECT_EQ(said(3, 1, Qt::AccessibleTextRole), "02/02/1950, omonimo: controllare la data di nascita");
+    EXPECT_TRUE(said(3, 1, Qt::FontRole).value<QFont>().bold());
+    EXPECT_FALSE(said(0, 1, Qt::FontRole).isValid());
+    EXPECT_TRUE(said(3, 0, Qt::ToolTipRole).toString().contains("Omonimo"));
+    QTest::keyClicks(&query(), "1990"); // the other ones are not among those who were found
+    EXPECT_EQ(column("results", 1), QStringList{"⚠ 01/01/1990"});
 }
 
 TEST_F(HostWindowTest, PicksNobodyWhenNothingWasTyped)

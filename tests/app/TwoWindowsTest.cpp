@@ -17,7 +17,10 @@ using orvale::HostSession;
 // says what the other window is about.
 class SharedSettings final : public clivara::SettingsStore {
 public:
-    QVariant read(const QString &key, const QVariant &fallback) const override { return m_user.read(key, fallback); }
+    QVariant read(const QString &key, const QVariant &fallback) const override
+    {
+        return m_user.read(key, fallback);
+    }
     void write(const QString &key, const QVariant &value) override
     {
         m_user.write(key, value);
@@ -35,7 +38,8 @@ protected:
     void SetUp() override
     {
         SmallPractice::SetUp();
-        doctors("UPDATE medici_gruppo SET idRowGuid = '{AAAAAAAA-0000-4000-8000-000000000102}' WHERE cod_smi = 102");
+        doctors("UPDATE medici_gruppo SET idRowGuid = '{AAAAAAAA-0000-4000-8000-000000000102}' WHERE cod_smi "
+                "= 102");
         m_other = orvale::Practice::create(path("other"));
         m_other->setProperty("region", "03");
         m_other->environment().doctors->Execute(
@@ -120,7 +124,8 @@ TEST_F(TwoWindowsTest, NothingOfAnotherWindowReachesASection)
     ASSERT_TRUE(session.selectPatient(11));
     for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
         for (const orvale::Section &section : group.sections)
-            EXPECT_EQ(stripOf(session, section.action), "D'Ambrogio Mariangela") << section.title.toStdString();
+            EXPECT_EQ(stripOf(session, section.action), "D'Ambrogio Mariangela")
+                << section.title.toStdString();
     }
     const orvale::SectionOutcome outcome = session.openSection(50);
     EXPECT_FALSE(outcome.patient) << "another window's mail";
