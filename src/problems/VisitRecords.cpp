@@ -14,9 +14,12 @@ namespace {
 const std::array<const char *, visitTexts> textFields{"anamnesi", "esameob", "conclusioni", "pianificazione",
                                                       "txtNote"};
 
-QString byId(qint32 id)
+// With the patient: the key of a visit that was deleted is given again, and then maybe to another patient's.
+QString byIdAndPatient(qint32 id, qint32 patientCode)
 {
-    return QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1)").arg(id);
+    return QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1) and (cod_paz = %2)")
+        .arg(id)
+        .arg(patientCode);
 }
 
 std::optional<qint32> optionalNumber(const dao::Field &field)
@@ -79,9 +82,9 @@ QList<CodeName> codeNames(dao::Database &codes, const QString &query, const QStr
 
 } // namespace
 
-std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id)
+std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 patientCode, qint32 id)
 {
-    const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
+    const auto row = clinical.OpenRecordset(byIdAndPatient(id, patientCode), dao::RecordsetType::Snapshot);
     return row->Eof() ? std::nullopt : std::optional(detailFrom(*row, id));
 }
 
@@ -112,8 +115,8 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read
     const bool isNew = visit.id == 0;
     qint32 id = visit.id;
     const WriteResult result = writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
-        const auto row =
-            state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from VisitaProbl ") : byId(id));
+        const auto row = state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from VisitaProbl ")
+                                                              : byIdAndPatient(id, state.header.patientCode));
         if (!isNew && row->Eof())
             return WriteResult::Vanished;
         if (isProblemGone(state.clinical(), state.header.patientCode, visit))
@@ -144,8 +147,10 @@ WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read
 
 WriteResult deleteVisit(WorkingState &state, qint32 id, LastWrite &seen)
 {
-    return writeTogether(state, QStringLiteral("VISITAPROBL"),
-                         [&] { return deleteSharedRow(state, byId(id), QStringLiteral("DV"), seen); });
+    return writeTogether(state, QStringLiteral("VISITAPROBL"), [&] {
+        return deleteSharedRow(state, byIdAndPatient(id, state.header.patientCode), QStringLiteral("DV"),
+                               seen);
+    });
 }
 
 QList<CodeName> visitTypes(dao::Database &codes)

@@ -28,7 +28,8 @@ auto contentsOf(Visit &visit) requires std::same_as<std::remove_const_t<Visit>, 
     return std::tie(visit.problem, visit.date, visit.validity, visit.type, visit.symptom, history, findings,
                     conclusions, plan, notes);
 }
-std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 id); // empty when it is not there
+// Empty when it is not there, or not of this patient.
+std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 patientCode, qint32 id);
 
 // True when the patient has another visit on the day that a new visit, or one that was of another day `before`, is to be
 // of. A visit that stays on its day may share it.

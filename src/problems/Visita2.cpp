@@ -74,7 +74,7 @@ void Visita2::load()
         visit.date = m_state.clock.today();
         visit.problem = m_state.problemSelector;
     } else {
-        const auto found = readVisit(m_state.clinical(), m_state.visitId);
+        const auto found = readVisit(m_state.clinical(), m_state.header.patientCode, m_state.visitId);
         if (!found)
             refuseToOpen(QStringLiteral("La visita è stata eliminata da un'altra postazione."));
         visit = *found;
@@ -124,6 +124,12 @@ void Visita2::showProblem(const Filing &filing)
     m_state.problemText = filing.text;
     m_ui->Problema->setPlaceholder(
         filing.note.isEmpty() ? QStringLiteral("nessun problema: scegliere dall'elenco") : filing.note);
+    // A warning is not shown as quietly as a field that is only empty.
+    QPalette colours;
+    if (!filing.note.isEmpty())
+        colours.setColor(QPalette::PlaceholderText, colours.color(QPalette::ButtonText));
+    m_ui->Problema->setPalette(colours);
+    m_ui->Problema->setAccessibleDescription(filing.note);
     m_ui->Problema->setValue(filing.text);
     m_ui->Togli->setEnabled(!filing.text.isEmpty() || !filing.note.isEmpty());
 }

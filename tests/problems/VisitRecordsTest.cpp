@@ -13,8 +13,12 @@ protected:
         execute("INSERT INTO PROBLEMS (idProblems, cod_paz, descr_mal) VALUES (5, 17, 'Tosse')");
         execute("INSERT INTO PROBLEMS (idProblems, cod_paz, descr_mal) VALUES (6, 18, 'di un altro')");
     }
-    WriteResult remove(qint32 id) { return removeRead<readVisit, deleteVisit>(id); }
-    WriteResult save(VisitDetail &visit) { return saveRead<readVisit, saveVisit>(visit); }
+    static std::optional<VisitDetail> readOwn(dao::Database &clinical, qint32 id)
+    {
+        return readVisit(clinical, 17, id);
+    }
+    WriteResult remove(qint32 id) { return removeRead<readOwn, deleteVisit>(id); }
+    WriteResult save(VisitDetail &visit) { return saveRead<readOwn, saveVisit>(visit); }
     VisitDetail detail(QDate date)
     {
         VisitDetail visit;
@@ -39,7 +43,7 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     visit.texts = {awkwardText(), " \n ", "  c'è  ", "100%", "[*]"};
     ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(visit.id, 1) << "the first visit ever";
-    const auto read = readVisit(database(), 1);
+    const auto read = readOwn(database(), 1);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->problem, 5);
     EXPECT_EQ(read->date, visit.date);
@@ -49,7 +53,7 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     EXPECT_EQ(read->texts, (std::array<QString, visitTexts>{awkwardText(), "", "  c'è  ", "100%", "[*]"}));
     EXPECT_EQ(clinical("SELECT cod_paz, esameob, " + stamps + " FROM VISITAPROBL"),
               QStringList("17||" + newStamps(1, "DV")));
-    EXPECT_FALSE(readVisit(database(), 2));
+    EXPECT_FALSE(readOwn(database(), 2));
 }
 
 TEST_F(VisitRecordsTest, WhatIsNotChosenIsNullAndComesBackSo)
@@ -57,7 +61,7 @@ TEST_F(VisitRecordsTest, WhatIsNotChosenIsNullAndComesBackSo)
     const VisitDetail visit = saved(QDate(2026, 11, 21));
     EXPECT_EQ(clinical("SELECT id_Probl, validita, idtipo, SINTOMO, anamnesi FROM VISITAPROBL"),
               QStringList("Null|Null|Null|Null|"));
-    const auto read = readVisit(database(), visit.id);
+    const auto read = readOwn(database(), visit.id);
     ASSERT_TRUE(read);
     EXPECT_FALSE(read->problem);
     EXPECT_FALSE(read->type);
@@ -136,7 +140,7 @@ TEST_F(VisitRecordsTest, TheHourOfADateStaysWhileItsDayDoes)
     execute("INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, validita) "
             "VALUES (8, 17, #11/01/2026 10:30:00#, #12/01/2026 23:59:59#)");
     const auto dates = [&] { return clinical("SELECT DataReg, validita FROM VISITAPROBL"); };
-    VisitDetail visit = *readVisit(database(), 8);
+    VisitDetail visit = *readOwn(database(), 8);
     visit.texts[0] = "scritto";
     ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(dates(), QStringList("2026-11-01 10:30:00|2026-12-01 23:59:59"));
@@ -174,7 +178,7 @@ TEST_F(VisitRecordsTest, NoVisitIsFiledAgainstAProblemThatIsNotThere)
         pauses.taken.clear();
         pauses.actAt = 1;
         pauses.during = [&] { theirs->commit(); };
-        VisitDetail read = *readVisit(database(), visit.id);
+        VisitDetail read = *readOwn(database(), visit.id);
         EXPECT_EQ(saveVisit(state, *each, read), WriteResult::Refused);
         EXPECT_EQ(state.failure, 0) << "the archive is neither busy nor broken";
         EXPECT_EQ(clinical("SELECT id_Probl, anamnesi FROM VISITAPROBL"), QStringList("Null|"));
@@ -224,7 +228,7 @@ TEST_F(VisitRecordsTest, OnlyWhatTheOtherOneWroteAndThisOneWouldReplaceIsAConfli
         visit.texts = {"prima", "obiettivo", "", "", ""};
         visit.problem = 5;
         ASSERT_EQ(save(visit), WriteResult::Done) << c.name;
-        VisitDetail read = *readVisit(database(), visit.id);
+        VisitDetail read = *readOwn(database(), visit.id);
         if (*c.theirs)
             otherWorkstation()->Execute(QStringLiteral("UPDATE VISITAPROBL SET ")
                                         + QString::fromUtf8(c.theirs));
@@ -255,6 +259,18 @@ TEST_F(VisitRecordsTest, DeletingLeavesATraceAndOtherVisitsAlone)
     VisitDetail gone = second;
     EXPECT_EQ(save(gone), WriteResult::Vanished);
     EXPECT_EQ(saved(QDate(2026, 11, 3)).id, 1) << "an empty table begins again";
+}
+
+// The list shows a visit that was deleted elsewhere, and the next new one there got its key.
+TEST_F(VisitRecordsTest, AKeyThatWasGivenAgainLeadsToNobodyElsesVisit)
+{
+    VisitDetail visit = saved(QDate(2026, 11, 1));
+    LastWrite seen = readOwn(database(), visit.id)->written;
+    otherWorkstation()->Execute("UPDATE VISITAPROBL SET cod_paz = 18");
+    EXPECT_FALSE(readOwn(database(), visit.id));
+    EXPECT_EQ(save(visit), WriteResult::Vanished);
+    EXPECT_EQ(deleteVisit(state, visit.id, seen), WriteResult::Vanished);
+    EXPECT_EQ(clinical("VISITAPROBL").size(), 1);
 }
 
 TEST_F(VisitRecordsTest, AFailedSaveWritesNothing)

@@ -305,6 +305,7 @@ TEST_F(Visita2Test, AVisitOfAProblemThatIsNotThePatientsSaysSo)
     const qint32 visit = addVisit(QString::number(foreign), "#11/19/2026#");
     openVisit(visit, [&] {
         EXPECT_EQ(value("Problema"), "") << "another patient's diagnosis is nobody's business here";
+        EXPECT_EQ(control("Problema")->accessibleDescription(), "⚠ problema eliminato: sceglierne un altro");
         type("Text1_0", "scritto");
         boxOf(save, PromptButton::Yes);
         EXPECT_FALSE(form.isVisible());
