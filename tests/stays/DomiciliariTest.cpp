@@ -146,6 +146,14 @@ TEST_F(DomiciliariTest, WhatAnotherWorkstationWroteSinceTheListWasReadIsShown)
         EXPECT_EQ(entries(), "1|2026-11-01 00:00:00|2026-12-01 00:00:00|9");
         EXPECT_EQ(rows(grid), QStringList("01/11/2026|Vaccinazione|01/12/2026")) << "the list is read again";
 
+        // By its dialog a visit gets other types, too.
+        otherWorkstation()->Execute("UPDATE VISITAPROBL SET idtipo = 1");
+        click(edit);
+        choose("cbTipoDomiciliare", "Assistenza");
+        EXPECT_TRUE(conflictOf(store, ConflictChoice::BackToEditing)
+                        .ends_with("\nTipo|Assistenza|Tipo 1 (non è una prestazione)"));
+        click(cancel);
+
         otherWorkstation()->Execute("UPDATE VISITAPROBL SET idtipo = 7");
         click(edit);
         control<QLineEdit>("dtEdit")->setText("03/11/2026");
