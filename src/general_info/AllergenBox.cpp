@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/AllergenBox.h"
 
+#include "data/AllergyCode.h"
+
 #include <QPainter>
 #include <QStyleOptionButton>
 
@@ -23,9 +25,9 @@ AllergenBox::AllergenBox(QWidget *parent)
     updateColour();
 }
 
-void AllergenBox::setAllergen(const QString &name, const QString &group, int number)
+void AllergenBox::setAllergen(int allergen, const QString &name)
 {
-    m_name = name.isEmpty() ? QStringLiteral("%1 n. %2").arg(group).arg(number) : name;
+    m_name = allergenName(allergen, name);
     setText(QString(name).replace(u'&', QStringLiteral("&&")));
     setAccessibleName(m_name);
     setToolTip(name.isEmpty() ? m_name + QStringLiteral(": non è in catalogo") : QString());

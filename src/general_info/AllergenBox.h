@@ -13,10 +13,9 @@ class AllergenBox : public QCheckBox {
 public:
     explicit AllergenBox(QWidget *parent = nullptr);
 
-    // The catalogue's name; empty for an item that the catalogue does not have, which is then told by its
-    // number in its group.
-    void setAllergen(const QString &name, const QString &group, int number);
-    // The name; "Alimenti n. 12" without one.
+    // The allergen's number and its name in the catalogue; empty when the catalogue does not have it.
+    void setAllergen(int allergen, const QString &name);
+    // As allergenName() calls it.
     QString allergen() const { return m_name; }
 
     enum class Search { None, Found, Other };

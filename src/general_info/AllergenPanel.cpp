@@ -95,18 +95,9 @@ AllergenPanel::~AllergenPanel() = default;
 
 void AllergenPanel::setCatalogue(const QList<CatalogueEntry> &entries)
 {
-    for (std::size_t group = 0; group < allergenGroups.size(); ++group) {
-        const AllergenGroup &known = allergenGroups[group];
-        std::vector<QString> names{std::size_t(known.items)};
-        for (const CatalogueEntry &entry : entries) {
-            // An item beyond the boxes of its group has none to name.
-            if (entry.group == QStringView(known.key) && entry.position >= 1 && entry.position <= known.items)
-                names[std::size_t(entry.position - 1)] = entry.name;
-        }
-        for (int item = 0; item < known.items; ++item)
-            m_boxes[std::size_t(firstAllergen(group) + item)]->setAllergen(
-                names[std::size_t(item)], withoutMnemonic(known.caption), item + 1);
-    }
+    const std::vector<QString> names = catalogueNames(entries);
+    for (std::size_t allergen = 0; allergen < m_boxes.size(); ++allergen)
+        m_boxes[allergen]->setAllergen(int(allergen), names[allergen]);
     m_widths.clear();
     for (std::size_t i = 0; i < arrangements().size(); ++i) {
         arrange(i);

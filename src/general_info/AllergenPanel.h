@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "general_info/AllergyCode.h"
+#include "data/AllergyCode.h"
 #include "general_info/GeneralInfoRecords.h"
 
 #include <QScrollArea>

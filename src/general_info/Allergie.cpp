@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/Allergie.h"
 
-#include "general_info/AllergyCode.h"
-#include "general_info/CodePairs.h"
+#include "data/AllergyCode.h"
+#include "data/CodePairs.h"
+#include "host/working_state/HostContext.h"
 #include "host/working_state/WorkingState.h"
 #include "ui_Allergie.h"
 
@@ -90,11 +91,14 @@ bool Allergie::askAndSave()
     const bool isChanged = m_state.header.identified ? isChangedCode(code) : code != m_shownCode;
     if (!isChanged && !m_textChanged)
         return true;
+    // A first row that says nothing, and answers that nobody gave for this patient, are stored only on purpose.
+    const bool isUntouched = code == m_shownCode && !m_textChanged;
+    const PromptButton usual = isUntouched || isForeign() ? PromptButton::No : PromptButton::Yes;
     switch (m_state.prompts.ask({QStringLiteral("Attenzione!"),
                                  QStringLiteral("Salvare le modifiche?"),
                                  PromptIcon::Question,
                                  {PromptButton::Yes, PromptButton::No, PromptButton::Cancel},
-                                 PromptButton::Yes})) {
+                                 usual})) {
     case PromptButton::Yes:
         return saveAll();
     case PromptButton::No:
@@ -171,6 +175,8 @@ bool Allergie::saveAll()
     if (end != SaveEnd::Saved)
         return end == SaveEnd::TheirsKept;
     m_state.networkedPractice = m_state.settings.isOn(QStringLiteral("Mir_Attivo"));
+    reloadAllergies(m_state);
+    showPatient();
     if (m_textRefused) {
         // The window stays open with the text, and only that is still to be saved.
         m_state.loadedCode = m_read.code.value_or(QString());

@@ -14,23 +14,6 @@ QString letterOf(QuestionnaireKind kind)
     return QString(QChar(char16_t(kind)));
 }
 
-// The rows of a patient's questionnaire, positioned on the one that speaks; at the end when there is none.
-std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint32 patientCode,
-                                                  QuestionnaireKind kind)
-{
-    auto rows = clinical.OpenRecordset(
-        QStringLiteral("SELECT * FROM esame_ob WHERE tipo_dati = '%1' AND cod_paz = %2")
-            .arg(letterOf(kind), QString::number(patientCode)));
-    for (; !rows->Eof(); rows->MoveNext()) {
-        const QVariant key = rows->Fields(QStringLiteral("chiave")).Value();
-        if (key.isValid() && key.toString().isEmpty())
-            return rows;
-    }
-    if (rows->RecordCount() > 0)
-        rows->MoveFirst();
-    return rows;
-}
-
 // The day of the last save, as the journal has it; Null when it has none or cannot be read.
 QVariant journalledDay(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind)
 {
@@ -49,22 +32,9 @@ std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, 
 
 } // namespace
 
-QList<CatalogueEntry> readCatalogue(dao::Database &clinical)
-{
-    QList<CatalogueEntry> entries;
-    const auto rows = clinical.OpenRecordset(QStringLiteral("SELECT * FROM ALLERGIE ORDER BY tipo , codice"),
-                                             dao::RecordsetType::Snapshot);
-    for (; !rows->Eof(); rows->MoveNext()) {
-        const double number = jet::leadingNumber(rows->Fields(QStringLiteral("codice")).text());
-        entries.append({rows->Fields(QStringLiteral("Tipo")).text(), jet::toLong(number).value_or(0),
-                        rows->Fields(QStringLiteral("descr")).text()});
-    }
-    return entries;
-}
-
 StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind)
 {
-    const auto rows = openQuestionnaire(clinical, patientCode, kind);
+    const auto rows = openQuestionnaire(clinical, patientCode, letterOf(kind));
     if (rows->Eof())
         return {};
     const dao::Field code = rows->Fields(QStringLiteral("dati_paz"));
@@ -77,7 +47,7 @@ StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKi
 WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code, const QDateTime &time)
 {
     const qint32 patientCode = state.header.patientCode;
-    const auto rows = openQuestionnaire(state.clinical(), patientCode, kind);
+    const auto rows = openQuestionnaire(state.clinical(), patientCode, letterOf(kind));
     const bool isNew = rows->Eof();
     if ((isNew ? state.operations.Recordset_AddNew(*rows) : state.operations.Recordset_Edit(*rows)) != 0)
         return WriteResult::Failed;
@@ -93,14 +63,6 @@ WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString
         return WriteResult::Failed;
     state.changeJournal().recordChange(Questionnaire, patientCode, letterOf(kind), false);
     return WriteResult::Done;
-}
-
-std::optional<QString> readFreeText(dao::Database &clinical, qint32 patientCode)
-{
-    const auto rows = openGeneralInformation(clinical, patientCode);
-    if (rows->Eof())
-        return std::nullopt;
-    return rows->Fields(QStringLiteral("Allergie")).text();
 }
 
 WriteResult writeFreeText(WorkingState &state, const QString &text)

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "data/AllergyRecords.h"
 #include "host/working_state/RecordConflict.h"
 #include "host/working_state/SharedWrites.h"
 
 #include <QChar>
 #include <QDateTime>
-#include <QList>
 #include <QString>
 #include <optional>
 
@@ -19,15 +19,6 @@ class Database;
 namespace clivara {
 
 struct WorkingState;
-
-// One row of the catalogue of allergens.
-struct CatalogueEntry {
-    QString group; // ALLERGIE.Tipo, as stored
-    int position = 0; // in the group, from 1; 0 when its text is no such number
-    QString name;
-};
-
-QList<CatalogueEntry> readCatalogue(dao::Database &clinical);
 
 // The questionnaires of a patient, by their letter in ESAME_OB.tipo_dati.
 enum class QuestionnaireKind : char16_t { Allergies = u'X', Infections = u'M' };
@@ -47,10 +38,6 @@ StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKi
 // data_reg; an invalid one leaves that as it is.
 WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code,
                       const QDateTime &time = {});
-
-// The patient's free text of allergies; Null is an empty text, empty means that the patient has no general
-// information (inf_gen), so that a text cannot be written.
-std::optional<QString> readFreeText(dao::Database &clinical, qint32 patientCode);
 
 // Vanished when the current patient has no general information. Journals what it writes.
 WriteResult writeFreeText(WorkingState &state, const QString &text);

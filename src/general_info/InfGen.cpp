@@ -104,6 +104,7 @@ void InfGen::load()
 void InfGen::openSection(const QString &form)
 {
     m_state.forms->showForm(form);
+    showPatient(); // the allergies may be others now
 }
 
 } // namespace clivara

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/InfectionCode.h"
 
-#include "general_info/CodePairs.h"
+#include "data/CodePairs.h"
 
 namespace clivara {
 

@@ -116,8 +116,35 @@ bool PregMalInf::queryUnload()
     // A patient without a row gets one, also when the answers are by chance those that were loaded last.
     if (m_hasRow && !isChangedCode(code))
         return true;
+    const bool isTouched = code != m_shownCode;
+    const bool isNull = m_hasRow && !m_read.code;
+    if (isForeign() || (isNull && !isTouched)) {
+        const PromptButton answer = askForeign(isTouched);
+        if (answer != PromptButton::Yes)
+            return answer == PromptButton::No;
+    }
     m_closesUnsaved = false;
     return saveRecord(m_state, objectName(), *this) != SaveEnd::NotSaved || m_closesUnsaved;
+}
+
+// Whoever has only looked stores nothing by pressing Enter, and whoever has written loses nothing by it.
+PromptButton PregMalInf::askForeign(bool isTouched)
+{
+    const QString reason =
+        m_read.code   ? QStringLiteral("La scheda registrata non è integra: le voci che non si leggono "
+                                         "risultano segnate.")
+        : isForeign() ? QStringLiteral("La scheda registrata è vuota: le voci segnate vengono "
+                                       "dall'ultima scheda aperta, forse di un altro paziente.")
+                      : QStringLiteral("La scheda registrata è vuota.");
+    QList<PromptButton> buttons{PromptButton::Yes, PromptButton::No};
+    if (isTouched)
+        buttons.append(PromptButton::Cancel);
+    return m_state.prompts.ask({QStringLiteral("Attenzione!"),
+                                reason
+                                    + QStringLiteral("\nRegistrare per questo paziente quanto è segnato ora? "
+                                                     "Con No la scheda resta com'è."),
+                                PromptIcon::Warning, buttons,
+                                isTouched ? PromptButton::Cancel : PromptButton::No});
 }
 
 WriteResult PregMalInf::write()

@@ -3,6 +3,7 @@
 
 #include "general_info/InfectionCode.h"
 #include "general_info/QuestionnaireForm.h"
+#include "support/Prompts.h"
 
 #include <array>
 #include <memory>
@@ -18,7 +19,7 @@ class PregMalInf;
 namespace clivara {
 
 // The infectious diseases that the patient has had. Closing saves without asking when something has changed, which
-// without a stored row is always so. The box of disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
+// without a stored row is always so; answers that may not be this patient's are asked about. The box of disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
 class PregMalInf final : public QuestionnaireForm {
     Q_OBJECT
 
@@ -40,6 +41,7 @@ private:
     InfectionAnswers answers() const;
     void setNoteReady(std::size_t note, bool ready);
     void askForNote(std::size_t note);
+    PromptButton askForeign(bool isTouched);
 
     std::unique_ptr<Ui::PregMalInf> m_ui;
     std::array<QCheckBox *, std::size_t(infectionCount)> m_boxes{};

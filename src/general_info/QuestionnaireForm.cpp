@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/QuestionnaireForm.h"
 
-#include "general_info/CodePairs.h"
+#include "data/CodePairs.h"
 #include "host/working_state/WorkingState.h"
 
 #include <QLabel>
@@ -32,6 +32,7 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
 {
     m_notices->clear();
     m_notices->hide();
+    m_isForeign = false;
     const StoredCode stored = readCode(m_state.clinical(), m_state.header.patientCode, m_kind);
     m_read = stored;
     if (!stored.exists)
@@ -40,10 +41,11 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
         m_state.loadedCode = *stored.code;
     if (withoutOuterBlanks(m_state.loadedCode).isEmpty())
         return Loaded::Blank;
+    m_isForeign = !stored.code || !isIntact(m_state.loadedCode);
     if (!stored.code) {
         addNotice(QStringLiteral("La scheda registrata di questo paziente è vuota: le voci segnate vengono "
                                  "dall'ultima scheda aperta, forse di un altro paziente."));
-    } else if (!isIntact(m_state.loadedCode)) {
+    } else if (m_isForeign) {
         addNotice(QStringLiteral(
             "La scheda registrata non è integra: le voci segnate vanno verificate prima di salvare."));
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "support/Allergies.h"
+
 #include <QDate>
 #include <QString>
 
@@ -37,6 +39,7 @@ struct PatientHeader {
     // True when patientCode is above 0 and its registry row was found and read. Otherwise other texts may be the
     // previous patient's, and nothing is stored.
     bool identified = false;
+    Allergies allergies; // of patientCode; Unread unless they were read for this patient
 
     static QString blank(int width) { return QString(width, QLatin1Char(' ')); }
     // The text filled or cut to the width.

@@ -190,6 +190,42 @@ TEST(PatientStrip, TellsInFullWhatItElides)
     EXPECT_EQ(name->text(), "Paziente 17");
 }
 
+TEST(PatientStrip, TellsTheAllergiesOfTheIdentifiedPatientOnly)
+{
+    PatientHeader header;
+    header.patientCode = 17;
+    header.identified = true;
+    PatientStrip strip;
+    strip.resize(300, 90);
+    strip.show();
+    const auto *line = strip.findChild<QLabel *>("lblAllergie");
+    QStringList many;
+    for (int i = 0; i < 40; ++i)
+        many.append(QStringLiteral("Allergene %1").arg(i));
+    const std::pair<Allergies, const char *> cases[] = {
+        {judgedAllergies(many, true, true, "Penicillina"),
+         "⚠ Allergie: Penicillina  ·  40 allergeni segnati: "},
+        {judgedAllergies({}, true, true, "Nega allergie"), "✓ Nessuna allergia nota"},
+        {judgedAllergies({}, false, true, {}), "? Allergie non registrate"},
+        {Allergies(), "✕ Allergie non lette"},
+    };
+    for (const auto &[allergies, words] : cases) {
+        header.allergies = allergies;
+        strip.showPatient(header, QDate(2026, 11, 21));
+        EXPECT_TRUE(line->isVisible());
+        EXPECT_TRUE(line->text().startsWith(words)) << line->text().toStdString();
+        EXPECT_EQ(line->accessibleName(), allergyWords(allergies));
+        EXPECT_TRUE(strip.accessibleName().endsWith(". " + allergyWords(allergies)));
+        QHelpEvent hover(QEvent::ToolTip, QPoint(1, 1), QPoint(1, 1));
+        QApplication::sendEvent(const_cast<QLabel *>(line), &hover);
+        EXPECT_EQ(allergies.allergens.isEmpty() || line->toolTip() == line->text(), true);
+    }
+    header.identified = false; // whose they are is not known
+    strip.showPatient(header, QDate(2026, 11, 21));
+    EXPECT_FALSE(line->isVisible());
+    EXPECT_FALSE(strip.accessibleName().contains("llerg"));
+}
+
 // Answers the message box that is about to open.
 void answerBox(const std::function<void(QMessageBox &)> &act)
 {

@@ -2,10 +2,10 @@
 #include "general_info/Allergie.h"
 #include "GeneralInfoFixture.h"
 #include "TestConflicts.h"
+#include "data/CodePairs.h"
 #include "general_info/AllergenBox.h"
 #include "general_info/AllergenPanel.h"
 #include "general_info/AllergenSearch.h"
-#include "general_info/CodePairs.h"
 
 #include <QScrollBar>
 
@@ -111,6 +111,82 @@ TEST_F(AllergieTest, TheFirstCloseAsksThoughNothingWasDone)
     });
     EXPECT_EQ(codes("X"), QStringList{nines(115)});
     open(form, [&] { esc(); }); // not again
+}
+
+TEST_F(AllergieTest, EnterStoresOnlyWhatTheDoctorGave)
+{
+    struct Case {
+        const char *about;
+        QString stored; // "-" for no row
+        bool ticks, writes;
+        PromptButton usual;
+    };
+    const QString cut = nines(114);
+    for (const Case &each : {Case{"the first row, empty", "-", false, false, PromptButton::No},
+                             Case{"the first row, with an allergen", "-", true, false, PromptButton::Yes},
+                             Case{"the first row, with a text", "-", false, true, PromptButton::Yes},
+                             Case{"an ordinary row", nines(115), true, false, PromptButton::Yes},
+                             Case{"a damaged row", cut, true, false, PromptButton::No},
+                             Case{"another's answers", "Null", true, false, PromptButton::No}}) {
+        execute("DELETE * FROM ESAME_OB");
+        if (each.stored != "-")
+            store("X", each.stored);
+        state.loadedCode = milk();
+        prompts.boxes.clear();
+        open(form, [&] {
+            if (each.ticks)
+                click("grami_0");
+            if (each.writes)
+                QTest::keyClicks(freeTextField(), "x");
+            prompts.queue(PromptButton::No);
+            esc();
+        });
+        ASSERT_EQ(prompts.boxes.size(), 1) << each.about;
+        EXPECT_EQ(prompts.boxes[0].defaultButton, each.usual) << each.about;
+    }
+}
+
+TEST_F(AllergieTest, KeepsNothingOfThePatientBefore)
+{
+    execute("INSERT INTO inf_gen (cod_paz, Allergie) VALUES (18, 'Lattice')");
+    execute("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, dati_paz) VALUES (18, 'X', '', '" + nines(115)
+            + "')");
+    store("X", "  "); // the text of 17 is not shown
+    open(form, [&] {
+        EXPECT_EQ(freeTextField()->toPlainText(), "");
+        control<QLineEdit>("cerca")->setText("latte");
+        prompts.queue(PromptButton::No);
+        esc();
+    });
+    state.header.patientCode = 18;
+    open(form, [&] {
+        EXPECT_EQ(freeTextField()->toPlainText(), "Lattice");
+        EXPECT_EQ(control<QLineEdit>("cerca")->text(), "");
+        EXPECT_EQ(notices(), "");
+        freeTextField()->selectAll();
+        QTest::keyClicks(freeTextField(), "Pesca");
+        prompts.queue(PromptButton::Yes);
+        esc();
+    });
+    EXPECT_EQ(clinical("SELECT cod_paz, Allergie FROM inf_gen ORDER BY cod_paz"),
+              (QStringList{"17|Nichel", "18|Pesca"}));
+}
+
+TEST_F(AllergieTest, WhatWasSavedStandsInTheStrip)
+{
+    state.header.identified = true;
+    execute("DELETE * FROM inf_gen");
+    open(form, [&] {
+        EXPECT_EQ(text("lblAllergie"), "✕ Allergie non lette: possono essercene"); // by nobody so far
+        click("alim_1");
+        QTest::keyClicks(freeTextField(), "Lattice");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue(PromptButton::Ok);
+        esc(); // the text is not saved, and the form stays
+        EXPECT_EQ(text("lblAllergie"), "⚠ Allergie: 1 allergene segnato: Latte di vacca");
+        EXPECT_TRUE(form.accessibleDescription().contains("1 allergene segnato: Latte di vacca"));
+    });
+    EXPECT_EQ(state.header.allergies.state, AllergyState::Known);
 }
 
 TEST_F(AllergieTest, TheFreeTextAloneWritesBoth)

@@ -5,7 +5,7 @@
 //
 // Equal arguments give equal strings. A fault prints the string (as hexadecimal UTF-16) and ends with status 1.
 
-#include "general_info/AllergyCode.h"
+#include "data/AllergyCode.h"
 #include "general_info/InfectionCode.h"
 
 #include <QStringList>

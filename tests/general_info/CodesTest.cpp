@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "general_info/AllergyCode.h"
-#include "general_info/CodePairs.h"
+#include "data/AllergyCode.h"
+#include "data/CodePairs.h"
 #include "general_info/InfectionCode.h"
 
 #include <gtest/gtest.h>

@@ -3,8 +3,8 @@
 
 #include "ChartFixture.h"
 #include "FormDriver.h"
+#include "data/AllergyCode.h"
 #include "data/RefusedRows.h"
-#include "general_info/AllergyCode.h"
 #include "general_info/InfectionCode.h"
 
 namespace clivara {

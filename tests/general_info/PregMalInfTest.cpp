@@ -112,11 +112,11 @@ TEST_F(PregMalInfTest, BothFormsShareTheLoadedCode)
         EXPECT_TRUE(notices().contains("forse di un altro paziente"));
         for (std::size_t i = 0; i < infectionCount; ++i)
             EXPECT_EQ(isChecked(QStringLiteral("SSCheck1_%1").arg(i)), decodeInfections(milk).had[i]) << i;
+        prompts.queue(PromptButton::Yes); // 190 characters are not 230
         esc();
         EXPECT_FALSE(isOpen());
     });
-    EXPECT_EQ(codes("M"),
-              QStringList{encodeInfections(decodeInfections(milk))}); // 190 characters are not 230
+    EXPECT_EQ(codes("M"), QStringList{encodeInfections(decodeInfections(milk))});
 
     // The other way round: what is missing of the shorter string counts as selected.
     execute("UPDATE ESAME_OB SET dati_paz = Null WHERE tipo_dati = 'X'");
@@ -132,21 +132,86 @@ TEST_F(PregMalInfTest, BothFormsShareTheLoadedCode)
     EXPECT_EQ(codes("X"), QStringList{"Null"});
 }
 
-TEST_F(PregMalInfTest, ADamagedCodeIsToldAndWrittenAsItIsShown)
+TEST_F(PregMalInfTest, LookingAtADamagedOrNullRowStoresNothing)
 {
-    for (const char *code : {"xy", "0199999", "àè99"}) {
+    const QString milk = nines(25) + QStringLiteral("01") + nines(89);
+    struct Case {
+        const char *stored;
+        QString loaded; // the string that was loaded before
+        bool touches;
+        const char *question; // empty: nothing is asked
+    };
+    for (const Case &each :
+         {Case{"xy", {}, false, "non è integra"}, Case{"0199999", {}, true, "non è integra"},
+          Case{"àè99", milk, false, "non è integra"}, Case{"Null", milk, false, "forse di un altro paziente"},
+          Case{"Null", milk, true, "forse di un altro paziente"},
+          Case{"Null", none(), true, "forse di un altro paziente"}, Case{"Null", {}, false, "è vuota."},
+          Case{"Null", {}, true, ""}, Case{"Null", none(), false, ""}}) {
         execute("DELETE * FROM ESAME_OB");
-        store("M", code);
+        store("M", each.stored);
+        state.loadedCode = each.loaded;
+        prompts.boxes.clear();
+        InfectionAnswers shown;
         open(form, [&] {
-            EXPECT_TRUE(notices().contains("non è integra"));
-            esc();
+            if (each.touches)
+                click("SSCheck1_3");
+            for (std::size_t i = 0; i < infectionCount; ++i)
+                shown.had[i] = isChecked(QStringLiteral("SSCheck1_%1").arg(i));
+            if (*each.question) {
+                prompts.queue(PromptButton::No);
+                esc();
+                EXPECT_FALSE(isOpen());
+            } else {
+                esc();
+            }
         });
-        EXPECT_EQ(codes("M"), QStringList{encodeInfections(decodeInfections(code))});
+        if (!*each.question) {
+            EXPECT_TRUE(prompts.boxes.isEmpty());
+            EXPECT_EQ(codes("M"), QStringList{each.touches ? encodeInfections(shown) : QString("Null")});
+            continue;
+        }
+        ASSERT_EQ(prompts.boxes.size(), 1) << each.stored;
+        EXPECT_TRUE(prompts.last().contains(each.question)) << prompts.last().toStdString();
+        // Enter loses neither what is stored nor what the doctor has ticked.
+        EXPECT_EQ(prompts.boxes[0].defaultButton, each.touches ? PromptButton::Cancel : PromptButton::No);
+        EXPECT_EQ(codes("M"), QStringList{each.stored}) << "No leaves it as it is";
+        if (!each.touches)
+            continue;
+        state.loadedCode = each.loaded;
         open(form, [&] {
-            EXPECT_EQ(notices(), "");
+            click("SSCheck1_3");
+            prompts.queue(PromptButton::Cancel);
             esc();
+            EXPECT_TRUE(isOpen());
+            prompts.queue(PromptButton::Yes);
+            esc();
+            EXPECT_FALSE(isOpen());
         });
+        EXPECT_EQ(decodeInfections(codes("M").value(0)).had, shown.had);
     }
+}
+
+TEST_F(PregMalInfTest, KeepsNothingOfThePatientBefore)
+{
+    InfectionAnswers hidden; // notes beside diseases that were not had
+    hidden.notes[2] = "dubbia";
+    hidden.notes[4] = "dubbia";
+    InfectionAnswers other;
+    other.had.set(17);
+    other.notes[2] = "1998";
+    store("M", encodeInfections(hidden));
+    execute("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, dati_paz) VALUES (18, 'M', '', '"
+            + encodeInfections(other) + "')");
+    open(form, [&] { esc(); });
+    state.header.patientCode = 18;
+    open(form, [&] {
+        click("SSCheck1_19");
+        EXPECT_EQ(note(4)->text(), "");
+        EXPECT_EQ(note(2)->text(), "1998");
+        esc();
+    });
+    other.had.set(19);
+    EXPECT_EQ(codes("M"), QStringList{encodeInfections(other)});
 }
 
 TEST_F(PregMalInfTest, AFailedSaveAsksBeforeItLosesAnything)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/working_state/HostContext.h"
 
+#include "data/AllergyRecords.h"
 #include "data/Identity.h"
 #include "data/PatientHeaderLoader.h"
 #include "host/working_state/WorkingState.h"
@@ -101,6 +102,21 @@ void reloadHostContext(WorkingState &state)
         loadPatientHeader(state.header, state.settings, state.clinical(), state.clock);
     } catch (const dao::Error &) {
         state.header.identified = false; // no clinical database: the queries of the form will say so
+    }
+    reloadAllergies(state);
+}
+
+void reloadAllergies(WorkingState &state)
+{
+    state.header.allergies = {};
+    if (!state.header.identified)
+        return;
+    try {
+        state.header.allergies = readAllergies(state.clinical(), state.header.patientCode);
+    } catch (const dao::Error &error) {
+        state.log.write(
+            QStringLiteral("%1.Allergie - Error %2 - ").arg(state.componentName).arg(error.number())
+            + error.text());
     }
 }
 

@@ -37,7 +37,7 @@ void ChartForm::showModal()
         activateWindow();
         return;
     }
-    m_strip->showPatient(m_header, m_clock.today());
+    showPatient();
     load();
     m_loaded = true;
     emit loaded();
@@ -56,6 +56,12 @@ void ChartForm::showModal()
     m_loaded = false;
     if (m_failure)
         std::rethrow_exception(std::exchange(m_failure, nullptr));
+}
+
+void ChartForm::showPatient()
+{
+    m_strip->showPatient(m_header, m_clock.today());
+    setAccessibleDescription(m_strip->accessibleName()); // read out when the form opens
 }
 
 QSize ChartForm::sizeHint() const

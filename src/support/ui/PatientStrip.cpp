@@ -51,11 +51,13 @@ PatientStrip::PatientStrip(QWidget *parent)
     : QFrame(parent)
     , m_name(new ElidedLabel(this))
     , m_details(new ElidedLabel(this))
+    , m_allergies(new ElidedLabel(this))
 {
     setObjectName(QStringLiteral("PatientStrip"));
     m_name->setObjectName(QStringLiteral("lblPaziente"));
     m_details->setObjectName(QStringLiteral("lblDatiPaziente"));
-    for (ElidedLabel *const label : {m_name, m_details})
+    m_allergies->setObjectName(QStringLiteral("lblAllergie"));
+    for (ElidedLabel *const label : {m_name, m_details, m_allergies})
         label->setTextFormat(Qt::PlainText);
 
     // A band of its own colours, the same on every workstation.
@@ -69,12 +71,38 @@ PatientStrip::PatientStrip(QWidget *parent)
     large.setPointSizeF(large.pointSizeF() * 1.4);
     large.setBold(true);
     m_name->setFont(large);
+    m_allergies->setContentsMargins(6, 1, 6, 1);
+    // A long list does not make the form wider.
+    m_allergies->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 8, 16, 8);
     layout->setSpacing(0);
     layout->addWidget(m_name);
     layout->addWidget(m_details);
+    layout->addSpacing(3);
+    layout->addWidget(m_allergies);
+}
+
+// What the doctor must not miss stands out by its ground and weight; sign and words tell the states apart without them.
+void PatientStrip::showAllergies(const PatientHeader &header)
+{
+    const AllergyState state = header.allergies.state;
+    const bool isWarning = state == AllergyState::Known || state == AllergyState::Unread;
+    m_allergies->setText(allergyLine(header.allergies));
+    m_allergies->setAccessibleName(allergyWords(header.allergies));
+    QFont font = m_details->font();
+    font.setBold(isWarning);
+    font.setItalic(state == AllergyState::NotRecorded);
+    m_allergies->setFont(font);
+    m_allergies->setAutoFillBackground(isWarning);
+    QPalette colours = palette();
+    if (isWarning) {
+        colours.setColor(QPalette::Window, QColor(0xff, 0xe2, 0xa8));
+        colours.setColor(QPalette::WindowText, QColor(0x4a, 0x12, 0x00));
+    }
+    m_allergies->setPalette(colours);
+    m_allergies->setVisible(header.identified);
 }
 
 void PatientStrip::showPatient(const PatientHeader &header, QDate today)
@@ -96,8 +124,10 @@ void PatientStrip::showPatient(const PatientHeader &header, QDate today)
     }
     m_name->setText(name.isEmpty() ? QStringLiteral("Nessun paziente") : name);
     m_details->setText(details.join(QStringLiteral("  ·  ")));
+    showAllergies(header);
     setAccessibleName(
-        QStringLiteral("Paziente: %1, %2").arg(m_name->text(), details.join(QStringLiteral(", "))));
+        QStringLiteral("Paziente: %1, %2").arg(m_name->text(), details.join(QStringLiteral(", ")))
+        + (header.identified ? QStringLiteral(". ") + allergyWords(header.allergies) : QString()));
 }
 
 } // namespace clivara

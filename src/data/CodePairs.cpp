@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "general_info/CodePairs.h"
+#include "data/CodePairs.h"
 
 namespace clivara {
 

@@ -1,9 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "general_info/AllergyCode.h"
+#include "data/AllergyCode.h"
 
-#include "general_info/CodePairs.h"
+#include "data/CodePairs.h"
 
 namespace clivara {
+
+QString allergenName(int allergen, const QString &catalogueName)
+{
+    if (!catalogueName.isEmpty())
+        return catalogueName;
+    std::size_t group = 0;
+    while (group + 1 < allergenGroups.size() && firstAllergen(group + 1) <= allergen)
+        ++group;
+    return QStringLiteral("%1 n. %2")
+        .arg(QString::fromUtf16(allergenGroups[group].caption).remove(u'&'))
+        .arg(allergen - firstAllergen(group) + 1);
+}
 
 QString encodeAllergies(const AllergenSelection &selection)
 {
@@ -24,6 +36,16 @@ AllergenSelection decodeAllergies(const QString &code)
         return selection;
     for (int allergen = 0; allergen < allergenCount; ++allergen)
         selection[std::size_t(allergen)] = isSelectedPair(code, qsizetype(allergen) * pairLength);
+    return selection;
+}
+
+AllergenSelection legibleAllergies(const QString &code)
+{
+    AllergenSelection selection;
+    for (int allergen = 0; allergen < allergenCount; ++allergen) {
+        const qsizetype position = qsizetype(allergen) * pairLength;
+        selection[std::size_t(allergen)] = isIntactPair(code, position) && isSelectedPair(code, position);
+    }
     return selection;
 }
 

@@ -49,12 +49,18 @@ constexpr int firstAllergen(std::size_t group)
     return first;
 }
 
+// What an allergen is called: its name in the catalogue or, when that is empty, "Alimenti n. 3".
+QString allergenName(int allergen, const QString &catalogueName);
+
 // 230 characters: a pair for each allergen, "99" or its position in its group.
 QString encodeAllergies(const AllergenSelection &selection);
 
 // A code of nothing but blanks selects nothing. Never fails: what cannot be a code is read pair by pair as
 // isSelectedPair() says, and what comes after 230 characters is left out.
 AllergenSelection decodeAllergies(const QString &code);
+
+// Of a code that may be damaged only what its pairs surely say; of an intact one the same as decodeAllergies().
+AllergenSelection legibleAllergies(const QString &code);
 
 // True for 230 characters that are pairs of digits.
 bool isIntactAllergyCode(const QString &code);
