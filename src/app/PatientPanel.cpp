@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/PatientPanel.h"
 
+#include "controls/ReportIcons.h"
+#include "problems/ProblemRecords.h"
 #include "support/PatientHeader.h"
 #include "ui_PatientPanel.h"
+
+#include <QStyle>
 
 namespace orvale {
 
@@ -29,6 +33,41 @@ QString shortly(QDate date)
 QString orDash(const QString &text)
 {
     return text.isEmpty() ? dash : text;
+}
+
+// By shape as in the section of the problems.
+clivara::ReportIcon problemIcon(qint16 state)
+{
+    using clivara::ProblemState;
+    using clivara::ReportIcon;
+    switch (ProblemState(state)) {
+    case ProblemState::Open:
+        return ReportIcon::OpenProblem;
+    case ProblemState::Chronic:
+        return ReportIcon::ChronicProblem;
+    case ProblemState::Closed:
+        return ReportIcon::ClosedProblem;
+    case ProblemState::Unspecified:
+        break;
+    }
+    return ReportIcon::UnspecifiedProblem;
+}
+
+// The sign of a value beyond its normal range, and what it means.
+std::pair<QString, QString> signOf(const LaboratoryLine &line)
+{
+    const QString by = QStringLiteral(" secondo il referto: ") + line.markedBy;
+    switch (line.mark) {
+    case RangeMark::Above:
+        return {QStringLiteral("▲ "), QStringLiteral("Sopra la norma") + by};
+    case RangeMark::Below:
+        return {QStringLiteral("▼ "), QStringLiteral("Sotto la norma") + by};
+    case RangeMark::Beyond:
+        return {QStringLiteral("⚠ "), QStringLiteral("Fuori norma") + by};
+    case RangeMark::None:
+        break;
+    }
+    return {};
 }
 
 QString joined(const QStringList &parts, const QString &separator)
@@ -110,15 +149,30 @@ void PatientPanel::showRegistry(const PatientRegistry &patient, QDate today)
     m_ui->exemptions->setText(exemptions.isEmpty() ? QStringLiteral("nessuna")
                                                    : exemptions.join(QStringLiteral(", ")));
 
-    m_ui->allergies->setText(QStringLiteral("Allergie: ") + patient.allergies);
-    m_ui->allergies->setVisible(!patient.allergies.isEmpty());
+    showAllergies(patient.allergies);
+}
+
+void PatientPanel::showAllergies(const clivara::Allergies &allergies)
+{
+    using clivara::AllergyState;
+    m_ui->allergies->setText(clivara::allergyLine(allergies));
+    m_ui->allergies->setAccessibleName(clivara::allergyWords(allergies));
+    // The style sheet's ground and weight, beside the sign and the words.
+    const bool isWarning = allergies.state == AllergyState::Known || allergies.state == AllergyState::Unread;
+    m_ui->allergies->setProperty("alert", isWarning);
+    m_ui->allergies->style()->unpolish(m_ui->allergies);
+    m_ui->allergies->style()->polish(m_ui->allergies);
 }
 
 void PatientPanel::showProblems(const QList<ProblemLine> &problems)
 {
-    QList<QStringList> rows;
-    for (const ProblemLine &problem : problems)
-        rows << QStringList{shortly(problem.since), problem.description, problem.icd9};
+    QList<QList<Fact>> rows;
+    for (const ProblemLine &problem : problems) {
+        Fact since(orDash(shortly(problem.since)));
+        since.icon = clivara::reportIcon(problemIcon(problem.state));
+        since.meaning = clivara::problemStateText(problem.state);
+        rows << QList<Fact>{since, problem.description, problem.icd9};
+    }
     m_ui->problems->setRows(rows, QStringLiteral("Nessun problema aperto"));
     m_ui->problemsTitle->setText(problems.isEmpty()
                                      ? QStringLiteral("Problemi aperti")
@@ -127,22 +181,25 @@ void PatientPanel::showProblems(const QList<ProblemLine> &problems)
 
 void PatientPanel::showVisits(const QList<VisitLine> &visits)
 {
-    QList<QStringList> rows;
+    QList<QList<Fact>> rows;
     for (const VisitLine &visit : visits)
-        rows << QStringList{shortly(visit.date), visit.type, visit.text};
+        rows << QList<Fact>{shortly(visit.date), visit.type, visit.text};
     m_ui->visits->setRows(rows, QStringLiteral("Nessuna visita registrata"));
 }
 
 void PatientPanel::showLaboratory(const QList<LaboratoryLine> &lines, const BloodPressure &pressure)
 {
-    QList<QStringList> rows;
+    QList<QList<Fact>> rows;
     for (const LaboratoryLine &line : lines) {
         QString previous;
         if (!line.previousValue.isEmpty())
             previous = QStringLiteral("%1 (%2)").arg(line.previousValue,
                                                      line.previousDate.toString(QStringLiteral("MM/yy")));
-        rows << QStringList{line.exam, joined({line.value, line.unit}, QStringLiteral(" ")),
-                            shortly(line.date), previous};
+        const auto [sign, meaning] = signOf(line);
+        Fact value(sign + joined({line.value, line.unit}, QStringLiteral(" ")));
+        value.meaning = meaning;
+        value.isMarked = line.mark != RangeMark::None;
+        rows << QList<Fact>{line.exam, value, shortly(line.date), previous};
     }
     m_ui->laboratory->setRows(rows, QStringLiteral("Nessun risultato registrato"));
 

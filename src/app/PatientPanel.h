@@ -34,6 +34,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void showAllergies(const clivara::Allergies &allergies);
+
     std::unique_ptr<Ui::PatientPanel> m_ui;
 };
 

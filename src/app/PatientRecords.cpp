@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/PatientRecords.h"
 
+#include "data/AllergyRecords.h"
+#include "problems/ProblemRecords.h"
 #include "values/JetValues.h"
 
 #include <QSet>
@@ -77,7 +79,7 @@ std::optional<PatientRegistry> PatientRecords::registry(qint32 code) const
 {
     const auto rows = m_environment.clinical->OpenRecordset(
         QStringLiteral(
-            "SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas, g.Allergie "
+            "SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas "
             "FROM archivio AS a LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz = %1")
             .arg(code),
         dao::RecordsetType::Snapshot);
@@ -99,23 +101,37 @@ std::optional<PatientRegistry> PatientRecords::registry(qint32 code) const
     patient.telephone = (text("prefisso") + u' ' + text("telefono")).trimmed();
     patient.exemptionPathology = text("ESENZ_PAT");
     patient.exemptionInvalidity = text("ESENZ_INV");
-    patient.allergies = text("Allergie").simplified();
+    patient.allergies = allergies(code);
     return patient;
+}
+
+clivara::Allergies PatientRecords::allergies(qint32 code) const
+{
+    // The rest of the registry is shown all the same, with a line that says what was not read.
+    try {
+        return clivara::readAllergies(*m_environment.clinical, code);
+    } catch (const dao::Error &) {
+        return {};
+    }
 }
 
 QList<ProblemLine> PatientRecords::openProblems(qint32 code) const
 {
+    using clivara::ProblemState;
     QList<ProblemLine> problems;
-    const auto rows = m_environment.clinical->OpenRecordset(
-        QStringLiteral("SELECT descr_mal, CodICDSospetto, DataInizio FROM PROBLEMS "
-                       "WHERE cod_paz = %1 AND stato_probl = 1 ORDER BY DataInizio DESC, idProblems DESC")
-            .arg(code),
-        dao::RecordsetType::Snapshot);
-    for (; !rows->Eof(); rows->MoveNext()) {
-        problems.append({trimmed(*rows, QStringLiteral("descr_mal")),
-                         trimmed(*rows, QStringLiteral("CodICDSospetto")),
-                         rows->Fields(QStringLiteral("DataInizio")).date().date()});
+    for (const clivara::ProblemRow &row : clivara::listProblems(*m_environment.clinical, code)) {
+        if (row.state == qint16(ProblemState::Closed))
+            continue;
+        QString name = row.description;
+        if (name.isEmpty())
+            name = clivara::diagnosisName(*m_environment.codes, row.suspectedCode);
+        if (name.isEmpty())
+            name = row.suspectedCode;
+        problems.append({name, row.suspectedCode, row.start, row.state});
     }
+    std::stable_partition(problems.begin(), problems.end(), [](const ProblemLine &problem) {
+        return problem.state == qint16(ProblemState::Chronic);
+    });
     return problems;
 }
 
@@ -147,7 +163,8 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
     QList<LaboratoryLine> lines;
     QHash<QString, qsizetype> byExam;
     const auto rows = m_environment.clinical->OpenRecordset(
-        QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis "
+        QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis, r2.risposta, "
+                       "r2.risposta_e "
                        "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
                        "AND r.cod_paz = %2 ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
             .arg(readResults)
@@ -165,12 +182,11 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
             if (lines.size() == shownExams)
                 continue;
             byExam.insert(key, lines.size());
-            lines.append({exam.isEmpty() ? code : exam,
-                          value,
-                          trimmed(*rows, QStringLiteral("unita_Mis")),
-                          date,
-                          {},
-                          {}});
+            const QString report = rows->Fields(QStringLiteral("risposta")).text();
+            const QString verdict = rows->Fields(QStringLiteral("risposta_e")).text();
+            lines.append({exam.isEmpty() ? code : exam, value,
+                          isMeasured(value) ? trimmed(*rows, QStringLiteral("unita_Mis")) : QString(),
+                          rangeMark(report, verdict), rangeWords(report, verdict), date});
         } else if (lines[*known].previousValue.isEmpty() && date < lines[*known].date) {
             lines[*known].previousValue = value;
             lines[*known].previousDate = date;

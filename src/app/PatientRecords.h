@@ -38,6 +38,7 @@ public:
     qint32 instructivePatient(QDate since) const;
 
 private:
+    clivara::Allergies allergies(qint32 code) const;
     QString visitType(int type) const;
 
     const clivara::HostEnvironment &m_environment;
