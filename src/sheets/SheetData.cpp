@@ -79,10 +79,26 @@ std::optional<QString> unpackedField(const SheetField &field, const QString &pie
             --end;
         return piece.left(end);
     }
+    case SheetFieldKind::Copy: // compared with its number when all are read
+    case SheetFieldKind::Mark:
+        return QString();
     case SheetFieldKind::Kept:
         break;
     }
     return piece;
+}
+
+// The piece of a copy: its number's value, or empty where that does not fit.
+QString packedCopy(const SheetField &copy, const SheetData &data)
+{
+    const QString value = data.value(copy.source.arguments.value(0));
+    return value.isEmpty() ? copy.blank : packedNumber(copy, value).value_or(copy.blank);
+}
+
+ReadSheet notA(const SheetField &field, const QString &piece)
+{
+    return {std::nullopt, QStringLiteral("«%1» al carattere %2 non è un valore di «%3»")
+                              .arg(piece, QString::number(field.position), field.caption)};
 }
 
 // The value of an empty field.
@@ -160,6 +176,9 @@ std::optional<QString> packedField(const SheetField &field, const QString &value
         return value.rightJustified(field.width, u'0');
     case SheetFieldKind::Text:
         return value.leftJustified(field.width, u' ', true);
+    case SheetFieldKind::Mark:
+        return field.blank;
+    case SheetFieldKind::Copy:
     case SheetFieldKind::Kept:
         break;
     }
@@ -179,29 +198,48 @@ QString CreaStringaDati(const SheetData &data)
     for (int i = 0; i < layout.fields.size(); ++i) {
         const SheetField &field = layout.fields[i];
         text.replace(field.position - 1, field.width,
-                     packedField(field, data.value(i)).value_or(field.blank));
+                     field.kind == SheetFieldKind::Copy
+                         ? packedCopy(field, data)
+                         : packedField(field, data.value(i)).value_or(field.blank));
     }
     return text;
 }
 
-ReadSheet readSheetString(const SheetLayout &layout, const QString &stored)
+ReadSheet readSheetString(const SheetLayout &layout, const QString &stored, SheetAuthor author)
 {
     if (stored.isEmpty())
         return {std::nullopt, QStringLiteral("i dati mancano")};
-    if (stored.size() != layout.length)
+    const bool isEarlier = layout.earlierLength > 0 && stored.size() == layout.earlierLength;
+    if (stored.size() != layout.length && !isEarlier)
         return {
             std::nullopt,
             QStringLiteral("i dati hanno %1 caratteri invece di %2").arg(stored.size()).arg(layout.length)};
     SheetData data(layout);
     for (int i = 0; i < layout.fields.size(); ++i) {
         const SheetField &field = layout.fields[i];
+        if (field.position > stored.size())
+            continue;
         const QString piece = stored.mid(field.position - 1, field.width);
         const auto value = unpackedField(field, piece);
-        if (!value)
-            return {std::nullopt, QStringLiteral("«%1» al carattere %2 non è un valore di «%3»")
-                                      .arg(piece, QString::number(field.position), field.caption)};
+        if (!value || (field.kind == SheetFieldKind::Mark && piece != field.blank))
+            return notA(field, piece);
         data.setValue(i, *value);
     }
+    for (const SheetField &field : layout.fields) {
+        if (field.kind != SheetFieldKind::Copy)
+            continue;
+        const QString piece = stored.mid(field.position - 1, field.width);
+        const int number = layout.indexOf(field.source.arguments.value(0));
+        const auto value = unpackedNumber(field, piece);
+        if (!value)
+            return notA(field, piece);
+        if (isEarlier)
+            data.setValue(number, *value);
+        else if (packedCopy(field, data) != piece) // another program has written one of the two
+            return notA(field, piece);
+    }
+    if (isEarlier && author == SheetAuthor::Marked)
+        return {std::nullopt, QStringLiteral("il segno di questo programma manca"), true};
     return {data, {}};
 }
 

@@ -37,6 +37,8 @@ QString controlName(const SheetField &field)
     case SheetFieldKind::Total:
     case SheetFieldKind::Band:
     case SheetFieldKind::Kept:
+    case SheetFieldKind::Copy:
+    case SheetFieldKind::Mark:
         break;
     }
     return QStringLiteral("lbl") + field.name;
@@ -85,7 +87,7 @@ SheetFields::SheetFields(const SheetLayout &layout, const Clock &clock, QWidget 
     const auto rowsOf = [&](const QString &group) {
         return headingRows
                + std::count_if(layout.fields.begin(), layout.fields.end(), [&](const SheetField &field) {
-                     return field.group == group && field.kind != SheetFieldKind::Kept;
+                     return field.group == group && isShown(field.kind);
                  });
     };
     qsizetype all = 0, placed = 0;
@@ -116,7 +118,7 @@ void SheetFields::addGroup(const QString &group, QWidget *box)
     grid->setColumnStretch(1, 1);
     int row = 0;
     for (int i = 0; i < m_layout.fields.size(); ++i) {
-        if (m_layout.fields[i].group == group && m_layout.fields[i].kind != SheetFieldKind::Kept)
+        if (m_layout.fields[i].group == group && isShown(m_layout.fields[i].kind))
             addField(i, grid, row++);
     }
 }
@@ -176,6 +178,8 @@ QWidget *SheetFields::makeControl(int index)
     case SheetFieldKind::Total:
     case SheetFieldKind::Band:
     case SheetFieldKind::Kept:
+    case SheetFieldKind::Copy:
+    case SheetFieldKind::Mark:
         break;
     }
     auto *const label = new QLabel(this);
@@ -213,6 +217,8 @@ void SheetFields::showData(const SheetData &sheet)
         case SheetFieldKind::Total:
         case SheetFieldKind::Band:
         case SheetFieldKind::Kept:
+        case SheetFieldKind::Copy:
+        case SheetFieldKind::Mark:
             break;
         }
     }
@@ -237,6 +243,8 @@ QString SheetFields::text(int field) const
     case SheetFieldKind::Total:
     case SheetFieldKind::Band:
     case SheetFieldKind::Kept:
+    case SheetFieldKind::Copy:
+    case SheetFieldKind::Mark:
         break;
     }
     return m_shown.value(field);

@@ -60,6 +60,7 @@ SheetForm::SheetForm(WorkingState &state, const SheetLayout &layout)
     m_fields = new SheetFields(layout, state.clock);
     m_ui->fields->setWidget(m_fields);
     connect(m_fields, &SheetFields::edited, this, &SheetForm::noteCriteria);
+    connect(m_ui->btnModello, &QPushButton::clicked, this, &SheetForm::readByLayout);
     connect(m_ui->ctrlButt_0, &QPushButton::clicked, this, &SheetForm::reject);
     connect(m_ui->ctrlButt_1, &QPushButton::clicked, this, &SheetForm::save);
     connect(m_ui->ctrlButt_2, &QPushButton::clicked, this, &SheetForm::print);
@@ -79,14 +80,23 @@ void SheetForm::load()
 
 void SheetForm::InitDati(qint32 number)
 {
-    m_isReadable = true;
-    noteMessage({});
-    m_fields->setOrigins({});
-    if (number < 1)
+    m_author = SheetAuthor::Marked;
+    if (number < 1) {
+        m_isReadable = true;
+        noteMessage({});
+        m_fields->setOrigins({});
         initNew();
-    else
+        showReadable(false);
+    } else {
         initStored(number);
+    }
+}
+
+// The fields, or the string as it is stored.
+void SheetForm::showReadable(bool isUnmarked)
+{
     m_ui->txtRegistrato->setVisible(!m_isReadable);
+    m_ui->btnModello->setVisible(!m_isReadable && isUnmarked);
     m_ui->fields->setVisible(m_isReadable);
     if (!m_isReadable)
         m_ui->lblCriteri->hide();
@@ -133,20 +143,52 @@ void SheetForm::initStored(qint32 number)
     }
     m_isStored = true;
     m_sheet = *stored;
-    const ReadSheet read = readSheetString(m_layout, stored->data);
-    PopolaDati(read.data.value_or(SheetData(m_layout)));
-    if (!read.data)
-        showUnreadable(read.fault);
+    showStored();
 }
 
-void SheetForm::showUnreadable(const QString &fault)
+void SheetForm::showStored()
+{
+    m_isReadable = true;
+    noteMessage({});
+    m_fields->setOrigins({});
+    const ReadSheet read = readSheetString(m_layout, m_sheet.data, m_author);
+    PopolaDati(read.data.value_or(SheetData(m_layout)));
+    if (!read.data)
+        showUnreadable(read);
+    showReadable(read.isUnmarked);
+}
+
+void SheetForm::showUnreadable(const ReadSheet &read)
 {
     m_isReadable = false;
+    const QString asStored = QStringLiteral(" È mostrata com'è registrata e non si può modificare.");
     noteMessage(
-        QStringLiteral("La scheda non corrisponde al suo modello: %1. È mostrata com'è registrata e non si "
-                       "può modificare.")
-            .arg(fault));
+        (read.isUnmarked
+             ? QStringLiteral("La scheda non ha il segno di questo programma: può averla scritta un altro "
+                              "programma, con altri significati.")
+             : QStringLiteral("La scheda non corrisponde al suo modello: %1.").arg(read.fault))
+        + asStored);
     m_ui->txtRegistrato->setPlainText(m_sheet.data);
+}
+
+// Only who has filled it in knows what the string means.
+void SheetForm::readByLayout()
+{
+    if (m_state.prompts.ask(
+            {QStringLiteral("Attenzione"),
+             QStringLiteral(
+                 "Questa scheda è stata compilata con questo programma, in una versione precedente?\n"
+                 "Con Sì è letta con il suo modello. Se l'ha scritta un altro programma i valori "
+                 "mostrati non sarebbero quelli registrati."),
+             PromptIcon::Warning,
+             {PromptButton::Yes, PromptButton::No},
+             PromptButton::No})
+        != PromptButton::Yes)
+        return;
+    m_author = SheetAuthor::Vouched;
+    showStored();
+    noteMessage(QStringLiteral(
+        "La scheda è letta con il modello di questo programma: salvandola ne riceve il segno."));
 }
 
 void SheetForm::PopolaDati(const SheetData &values)
@@ -240,6 +282,7 @@ bool SheetForm::save()
         break;
     }
     m_shown = m_fields->texts();
+    m_author = SheetAuthor::Marked; // it has the mark now
     m_state.sheetNumber = m_sheet.number;
     showHeading();
     noteMessage(
@@ -292,8 +335,8 @@ RecordConflict SheetForm::conflict() const
         return texts;
     };
     const StoredSheet mine = entered();
-    const auto read = readSheetString(m_layout, m_sheet.data).data;
-    const auto stored = readSheetString(m_layout, m_elsewhere.data).data;
+    const auto read = readSheetString(m_layout, m_sheet.data, m_author).data;
+    const auto stored = readSheetString(m_layout, m_elsewhere.data, m_author).data;
     RecordConflict conflict;
     if (read && stored) {
         for (const SheetField &field : m_layout.fields)
@@ -315,8 +358,8 @@ RecordConflict SheetForm::conflict() const
 void SheetForm::keepMine()
 {
     SheetData values = m_fields->entered();
-    const auto read = readSheetString(m_layout, m_sheet.data).data;
-    const auto stored = readSheetString(m_layout, m_elsewhere.data).data;
+    const auto read = readSheetString(m_layout, m_sheet.data, m_author).data;
+    const auto stored = readSheetString(m_layout, m_elsewhere.data, m_author).data;
     for (int i = 0; read && stored && i < m_layout.fields.size(); ++i) {
         if (values.value(i) == read->value(i))
             values.setValue(i, stored->value(i));
@@ -352,9 +395,26 @@ bool SheetForm::queryUnload()
     return answer == PromptButton::No || (answer == PromptButton::Yes && save());
 }
 
+// What is on paper is what is stored.
+bool SheetForm::isSavedForPaper()
+{
+    if (!isLoaded() || !m_isReadable)
+        return false;
+    if (m_isStored && !isChanged() && m_author == SheetAuthor::Marked)
+        return true;
+    return m_state.prompts.ask({QStringLiteral("Attenzione!"),
+                                QStringLiteral("La scheda non è salvata così com'è. Salvarla ora?\n"
+                                               "Si stampa soltanto una scheda salvata."),
+                                PromptIcon::Question,
+                                {PromptButton::Yes, PromptButton::No},
+                                PromptButton::Yes})
+               == PromptButton::Yes
+           && save();
+}
+
 void SheetForm::print()
 {
-    if (!mayWrite())
+    if (!isSavedForPaper())
         return;
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageSize(QPageSize(QPageSize::A4));
@@ -365,7 +425,7 @@ void SheetForm::print()
 
 void SheetForm::savePdf()
 {
-    if (!mayWrite())
+    if (!isSavedForPaper())
         return;
     const PatientIdentity &patient = m_state.header.identity;
     const QString name = fileName(

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "frames/RecordSaving.h"
+#include "sheets/SheetData.h"
 #include "sheets/SheetRecords.h"
 #include "sheets/SheetSources.h"
 #include "support/ui/ChartForm.h"
@@ -14,14 +15,13 @@ class SheetForm;
 
 namespace clivara {
 
-class SheetData;
 class SheetFields;
-struct SheetLayout;
 struct WorkingState;
 
 // One regional sheet, of whatever type: opens the sheet of WorkingState::sheetNumber, or a new one for 0, which then
 // has the number that it was saved under. Saving leaves it open; whoever closes it with changes is asked. A stored
-// sheet whose data do not fit the type's layout is shown as it is and never written.
+// sheet whose data do not fit the type's layout is shown as it is and never written; one that only lacks this program's
+// mark can be read by the layout when the doctor says that this program wrote it.
 class SheetForm final : public ChartForm, private WrittenRecord {
     Q_OBJECT
 
@@ -40,7 +40,11 @@ private:
     void initStored(qint32 number);
     void PopolaDati(const SheetData &values);
     void showHeading();
-    void showUnreadable(const QString &fault);
+    void showStored();
+    void showReadable(bool isUnmarked);
+    void showUnreadable(const ReadSheet &read);
+    void readByLayout();
+    bool isSavedForPaper();
     void noteMessage(const QString &text);
     void noteCriteria();
     bool isChanged() const;
@@ -66,6 +70,7 @@ private:
     StoredSheet m_elsewhere; // as another workstation has stored it, when a save found that
     bool m_isStored = false;
     bool m_isReadable = true;
+    SheetAuthor m_author = SheetAuthor::Marked; // of the sheet that is open
     QStringList m_shown; // the fields' texts and the date when they were shown or saved
     bool m_saving = false;
 };

@@ -25,7 +25,8 @@ const QHash<QString, SheetFieldKind> &kinds()
         {QStringLiteral("elenco"), SheetFieldKind::List},   {QStringLiteral("testo"), SheetFieldKind::Text},
         {QStringLiteral("numero"), SheetFieldKind::Number}, {QStringLiteral("data"), SheetFieldKind::Date},
         {QStringLiteral("totale"), SheetFieldKind::Total},  {QStringLiteral("fascia"), SheetFieldKind::Band},
-        {QStringLiteral("riserva"), SheetFieldKind::Kept},
+        {QStringLiteral("riserva"), SheetFieldKind::Kept},  {QStringLiteral("copia"), SheetFieldKind::Copy},
+        {QStringLiteral("segno"), SheetFieldKind::Mark},
     };
     return names;
 }
@@ -125,7 +126,8 @@ void LayoutParser::finish(SheetField &field) const
         if (field.blank.isEmpty())
             field.blank = QString::number(m_default);
         break;
-    case SheetFieldKind::Number: {
+    case SheetFieldKind::Number:
+    case SheetFieldKind::Copy: {
         static const QRegularExpression pattern(QStringLiteral("^0+([.,]0+)?$"));
         if (!pattern.match(field.pattern).hasMatch())
             refuse(QStringLiteral("\"%1\" is no pattern of a number").arg(field.pattern));
@@ -140,6 +142,10 @@ void LayoutParser::finish(SheetField &field) const
     case SheetFieldKind::Total:
         width = totalWidth;
         field.blank = QString(width, u'0');
+        break;
+    case SheetFieldKind::Mark:
+        if (field.blank.isEmpty())
+            refuse(QStringLiteral("a mark without characters"));
         break;
     case SheetFieldKind::Text:
     case SheetFieldKind::Kept:
@@ -169,7 +175,7 @@ void LayoutParser::readField(const QStringList &cells)
         refuse(QStringLiteral("a field before the first group"));
     field.group = m_layout.groups.last();
     const QString shape = cells.value(5);
-    if (field.kind == SheetFieldKind::Number)
+    if (field.kind == SheetFieldKind::Number || field.kind == SheetFieldKind::Copy)
         field.pattern = shape;
     else if (!shape.isEmpty())
         readEntries(field, shape);
@@ -188,6 +194,8 @@ void LayoutParser::readLine(const QStringList &cells)
         m_layout.caption = cells[4];
     } else if (cells[0] == QLatin1String("criteri") && cells.size() == 2) {
         m_layout.criteria = cells[1];
+    } else if (cells[0] == QLatin1String("prima") && cells.size() == 2) {
+        m_layout.earlierLength = readNumber(cells[1]);
     } else if (cells[0] == QLatin1String("gruppo") && cells.size() == 2) {
         m_layout.groups.append(cells[1]);
     } else {
@@ -210,6 +218,12 @@ void LayoutParser::checkPlaces()
         next += field->width;
     }
     m_layout.length = next - 1;
+    if (m_layout.earlierLength >= m_layout.length)
+        refuse(QStringLiteral("earlier strings were shorter"));
+    for (const SheetField &field : m_layout.fields) {
+        if (field.kind == SheetFieldKind::Copy && m_layout.indexOf(field.source.arguments.value(0)) < 0)
+            refuse(QStringLiteral("%1 is a copy of no field").arg(field.name));
+    }
 }
 
 SheetLayout LayoutParser::parse(const QString &text)
@@ -249,6 +263,11 @@ Layouts readLayouts()
 }
 
 } // namespace
+
+bool isShown(SheetFieldKind kind)
+{
+    return kind != SheetFieldKind::Kept && kind != SheetFieldKind::Copy && kind != SheetFieldKind::Mark;
+}
 
 int SheetLayout::indexOf(const QString &name) const
 {

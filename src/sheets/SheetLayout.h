@@ -18,7 +18,11 @@ enum class SheetFieldKind {
     Total, // two digits: the sum of the points of lists
     Band, // one digit: the entry that a total falls into
     Kept, // not shown: written back as it was read
+    Copy, // not shown: a number field once more in a narrower place, empty when it does not fit there
+    Mark, // not shown: always the same characters
 };
+// False for what only the data string has.
+bool isShown(SheetFieldKind kind);
 
 struct SheetEntry {
     QString text;
@@ -55,6 +59,9 @@ struct SheetLayout {
     QStringList groups;
     QList<SheetField> fields;
     int length = 0; // of the data string
+    // So many characters had the strings of this program's earlier versions, which another program's have as well: the
+    // marks come after them. 0 for a type without marks.
+    int earlierLength = 0;
 
     // -1 when there is no such field.
     int indexOf(const QString &name) const;

@@ -78,7 +78,7 @@ QString groupTable(const SheetData &data, const QString &group)
     };
     const auto &fields = data.layout().fields;
     for (int i = 0; i < fields.size(); ++i) {
-        if (fields[i].group != group || fields[i].kind == SheetFieldKind::Kept)
+        if (fields[i].group != group || !isShown(fields[i].kind))
             continue;
         if (fields[i].kind == SheetFieldKind::Text) {
             endRow();

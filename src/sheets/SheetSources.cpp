@@ -2,6 +2,7 @@
 #include "sheets/SheetSources.h"
 
 #include "extraction/ModEstrazDati.h"
+#include "extraction/ResultUnits.h"
 #include "sheets/SheetCriteria.h"
 #include "sheets/SheetData.h"
 #include "values/JetValues.h"
@@ -13,6 +14,7 @@ namespace {
 struct Found {
     QString value;
     QString origin = {};
+    QString refusal = {}; // why what was found is not proposed; then it has no value
 };
 
 // The record as the sources see it. What several fields come from is read once.
@@ -35,7 +37,6 @@ public:
     Maybe chronic(const QStringList &arguments);
     Maybe exam(const QStringList &arguments);
     Maybe examDate(const QStringList &arguments);
-    Maybe glycated(const QStringList &arguments);
     Maybe massIndex(const QStringList &arguments);
     Maybe weight(const QStringList &arguments);
     Maybe risk(const QStringList &arguments);
@@ -61,6 +62,8 @@ private:
         return m_record.SommaConfezioniATC(m_patient.code, atcList, window(months)) > 0;
     }
     const std::optional<LabResult> &result(const QStringList &arguments);
+    // Why a result is not proposed; empty when it is.
+    QString refusalOf(const LabResult &result, const QStringList &arguments) const;
     const Anthropometry &body(const QString &months);
     Maybe pressure(bool (ModEstrazDati::*read)(qint32, const Period &, Pressure &) const,
                    qint16 Pressure::*side, const QStringList &arguments) const;
@@ -115,12 +118,13 @@ Sources::Maybe Sources::diabetesType(const QStringList &)
     return Found{isTypeOne ? QStringLiteral("1") : QStringLiteral("2"), origin};
 }
 
-// Insulins A10A, other antidiabetics A10B; neither is a diet alone only for a known diabetic.
+// Insulins A10A, other antidiabetics A10B, both together in A10AE54 and the like; neither is a diet alone only for a
+// known diabetic.
 Sources::Maybe Sources::diabetesTherapy(const QStringList &arguments)
 {
     const QString &months = arguments.value(0);
     const bool insulin = takes(QStringLiteral("A10A*"), months);
-    const bool tablets = takes(QStringLiteral("A10B*"), months);
+    const bool tablets = takes(QStringLiteral("A10B*;A10AE5#"), months);
     if (!insulin && !tablets && !has(QStringLiteral("250*")))
         return std::nullopt;
     const int entry = insulin && tablets ? 4 : insulin ? 3 : tablets ? 2 : 1;
@@ -153,7 +157,7 @@ Sources::Maybe Sources::chronic(const QStringList &arguments)
 
 const std::optional<LabResult> &Sources::result(const QStringList &arguments)
 {
-    const QString key = arguments.join(u',');
+    const QString key = arguments.mid(0, 2).join(u',');
     const auto known = m_results.constFind(key);
     if (known != m_results.constEnd())
         return *known;
@@ -169,8 +173,20 @@ const std::optional<LabResult> &Sources::result(const QStringList &arguments)
 QString originOf(const LabResult &result)
 {
     return QStringLiteral("Risultato del %1: %2 %3")
-        .arg(jet::slashedDate(result.date), jet::numberText(result.value), result.unit)
+        .arg(jet::slashedDate(result.date), jet::numberText(result.value), result.unit.trimmed())
         .trimmed();
+}
+
+QString Sources::refusalOf(const LabResult &found, const QStringList &arguments) const
+{
+    if (found.date > m_patient.today)
+        return originOf(found) + QStringLiteral(" ha una data futura");
+    const QString wanted = arguments.value(2);
+    if (resultInUnit(arguments.value(0), found.value, found.unit, wanted))
+        return {};
+    return originOf(found)
+           + (found.unit.trimmed().isEmpty() ? QStringLiteral(" è senza unità di misura")
+                                             : QStringLiteral(" non si può riportare in %1").arg(wanted));
 }
 
 Sources::Maybe Sources::exam(const QStringList &arguments)
@@ -178,29 +194,22 @@ Sources::Maybe Sources::exam(const QStringList &arguments)
     const auto &found = result(arguments);
     if (!found)
         return std::nullopt;
-    return Found{jet::numberText(found->value), originOf(*found)};
+    if (const QString refusal = refusalOf(*found, arguments); !refusal.isEmpty())
+        return Found{{}, {}, refusal};
+    const auto converted = resultInUnit(arguments.value(0), found->value, found->unit, arguments.value(2));
+    if (converted->rule.isEmpty())
+        return Found{jet::numberText(converted->value), originOf(*found)};
+    return Found{jet::formatNumber(converted->value, u"0.000"),
+                 QStringLiteral("%1 (%2, in %3)").arg(originOf(*found), converted->rule, arguments.value(2))};
 }
 
+// Of the result that is proposed: the date of another one says nothing.
 Sources::Maybe Sources::examDate(const QStringList &arguments)
 {
     const auto &found = result(arguments);
-    if (!found)
+    if (!found || !refusalOf(*found, arguments).isEmpty())
         return std::nullopt;
     return Found{jet::slashedDate(found->date), originOf(*found)};
-}
-
-// In per cent. Laboratories report mmol/mol: % = 0.0915 * mmol/mol + 2.15 (NGSP master equation). A value without
-// unit that no living person has as a percentage is one of those.
-Sources::Maybe Sources::glycated(const QStringList &arguments)
-{
-    const auto &found = result(arguments);
-    if (!found)
-        return std::nullopt;
-    constexpr double highestPercent = 20;
-    const bool isMolar = found->unit.contains(QLatin1String("mmol"), Qt::CaseInsensitive)
-                         || (found->unit.trimmed().isEmpty() && found->value > highestPercent);
-    const double percent = isMolar ? 0.0915 * found->value + 2.15 : found->value;
-    return Found{jet::formatNumber(percent, u"0.0"), originOf(*found)};
 }
 
 const Anthropometry &Sources::body(const QString &months)
@@ -268,7 +277,6 @@ const QHash<QString, Read> &readers()
         {QStringLiteral("croniche"), &Sources::chronic},
         {QStringLiteral("esame"), &Sources::exam},
         {QStringLiteral("dataesame"), &Sources::examDate},
-        {QStringLiteral("glicata"), &Sources::glycated},
         {QStringLiteral("massa"), &Sources::massIndex},
         {QStringLiteral("peso"), &Sources::weight},
         {QStringLiteral("rischio"), &Sources::risk},
@@ -286,7 +294,8 @@ const auto criteriaSource = QStringLiteral("criteri");
 
 bool isSheetSource(const QString &name)
 {
-    static const QStringList computed{criteriaSource, QStringLiteral("punti"), QStringLiteral("fascia")};
+    static const QStringList computed{criteriaSource, QStringLiteral("punti"), QStringLiteral("fascia"),
+                                      QStringLiteral("copia")};
     return readers().contains(name) || computed.contains(name);
 }
 
@@ -307,12 +316,19 @@ RecoveredData RecuperaDati(SheetData &data, const ModEstrazDati &record, const S
         }
         if (!found)
             continue;
+        if (!found->refusal.isEmpty()) {
+            recovered.remarks
+                << QStringLiteral("%1: %2, e non è ripreso.").arg(fields[i].caption, found->refusal);
+            continue;
+        }
         const auto value = fittedValue(fields[i], found->value);
         if (!value) {
             recovered.remarks
                 << QStringLiteral("%1: %2 non entra nel campo.").arg(fields[i].caption, found->value);
             continue;
         }
+        if (value->isEmpty())
+            continue; // nothing but zeros is no value
         data.setValue(i, *value);
         recovered.origins.insert(i, found->origin);
     }

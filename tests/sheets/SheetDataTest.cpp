@@ -63,7 +63,9 @@ SheetData randomSheet(const SheetLayout &layout, std::mt19937 &random)
             break;
         case SheetFieldKind::Total:
         case SheetFieldKind::Band:
-            continue; // follow from the lists
+        case SheetFieldKind::Copy:
+        case SheetFieldKind::Mark:
+            continue; // follow from the others
         }
         sheet.setValue(i, value);
     }
@@ -145,7 +147,8 @@ TEST(SheetDataTest, PacksTypedValues)
         {diabetes, "Glicata", ".", nullptr},
         {diabetes, "Creatinina", "1.25", "01,3"},
         {diabetes, "Microalbumina", "", "  , "},
-        {diabetes, "Peso", "100", nullptr},
+        {diabetes, "Peso", "100", "100.0"},
+        {diabetes, "Peso", "1000", nullptr},
         {hypertension, "Peso", "100", "100.0"},
         {hypertension, "SistolicaMax", "1000", nullptr},
         {hypertension, "Creatinina", "0.954", "0.95"},
@@ -163,22 +166,54 @@ TEST(SheetDataTest, PacksTypedValues)
     }
 }
 
-TEST(SheetDataTest, ReadsTheStringsThatPracticesHave)
+TEST(SheetDataTest, AStringWithoutTheMarkIsReadOnlyWhenSomebodyVouchesForIt)
 {
     const SheetLayout &layout = *sheetLayout(1);
     const QString stored = "103221000120122111"
                            + QString("Avvisare l'infermiera di comunita'").leftJustified(79)
                            + "07.624.189.9060320260311202526092025" + "00,000300               , ";
     ASSERT_EQ(stored.size(), 159);
-    const ReadSheet read = readSheetString(layout, stored);
+    ASSERT_EQ(layout.earlierLength, 159);
+    const ReadSheet unread = readSheetString(layout, stored);
+    EXPECT_FALSE(unread.data) << "its digits may mean something else";
+    EXPECT_TRUE(unread.isUnmarked);
+    const ReadSheet read = readSheetString(layout, stored, SheetAuthor::Vouched);
     ASSERT_TRUE(read.data) << read.fault.toStdString();
     EXPECT_EQ(read.data->entry("TipoDiabete"), 1);
     EXPECT_EQ(read.data->entry("Fumo"), 3);
     EXPECT_EQ(read.data->value("Note"), "Avvisare l'infermiera di comunita'");
     EXPECT_EQ(read.data->value("Glicata"), "7.6");
     EXPECT_EQ(read.data->value("DataGlicata"), "06/03/2026");
+    EXPECT_EQ(read.data->value("Peso"), "89.9");
     EXPECT_EQ(read.data->value("Creatinina"), "");
-    EXPECT_EQ(CreaStringaDati(*read.data), stored);
+    EXPECT_EQ(CreaStringaDati(*read.data), stored + "089.9CLV2") << "everything else stays where it was";
+    const ReadSheet damaged = readSheetString(layout, "9" + stored.mid(1), SheetAuthor::Vouched);
+    EXPECT_FALSE(damaged.data || damaged.isUnmarked);
+}
+
+TEST(SheetDataTest, AWeightOfThreeDigitsStandsBehindTheRest)
+{
+    const SheetLayout &layout = *sheetLayout(1);
+    SheetData sheet(layout);
+    const QString empty = CreaStringaDati(sheet);
+    const struct {
+        const char *weight, *brief, *whole;
+    } cases[] = {{"", "00.0", "000.0"},
+                 {"72.5", "72.5", "072.5"},
+                 {"99.94", "99.9", "099.9"},
+                 {"99.95", "00.0", "100.0"},
+                 {"112.3", "00.0", "112.3"}};
+    for (const auto &[weight, brief, whole] : cases) {
+        sheet.setValue(layout.indexOf("Peso"),
+                       fittedValue(layout.fields[layout.indexOf("Peso")], weight).value());
+        const QString stored = CreaStringaDati(sheet);
+        EXPECT_EQ(stored, QString(empty).replace(105, 4, brief).replace(159, 5, whole)) << weight;
+        const ReadSheet read = readSheetString(layout, stored);
+        ASSERT_TRUE(read.data) << read.fault.toStdString();
+        EXPECT_EQ(read.data->value("Peso"), sheet.value("Peso"));
+        // Another program has written one of the two.
+        EXPECT_FALSE(readSheetString(layout, QString(stored).replace(105, 4, "61.0")).data);
+    }
 }
 
 TEST(SheetDataTest, SaysWhyAStringDoesNotFit)
@@ -193,8 +228,9 @@ TEST(SheetDataTest, SaysWhyAStringDoesNotFit)
         const char *fault;
     } cases[] = {
         {"", "i dati mancano"},
-        {whole.left(50), "i dati hanno 50 caratteri invece di 159"},
-        {whole + "x", "i dati hanno 160 caratteri invece di 159"},
+        {whole.left(50), "i dati hanno 50 caratteri invece di 168"},
+        {whole + "x", "i dati hanno 169 caratteri invece di 168"},
+        {with(165, "XXXX"), "«XXXX» al carattere 165 non è un valore di «Modello di questo programma»"},
         {with(1, "7"), "«7» al carattere 1 non è un valore di «Tipo di diabete»"},
         {with(1, " "), "« » al carattere 1 non è un valore di «Tipo di diabete»"},
         {with(98, "7.20"), "«7.20» al carattere 98 non è un valore di «Emoglobina glicata (%)»"},

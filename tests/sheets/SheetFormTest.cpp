@@ -88,7 +88,7 @@ TEST_F(SheetFormTest, WhatDoesNotFitIsSaidAndNotStored)
         const struct {
             const char *field, *text, *wanted, *box;
         } cases[] = {
-            {"me_Peso", "112.3", "80", "Peso (kg): il numero non entra nel campo (al massimo 99.9)."},
+            {"me_Peso", "1123", "112.3", "Peso (kg): il numero non entra nel campo (al massimo 999.9)."},
             {"dtDataEcg", "31/02/2026", "01/02/2026", "Ultimo elettrocardiogramma: la data non è valida."},
             {"DTPicker1", "", "21/11/2026", "Inserire la data della scheda."},
             {"DTPicker1", "31/11/2026", "21/11/2026",
@@ -166,7 +166,7 @@ TEST_F(SheetFormTest, AStringThatDoesNotFitIsShownAndNeverWritten)
     const struct {
         int number;
         const char *fault;
-    } cases[] = {{1, "i dati hanno 120 caratteri invece di 159"},
+    } cases[] = {{1, "i dati hanno 120 caratteri invece di 168"},
                  {2, "i dati mancano"},
                  {4, "«31022026» al carattere 110 non è un valore di «Data della glicata»"}};
     for (const auto &[number, fault] : cases) {
@@ -323,10 +323,11 @@ TEST_F(SheetFormTest, AFailedSaveKeepsEverything)
 TEST_F(SheetFormTest, SavesAPdfWhereTheSettingSays)
 {
     settings.write("CARTELLA_PDF", folder.path());
+    const QString file =
+        folder.filePath("Scheda diabetologica (Art. 7) - D'Amico & figli Niccolò - 2026-11-21.pdf");
     openSheet(1, 0, [&] {
+        click(save);
         click("ctrlButt_3");
-        const QString file =
-            folder.filePath("Scheda diabetologica (Art. 7) - D'Amico & figli Niccolò - 2026-11-21.pdf");
         EXPECT_EQ(control<QLabel>("message")->text(), "PDF salvato: " + QDir::toNativeSeparators(file));
         QFile pdf(file);
         ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
@@ -337,6 +338,77 @@ TEST_F(SheetFormTest, SavesAPdfWhereTheSettingSays)
         EXPECT_TRUE(prompts.last().contains("non si può scrivere")) << prompts.last().toStdString();
         click(leave);
     });
+}
+
+TEST_F(SheetFormTest, OnlyWhatIsStoredGoesOnPaper)
+{
+    settings.write("CARTELLA_PDF", folder.path());
+    const auto written = [&] { return QDir(folder.path()).entryList({"*.pdf"}).size(); };
+    openSheet(1, 0, [&] {
+        for (const char *button : {"ctrlButt_2", "ctrlButt_3"}) { // printing would open a dialog
+            prompts.queue(PromptButton::No);
+            click(button);
+            EXPECT_TRUE(prompts.last().contains("La scheda non è salvata")) << button;
+        }
+        EXPECT_TRUE(stored().isEmpty());
+        EXPECT_EQ(written(), 0);
+        prompts.queue(PromptButton::Yes);
+        click("ctrlButt_3");
+        EXPECT_EQ(stored().size(), 1);
+        EXPECT_EQ(written(), 1);
+        // Changed since, and what is typed cannot be saved.
+        QFile::remove(folder.filePath(QDir(folder.path()).entryList({"*.pdf"}).value(0)));
+        type("me_Peso", "1123");
+        prompts.queue(PromptButton::Yes);
+        prompts.queue();
+        click("ctrlButt_3");
+        EXPECT_EQ(written(), 0);
+        type("me_Peso", "112,3");
+        prompts.queue(PromptButton::Yes);
+        click("ctrlButt_3");
+        EXPECT_EQ(written(), 1);
+        EXPECT_TRUE(stored()[0].endsWith("112.3CLV2"));
+        prompts.boxes.clear();
+        click("ctrlButt_3");
+        EXPECT_TRUE(prompts.boxes.isEmpty());
+        click(leave);
+    });
+}
+
+TEST_F(SheetFormTest, ASheetWithoutTheMarkOpensAsItIsUntilTheDoctorVouchesForIt)
+{
+    const QString earlier = blank(1).left(159).replace(105, 4, "72.5");
+    addSheetRow(1, 1, "#1/1/2026#", quoted(earlier));
+    addSheetRow(2, 1, "#1/1/2026#", quoted("x"));
+    const QStringList before = stored();
+    openSheet(2, 1, [&] { EXPECT_FALSE(control("btnModello")->isVisible()); });
+    openSheet(1, 1, [&] {
+        EXPECT_TRUE(text("message").starts_with("La scheda non ha il segno di questo programma"));
+        EXPECT_EQ(control<QPlainTextEdit>("txtRegistrato")->toPlainText(), earlier);
+        for (const char *button : {"ctrlButt_1", "ctrlButt_2", "ctrlButt_3", "DTPicker1"})
+            EXPECT_FALSE(control(button)->isEnabled()) << button;
+        EXPECT_FALSE(control("me_Peso")->isVisible());
+        prompts.queue(PromptButton::No);
+        click("btnModello");
+        EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
+        EXPECT_FALSE(control("me_Peso")->isVisible());
+        prompts.queue(PromptButton::Yes);
+        click("btnModello");
+        EXPECT_FALSE(control("btnModello")->isVisible());
+        EXPECT_EQ(value("me_Peso"), "72.5");
+        click(leave); // nothing was changed
+    });
+    EXPECT_EQ(stored(), before) << "looking marks nothing";
+    openSheet(1, 1, [&] {
+        prompts.queue(PromptButton::Yes);
+        click("btnModello");
+        choose("cmbFumo", "fuma");
+        click(save);
+        click(leave);
+    });
+    EXPECT_EQ(clinical("SELECT SEQDATI FROM AIR15_7 WHERE idTipo = 1"),
+              QStringList{QString(earlier).replace(2, 1, "2") + "072.5CLV2"});
+    openSheet(1, 1, [&] { EXPECT_EQ(value("cmbFumo"), "fuma"); });
 }
 
 TEST_F(SheetFormTest, PaperHasHeadingPatientDateAndEveryValue)
@@ -354,7 +426,7 @@ TEST_F(SheetFormTest, PaperHasHeadingPatientDateAndEveryValue)
           "peso &lt; 80 &amp; in calo", "class=\"value\">sì</td>", "class=\"value\">7.3</td>"})
         EXPECT_TRUE(html.contains(text)) << text;
     for (const SheetField &field : sheetLayout(1)->fields)
-        EXPECT_EQ(html.contains(field.caption.toHtmlEscaped()), field.kind != SheetFieldKind::Kept)
+        EXPECT_EQ(html.contains(field.caption.toHtmlEscaped()), isShown(field.kind))
             << field.caption.toStdString();
 }
 

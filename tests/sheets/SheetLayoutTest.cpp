@@ -134,7 +134,7 @@ TEST(SheetLayoutTest, TheDiabetesSheetHasItsPrescribedShape)
     EXPECT_EQ(note.width, 79);
     EXPECT_EQ(CreaStringaDati(SheetData(layout)), QStringLiteral("003000000000000000") + QString(79, ' ')
                                                       + "00.000.000.0" + QString(24, ' ') + "00,0"
-                                                      + "00300             " + "  , ");
+                                                      + "00300             " + "  , " + "000.0CLV2");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "SheetFixture.h"
 #include "extraction/ModEstrazDati.h"
+#include "extraction/ResultUnits.h"
 #include "sheets/SheetData.h"
 
 namespace clivara {
@@ -102,10 +103,10 @@ TEST_F(SheetSourcesTest, FillsTheDiabetesSheet)
     EXPECT_EQ(sheet.value("DataGlicata"), "01/10/2026");
     EXPECT_EQ(sheet.value("MassaCorporea"), "38.9");
     EXPECT_EQ(sheet.value("Creatinina"), "1.2"); // the newest of both codes
-    EXPECT_EQ(sheet.value("Peso"), ""); // the field ends at 99.9
-    EXPECT_EQ(last.remarks, QStringList{"Peso (kg): 112.3 non entra nel campo."});
+    EXPECT_EQ(sheet.value("Peso"), "112.3");
+    EXPECT_EQ(last.remarks, QStringList());
     EXPECT_EQ(last.origins.value(sheetLayout(1)->indexOf("Glicata")),
-              "Risultato del 01/10/2026: 58 mmol/mol");
+              "Risultato del 01/10/2026: 58 mmol/mol (mmol/mol × 0.0915 + 2.15, in %)");
 }
 
 TEST_F(SheetSourcesTest, TellsUnitsOfGlycatedHaemoglobinApart)
@@ -118,6 +119,133 @@ TEST_F(SheetSourcesTest, TellsUnitsOfGlycatedHaemoglobinApart)
         execute("DELETE FROM riepil2");
         addResult("90.28.1", value, unit, "#11/21/2026#");
         EXPECT_EQ(recovered(1).value("Glicata").toStdString(), percent) << value << unit;
+    }
+}
+
+TEST_F(SheetSourcesTest, TakesAResultOnlyInTheUnitOfTheField)
+{
+    const struct {
+        int type;
+        const char *field, *code, *value, *unit, *shown, *remark;
+    } cases[] = {
+        {1, "Microalbumina", "90.33.4", "17", "mg/l", "1.7", ""},
+        {1, "Microalbumina", "90.33.4", "17", "mg/dL", "17", ""},
+        {1, "Microalbumina", "90.33.4", "17", "mg/24h", "",
+         "Microalbuminuria (mg/dl): Risultato del 01/10/2026: 17 mg/24h non si può riportare in mg/dl, e non "
+         "è "
+         "ripreso."},
+        {1, "Microalbumina", "90.33.4", "17", "", "",
+         "Microalbuminuria (mg/dl): Risultato del 01/10/2026: 17 è senza unità di misura, e non è ripreso."},
+        {1, "Creatinina", "90.16.04", "97", "μmol/L", "1.1", ""},
+        {2, "Creatinina", "90.16.4", "97", "µmol/l", "1.1", ""},
+        {2, "Creatinina", "90.16.4", "1.1", "ng/ml", "",
+         "Creatininemia (mg/dl): Risultato del 01/10/2026: 1.1 ng/ml non si può riportare in mg/dl, e non è "
+         "ripreso."},
+        {2, "Colesterolo", "90.14.3", "5.2", "mmol/l", "201", ""},
+        {2, "Potassio", "90.37.4", "4.3", "mEq/L", "4.3", ""},
+        {1, "Glicata", "90.28.1", "58", "%", "",
+         "Emoglobina glicata (%): Risultato del 01/10/2026: 58 % non si può riportare in %, e non è "
+         "ripreso."},
+    };
+    for (const auto &[type, field, code, value, unit, shown, remark] : cases) {
+        execute("DELETE FROM riepil");
+        execute("DELETE FROM riepil2");
+        addResult(code, value, unit, "#10/1/2026#");
+        EXPECT_EQ(recovered(type).value(field).toStdString(), shown) << field << unit;
+        EXPECT_EQ(last.remarks.join('|').toStdString(), remark) << unit;
+    }
+    EXPECT_EQ(recovered(1).value("DataGlicata"), "") << "the date of a value that is not there";
+
+    execute("DELETE FROM riepil");
+    execute("DELETE FROM riepil2");
+    addResult("90.33.4", "17", "mg/l", "#10/1/2026#");
+    execute("UPDATE riepil2 SET data_eff = #12/1/2026#");
+    EXPECT_EQ(recovered(1).value("Microalbumina"), "");
+    EXPECT_TRUE(last.remarks.value(0).contains("ha una data futura")) << last.remarks.value(0).toStdString();
+}
+
+TEST_F(SheetSourcesTest, EveryExamOfTheLayoutsHasARuleForItsUnit)
+{
+    for (int type = firstSheetType; type <= lastSheetType; ++type) {
+        for (const SheetField &field : sheetLayout(type)->fields) {
+            const bool isResult = field.source.name == "esame";
+            if (!isResult && field.source.name != "dataesame")
+                continue;
+            const QString unit = field.source.arguments.value(2);
+            EXPECT_TRUE(isKnownUnit(field.source.arguments.value(0), unit))
+                << type << field.name.toStdString();
+            EXPECT_TRUE(!isResult || field.caption.contains('(' + unit + ')'))
+                << "the doctor reads another unit: " << field.caption.toStdString();
+        }
+    }
+}
+
+// By the ATC classification: which fields a drug says yes in, by type.
+TEST_F(SheetSourcesTest, ADrugSaysYesWhereItBelongs)
+{
+    const struct {
+        const char *atc;
+        QString diabetes, hypertension, asthma, copd; // the fields that say yes
+    } cases[] = {
+        {"C10AA05", "Statine", "Statine", "", ""},
+        {"C10BA02", "Statine", "Statine", "", ""}, // simvastatin and ezetimibe
+        {"C10BA10", "", "", "", ""}, // bempedoic acid and ezetimibe
+        {"C10AX09", "", "", "", ""}, // ezetimibe
+        {"C10BX08", "Statine Antiaggreganti", "Statine Antiaggreganti", "", ""}, // atorvastatin and aspirin
+        {"C10BX11", "Statine AceSartani", "Calcioantagonisti AceSartani Statine", "", ""},
+        {"C10BX22", "Statine", "Betabloccanti Statine", "", ""}, // rosuvastatin and nebivolol
+        {"C02CA04", "Antipertensivi", "Antipertensivi", "", ""},
+        {"C02KX01", "Antipertensivi", "", "", ""}, // bosentan, for the lungs
+        {"C09XA02", "", "", "", ""}, // aliskiren is neither ACE inhibitor nor sartan
+        {"C09BA05", "AceSartani", "Diuretici AceSartani", "", ""}, // ramipril and a diuretic
+        {"C09BX04", "AceSartani", "Betabloccanti Calcioantagonisti AceSartani", "", ""},
+        {"C09DX04", "AceSartani", "AceSartani", "", ""}, // valsartan and sacubitril
+        {"C07BB07", "", "Diuretici Betabloccanti", "", ""},
+        {"B01AC04", "Antiaggreganti", "Antiaggreganti", "", ""},
+        {"B01AF02", "", "", "", ""}, // an anticoagulant
+        {"R03AC02", "", "", "Brevi", "Brevi"},
+        {"R03AC03", "", "", "Brevi", "Brevi"}, // terbutaline
+        {"R03AC18", "", "", "Laba", "Laba"},
+        {"R03AK07", "", "", "Ics Laba", "Laba Ics"},
+        {"R03AK13", "", "", "Brevi Ics", "Brevi Ics"}, // salbutamol and beclometasone
+        {"R03AL02", "", "", "Brevi", "Brevi"},
+        {"R03AL08", "", "", "Ics Laba", "Laba Lama Ics"},
+        {"R03AL10", "", "", "Laba", "Laba Lama"}, // formoterol and tiotropium, without a steroid
+        {"R03AL12", "", "", "Ics Laba", "Laba Lama Ics"},
+        {"R03BB01", "", "", "", "Brevi"},
+        {"R03BB04", "", "", "", "Lama"},
+        {"R03DC03", "", "", "Antileucotrieni", ""},
+        {"R03DA04", "", "", "", "Altri"},
+        {"R03DX07", "", "", "", "Altri"}, // roflumilast is no biological drug
+        {"R03DX05", "", "", "Biologici", ""},
+        {"R03DX11", "", "", "Biologici", ""},
+        {"D11AH05", "", "", "Biologici", ""}, // dupilumab
+        {"V03AN01", "", "", "", "Ossigeno"},
+        {"R06AE07", "", "", "", ""},
+    };
+    const auto yes = [&](int type) {
+        const SheetData sheet = recovered(type);
+        QStringList names;
+        for (const SheetField &field : sheet.layout().fields) {
+            if (field.source.name == "farmaci" && sheet.entry(field.name) == 2)
+                names << field.name;
+        }
+        return names.join(' ').toStdString();
+    };
+    for (const auto &[atc, diabetes, hypertension, asthma, copd] : cases) {
+        execute("DELETE FROM riepil");
+        addDrug(atc, "#11/1/2026#");
+        EXPECT_EQ(yes(1), diabetes.toStdString()) << atc;
+        EXPECT_EQ(yes(2), hypertension.toStdString()) << atc;
+        EXPECT_EQ(yes(6), asthma.toStdString()) << atc;
+        EXPECT_EQ(yes(7), copd.toStdString()) << atc;
+    }
+    // The two sheets of both diseases: neither biological drugs nor roflumilast are "theophylline or antileukotrienes".
+    for (const char *atc : {"R03DX05", "R03DX07", "R03DA04", "R03DC03"}) {
+        execute("DELETE FROM riepil");
+        addDrug(atc, "#11/1/2026#");
+        for (const int type : {3, 5})
+            EXPECT_EQ(yes(type), QString(atc).startsWith("R03DX") ? "" : "Altri") << atc;
     }
 }
 
@@ -138,6 +266,9 @@ TEST_F(SheetSourcesTest, KnowsTheKindsOfDiabetesAndItsTherapy)
     addDrug("A10AB01", "#11/1/2026#");
     EXPECT_EQ(recovered(1).entry("Terapia"), 3);
     addDrug("A10BA02", "#11/1/2026#");
+    EXPECT_EQ(recovered(1).entry("Terapia"), 4);
+    execute("DELETE FROM riepil");
+    addDrug("A10AE54", "#11/1/2026#"); // insulin and another drug in one
     EXPECT_EQ(recovered(1).entry("Terapia"), 4);
 }
 
