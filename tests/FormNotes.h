@@ -17,10 +17,12 @@ struct FormNotes : FormOpener {
             act();
         return bool(act);
     }
+    bool isBuilt(const QString &name) const override { return !absent.contains(name); }
     // The forms since the last call.
     QString take() { return std::exchange(opened, {}).join(u' '); }
 
     QStringList opened;
+    QStringList absent; // forms that the build does not have
     std::function<void()> act;
 };
 

@@ -188,9 +188,15 @@ void typeText(QWidget &control, const QString &text)
         line->home(false);
     if (text.size() > longestTyped)
         paste(*field, text);
-    for (const QChar character : text.size() > longestTyped ? QString() : text) {
+    const QString keys = text.size() > longestTyped ? QString() : text;
+    for (qsizetype i = 0; i < keys.size(); ++i) {
         if (!alive)
             return;
+        const QChar character = keys.at(i);
+        if (character.isHighSurrogate()) { // no key has it: an input method enters both halves
+            paste(*field, keys.mid(i++, 2));
+            continue;
+        }
         const bool newLine = character == u'\n';
         sendKey(*field, newLine ? Qt::Key_Return : static_cast<Qt::Key>(character.toUpper().unicode()),
                 newLine ? QStringLiteral("\r") : QString(character));

@@ -14,6 +14,9 @@ namespace {
 // The action that closes every form of the chart before the host lets it go.
 constexpr qint16 unloadForms = 99;
 
+// The one that chooses a problem for the host.
+constexpr qint16 problemChoice = 24;
+
 const QLatin1String viewKey("AGGIORNA_DIARIO");
 const QLatin1String patientKey("CARICA PAZIENTE");
 const QLatin1String diagnosisKey("DIAGNOSI");
@@ -82,11 +85,12 @@ SectionOutcome HostSession::openSection(qint16 action)
     const auto code = patient ? clivara::jet::toLong(*patient) : std::nullopt;
     if (code && *code >= 0)
         outcome.patient = *code;
-    outcome.diagnosisCode = take(diagnosisCodeKey).trimmed();
-    outcome.diagnosis = take(diagnosisKey).trimmed();
-    if (outcome.diagnosisCode == aborted || outcome.diagnosis == aborted) {
-        outcome.diagnosisCode.clear();
-        outcome.diagnosis.clear();
+    const QString diagnosisCode = take(diagnosisCodeKey).trimmed();
+    const QString diagnosis = take(diagnosisKey).trimmed();
+    // Other sections ask for diagnoses of their own in the same mailbox.
+    if (action == problemChoice && diagnosisCode != aborted && diagnosis != aborted) {
+        outcome.diagnosisCode = diagnosisCode;
+        outcome.diagnosis = diagnosis;
     }
     const QVariantList result = param.toList();
     if (result.size() == 2 && result.first().toString() == QLatin1String("valutazione"))

@@ -22,7 +22,7 @@ class Practice;
 struct SectionOutcome {
     QString view; // the host's view to refresh, by the chart's name for it; empty for none
     std::optional<qint32> patient; // the patient to load
-    QString diagnosisCode; // the problem that was picked; empty for none
+    QString diagnosisCode; // the problem that was chosen for the host; empty for none
     QString diagnosis;
     std::optional<double> evaluation; // the result of a calculator
     QString failure; // why it could not be opened; empty when it was

@@ -38,6 +38,8 @@ QString styleSheetText()
 
 constexpr int doctorCharacters = 16;
 
+constexpr qint16 generalInformation = 0;
+
 void describe(QWidget &control, const QString &text)
 {
     control.setToolTip(text);
@@ -53,7 +55,7 @@ QPushButton *buttonFor(QAction &action, const QString &title, QWidget *parent)
     button->setAccessibleName(title);
     const auto follow = [button, &action] {
         button->setEnabled(action.isEnabled());
-        button->setToolTip(action.toolTip());
+        describe(*button, action.toolTip());
     };
     follow();
     QObject::connect(&action, &QAction::changed, button, follow);
@@ -257,6 +259,8 @@ void HostWindow::openSection(const Section &section)
     if (m_session.currentPatient() < 0)
         return;
     const SectionOutcome outcome = m_session.openSection(section.action);
+    // From the general information several sections may have been opened, of which the last alone is named.
+    const bool mayHaveChangedAll = section.action == generalInformation || !outcome.failure.isEmpty();
     if (!outcome.failure.isEmpty()) {
         QGuiApplication::restoreOverrideCursor();
         warn(QStringLiteral("Non è stato possibile aprire la sezione %1.\n\n%2")
@@ -264,6 +268,8 @@ void HostWindow::openSection(const Section &section)
     }
     if (outcome.patient)
         selectPatient(*outcome.patient);
+    else if (mayHaveChangedAll)
+        refreshAll();
     else if (!outcome.view.isEmpty())
         refreshView(outcome.view);
 
@@ -288,6 +294,7 @@ void HostWindow::refreshView(const QString &view)
             refreshRegistry();
         } else if (view == QLatin1String("PREVENZIONE")) {
             m_panel->showLaboratory(m_records.lastLaboratory(code), m_records.lastPressure(code));
+            m_panel->showVisits(m_records.lastVisits(code)); // home care ends with this view, too
         } else if (view == QLatin1String("DIARIO")) {
             m_panel->showVisits(m_records.lastVisits(code));
         } else if (view == QLatin1String("PROBLEMI") || view == QLatin1String("COMMAND1")) {
@@ -297,6 +304,15 @@ void HostWindow::refreshView(const QString &view)
             // A view that the host has no part of its own for.
             m_panel->showPatient(*summary, m_clock.today());
         }
+    });
+}
+
+void HostWindow::refreshAll()
+{
+    guarded(QStringLiteral("aggiornare la scheda del paziente"), [this] {
+        if (const auto summary = m_records.summary(m_session.currentPatient()))
+            m_panel->showPatient(*summary, m_clock.today());
+        refreshRegistry();
     });
 }
 

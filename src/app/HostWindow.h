@@ -65,6 +65,7 @@ private:
     // The parts of the panel that the chart's name for a host view stands for.
     void refreshView(const QString &view);
     void refreshRegistry();
+    void refreshAll();
     void showPractice();
     // Runs a task on the databases; an error is told as "Non è stato possibile " and `purpose`.
     void guarded(const QString &purpose, const std::function<void()> &task);

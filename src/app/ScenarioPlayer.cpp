@@ -277,8 +277,12 @@ void ScenarioPlayer::savePicture(const QString &name)
     // The screen of a run without a display is smaller than any real one.
     const QSize shown = form.size();
     form.resize(shown.expandedTo(form.sizeHint()));
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    const QPixmap picture = form.grab();
+    QPixmap picture;
+    // Lists lay out their rows, and show or hide their scroll bars, only while they are painted.
+    for (int i = 0; i < 2; ++i) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        picture = form.grab();
+    }
     form.resize(shown);
     if (!folder.mkpath(QStringLiteral(".")) || !picture.save(path))
         throw UserError(QStringLiteral("l'immagine %1 non si può scrivere").arg(path));

@@ -3,7 +3,7 @@
 
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
-#include "data/engine/Error.h"
+#include "host/working_state/ErrorLog.h"
 #include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
 
@@ -77,7 +77,7 @@ void RecordDialog::save()
 void RecordDialog::refuseToOpen(const QString &text)
 {
     m_state.prompts.warn(text);
-    throw dao::Error(dao::RecordDeleted, text);
+    throw ToldError(dao::RecordDeleted, text);
 }
 
 void RecordDialog::keyPressEvent(QKeyEvent *event)

@@ -3,6 +3,7 @@
 
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
+#include "support/ui/Opener.h"
 #include "ui_InfGen.h"
 
 #include <QGroupBox>
@@ -74,10 +75,7 @@ InfGen::InfGen(WorkingState &state, const std::function<bool(const QString &form
             button->setObjectName(QStringLiteral("Apri_") + form);
             button->setMinimumSize(208, 32);
             button->setAutoDefault(true);
-            if (!isBuilt(form)) {
-                button->setEnabled(false);
-                button->setToolTip(QStringLiteral("Non ancora disponibile"));
-            }
+            enableOpener(*button, isBuilt(form), QStringLiteral("Non ancora disponibile"));
             connect(button, &QPushButton::clicked, this, [this, form] { openSection(form); });
             layout->addWidget(button);
             if (!m_buttons.isEmpty())

@@ -13,6 +13,7 @@
 #include "support/ui/WidgetPrompts.h"
 
 #include <QCoreApplication>
+#include <QScopeGuard>
 
 namespace clivara {
 
@@ -20,6 +21,7 @@ namespace {
 
 const auto separator = QStringLiteral("==============================");
 constexpr qint16 unloadForms = 99;
+constexpr int unexpectedError = 0; // one without a number of the engine
 
 QString entryOf(const char *routine)
 {
@@ -63,6 +65,8 @@ struct Class3::Private : FormOpener {
     void open(const ActionRow &action, const QVariant &param);
     bool showBuilt(const QString &name);
     bool showForm(const QString &name) override;
+    bool isBuilt(const QString &name) const override { return builtForms().contains(name); }
+    void logFailure(const QString &form, int number, const QString &text);
     void unloadAll();
     ChartForm *form(const QString &name);
 
@@ -71,6 +75,7 @@ struct Class3::Private : FormOpener {
     std::unique_ptr<dao::DBEngine> engine; // from the first InitDbConn on
     WaitPointer pointer;
     QString failure; // of the last Action
+    bool hasLoaded = false; // the form that was opened last
     FormShelf shelf{state};
 };
 
@@ -85,15 +90,32 @@ ChartForm *Class3::Private::form(const QString &name)
 {
     // The doctor works in a visible form with the normal pointer.
     return shelf.form(name, [this](ChartForm &created) {
-        QObject::connect(&created, &ChartForm::loaded, &created, [this] { pointer.restore(); });
+        QObject::connect(&created, &ChartForm::loaded, &created, [this] {
+            pointer.restore();
+            hasLoaded = true;
+        });
     });
 }
 
 void Class3::Private::open(const ActionRow &action, const QVariant &param)
 {
-    if (action.prepare)
-        action.prepare(state, param);
-    showBuilt(QString::fromUtf16(action.form));
+    const QString name = QString::fromUtf16(action.form);
+    try {
+        if (action.prepare)
+            action.prepare(state, param);
+        showBuilt(name);
+    } catch (const dao::Error &error) {
+        logFailure(name, error.number(), error.text());
+        throw;
+    } catch (const std::exception &error) {
+        logFailure(name, unexpectedError, QString::fromLocal8Bit(error.what()));
+        throw;
+    }
+}
+
+void Class3::Private::logFailure(const QString &form, int number, const QString &text)
+{
+    state.log.write(QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, form).arg(number) + text);
 }
 
 bool Class3::Private::showBuilt(const QString &name)
@@ -110,12 +132,32 @@ bool Class3::Private::showBuilt(const QString &name)
 
 bool Class3::Private::showForm(const QString &name)
 {
+    QString reason;
+    hasLoaded = false;
+    const auto closed = qScopeGuard([this] { hasLoaded = true; }); // of the form below
     try {
-        return showBuilt(name);
-    } catch (const dao::Error &error) {
-        logError(state, name, error);
+        if (showBuilt(name))
+            return true;
+        reason = QStringLiteral("Questa parte della cartella non è ancora disponibile.");
+    } catch (const ToldError &error) {
+        logFailure(name, error.number(), error.text());
         return false;
+    } catch (const dao::Error &error) {
+        logFailure(name, error.number(), error.text());
+        if (dao::isConnectionLost(error.number())) {
+            tellUnreachable(state);
+            return false;
+        }
+        reason = error.text();
+    } catch (const std::exception &error) {
+        reason = QString::fromLocal8Bit(error.what());
+        logFailure(name, unexpectedError, reason);
     }
+    state.prompts.warn((hasLoaded ? QStringLiteral(
+                            "Un errore ha chiuso la maschera: controllare che cosa è stato salvato.\n\n")
+                                  : QStringLiteral("Non è stato possibile aprire la maschera.\n\n"))
+                       + reason);
+    return false;
 }
 
 void Class3::Private::unloadAll()

@@ -8,14 +8,15 @@ namespace clivara {
 
 void WaitPointer::show()
 {
-    if (!m_shown)
+    // A host may have taken back the one that an action left behind.
+    if (!m_shown || !QGuiApplication::overrideCursor())
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     m_shown = true;
 }
 
 void WaitPointer::restore()
 {
-    if (m_shown)
+    if (m_shown && QGuiApplication::overrideCursor())
         QGuiApplication::restoreOverrideCursor();
     m_shown = false;
 }

@@ -4,7 +4,7 @@
 namespace clivara {
 
 // The hourglass over the whole application, taken back as often as asked without touching what others have
-// set.
+// set. It may also be taken back by others.
 class WaitPointer {
 public:
     WaitPointer() = default;

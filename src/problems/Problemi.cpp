@@ -6,6 +6,7 @@
 #include "host/working_state/WorkingState.h"
 #include "problems/ProblemRecords.h"
 #include "problems/VisitCommands.h"
+#include "support/ui/Opener.h"
 #include "ui_Problemi.h"
 
 #include <QMenu>
@@ -139,7 +140,10 @@ void Problemi::load()
 {
     m_state.log.write(QStringLiteral("+--- Clivara.Problemi begin"));
     m_diagnosisNames.clear(); // the host may have changed its databases meanwhile
-    m_ui->BtnSchedaDiabete->setVisible(!diabetesChartOf(m_state.doctor.region).isEmpty());
+    const QString chart = diabetesChartOf(m_state.doctor.region);
+    m_ui->BtnSchedaDiabete->setVisible(!chart.isEmpty());
+    enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->isBuilt(chart),
+                 QStringLiteral("La scheda del diabete della regione non è ancora disponibile"));
     try {
         attachProblemTables(m_state);
     } catch (const dao::Error &error) {

@@ -5,6 +5,7 @@
 #include "host/working_state/FormOpener.h"
 #include "host/working_state/WorkingState.h"
 #include "sheets/SheetLayout.h"
+#include "support/ui/Opener.h"
 #include "ui_AIR15_Gestione.h"
 #include "values/JetValues.h"
 
@@ -107,7 +108,10 @@ const StoredSheet *AIR15_Gestione::selected() const
 
 void AIR15_Gestione::enableButtons()
 {
-    m_ui->Btm_Apri->setEnabled(selected());
+    const StoredSheet *const sheet = selected();
+    enableOpener(*m_ui->Btm_Apri, sheet && sheetLayout(sheet->type),
+                 sheet ? QStringLiteral("Il programma non conosce le schede di questo tipo")
+                       : QStringLiteral("Nessuna scheda selezionata"));
     m_ui->Btm_Elimina->setEnabled(selected());
 }
 

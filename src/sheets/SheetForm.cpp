@@ -139,7 +139,7 @@ void SheetForm::initStored(qint32 number)
     if (!stored) {
         const QString text = QStringLiteral("Errore nella lettura della scheda id=%1").arg(number);
         m_state.prompts.ask({QStringLiteral("Attenzione"), text, PromptIcon::Critical});
-        throw dao::Error(dao::RecordDeleted, text);
+        throw ToldError(dao::RecordDeleted, text);
     }
     m_isStored = true;
     m_sheet = *stored;

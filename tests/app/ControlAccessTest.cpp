@@ -128,6 +128,8 @@ TEST_F(ControlAccessTest, TypesAsAPersonDoes)
         {date, u"01022025", u"01/02/2025"},
         {date, u"", u"__/__/____"},
         {memo, u"seconda", u"seconda"},
+        {memo, u"a𝄞b", u"a𝄞b"}, // beyond the basic plane
+        {plain, u"𝄞🩺", u"𝄞🩺"},
         {combo, u"libero", u"libero"},
         {composite, u"dentro", u"dentro"},
     };

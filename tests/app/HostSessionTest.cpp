@@ -96,6 +96,7 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
         QHash<QString, QString> left; // by the section
         QVariant result;
         SectionOutcome expected;
+        qint16 action = 80;
     } cases[] = {
         {"nothing", {}, {}, {}},
         {"a calculator",
@@ -108,8 +109,14 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
         {"a problem",
          {{"CODICE DIAGNOSI", "401.9"}, {"DIAGNOSI", "Ipertensione"}},
          {},
-         {{}, {}, "401.9", "Ipertensione", {}, {}}},
-        {"no problem", {{"CODICE DIAGNOSI", "*ABORT*"}, {"DIAGNOSI", "*ABORT*"}}, {}, {}},
+         {{}, {}, "401.9", "Ipertensione", {}, {}},
+         24},
+        {"a problem of a section's own",
+         {{"CODICE DIAGNOSI", "401.9"}, {"DIAGNOSI", "Ipertensione"}},
+         {},
+         {},
+         5},
+        {"no problem", {{"CODICE DIAGNOSI", "*ABORT*"}, {"DIAGNOSI", "*ABORT*"}}, {}, {}, 24},
         {"another result", {}, QVariantList{"altro", 5}, {}},
         {"the view in any case",
          {{"AGGIORNA_DIARIO", "mbutton(2) "}},
@@ -121,7 +128,7 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
         // What is left over from before is not this section's answer.
         bool isFirst = true;
         const auto host = session([&](qint16 action, QVariant &param, clivara::SettingsStore &settings) {
-            EXPECT_EQ(action, 80);
+            EXPECT_EQ(action, each.action);
             if (std::exchange(isFirst, false)) {
                 settings.write("AGGIORNA_DIARIO", "RAF");
                 settings.write("DIAGNOSI", "Cefalea");
@@ -134,8 +141,8 @@ TEST_F(HostSessionTest, ReadsAndEmptiesTheMailbox)
             param = each.result;
             return QString();
         });
-        host->openSection(80);
-        const SectionOutcome outcome = host->openSection(80);
+        host->openSection(each.action);
+        const SectionOutcome outcome = host->openSection(each.action);
         EXPECT_EQ(outcome.view, each.expected.view);
         EXPECT_EQ(outcome.patient, each.expected.patient);
         EXPECT_EQ(outcome.diagnosisCode, each.expected.diagnosisCode);

@@ -286,6 +286,39 @@ TEST_F(HostWindowTest, ShowsTheDoctorWhoWorksAndLetsAnotherTakeOver)
     EXPECT_TRUE(again.findChild<QPushButton *>("confirmDoctor")->isHidden());
 }
 
+// The mailbox names one view, and the sections of the general information change more than one.
+TEST_F(HostWindowTest, ShowsEverythingAnewAfterTheGeneralInformation)
+{
+    m_window->selectPatient(11);
+    m_section = [this](QVariant &) {
+        clinical("INSERT INTO PROBLEMS (cod_paz, DataInizio, descr_mal, stato_probl) VALUES "
+                 "(11, cdate('20/11/2026'), 'Gotta', 1)");
+        clinical("UPDATE archivio SET cognome = 'Bianchi' WHERE cod_paz = 11");
+        result(6, "90.16.4", "Creatinina", "1.1", "20/11/2026");
+        visit(9, "21/11/2026", "'', 'Nuova'");
+        m_mailbox->write("AGGIORNA_DIARIO", "PREVENZIONE");
+    };
+    openSection(0);
+    EXPECT_EQ(column("problems", 1).first(), "Gotta");
+    EXPECT_EQ(column("laboratory", 0).first(), "Creatinina");
+    EXPECT_EQ(column("visits", 2).first(), "Nuova");
+    EXPECT_EQ(patientName(), "Bianchi Mariangela");
+    EXPECT_EQ(column("results", 0).first(), "Bianchi Mariangela");
+}
+
+TEST_F(HostWindowTest, NamesTheProblemThatWasChosenForTheHost)
+{
+    m_window->selectPatient(11);
+    m_section = [this](QVariant &) {
+        m_mailbox->write("CODICE DIAGNOSI", "401.9");
+        m_mailbox->write("DIAGNOSI", "Ipertensione");
+    };
+    openSection(5); // a diagnosis that the problem's own dialog asked for
+    EXPECT_EQ(m_window->statusBar()->currentMessage(), QString());
+    m_window->openSection(Section{24, QStringLiteral("Scelta del problema"), {}, {}});
+    EXPECT_EQ(m_window->statusBar()->currentMessage(), "Problema scelto: 401.9 Ipertensione");
+}
+
 TEST_F(HostWindowTest, TellsThatASectionCouldNotBeOpened)
 {
     m_window->selectPatient(11);

@@ -307,6 +307,7 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
                 continue;
             on += button->isEnabled() ? 1 : 0;
             EXPECT_EQ(button->isEnabled(), button->toolTip().isEmpty()) << button->objectName().toStdString();
+            EXPECT_EQ(button->accessibleDescription(), button->toolTip());
         }
         EXPECT_EQ(on, 1);
         EXPECT_EQ(QApplication::focusWidget(), control("Apri_PregMalInf"));

@@ -3,8 +3,10 @@
 
 #include "host/FormShelf.h"
 #include "host/HostFixture.h"
+#include "host/WaitPointer.h"
 #include "support/ui/ChartForm.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QPointer>
 #include <QRegularExpression>
@@ -128,13 +130,62 @@ TEST_F(Class3Test, AnErrorEndsTheActionWithoutATraceToTheHost)
     QVariant tooLarge = 40000;
     EXPECT_EQ(chart.Action(3, tooLarge), 0);
     EXPECT_FALSE(chart.failure().isEmpty()) << "only a host that asks is told";
-    EXPECT_EQ(logged(), initialized + connected + action(3, {}, false));
+    EXPECT_EQ(logged(),
+              initialized + connected
+                  + action(3, {"Clivara.Visite2 - Error 6 - Parametro dell'azione fuori intervallo"}, false));
     ASSERT_NE(QGuiApplication::overrideCursor(), nullptr) << "the pointer stays as it was";
     EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
 
     chart.Action(50);
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr) << "the next action brings it back";
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr) << "the next action takes it back";
     EXPECT_EQ(chart.failure(), QString());
+}
+
+TEST(WaitPointer, ComesAndGoesAlsoWhereTheHostTookItBack)
+{
+    const auto waits = [] { return QGuiApplication::overrideCursor() != nullptr; };
+    WaitPointer pointer;
+    pointer.show();
+    QGuiApplication::restoreOverrideCursor(); // by the host, after a section that failed
+    pointer.show();
+    EXPECT_TRUE(waits()) << "the next section waits again";
+    pointer.restore();
+    EXPECT_FALSE(waits());
+    pointer.show();
+    pointer.show();
+    pointer.restore();
+    EXPECT_FALSE(waits());
+    pointer.show();
+    QGuiApplication::restoreOverrideCursor();
+    pointer.restore();
+    QGuiApplication::setOverrideCursor(Qt::BusyCursor);
+    EXPECT_TRUE(waits());
+    QGuiApplication::restoreOverrideCursor();
+}
+
+// From the launcher nobody reads Class3::failure: the component itself tells.
+TEST_F(Class3Test, TellsAndNamesAFormThatFailsOverAnother)
+{
+    Class3 chart(services());
+    chart.InitDbConn(environment);
+    bool isNormal = false;
+    Doctor doctor([&](QWidget &form) {
+        auto *const button = form.findChild<QAbstractButton *>("Apri_Allergie");
+        if (!button)
+            return;
+        prompts.queue();
+        button->click();
+        isNormal = !QGuiApplication::overrideCursor();
+    });
+    chart.Action(0);
+    EXPECT_EQ(doctor.seen, QStringList{"InfGen"}) << "which stays open";
+    EXPECT_TRUE(prompts.last().startsWith("Attenzione!|Non è stato possibile aprire la maschera.\n\n"))
+        << qPrintable(prompts.last());
+    EXPECT_EQ(logged().filter(QRegularExpression("^Clivara\\.Allergie - Error 3078 - .*ALLERGIE")).size(), 1)
+        << qPrintable(logged().join(u'\n'));
+    EXPECT_TRUE(isNormal);
+    EXPECT_EQ(chart.failure(), QString());
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(Class3Test, WithoutAnEnvironmentRaisesNothing)

@@ -452,6 +452,15 @@ TEST_F(SheetFormTest, TheManagerListsOpensAndDeletes)
         click("Btm_Apri");
         EXPECT_EQ(forms.take(), "AIR15_7_4");
 
+        QWidget &openIt = *control("Btm_Apri");
+        list->setCurrentIndex(list->model()->index(2, 0));
+        EXPECT_FALSE(openIt.isEnabled());
+        EXPECT_EQ(openIt.toolTip(), "Il programma non conosce le schede di questo tipo");
+        EXPECT_EQ(openIt.accessibleDescription(), openIt.toolTip());
+        list->setCurrentIndex(list->model()->index(0, 0));
+        EXPECT_TRUE(openIt.isEnabled());
+        EXPECT_EQ(openIt.toolTip(), "");
+
         // A new one of the chosen type; the list then shows it.
         click("optTipo_6");
         forms.act = [&] {

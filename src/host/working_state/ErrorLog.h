@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QString>
+#include "data/engine/Error.h"
 
-namespace dao {
-class Error;
-}
+#include <QString>
 
 namespace clivara {
 
 struct WorkingState;
+
+// An error that the doctor has been told of already.
+class ToldError final : public dao::Error {
+public:
+    using dao::Error::Error;
+};
 
 // The line in the log for an error that ended a routine ("Problemi.CaricaTab_Visite"). A server that cannot be reached
 // is told to the doctor too, as tellUnreachable() does.

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
 
 namespace clivara {
 
@@ -75,6 +76,9 @@ PromptButton WidgetPrompts::ask(const Prompt &prompt)
         if (button == escape)
             box.setEscapeButton(added);
     }
+    // Whoever is asked need not wait, also while a form is being opened.
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    const auto answered = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     box.exec();
     return answers.value(box.clickedButton(), escape);
 }
