@@ -170,7 +170,8 @@ std::optional<double> PatientInputForm::required(NumericEdit *edit, const QStrin
 {
     if (const double number = edit->number(); number != 0)
         return number;
-    m_state.prompts.warn(warning);
+    m_state.prompts.warn(
+        edit->isRefused() ? QStringLiteral("%1: %2.").arg(edit->accessibleName(), edit->refusal()) : warning);
     edit->setFocus();
     edit->selectAll();
     return std::nullopt;

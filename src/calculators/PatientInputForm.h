@@ -71,7 +71,8 @@ protected:
     // It says that nothing is proposed because the record could not be read.
     static void showUnread(QLabel *label);
 
-    // The input's number; empty, after the warning, when it is 0 or blank.
+    // The input's number; empty, after the warning, when it is 0 or blank, and after another one that names the field
+    // and the text, when that is no number.
     std::optional<double> required(NumericEdit *edit, const QString &warning);
     QString sexText() const;
     Sex sex() const { return sexFromText(sexText()); }

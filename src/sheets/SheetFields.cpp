@@ -250,6 +250,12 @@ QString SheetFields::text(int field) const
     return m_shown.value(field);
 }
 
+std::optional<QString> SheetFields::fitted(int field) const
+{
+    const auto *const number = qobject_cast<const NumericEdit *>(m_controls[field]);
+    return number && number->isRefused() ? std::nullopt : fittedValue(m_layout.fields[field], text(field));
+}
+
 QStringList SheetFields::texts() const
 {
     QStringList texts;
@@ -262,7 +268,7 @@ SheetData SheetFields::entered() const
 {
     SheetData sheet(m_layout);
     for (int i = 0; i < m_controls.size(); ++i) {
-        if (const auto value = fittedValue(m_layout.fields[i], text(i)))
+        if (const auto value = fitted(i))
             sheet.setValue(i, *value);
     }
     AggiornaTotali(sheet);
@@ -273,8 +279,11 @@ std::optional<SheetFields::Misfit> SheetFields::misfit() const
 {
     for (int i = 0; i < m_controls.size(); ++i) {
         const SheetField &field = m_layout.fields[i];
-        if (!m_controls[i] || fittedValue(field, text(i)))
+        if (!m_controls[i] || fitted(i))
             continue;
+        if (const auto *const number = qobject_cast<const NumericEdit *>(m_controls[i]);
+            number && number->isRefused())
+            return Misfit{m_controls[i], QStringLiteral("%1: %2.").arg(field.caption, number->refusal())};
         return Misfit{m_controls[i],
                       field.kind == SheetFieldKind::Date
                           ? QStringLiteral("%1: la data non è valida.").arg(field.caption)

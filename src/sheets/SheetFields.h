@@ -50,6 +50,8 @@ private:
     void addField(int field, QGridLayout *grid, int row);
     QWidget *makeControl(int field);
     QString text(int field) const;
+    // The control's text as the field's value; empty when it does not fit.
+    std::optional<QString> fitted(int field) const;
     void refreshTotals();
 
     const SheetLayout &m_layout;

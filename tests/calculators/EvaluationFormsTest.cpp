@@ -138,8 +138,9 @@ TEST_F(EvaluationFormsTest, RiskNeedsEveryValueInItsRange)
     Rischio_Cardio form(state);
     open(form, [&] {
         expectWarning("Inserire il valore della pressione arteriosa sistolica!", "me_pas");
-        type("me_pas", "letters");
-        expectWarning("Inserire il valore della pressione arteriosa sistolica!", "me_pas");
+        type("me_pas", "140/90");
+        expectWarning("Pressione sistolica in mmHg: «140/90» non è un numero.", "me_pas");
+        EXPECT_EQ(value("me_pas"), "140/90") << "stays to be corrected";
         type("me_pas", "0,0");
         expectWarning("Inserire il valore della pressione arteriosa sistolica!", "me_pas");
         type("me_pas", "140");
@@ -414,6 +415,66 @@ TEST_F(EvaluationFormsTest, AFailedSaveKeepsWhatWasTyped)
         click("Button2_1");
         EXPECT_EQ(history().size(), 1);
     });
+}
+
+TEST_F(EvaluationFormsTest, ASecondPatientGetsNothingOfTheFirst)
+{
+    addChart();
+    execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (18, 'F', #03/12/1970#)");
+    Rischio_Cardio risk(state);
+    SindrMetabolica syndrome(state);
+    open(risk, [&] {
+        typeRisk("140", "220", "50");
+        click("Button2_0");
+        click("esci");
+    });
+    EXPECT_EQ(handedBack(), "pctRischio 0.07");
+    open(syndrome, [&] {
+        typeMetabolic({"102", "130", "85", "110", "39", "151"});
+        click("Button2_0");
+        click("esci");
+    });
+    EXPECT_EQ(handedBack(), "valutazione 1.00");
+
+    state.header.patientCode = 18;
+    open(risk, [&] { click("esci"); });
+    EXPECT_EQ(handedBack(), "pctRischio 0.00");
+    open(syndrome, [&] { click("esci"); });
+    EXPECT_EQ(handedBack(), "valutazione 0.00");
+}
+
+TEST_F(EvaluationFormsTest, WhatWasChosenIsForgottenByANewEvaluationAndANewPatient)
+{
+    addChart();
+    execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (18, 'F', #03/12/1970#)");
+    for (const char *patient : {"17", "18"})
+        execute(QStringLiteral("INSERT INTO Rischio_Cardio VALUES (%1, #05/02/2025#, 58, 0.1, 150, 240, 40, "
+                               "true, true, true)")
+                    .arg(patient));
+    const auto stored = [this] {
+        return clinical("SELECT pressione FROM Rischio_Cardio ORDER BY cod_paz").join(' ').toStdString();
+    };
+    Rischio_Cardio form(state);
+    const auto tryToSaveOnTheSameDate = [&] {
+        typeRisk("120", "220", "50");
+        type("MaskEdBox1", "02/05/2025");
+        click("Button2_0");
+        prompts.queue();
+        click("Button2_1");
+        EXPECT_EQ(prompts.last().toStdString(),
+                  "Rischio Cardiovascolare|Esiste già una rilevazione effettuata nella stessa data.|none");
+        EXPECT_EQ(stored(), "150 150");
+    };
+    open(form, [&] {
+        select(0);
+        EXPECT_TRUE(enabled("Button1_1"));
+        click("Button1_0");
+        EXPECT_FALSE(enabled("Button1_1"));
+        tryToSaveOnTheSameDate();
+        select(0);
+    });
+    state.header.patientCode = 18;
+    open(form, [&] { tryToSaveOnTheSameDate(); });
 }
 
 TEST_F(EvaluationFormsTest, WhatCannotBeReadIsNotThePatientBefore)

@@ -89,6 +89,8 @@ TEST_F(SheetFormTest, WhatDoesNotFitIsSaidAndNotStored)
             const char *field, *text, *wanted, *box;
         } cases[] = {
             {"me_Peso", "1123", "112.3", "Peso (kg): il numero non entra nel campo (al massimo 999.9)."},
+            {"me_Peso", "1e1", "80", "Peso (kg): «1e1» non è un numero."},
+            {"me_Peso", "80/90", "80", "Peso (kg): «80/90» non è un numero."},
             {"dtDataEcg", "31/02/2026", "01/02/2026", "Ultimo elettrocardiogramma: la data non è valida."},
             {"DTPicker1", "", "21/11/2026", "Inserire la data della scheda."},
             {"DTPicker1", "31/11/2026", "21/11/2026",
