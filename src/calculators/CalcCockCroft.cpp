@@ -12,8 +12,8 @@ CalcCockCroft::CalcCockCroft(WorkingState &state)
     , m_inputs(std::make_unique<Ui::CockcroftInputs>())
 {
     m_inputs->setupUi(inputArea());
-    addInput(m_inputs->me_col, m_inputs->me_colSource);
-    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource);
+    addInput(m_inputs->me_col, m_inputs->me_colSource, m_inputs->me_colUnit, plausibleWeightKg);
+    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource, m_inputs->me_hdlUnit, plausibleCreatinineMgDl);
     inputsComplete();
 }
 
@@ -23,6 +23,23 @@ void CalcCockCroft::propose()
 {
     proposeWeight(m_inputs->me_col);
     proposeResult(m_inputs->me_hdl, QStringLiteral("90.16.04"));
+}
+
+QString CalcCockCroft::withoutSex() const
+{
+    return QStringLiteral("la clearance non viene calcolata");
+}
+
+QString CalcCockCroft::withoutBirth() const
+{
+    return QStringLiteral("il calcolo usa 0 anni e il risultato è troppo alto");
+}
+
+QString CalcCockCroft::ageBand(int age) const
+{
+    return age < expectedFunctionFromAge
+               ? QStringLiteral("sotto i %1 della funzione attesa").arg(expectedFunctionFromAge)
+               : QString();
 }
 
 void CalcCockCroft::compute()

@@ -20,6 +20,9 @@ public:
 protected:
     void propose() override;
     void compute() override;
+    QString withoutSex() const override;
+    QString withoutBirth() const override;
+    QString ageBand(int age) const override;
 
 private:
     std::unique_ptr<Ui::CockcroftInputs> m_inputs;

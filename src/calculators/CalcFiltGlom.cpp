@@ -12,8 +12,8 @@ CalcFiltGlom::CalcFiltGlom(WorkingState &state)
     , m_inputs(std::make_unique<Ui::FiltGlomInputs>())
 {
     m_inputs->setupUi(inputArea());
-    addInput(m_inputs->me_col, m_inputs->me_colSource);
-    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource);
+    addInput(m_inputs->me_col, m_inputs->me_colSource, m_inputs->me_colUnit, plausibleWeightKg);
+    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource, m_inputs->me_hdlUnit, plausibleCreatinineMgDl);
     connect(m_inputs->Check1, &QCheckBox::toggled, this, [this] { inputsChanged(); });
     inputsComplete();
 }
@@ -30,6 +30,16 @@ void CalcFiltGlom::propose()
 {
     proposeWeight(m_inputs->me_col);
     proposeResult(m_inputs->me_hdl, QStringLiteral("90.16.4"));
+}
+
+QString CalcFiltGlom::withoutSex() const
+{
+    return QStringLiteral("il calcolo è quello di un uomo");
+}
+
+QString CalcFiltGlom::withoutBirth() const
+{
+    return QStringLiteral("il filtrato non viene calcolato");
 }
 
 void CalcFiltGlom::compute()

@@ -22,6 +22,8 @@ protected:
     void load() override;
     void propose() override;
     void compute() override;
+    QString withoutSex() const override;
+    QString withoutBirth() const override;
 
 private:
     std::unique_ptr<Ui::FiltGlomInputs> m_inputs;

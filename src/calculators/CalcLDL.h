@@ -20,6 +20,9 @@ public:
 protected:
     void propose() override;
     void compute() override;
+    QString withoutSex() const override;
+    QString withoutBirth() const override;
+    QString inputRemark(const NumericEdit *edit) const override;
 
 private:
     std::unique_ptr<Ui::LdlInputs> m_inputs;

@@ -30,7 +30,7 @@ CalculatorForm::CalculatorForm(const QString &name, const QString &caption, Work
     const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize);
     m_ui->warningIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(iconSize));
 
-    connect(m_ui->Button2_0, &QPushButton::clicked, this, [this] { compute(); });
+    setComputeButton(m_ui->Button2_0);
     connect(m_ui->Button2_1, &QPushButton::clicked, this, [this] { fillInputs(QStringLiteral("0")); });
     connect(m_ui->Button2_2, &QPushButton::clicked, this, &CalculatorForm::reset);
     connect(m_ui->Button1, &QPushButton::clicked, this, &CalculatorForm::reject);
@@ -54,11 +54,12 @@ void CalculatorForm::load()
     reset();
     showPatient();
     propose();
-    focusFirstEmpty(m_ui->Button2_0);
+    focusFirst();
 }
 
 void CalculatorForm::proposeWeight(NumericEdit *edit)
 {
+    setPlausible(edit, isAgeKnown() && ageYears() >= adultYears ? plausibleAdultWeightKg : plausibleWeightKg);
     proposeValue(edit, QStringLiteral("rilevato il %1"), readWeight);
 }
 

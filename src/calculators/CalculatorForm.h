@@ -23,9 +23,6 @@ protected:
 
     // Puts the proposed values into the inputs.
     virtual void propose() = 0;
-    // What the compute button does.
-    virtual void compute() = 0;
-
     // Where the form puts its inputs.
     QWidget *inputArea() const;
     // Takes the inputs into the form's tab order; after they are all there.

@@ -42,55 +42,78 @@ std::optional<QString> cutMeasurement(dao::Database &clinical, const QString &de
     return examination.mid(offset - 1, length);
 }
 
-std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode)
+Finding readWeight(dao::Database &clinical, qint32 patientCode)
 {
     const auto rows =
         open(clinical, QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND (COD_PAZ = ")
                            + QString::number(patientCode)
                            + QStringLiteral(") order by data_reg desc, chiave desc"));
     if (rows->Eof() || rows->Fields(QStringLiteral("dati_paz")).isNull())
-        return std::nullopt;
+        return {};
     const auto weight =
         cutMeasurement(clinical, QStringLiteral("peso"), rows->Fields(QStringLiteral("dati_paz")).text());
     if (!weight)
-        return std::nullopt;
-    return Proposal{*weight, rows->Fields(QStringLiteral("data_reg")).date().date(), weight->trimmed()};
+        return {};
+    return {
+        Proposal{*weight, rows->Fields(QStringLiteral("data_reg")).date().date(), weight->trimmed(), {}, {}},
+        {},
+        {},
+        {}};
 }
 
-std::optional<Proposal> readNewestResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
-                                         QDate today)
+Finding readNewestResult(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate today)
 {
-    return scanResults(clinical, patientCode, examCode, {}, [today](QDate date, const QString &stored) {
-        if (!isRecent(date, today))
-            return Scan::Stop; // and those after it are older still
-        return stored.isEmpty() ? Scan::Skip : Scan::Take;
-    });
+    return scanResults(clinical, patientCode, examCode, recentSince(today), false,
+                       [today](QDate date, const QString &stored) {
+                           if (!isRecent(date, today))
+                               return Scan::Stop; // and those after it are older still
+                           return stored.isEmpty() ? Scan::Skip : Scan::Take;
+                       });
 }
 
-std::optional<Proposal> scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode,
-                                    QDate since, const ResultJudge &judge)
+Finding scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate since,
+                    bool onlySince, const ResultJudge &judge)
 {
-    QString sql = QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice = '")
-                  + examCode
-                  + QStringLiteral("') and (r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
+    QStringList codes{examCode};
+    codes += otherSpellings(examCode);
+    QString sql = QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice in ('")
+                  + codes.join(QStringLiteral("', '"))
+                  + QStringLiteral("')) and (r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
                   + QString::number(patientCode);
-    if (since.isValid())
+    if (onlySince)
         sql += QStringLiteral(") and (r.da_pre >= CDATE('%1')").arg(jet::slashedDate(since));
     // Of results of the same day the one with the higher key is the newest.
     sql += QStringLiteral(") ORDER BY r.da_pre DESC, r.cod_pre DESC, r2.idriepil2 DESC");
+    const auto text = [](dao::Recordset &rows, const QString &field) {
+        return rows.Fields(field).text().trimmed();
+    };
+    Finding finding;
+    finding.since = since;
     for (const auto rows = open(clinical, sql); !rows->Eof(); rows->MoveNext()) {
-        const QDate date = rows->Fields(QStringLiteral("da_pre")).date().date();
-        const QString stored = rows->Fields(QStringLiteral("unita")).text().trimmed();
-        switch (judge(date, stored)) {
-        case Scan::Take:
-            return Proposal{jet::numberText(jet::leadingNumber(stored)), date, stored};
-        case Scan::Stop:
-            return std::nullopt;
-        case Scan::Skip:
-            break;
+        const Sighting seen{text(*rows, QStringLiteral("unita")), text(*rows, QStringLiteral("unita_Mis")),
+                            rows->Fields(QStringLiteral("da_pre")).date().date(),
+                            text(*rows, QStringLiteral("codice"))};
+        if (!jet::sameText(seen.code, examCode)) {
+            if (!finding.otherCode && seen.date >= since && holdsNumber(seen.stored))
+                finding.otherCode = seen;
+            continue;
         }
+        const Scan scan = judge(seen.date, seen.stored);
+        if (scan == Scan::Skip) {
+            if (!finding.skipped && !seen.stored.isEmpty())
+                finding.skipped = seen;
+            continue;
+        }
+        if (scan == Scan::Take) {
+            finding.proposal = {jet::numberText(jet::leadingNumber(seen.stored)), seen.date, seen.stored,
+                                seen.unit, rows->Fields(QStringLiteral("data_eff")).date().date()};
+            // What is of the same day is the same exam.
+            if (finding.otherCode && finding.otherCode->date <= seen.date)
+                finding.otherCode.reset();
+        }
+        break;
     }
-    return std::nullopt;
+    return finding;
 }
 
 } // namespace clivara

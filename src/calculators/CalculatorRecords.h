@@ -26,6 +26,24 @@ struct Proposal {
     QString text; // what goes into the field
     QDate date; // of the measurement or result; null when it has none
     QString stored; // the result as the laboratory wrote it, trimmed
+    QString unit; // of the result as the laboratory wrote it, trimmed; empty when it did not
+    QDate performed; // when the exam was made, where that is noted
+};
+
+// A value that was seen and not proposed.
+struct Sighting {
+    QString stored, unit;
+    QDate date;
+    QString code; // of the exam
+};
+
+// What the records hold for an input field.
+struct Finding {
+    std::optional<Proposal> proposal;
+    // Both are newer than the proposed value or, where none is proposed, recent.
+    std::optional<Sighting> skipped; // the form does not take it
+    std::optional<Sighting> otherCode; // the same exam under another spelling of its code
+    QDate since; // what is older is too old to be proposed; null when there is no limit
 };
 
 // A measurement inside the fixed-layout text of an objective examination: the characters that the layout table names
@@ -35,21 +53,21 @@ std::optional<QString> cutMeasurement(dao::Database &clinical, const QString &de
 
 // The weight of the newest objective examination: the characters of its fixed-layout text that the layout
 // table names, unchanged. Empty without an examination, without a text and without a layout.
-std::optional<Proposal> readWeight(dao::Database &clinical, qint32 patientCode);
+Finding readWeight(dao::Database &clinical, qint32 patientCode);
 
 // The newest laboratory result of an exam (outpatient nomenclature code such as "90.14.3") that is less than
 // 366 days old on `today` and not blank, as the number that it begins with ("<0.5" and "1,10" begin with 0
 // and 1).
-std::optional<Proposal> readNewestResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
-                                         QDate today);
+Finding readNewestResult(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate today);
 
 // What a scan of results does with the one it has come to.
 enum class Scan { Take, Skip, Stop };
 using ResultJudge = std::function<Scan(QDate date, const QString &stored)>;
 
 // The laboratory results of an exam, newest first, until the judge takes one (as the number that it begins with) or
-// stops. `since` leaves out the results before that day and those without a date; a null one leaves out none.
-std::optional<Proposal> scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode,
-                                    QDate since, const ResultJudge &judge);
+// stops. What the judge skips is noted when it is not blank, and so is the exam under another spelling of its code.
+// `since` is the first day that counts as recent; the results before it are not even asked for when `onlySince`.
+Finding scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate since,
+                    bool onlySince, const ResultJudge &judge);
 
 } // namespace clivara

@@ -3,6 +3,7 @@
 
 #include "values/JetValues.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace clivara {
@@ -69,6 +70,31 @@ bool isRecent(QDate result, QDate today)
 {
     const QDate day = result.isValid() ? result : QDate(1999, 1, 1);
     return day.daysTo(today) < proposalDays;
+}
+
+QDate recentSince(QDate today)
+{
+    return today.addDays(1 - proposalDays);
+}
+
+QStringList otherSpellings(const QString &examCode)
+{
+    const qsizetype last = examCode.lastIndexOf(u'.') + 1;
+    bool isNumber = false;
+    const uint number = examCode.mid(last).toUInt(&isNumber);
+    if (!isNumber)
+        return {};
+    QStringList spellings;
+    for (const int width : {1, 2})
+        spellings << examCode.left(last) + QStringLiteral("%1").arg(number, width, 10, QChar(u'0'));
+    spellings.removeDuplicates();
+    spellings.removeAll(examCode);
+    return spellings;
+}
+
+bool holdsNumber(const QString &result)
+{
+    return std::any_of(result.begin(), result.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
 } // namespace clivara

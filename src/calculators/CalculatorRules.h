@@ -3,6 +3,7 @@
 
 #include <QDate>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 #include <optional>
 
@@ -50,5 +51,14 @@ std::optional<double> mdrdGfrMlMin(Sex sex, double ageYears, double creatinineMg
 constexpr int proposalDays = 366;
 // True when a result of that day may still be proposed; a result without a date counts as very old.
 bool isRecent(QDate result, QDate today);
+// The first day that is recent.
+QDate recentSince(QDate today);
+
+// The other spellings of an exam's code: laboratories write its last group with and without a leading zero, "90.16.4"
+// and "90.16.04".
+QStringList otherSpellings(const QString &examCode);
+
+// True when a result's text holds a digit: "<0.5", but not "non eseguito".
+bool holdsNumber(const QString &result);
 
 } // namespace clivara

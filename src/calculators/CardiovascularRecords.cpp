@@ -133,26 +133,42 @@ Condition readSmoking(dao::Database &clinical, qint32 patientCode)
     return condition;
 }
 
-std::optional<Proposal> readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate since)
+Finding readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate since)
 {
-    const auto rows = open(
-        clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ") + QString::number(patientCode)
-                      + QStringLiteral(") AND (presmax >= 90) AND (presmax <= 200) AND (data_ob >= CDATE('")
-                      + jet::slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
-    if (rows->Eof())
-        return std::nullopt;
-    const QString text = jet::numberText(rows->Fields(QStringLiteral("presmax")).number());
-    return Proposal{text, rows->Fields(QStringLiteral("data_ob")).date().date(), text};
+    Finding finding;
+    finding.since = since;
+    QDateTime skippedAt;
+    for (const auto rows =
+             open(clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ")
+                                + QString::number(patientCode) + QStringLiteral(") AND (data_ob >= CDATE('")
+                                + jet::slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
+         !rows->Eof() && !finding.proposal; rows->MoveNext()) {
+        const auto systolic = optionalNumber(*rows, QStringLiteral("presmax"));
+        if (!systolic)
+            continue;
+        const QDateTime when = rows->Fields(QStringLiteral("data_ob")).date();
+        const QString text = jet::numberText(*systolic);
+        if (systolicRangeMmHg.contains(int(*systolic))) {
+            finding.proposal = {text, when.date(), text, {}, {}};
+            if (skippedAt == when) // nothing says which of the two was later
+                finding.skipped.reset();
+        } else if (!finding.skipped) {
+            finding.skipped = {text, QStringLiteral("mmHg"), when.date(), {}};
+            skippedAt = when;
+        }
+    }
+    return finding;
 }
 
-std::optional<Proposal> readRecentResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
-                                         QDate since, WholeRange range)
+Finding readRecentResult(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate since,
+                         WholeRange range)
 {
-    auto found = scanResults(clinical, patientCode, examCode, since, [range](QDate, const QString &stored) {
-        return range.contains(wholeNumber(jet::leadingNumber(stored))) ? Scan::Take : Scan::Skip;
-    });
-    if (found)
-        found->text = QString::number(wholeNumber(jet::leadingNumber(found->stored)));
+    auto found =
+        scanResults(clinical, patientCode, examCode, since, true, [range](QDate, const QString &stored) {
+            return range.contains(wholeNumber(jet::leadingNumber(stored))) ? Scan::Take : Scan::Skip;
+        });
+    if (found.proposal)
+        found.proposal->text = QString::number(wholeNumber(jet::leadingNumber(found.proposal->stored)));
     return found;
 }
 

@@ -39,10 +39,10 @@ Condition readDiabetes(dao::Database &clinical, qint32 patientCode);
 Condition readSmoking(dao::Database &clinical, qint32 patientCode);
 
 // The newest systolic pressure since a day that lies in the equation's range.
-std::optional<Proposal> readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate since);
+Finding readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate since);
 // The newest result of an exam since a day that, as a whole number, lies in a range: that whole number.
-std::optional<Proposal> readRecentResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
-                                         QDate since, WholeRange range);
+Finding readRecentResult(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate since,
+                         WholeRange range);
 
 // The band of the risk chart, 0 for a row without one; empty when the chart has no row for such a patient.
 std::optional<int> readChartBand(dao::Database &clinical, Sex sex, int ageYears, bool diabetic, bool smoker,

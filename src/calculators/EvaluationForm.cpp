@@ -18,7 +18,7 @@ namespace clivara {
 
 namespace {
 
-constexpr QSize usualSize(920, 520);
+constexpr QSize usualSize(1040, 520);
 constexpr int visibleRows = 7;
 
 } // namespace
@@ -72,7 +72,7 @@ EvaluationForm::EvaluationForm(const QString &name, const Words &words, HistoryP
     });
     connect(m_ui->Button1_0, &QPushButton::clicked, this, &EvaluationForm::newEvaluation);
     connect(m_ui->Button1_1, &QPushButton::clicked, this, &EvaluationForm::deleteChosen);
-    connect(m_ui->Button2_0, &QPushButton::clicked, this, [this] { guarded([this] { compute(); }); });
+    setComputeButton(m_ui->Button2_0);
     connect(m_ui->Button2_1, &QPushButton::clicked, this, &EvaluationForm::trySave);
     connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, m_ui->Button2_1,
             &QPushButton::click);
@@ -181,7 +181,7 @@ void EvaluationForm::newEvaluation()
     setSavable(false);
     showStatus({});
     guarded([this] { propose(); });
-    focusFirstEmpty(m_ui->Button2_0);
+    focusFirst();
 }
 
 void EvaluationForm::choose(const QModelIndex &row)
@@ -238,7 +238,7 @@ void EvaluationForm::showStatus(const QString &text, bool warning)
 
 void EvaluationForm::showNotReloaded(const NumericEdit *edit, QLabel *source)
 {
-    source->setText(edit->text().isEmpty() ? QString() : QStringLiteral("non di questa rilevazione"));
+    showSource(source, edit->text().isEmpty() ? QString() : QStringLiteral("non di questa rilevazione"));
     source->setToolTip({});
 }
 

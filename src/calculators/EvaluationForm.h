@@ -33,8 +33,6 @@ protected:
 
     // Puts the proposed values into the empty inputs of a new evaluation.
     virtual void propose() = 0;
-    // What the compute button does; ends with showResult when there is one.
-    virtual void compute() = 0;
     virtual QList<HistoryRow> history() = 0;
     // Fills inputs and result from a saved evaluation; false when it is gone.
     virtual bool showSaved(const QDateTime &when) = 0;

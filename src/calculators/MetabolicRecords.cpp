@@ -99,32 +99,33 @@ std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinic
     return thresholds;
 }
 
-std::optional<Proposal> readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today)
+Finding readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today)
 {
     const auto newest =
         open(clinical, QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND (COD_PAZ = ")
                            + QString::number(patientCode)
                            + QStringLiteral(") order by data_reg desc, chiave desc"));
     if (newest->Eof())
-        return std::nullopt;
+        return {};
     const QDate date = newest->Fields(QStringLiteral("data_reg")).date().date();
     if (!isRecent(date, today))
-        return std::nullopt;
+        return {};
     const auto cut = cutMeasurement(clinical, QStringLiteral("circonf_addom"),
                                     newest->Fields(QStringLiteral("dati_paz")).text());
     const double waistCm = jet::leadingNumber(cut.value_or(QString()));
     // Blanks in the text stand for a waist that was not measured.
     if (waistCm == 0)
-        return std::nullopt;
-    return Proposal{jet::numberText(waistCm), date, cut->trimmed()};
+        return {};
+    return {Proposal{jet::numberText(waistCm), date, cut->trimmed(), {}, {}}, {}, {}, {}};
 }
 
-std::optional<Proposal> readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode,
-                                                  const QString &examCode, QDate today)
+Finding readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
+                                  QDate today)
 {
-    return scanResults(clinical, patientCode, examCode, {}, [today](QDate date, const QString &stored) {
-        return isRecent(date, today) && !stored.isEmpty() ? Scan::Take : Scan::Stop;
-    });
+    return scanResults(clinical, patientCode, examCode, recentSince(today), false,
+                       [today](QDate date, const QString &stored) {
+                           return isRecent(date, today) && !stored.isEmpty() ? Scan::Take : Scan::Stop;
+                       });
 }
 
 PressureProposals readRecentPressures(dao::Database &clinical, qint32 patientCode, QDate today)
@@ -137,11 +138,11 @@ PressureProposals readRecentPressures(dao::Database &clinical, qint32 patientCod
     const QDate date = newest->Fields(QStringLiteral("data_ob")).date().date();
     if (!isRecent(date, today))
         return {};
-    const auto pressure = [&](const QString &field) -> std::optional<Proposal> {
+    const auto pressure = [&](const QString &field) -> Finding {
         const auto number = optionalNumber(*newest, field);
         if (!number)
-            return std::nullopt;
-        return Proposal{jet::numberText(*number), date, jet::numberText(*number)};
+            return {};
+        return {Proposal{jet::numberText(*number), date, jet::numberText(*number), {}, {}}, {}, {}, {}};
     };
     return {pressure(QStringLiteral("presmax")), pressure(QStringLiteral("presmin"))};
 }

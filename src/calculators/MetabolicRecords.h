@@ -29,13 +29,13 @@ std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinic
                                                            const QString &regionCode);
 
 // The waist of the newest objective examination that is recent on `today`; empty when it does not hold one.
-std::optional<Proposal> readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today);
+Finding readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today);
 // The newest result of an exam that is recent on `today`; empty when that one is blank.
-std::optional<Proposal> readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode,
-                                                  const QString &examCode, QDate today);
+Finding readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,
+                                  QDate today);
 // Those of the newest measurement that is recent on `today`, each empty when it was not taken.
 struct PressureProposals {
-    std::optional<Proposal> systolic, diastolic;
+    Finding systolic, diastolic;
 };
 PressureProposals readRecentPressures(dao::Database &clinical, qint32 patientCode, QDate today);
 

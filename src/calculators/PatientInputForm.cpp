@@ -10,7 +10,56 @@
 #include "ui_PersonLine.h"
 #include "values/JetValues.h"
 
+#include <QKeyEvent>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+
 namespace clivara {
+
+namespace {
+
+constexpr int leastInputsHeight = 64; // of a form that the screen has too little room for
+constexpr int remarkCharacters = 44; // a longer remark takes two lines
+
+// As large as what it holds where there is room, and scrolling where there is none.
+class RoomyScrollArea final : public QScrollArea {
+public:
+    explicit RoomyScrollArea(QWidget *parent)
+        : QScrollArea(parent)
+    {
+        setFrameShape(QFrame::NoFrame);
+        setFocusPolicy(Qt::NoFocus);
+        setWidgetResizable(true);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        viewport()->setAutoFillBackground(false);
+        QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+        policy.setHeightForWidth(true);
+        setSizePolicy(policy);
+    }
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+    QSize minimumSizeHint() const override
+    {
+        return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(),
+                std::min(leastInputsHeight, widget()->sizeHint().height())};
+    }
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override
+    {
+        return widget()->hasHeightForWidth() ? widget()->heightForWidth(width)
+                                             : widget()->sizeHint().height();
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == widget() && event->type() == QEvent::LayoutRequest)
+            updateGeometry(); // the outer layout knows nothing of what is inside
+        return QScrollArea::eventFilter(watched, event);
+    }
+};
+
+} // namespace
 
 void setForeColour(QLabel *label, QColor colour)
 {
@@ -42,10 +91,16 @@ void PatientInputForm::setUpPerson(QWidget *place, const QAbstractButton *exit)
 {
     m_person->setupUi(place);
     m_exit = exit;
+    for (QLabel *const label :
+         {m_person->avviso_lblSesso, m_person->avviso_lblEta, m_person->avviso_MaskEdBox1}) {
+        setForeColour(label, darkRedText);
+        showRemarks(label, {});
+    }
     connect(m_person->MaskEdBox1, &MaskedDateEdit::committed, this, [this] {
         if (isLoaded() && QApplication::focusWidget() != m_exit)
             dateLeft();
     });
+    connect(m_person->MaskEdBox1, &QLineEdit::textChanged, this, &PatientInputForm::refreshDateRemarks);
 }
 
 void PatientInputForm::addBesideAge(QLabel *label)
@@ -53,17 +108,78 @@ void PatientInputForm::addBesideAge(QLabel *label)
     m_person->line->insertWidget(m_person->line->indexOf(m_person->ageUnit) + 1, label);
 }
 
-void PatientInputForm::addInput(NumericEdit *edit, QLabel *source)
+void PatientInputForm::addInput(NumericEdit *edit, QLabel *source, const QLabel *unit,
+                                PlausibleRange plausible)
 {
-    m_inputs.append({edit, source});
+    edit->setUnit(unit->text());
     makeQuiet(source);
-    connect(edit, &QLineEdit::textChanged, this, [this, source] {
-        showSource(source, {});
+    showSource(source, {});
+    // Below the source, in its place.
+    auto *const remark = new QLabel(source->parentWidget());
+    remark->setObjectName(QStringLiteral("avviso_") + edit->objectName());
+    remark->setTextFormat(Qt::PlainText);
+    remark->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    remark->setWordWrap(true);
+    remark->setMinimumWidth(fontMetrics().averageCharWidth() * remarkCharacters);
+    remark->setAccessibleDescription(QStringLiteral("Avviso: ") + edit->accessibleName());
+    setForeColour(remark, darkRedText);
+    auto *const grid = qobject_cast<QGridLayout *>(source->parentWidget()->layout());
+    int row = 0, column = 0, rows = 0, columns = 0;
+    grid->getItemPosition(grid->indexOf(source), &row, &column, &rows, &columns);
+    grid->removeWidget(source);
+    auto *const cell = new QVBoxLayout;
+    cell->setSpacing(0);
+    cell->addStretch();
+    cell->addWidget(source);
+    cell->addWidget(remark);
+    cell->addStretch();
+    grid->addLayout(cell, row, column, rows, columns);
+    m_inputs.append({edit, source, remark, plausible, {}, false});
+    showRemarks(remark, {});
+
+    edit->installEventFilter(this);
+    connect(edit, &QLineEdit::textEdited, this, [this, edit] { m_typing = edit; });
+    connect(edit, &QLineEdit::textChanged, this, [this, edit] {
+        forgetOrigin(input(edit));
         inputsChanged();
+        refreshRemarks();
+    });
+    connect(edit, &QLineEdit::editingFinished, this, [this] {
+        m_typing = nullptr;
+        refreshRemarks();
     });
 }
 
-void PatientInputForm::orderTabs(const QWidget *inputs, const QList<QWidget *> &others)
+void PatientInputForm::setPlausible(const NumericEdit *edit, PlausibleRange plausible)
+{
+    input(edit).plausible = plausible;
+}
+
+PatientInputForm::Input &PatientInputForm::input(const QObject *edit)
+{
+    return *std::find_if(m_inputs.begin(), m_inputs.end(),
+                         [edit](const Input &known) { return known.edit == edit; });
+}
+
+void PatientInputForm::forgetOrigin(Input &input)
+{
+    showSource(input.source, {});
+    input.found.clear();
+    input.mustBeSeen = false;
+}
+
+void PatientInputForm::setComputeButton(QAbstractButton *button)
+{
+    m_compute = button;
+    button->installEventFilter(this); // for its mnemonic
+    connect(button, &QAbstractButton::clicked, this, [this] {
+        m_typing = nullptr;
+        refreshRemarks();
+        guarded([this] { compute(); });
+    });
+}
+
+void PatientInputForm::orderTabs(QWidget *inputs, const QList<QWidget *> &others)
 {
     QWidget *before = m_person->MaskEdBox1;
     const auto follow = [&before](QWidget *widget) {
@@ -76,16 +192,25 @@ void PatientInputForm::orderTabs(const QWidget *inputs, const QList<QWidget *> &
     }
     for (QWidget *const widget : others)
         follow(widget);
+
+    auto *const area = new RoomyScrollArea(inputs->parentWidget());
+    delete inputs->parentWidget()->layout()->replaceWidget(inputs, area);
+    area->setWidget(inputs);
+    inputs->setAutoFillBackground(false);
 }
 
 void PatientInputForm::showPatient()
 {
+    if (m_grownBy > 0)
+        resize(width(), height() - std::exchange(m_grownBy, 0));
     m_birth = {};
     m_person->lblSesso->clear();
     m_person->lblEta->clear();
     m_person->ageUnit->hide();
+    m_registry = Registry::Unreadable;
     guarded([this] {
         const auto patient = readCalculatorPatient(m_state.clinical(), m_state.header.patientCode);
+        m_registry = patient ? Registry::Read : Registry::NoSuchPatient;
         if (!patient)
             return;
         m_birth = patient->birth;
@@ -95,6 +220,167 @@ void PatientInputForm::showPatient()
             m_person->ageUnit->show();
         }
     });
+    refreshPersonRemarks();
+    refreshDateRemarks();
+}
+
+bool PatientInputForm::isAgeKnown() const
+{
+    return exactAge(m_birth, m_state.clock.today()) >= 0;
+}
+
+QString PatientInputForm::sexRemark() const
+{
+    const QString consequence = withoutSex();
+    if (sex() != Sex::Unknown || consequence.isEmpty())
+        return {};
+    return (m_registry == Registry::Unreadable ? QStringLiteral("Non è stato possibile leggere il sesso: %1.")
+                                               : QStringLiteral("Sesso non indicato: %1."))
+        .arg(consequence);
+}
+
+QString PatientInputForm::birthRemark() const
+{
+    const QString consequence = withoutBirth();
+    if (isAgeKnown() || consequence.isEmpty())
+        return {};
+    return (m_registry == Registry::Unreadable
+                ? QStringLiteral("Non è stato possibile leggere la data di nascita: %1.")
+                : QStringLiteral("Data di nascita mancante o futura: %1."))
+        .arg(consequence);
+}
+
+void PatientInputForm::refreshPersonRemarks()
+{
+    const auto lines = [](const QString &line) { return line.isEmpty() ? QStringList() : QStringList(line); };
+    showRemarks(m_person->avviso_lblSesso, lines(sexRemark()));
+    const bool isTooOld = exactAge(m_birth, m_state.clock.today()) > highestPlausibleAge;
+    showRemarks(m_person->avviso_lblEta,
+                isTooOld ? QStringList(QStringLiteral("Età improbabile: verificare la data di nascita."))
+                         : lines(birthRemark()));
+}
+
+void PatientInputForm::refreshDateRemarks()
+{
+    // A date that is still being typed may be another one: "01/02/20" of "01/02/2026".
+    const QString typed = dateEdit()->dateText();
+    const auto day = typed.size() == 10 ? calendarDay(typed) : std::nullopt;
+    QStringList lines;
+    if (day) {
+        const QDate today = m_state.clock.today();
+        if (const QString remark = dateRemark(*day, m_birth, today); !remark.isEmpty())
+            lines << remark;
+        if (QString remark = ageAtDateRemark(*day, m_birth, today);
+            !remark.isEmpty() && !withoutBirth().isEmpty()) {
+            const int then = exactAge(m_birth, *day);
+            const QString band = ageBand(then), bandNow = ageBand(exactAge(m_birth, today));
+            if (band != bandNow)
+                remark += QStringLiteral(" %1 anni sono %2.")
+                              .arg(then)
+                              .arg(band.isEmpty() ? QStringLiteral("nelle età valide") : band);
+            lines << remark;
+        }
+    }
+    showRemarks(m_person->avviso_MaskEdBox1, lines);
+}
+
+QStringList PatientInputForm::valueRemarks(const Input &input) const
+{
+    if (input.edit->isRefused())
+        return {input.edit->refusal() + u'.'};
+    const double value = input.edit->number();
+    if (value == 0) // for the form it is missing
+        return {};
+    QStringList lines{rangeRemark(value, input.plausible, input.edit->unit()), inputRemark(input.edit)};
+    lines.removeAll(QString());
+    return lines;
+}
+
+void PatientInputForm::refreshRemarks()
+{
+    for (const Input &input : m_inputs) {
+        QStringList lines = input.found;
+        if (input.edit != m_typing)
+            lines += valueRemarks(input);
+        showRemarks(input.remark, lines);
+    }
+}
+
+void PatientInputForm::showRemarks(QLabel *label, const QStringList &lines)
+{
+    QString text;
+    for (const QString &line : lines)
+        text += (text.isEmpty() ? QStringLiteral("⚠ ") : QStringLiteral("\n⚠ ")) + line;
+    label->setVisible(!text.isEmpty());
+    m_mayGrow = m_mayGrow || text != label->text();
+    label->setText(text);
+}
+
+void PatientInputForm::growForRemarks()
+{
+    const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    const int needed = layout()->hasHeightForWidth() ? layout()->totalMinimumHeightForWidth(width())
+                                                     : layout()->totalMinimumSize().height();
+    if (const int wanted = std::min(needed, screen()->availableSize().height() - frame); wanted > height()) {
+        const int before = height();
+        resize(width(), wanted);
+        m_grownBy += height() - before;
+    }
+}
+
+bool PatientInputForm::event(QEvent *event)
+{
+    const bool isHandled = ChartForm::event(event);
+    // Whoever drags the window to a size of his own keeps it until there is something else to read.
+    if (event->type() == QEvent::Resize && event->spontaneous())
+        m_mayGrow = false;
+    if (m_mayGrow && isVisible() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show))
+        growForRemarks();
+    return isHandled;
+}
+
+bool PatientInputForm::leadToUnseen()
+{
+    const auto unseen = [this] {
+        return std::find_if(m_inputs.begin(), m_inputs.end(),
+                            [](const Input &candidate) { return candidate.mustBeSeen; });
+    };
+    const auto first = unseen();
+    if (first == m_inputs.end())
+        return false;
+    const auto current = std::find_if(m_inputs.begin(), m_inputs.end(), [this](const Input &candidate) {
+        return candidate.edit == focusWidget();
+    });
+    if (current != m_inputs.end())
+        current->mustBeSeen = false;
+    if (const auto next = unseen(); next != m_inputs.end()) {
+        next->edit->setFocus();
+        next->edit->selectAll();
+    } else {
+        m_compute->setFocus();
+    }
+    return true;
+}
+
+bool PatientInputForm::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_compute)
+        return (event->type() == QEvent::Shortcut && leadToUnseen())
+               || ChartForm::eventFilter(watched, event);
+    if (event->type() == QEvent::FocusOut && !m_isLeading) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        // Neither a menu nor another window ends the looking; nor does the form when it goes away.
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason && isVisible())
+            input(watched).mustBeSeen = false;
+    }
+    return ChartForm::eventFilter(watched, event);
+}
+
+void PatientInputForm::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || !leadToUnseen())
+        ChartForm::keyPressEvent(event);
 }
 
 bool PatientInputForm::guarded(const std::function<void()> &routine)
@@ -116,53 +402,67 @@ void PatientInputForm::clearInputs()
 
 void PatientInputForm::fillInputs(const QString &text)
 {
+    m_typing = nullptr;
     for (const Input &input : m_inputs)
-        input.edit->setText(text);
+        showStored(input.edit, text);
 }
 
-void PatientInputForm::focusFirstEmpty(QWidget *otherwise)
+void PatientInputForm::showStored(NumericEdit *edit, const QString &text)
 {
-    const auto empty = std::find_if(m_inputs.begin(), m_inputs.end(), [](const Input &input) {
-        return input.edit->text().trimmed().isEmpty();
-    });
-    if (empty != m_inputs.end())
-        empty->edit->setFocus();
-    else
-        otherwise->setFocus();
+    edit->setText(text);
+    forgetOrigin(input(edit)); // also when the text is the one of before
+    refreshRemarks();
+}
+
+void PatientInputForm::focusFirst()
+{
+    const auto first = [this](const std::function<bool(const Input &)> &isWanted) -> QWidget * {
+        const auto found = std::find_if(m_inputs.begin(), m_inputs.end(), isWanted);
+        return found == m_inputs.end() ? nullptr : found->edit;
+    };
+    QWidget *place = first([](const Input &input) { return input.mustBeSeen; });
+    if (!place)
+        place = first([](const Input &input) { return input.edit->text().trimmed().isEmpty(); });
+    m_isLeading = true;
+    (place ? place : m_compute)->setFocus();
+    m_isLeading = false;
 }
 
 void PatientInputForm::proposeValue(NumericEdit *edit, const QString &phrase, const Reader &read)
 {
-    const auto input = std::find_if(m_inputs.begin(), m_inputs.end(),
-                                    [edit](const Input &known) { return known.edit == edit; });
-    std::optional<Proposal> proposal;
-    if (!guarded([&] { proposal = read(m_state.clinical(), m_state.header.patientCode); })) {
-        showUnread(input->source);
+    Finding finding;
+    if (!guarded([&] { finding = read(m_state.clinical(), m_state.header.patientCode); })) {
+        showUnread(input(edit).source);
         return;
     }
-    if (!proposal)
-        return;
-    edit->setText(proposal->text);
-    if (proposal->stored.isEmpty())
-        return;
-    QString source = proposal->date.isValid() ? phrase.arg(jet::slashedDate(proposal->date)) : QString();
-    // The doctor sees when the text is not all of it a number, or not the proposed one: "1,10" is read as 1.
-    const auto stored = jet::numberFromText(proposal->stored);
-    if (!stored || *stored != jet::leadingNumber(proposal->text))
-        source = QStringLiteral("%1: «%2» letto come %3")
-                     .arg(source, proposal->stored, jet::numberText(jet::leadingNumber(proposal->text)));
-    showSource(input->source, source);
+    const auto &proposal = finding.proposal;
+    if (proposal)
+        showStored(edit, proposal->text);
+    Input &of = input(edit);
+    if (proposal && !proposal->stored.isEmpty() && proposal->date.isValid()) {
+        QString source = phrase.arg(jet::slashedDate(proposal->date));
+        // What was rounded is shown as it was.
+        if (const auto stored = jet::numberFromText(proposal->stored);
+            stored && *stored != jet::leadingNumber(proposal->text))
+            source += QStringLiteral(": ") + proposal->stored;
+        showSource(of.source, source);
+    }
+    FindingRemarks remarks = findingRemarks(finding, edit->unit(), m_state.clock.today());
+    of.found = std::move(remarks.lines);
+    of.mustBeSeen = remarks.mustBeSeen;
+    refreshRemarks();
 }
 
 void PatientInputForm::showSource(QLabel *label, const QString &source)
 {
     label->setText(source);
+    label->setVisible(!source.isEmpty());
     label->setToolTip(source.isEmpty() ? QString() : QStringLiteral("Valore proposto: ") + source);
 }
 
 void PatientInputForm::showUnread(QLabel *label)
 {
-    label->setText(QStringLiteral("non è stato possibile leggere"));
+    showSource(label, QStringLiteral("non è stato possibile leggere"));
     label->setToolTip({});
 }
 

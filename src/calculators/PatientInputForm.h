@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/CalculatorRecords.h"
 #include "calculators/CalculatorRules.h"
+#include "calculators/InputRemarks.h"
 #include "support/ui/ChartForm.h"
 
 #include <QColor>
@@ -32,6 +32,8 @@ constexpr QColor darkRedText(192, 0, 0);
 
 // The frame of the forms that compute something from numbers of the current patient: sex, age and date at the top, and
 // input fields with values proposed from the patient's records, each with a label that says where its value comes from.
+// What is impossible, unlikely or not what it looks like is remarked in red beside its field, in a label "avviso_" and
+// the field's name; nothing is refused for it. A value that was not wholly read is led to before Enter computes with it.
 class PatientInputForm : public ChartForm {
     Q_OBJECT
 
@@ -46,10 +48,15 @@ protected:
     void setUpPerson(QWidget *place, const QAbstractButton *exit);
     // A further label beside the age.
     void addBesideAge(QLabel *label);
-    // Makes known an input and the label beside it that says where its value comes from.
-    void addInput(NumericEdit *edit, QLabel *source);
-    // The order of Tab: date, the widgets inside `inputs`, then the others; after they are all there.
-    void orderTabs(const QWidget *inputs, const QList<QWidget *> &others);
+    // Makes known an input, the label beside it that says where its value comes from, the one with its unit, and what
+    // is plausible for it. Beside the source, which stands in a grid, comes the label for remarks.
+    void addInput(NumericEdit *edit, QLabel *source, const QLabel *unit, PlausibleRange plausible);
+    void setPlausible(const NumericEdit *edit, PlausibleRange plausible);
+    // The button that computes, the form's default.
+    void setComputeButton(QAbstractButton *button);
+    // The order of Tab: date, the widgets inside `inputs`, then the others; after they are all there. The inputs scroll
+    // where the screen has no room for all remarks.
+    void orderTabs(QWidget *inputs, const QList<QWidget *> &others);
 
     // Runs `routine`; false when an error of the databases ended it, of which the log has a line.
     bool guarded(const std::function<void()> &routine);
@@ -59,12 +66,15 @@ protected:
     // Today's date and empty inputs.
     void clearInputs();
     void fillInputs(const QString &text);
-    // The focus on the first input without a value, else on `otherwise`.
-    void focusFirstEmpty(QWidget *otherwise);
+    // The focus on the first input whose value must be seen, else on the first without a value, else on the compute
+    // button.
+    void focusFirst();
+    // Shows a value that is not proposed, and has no remarks but those on the value itself.
+    void showStored(NumericEdit *edit, const QString &text);
 
-    using Reader = std::function<std::optional<Proposal>(dao::Database &clinical, qint32 patientCode)>;
-    // Writes what the reader finds into the input, and beside it the date by `phrase` ("esame del %1"). When
-    // it finds nothing, or cannot read, which is said beside it, the input stays as it is.
+    using Reader = std::function<Finding(dao::Database &clinical, qint32 patientCode)>;
+    // Writes what the reader finds into the input, and beside it the date by `phrase` ("esame del %1") and what is to be
+    // remarked. When it finds nothing, or cannot read, which is said beside it, the input stays as it is.
     void proposeValue(NumericEdit *edit, const QString &phrase, const Reader &read);
     // The label beside an input or a box says where its value comes from.
     static void showSource(QLabel *label, const QString &source);
@@ -77,6 +87,7 @@ protected:
     QString sexText() const;
     Sex sex() const { return sexFromText(sexText()); }
     double ageYears() const; // 0 when unknown
+    bool isAgeKnown() const;
     QDate birth() const { return m_birth; } // null when unknown
 
     MaskedDateEdit *dateEdit() const;
@@ -88,6 +99,20 @@ protected:
     virtual void dateLeft() = 0;
     // What an input holds is no longer what it was.
     virtual void inputsChanged() = 0;
+    // What the compute button does; it may throw dao::Error, which ends up in the log.
+    virtual void compute() = 0;
+
+    // What the form does for a patient whose sex, whose birth date is not known ("il calcolo usa 0 anni"); empty where it
+    // does not matter.
+    virtual QString withoutSex() const = 0;
+    virtual QString withoutBirth() const = 0;
+    // "Sesso non indicato: ..." and the like; empty when it is known or does not matter.
+    QString sexRemark() const;
+    QString birthRemark() const;
+    // Where an age lies outside the ages of the form ("fuori dai 35–69 anni dell'equazione"); empty within them.
+    virtual QString ageBand(int) const { return {}; }
+    // A remark on an input's value beyond its range, by the values of others; empty when there is none.
+    virtual QString inputRemark(const NumericEdit *) const { return {}; }
 
     // Asks the host to refresh its diary and hands back {name, value}: what these forms do on closing.
     void handBack(const QString &name, const QVariant &value);
@@ -96,18 +121,46 @@ protected:
     // The date that the field held when it was right for the last time.
     const QString &validDate() const { return m_validDate; }
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool event(QEvent *event) override;
+
 private:
     struct Input {
         NumericEdit *edit;
         QLabel *source;
+        QLabel *remark;
+        PlausibleRange plausible;
+        QStringList found; // what is remarked of the proposed value
+        bool mustBeSeen = false; // and has not been yet
     };
+    // How far the registry could be read.
+    enum class Registry { Read, NoSuchPatient, Unreadable };
+
+    Input &input(const QObject *edit);
+    // The input's value is no longer the proposed one.
+    void forgetOrigin(Input &input);
+    QStringList valueRemarks(const Input &input) const;
+    void refreshRemarks();
+    void refreshPersonRemarks();
+    void refreshDateRemarks();
+    void showRemarks(QLabel *label, const QStringList &lines);
+    void growForRemarks();
+    // Leads to a value that must be seen, and counts the one that the focus is on as seen; false when all were.
+    bool leadToUnseen();
 
     WorkingState &m_state;
     std::unique_ptr<Ui::PersonLine> m_person;
     const QAbstractButton *m_exit = nullptr;
+    QAbstractButton *m_compute = nullptr;
     QList<Input> m_inputs;
+    const NumericEdit *m_typing = nullptr; // the input that somebody is typing in
+    Registry m_registry = Registry::Read;
     QDate m_birth;
     QString m_validDate;
+    int m_grownBy = 0; // pixels of height, for remarks
+    bool m_mayGrow = true;
+    bool m_isLeading = false; // the form itself moves the focus
 };
 
 } // namespace clivara

@@ -17,9 +17,9 @@ Rischio_Cardio::Rischio_Cardio(WorkingState &state)
     , m_inputs(std::make_unique<Ui::RischioCardioInputs>())
 {
     m_inputs->setupUi(inputArea());
-    addInput(m_inputs->me_pas, m_inputs->me_pasSource);
-    addInput(m_inputs->me_col, m_inputs->me_colSource);
-    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource);
+    addInput(m_inputs->me_pas, m_inputs->me_pasSource, m_inputs->me_pasUnit, plausibleSystolicMmHg);
+    addInput(m_inputs->me_col, m_inputs->me_colSource, m_inputs->me_colUnit, plausibleTotalCholesterolMgDl);
+    addInput(m_inputs->me_hdl, m_inputs->me_hdlSource, m_inputs->me_hdlUnit, plausibleHdlMgDl);
     for (const auto &[box, source] : {std::pair(m_inputs->ChkFumatore, m_inputs->ChkFumatoreSource),
                                       std::pair(m_inputs->ChkDiabetico, m_inputs->ChkDiabeticoSource),
                                       std::pair(m_inputs->ChkIpertens, m_inputs->ChkIpertensSource)}) {
@@ -116,8 +116,7 @@ void Rischio_Cardio::compute()
     if (!hdl)
         return;
 
-    m_computed.ageYears =
-        exactAge(birth(), state().clock.today()) < 0 ? std::nullopt : std::optional(int(ageYears()));
+    m_computed.ageYears = isAgeKnown() ? std::optional(int(ageYears())) : std::nullopt;
     m_computed.systolicMmHg = *systolic;
     m_computed.totalCholesterolMgDl = *cholesterol;
     m_computed.hdlMgDl = *hdl;
@@ -129,7 +128,10 @@ void Rischio_Cardio::compute()
     m_computed.risk = m_risk;
     setSavable(riskAges.contains(referenceAge()) || wantsToContinueAtThisAge());
     showRisk(m_risk, {});
-    showStatus(remarks(), true);
+    // What the numbers do not show of themselves.
+    QStringList remarks{birthRemark(), sexRemark()};
+    remarks.removeAll(QString());
+    showStatus(remarks.join(u' '), true);
     if (chartAges.contains(int(ageYears())))
         showRisk(m_risk, chartLine());
 }
@@ -165,18 +167,32 @@ QString Rischio_Cardio::chartLine()
     return QStringLiteral("Carta del rischio:") + *text;
 }
 
-// What the numbers do not show of themselves.
-QString Rischio_Cardio::remarks() const
+QString Rischio_Cardio::withoutSex() const
 {
-    QStringList remarks;
-    if (!m_computed.ageYears)
-        remarks << QStringLiteral("Data di nascita mancante o futura: il calcolo usa 0 anni.");
-    if (sex() == Sex::Unknown)
-        remarks << QStringLiteral("Sesso non indicato: l'equazione usa i coefficienti maschili%1.")
-                       .arg(chartAges.contains(int(ageYears()))
-                                ? QStringLiteral(", la carta le tabelle femminili")
-                                : QString());
-    return remarks.join(u' ');
+    return QStringLiteral("l'equazione usa i coefficienti maschili%1")
+        .arg(chartAges.contains(int(ageYears())) ? QStringLiteral(", la carta le tabelle femminili")
+                                                 : QString());
+}
+
+QString Rischio_Cardio::withoutBirth() const
+{
+    return QStringLiteral("il calcolo usa 0 anni");
+}
+
+QString Rischio_Cardio::ageBand(int age) const
+{
+    const auto outside = [](WholeRange ages, const QString &of) {
+        return QStringLiteral("fuori dai %1–%2 %3").arg(ages.least).arg(ages.most).arg(of);
+    };
+    // Where the age of the region's own day decides, the date changes nothing.
+    if (!referenceDay(regionCode()).isValid() && !riskAges.contains(age))
+        return outside(riskAges, QStringLiteral("dell'equazione"));
+    return chartAges.contains(age) ? QString() : outside(chartAges, QStringLiteral("della carta"));
+}
+
+QString Rischio_Cardio::inputRemark(const NumericEdit *edit) const
+{
+    return edit == m_inputs->me_hdl ? hdlRemark(edit->number(), m_inputs->me_col->number()) : QString();
 }
 
 void Rischio_Cardio::showRisk(const std::optional<double> &risk, const QString &chart)
@@ -194,13 +210,12 @@ bool Rischio_Cardio::showSaved(const QDateTime &when)
     const auto saved = readCardiovascular(state().clinical(), state().header.patientCode, when);
     if (!saved)
         return false;
-    m_inputs->me_pas->setText(optionalText(saved->systolicMmHg));
-    m_inputs->me_col->setText(optionalText(saved->totalCholesterolMgDl));
+    showStored(m_inputs->me_pas, optionalText(saved->systolicMmHg));
+    showStored(m_inputs->me_col, optionalText(saved->totalCholesterolMgDl));
     m_inputs->ChkFumatore->setChecked(saved->smoker);
     m_inputs->ChkDiabetico->setChecked(saved->diabetic);
     m_inputs->ChkIpertens->setChecked(saved->treatedHypertension);
-    for (QLabel *const source : {m_inputs->me_pasSource, m_inputs->me_colSource, m_inputs->ChkFumatoreSource,
-                                 m_inputs->ChkDiabeticoSource})
+    for (QLabel *const source : {m_inputs->ChkFumatoreSource, m_inputs->ChkDiabeticoSource})
         showSource(source, {});
     showNotReloaded(m_inputs->me_hdl, m_inputs->me_hdlSource);
     showRisk(saved->risk, {});

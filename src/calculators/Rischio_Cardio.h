@@ -24,6 +24,10 @@ public:
 protected:
     void propose() override;
     void compute() override;
+    QString withoutSex() const override;
+    QString withoutBirth() const override;
+    QString ageBand(int age) const override;
+    QString inputRemark(const NumericEdit *edit) const override;
     QList<HistoryRow> history() override;
     bool showSaved(const QDateTime &when) override;
     const StoredEvaluation &storedAs() const override { return storedCardiovascular(); }
@@ -39,7 +43,6 @@ private:
     bool wantsToContinueAtThisAge();
     // The chart's line; empty outside its ages. Its band 0 cannot be saved.
     QString chartLine();
-    QString remarks() const;
     void showRisk(const std::optional<double> &risk, const QString &chart);
 
     std::unique_ptr<Ui::RischioCardioInputs> m_inputs;

@@ -28,26 +28,31 @@ SindrMetabolica::SindrMetabolica(WorkingState &state)
                      HistoryPlot::Scale::YesNo, state)
     , m_inputs(setUp(inputArea()))
     , m_fields{{
-          {MetabolicItem::Waist, m_inputs->me_ca, m_inputs->me_caThreshold, m_inputs->me_caSource,
+          {MetabolicItem::Waist, m_inputs->me_ca, m_inputs->me_caUnit, plausibleWaistCm,
+           m_inputs->me_caThreshold, m_inputs->me_caSource,
            QStringLiteral("Inserire il valore Circonferenza Addominale!"),
            QStringLiteral("circonferenza addominale")},
-          {MetabolicItem::Systolic, m_inputs->me_pas, m_inputs->me_pasThreshold, m_inputs->me_pasSource,
+          {MetabolicItem::Systolic, m_inputs->me_pas, m_inputs->me_pasUnit, plausibleSystolicMmHg,
+           m_inputs->me_pasThreshold, m_inputs->me_pasSource,
            QStringLiteral("Inserire il valore della pressione arteriosa sistolica!"),
            QStringLiteral("pressione sistolica")},
-          {MetabolicItem::Diastolic, m_inputs->me_pad, m_inputs->me_padThreshold, m_inputs->me_padSource,
+          {MetabolicItem::Diastolic, m_inputs->me_pad, m_inputs->me_padUnit, plausibleDiastolicMmHg,
+           m_inputs->me_padThreshold, m_inputs->me_padSource,
            QStringLiteral("Inserire il valore della pressione arteriosa diastolica!"),
            QStringLiteral("pressione diastolica")},
-          {MetabolicItem::Glucose, m_inputs->me_glic, m_inputs->me_glicThreshold, m_inputs->me_glicSource,
+          {MetabolicItem::Glucose, m_inputs->me_glic, m_inputs->me_glicUnit, plausibleGlucoseMgDl,
+           m_inputs->me_glicThreshold, m_inputs->me_glicSource,
            QStringLiteral("Inserire il valore della glicemia (a digiuno)!"), QStringLiteral("glicemia")},
-          {MetabolicItem::Hdl, m_inputs->me_hdl, m_inputs->me_hdlThreshold, m_inputs->me_hdlSource,
+          {MetabolicItem::Hdl, m_inputs->me_hdl, m_inputs->me_hdlUnit, plausibleHdlMgDl,
+           m_inputs->me_hdlThreshold, m_inputs->me_hdlSource,
            QStringLiteral("Inserire il valore della HDL-colesterolemia!"), QStringLiteral("HDL")},
-          {MetabolicItem::Triglycerides, m_inputs->me_trigl, m_inputs->me_triglThreshold,
-           m_inputs->me_triglSource, QStringLiteral("Inserire il valore dei trigliceridi!"),
-           QStringLiteral("trigliceridi")},
+          {MetabolicItem::Triglycerides, m_inputs->me_trigl, m_inputs->me_triglUnit,
+           plausibleTriglyceridesMgDl, m_inputs->me_triglThreshold, m_inputs->me_triglSource,
+           QStringLiteral("Inserire il valore dei trigliceridi!"), QStringLiteral("trigliceridi")},
       }}
 {
     for (const Field &of : m_fields) {
-        addInput(of.edit, of.source);
+        addInput(of.edit, of.source, of.unit, of.plausible);
         makeQuiet(of.threshold);
     }
     inputsComplete();
@@ -83,7 +88,7 @@ void SindrMetabolica::propose()
         };
     };
     std::optional<PressureProposals> pressures; // both are of one reading
-    const auto pressure = [&pressures, today](std::optional<Proposal> PressureProposals::*which) {
+    const auto pressure = [&pressures, today](Finding PressureProposals::*which) {
         return [&pressures, today, which](dao::Database &clinical, qint32 patientCode) {
             if (!pressures)
                 pressures = readRecentPressures(clinical, patientCode, today);
@@ -161,9 +166,33 @@ void SindrMetabolica::compute()
                   number(MetabolicItem::Triglycerides)};
     setSavable(true);
     showResult(metabolicVerdictText(m_verdict), criteriaLine(measurements));
-    showStatus(sex() == Sex::Unknown ? QStringLiteral("Sesso non indicato: valgono le soglie femminili.")
-                                     : QString(),
-               true);
+    QStringList remarks{birthRemark(), sexRemark()};
+    remarks.removeAll(QString());
+    showStatus(remarks.join(u' '), true);
+}
+
+QString SindrMetabolica::withoutSex() const
+{
+    return QStringLiteral("valgono le soglie femminili");
+}
+
+QString SindrMetabolica::withoutBirth() const
+{
+    const QString band = ageBand(0);
+    return band.isEmpty() ? QStringLiteral("il calcolo usa 0 anni")
+                          : QStringLiteral("il calcolo usa 0 anni, %1").arg(band);
+}
+
+QString SindrMetabolica::ageBand(int age) const
+{
+    return isOutsideMetabolicProgramme(age, regionCode())
+               ? QStringLiteral("fuori dai 25–70 in cui vale la diagnosi in questa regione")
+               : QString();
+}
+
+QString SindrMetabolica::inputRemark(const NumericEdit *edit) const
+{
+    return edit == m_inputs->me_pad ? pressureRemark(m_inputs->me_pas->number(), edit->number()) : QString();
 }
 
 QString SindrMetabolica::criteriaLine(const MetabolicMeasurements &measurements) const
@@ -190,13 +219,11 @@ bool SindrMetabolica::showSaved(const QDateTime &when)
     const auto saved = readMetabolic(state().clinical(), state().header.patientCode, when);
     if (!saved)
         return false;
-    m_inputs->me_ca->setText(optionalText(saved->waistCm));
-    m_inputs->me_pas->setText(optionalText(saved->systolicMmHg));
-    m_inputs->me_pad->setText(optionalText(saved->diastolicMmHg));
-    m_inputs->me_glic->setText(optionalText(saved->glucoseMgDl));
-    m_inputs->me_trigl->setText(optionalText(saved->triglyceridesMgDl));
-    for (const Field &of : m_fields)
-        showSource(of.source, {});
+    showStored(m_inputs->me_ca, optionalText(saved->waistCm));
+    showStored(m_inputs->me_pas, optionalText(saved->systolicMmHg));
+    showStored(m_inputs->me_pad, optionalText(saved->diastolicMmHg));
+    showStored(m_inputs->me_glic, optionalText(saved->glucoseMgDl));
+    showStored(m_inputs->me_trigl, optionalText(saved->triglyceridesMgDl));
     showNotReloaded(m_inputs->me_hdl, m_inputs->me_hdlSource);
     showResult(metabolicVerdictText(saved->verdict));
     return true;

@@ -24,6 +24,10 @@ public:
 protected:
     void propose() override;
     void compute() override;
+    QString withoutSex() const override;
+    QString withoutBirth() const override;
+    QString ageBand(int age) const override;
+    QString inputRemark(const NumericEdit *edit) const override;
     QList<HistoryRow> history() override;
     bool showSaved(const QDateTime &when) override;
     const StoredEvaluation &storedAs() const override { return storedMetabolic(); }
@@ -37,6 +41,8 @@ private:
     struct Field {
         MetabolicItem item;
         NumericEdit *edit;
+        QLabel *unit;
+        PlausibleRange plausible;
         QLabel *threshold;
         QLabel *source;
         QString missing; // the warning when it has no value

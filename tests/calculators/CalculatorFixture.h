@@ -42,6 +42,11 @@ protected:
                     .arg(m_results)
                     .arg(code, value));
     }
+    // Sets a field of the last result's line ("unita_Mis = 'µmol/l'").
+    void setOfLast(const QString &field)
+    {
+        execute(QStringLiteral("UPDATE riepil2 SET %1 WHERE idriepil2 = %2").arg(field).arg(m_lines));
+    }
     void addPressure(const QString &date, const char *systolic, const char *diastolic)
     {
         execute(QStringLiteral("INSERT INTO esa_ob VALUES (17, %1, %2, %3)").arg(date, systolic, diastolic));
@@ -60,6 +65,18 @@ protected:
     std::string colour(const char *label) const
     {
         return control(label)->palette().color(QPalette::Active, QPalette::WindowText).name().toStdString();
+    }
+    // What is remarked beside a field, in red; empty when nothing is.
+    std::string remark(const char *field) const
+    {
+        const auto *const label = control<QLabel>(QStringLiteral("avviso_") + field);
+        EXPECT_EQ(label->isVisible(), !label->text().isEmpty()) << field;
+        EXPECT_EQ(label->palette().color(QPalette::Active, QPalette::WindowText), QColor(192, 0, 0)) << field;
+        return label->text().toStdString();
+    }
+    std::string focused() const
+    {
+        return m_form->focusWidget() ? m_form->focusWidget()->objectName().toStdString() : std::string();
     }
     bool enabled(const char *name) const { return control(name)->isEnabled(); }
     // Presses the compute button, which warns and puts the focus on the field that lacks its value.

@@ -17,7 +17,7 @@ using CalculatorFormsTest = CalculatorFixture;
 TEST_F(CalculatorFormsTest, ClearanceFromProposedValues)
 {
     addExamination("A", "#11/03/2026#", "'170070.0'", "1");
-    addResult("90.16.04", daysAgo(30), "'1,00 mg'");
+    addResult("90.16.04", daysAgo(30), "'1.00'");
     CalcCockCroft form(state);
     EXPECT_EQ(form.objectName(), "calcCockCroft");
     EXPECT_EQ(form.windowTitle(), "Calcolo della formula di COCKCROFT");
@@ -28,7 +28,7 @@ TEST_F(CalculatorFormsTest, ClearanceFromProposedValues)
         EXPECT_EQ(value("me_col"), "070.0");
         EXPECT_EQ(value("me_hdl"), "1");
         EXPECT_EQ(text("me_colSource"), "rilevato il 03/11/2026");
-        EXPECT_EQ(text("me_hdlSource"), "esame del 22/10/2026: «1,00 mg» letto come 1");
+        EXPECT_EQ(text("me_hdlSource"), "esame del 22/10/2026");
         EXPECT_EQ(text("SSPanel2"), "");
 
         QTest::keyClick(&form, Qt::Key_Return); // the default button
@@ -111,6 +111,205 @@ TEST_F(CalculatorFormsTest, ExpectedFunctionFromFortyOn)
             EXPECT_EQ(text("SSPanel1"), expected);
         });
     }
+}
+
+TEST_F(CalculatorFormsTest, EnterComputesOnlyWithWhatWasSeen)
+{
+    struct Case {
+        const char *stored;
+        const char *unit;
+        const char *remark;
+        const char *result;
+    };
+    addExamination("A", daysAgo(20), "'170070.0'", "1");
+    for (const Case &c :
+         {Case{"1,4", "mg/dl", "⚠ «1,4» letto come 1.", "Formula di Cockcroft: VFG = 77.78 ml/min"},
+          Case{"2", "µmol/l", "⚠ È in µmol/l, non in mg/dl.", "Formula di Cockcroft: VFG = 38.89 ml/min"},
+          Case{"<0.5", "mg/dl", "⚠ «<0.5» letto come 0.", nullptr},
+          Case{"emolizzato", "", "⚠ «emolizzato» letto come 0.", nullptr}}) {
+        addResult("90.16.04", daysAgo(1), ("'" + std::string(c.stored) + "'").c_str());
+        setOfLast(QStringLiteral("unita_Mis = '%1'").arg(c.unit));
+        CalcCockCroft form(state);
+        open(form, [&] {
+            EXPECT_EQ(remark("me_hdl"), c.remark);
+            EXPECT_EQ(remark("me_col"), "");
+            EXPECT_EQ(text("me_hdlSource"), "esame del 20/11/2026");
+            EXPECT_EQ(focused(), "me_hdl");
+            QTest::keyClick(control("me_hdl"), Qt::Key_Return);
+            EXPECT_EQ(text("SSPanel2"), "") << "the first Enter";
+            EXPECT_EQ(focused(), "Button2_0");
+            if (!c.result)
+                prompts.queue();
+            QTest::keyClick(control("Button2_0"), Qt::Key_Return);
+            EXPECT_EQ(text("SSPanel2"), c.result ? c.result : "") << "the second";
+            EXPECT_EQ(remark("me_hdl"), c.remark) << "what was computed with is still not what was recorded";
+            type("me_hdl", "1");
+            EXPECT_EQ(remark("me_hdl"), "");
+        });
+    }
+    EXPECT_EQ(prompts.boxes.size(), 2);
+}
+
+TEST_F(CalculatorFormsTest, EachValueIsLedToBeforeEnterComputes)
+{
+    addResult("90.43.2", daysAgo(10), "'150 mg'");
+    addResult("90.14.1", daysAgo(10), "'50,5'");
+    addResult("90.14.3", daysAgo(10), "'200'");
+    CalcLDL form(state);
+    const auto pressEnter = [&] { QTest::keyClick(form.focusWidget(), Qt::Key_Return); };
+    open(form, [&] {
+        EXPECT_EQ(focused(), "me_hdl");
+        control("MaskEdBox1")->setFocus(Qt::TabFocusReason); // left: seen
+        pressEnter();
+        EXPECT_EQ(focused(), "me_trigl");
+        pressEnter();
+        EXPECT_EQ(text("SSPanel2"), "");
+        pressEnter();
+        EXPECT_EQ(text("SSPanel2"), "Colesterolo LDL: 120.0 mg/dl");
+    });
+    open(form, [&] { // every opening anew, the button's mnemonic like Enter
+        QShortcutEvent mnemonic(QKeySequence("Alt+C"), 0);
+        for (const char *next : {"me_trigl", "Button2_0"}) {
+            QApplication::sendEvent(control("Button2_0"), &mnemonic);
+            EXPECT_EQ(focused(), next);
+        }
+        EXPECT_EQ(text("SSPanel2"), "");
+    });
+    open(form, [&] { // who changes a value has seen it; the mouse computes at once
+        type("me_hdl", "50");
+        click("Button2_0");
+        EXPECT_EQ(text("SSPanel2"), "Colesterolo LDL: 120.0 mg/dl");
+    });
+}
+
+TEST_F(CalculatorFormsTest, RemarksGoWithTheirPatient)
+{
+    execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (18, 'F', #03/12/1970#)");
+    addExamination("A", "#03/01/2008#", "'170 72,5'", "1");
+    addResult("90.16.4", daysAgo(2), "'1.35'"); // the other spelling alone
+    setOfLast("unita_Mis = 'mg/dl'");
+    CalcCockCroft form(state);
+    open(form, [&] {
+        EXPECT_EQ(value("me_col"), " 72,5");
+        EXPECT_EQ(remark("me_col"), "⚠ «72,5» letto come 72.\n⚠ È di 18 anni fa.");
+        EXPECT_EQ(value("me_hdl"), "");
+        EXPECT_EQ(remark("me_hdl"), "⚠ Con il codice 90.16.4 c'è: 1.35 mg/dl del 19/11/2026.");
+        EXPECT_EQ(focused(), "me_col");
+    });
+    state.header.patientCode = 18;
+    execute("DROP TABLE ESAME_OB");
+    open(form, [&] {
+        EXPECT_EQ(remark("me_col") + remark("me_hdl") + value("me_col"), "");
+        EXPECT_EQ(text("me_colSource"), "non è stato possibile leggere");
+        click("Button2_2");
+        EXPECT_EQ(text("me_colSource"), "");
+    });
+    state.header.patientCode = 17;
+    addResult("90.16.04", daysAgo(5), "'1.2'");
+    addResult("90.16.04", QDate(2027, 3, 1).toString(u"'#'MM'/'dd'/'yyyy'#'"), "'1.1'");
+    open(form, [&] {
+        EXPECT_EQ(value("me_hdl"), "1.1") << "a future result is proposed";
+        EXPECT_EQ(remark("me_hdl"), "⚠ La data è futura: 01/03/2027.");
+        click("Button2_1"); // zero in every field
+        EXPECT_EQ(remark("me_hdl"), "");
+    });
+}
+
+TEST_F(CalculatorFormsTest, UnlikelyValuesAreRemarkedAndComputed)
+{
+    CalcCockCroft clearance(state);
+    open(clearance, [&] {
+        type("me_col", "7");
+        EXPECT_EQ(remark("me_col"), "") << "may become 70";
+        type("me_hdl", "0.001");
+        EXPECT_EQ(remark("me_col"), "⚠ Improbabile: di solito tra 30 e 300 kg.");
+        QTest::keyClick(control("me_hdl"), Qt::Key_Return);
+        EXPECT_EQ(remark("me_hdl"), "⚠ Improbabile: di solito tra 0.2 e 20 mg/dl.");
+        EXPECT_EQ(text("SSPanel2"), "Formula di Cockcroft: VFG = 7777.78 ml/min");
+        type("me_hdl", "140/90");
+        expectWarning("Creatininemia in mg/dl: «140/90» non è un numero.", "me_hdl");
+        EXPECT_EQ(remark("me_hdl"), "⚠ «140/90» non è un numero.");
+        EXPECT_FALSE(control<QLabel>("SSPanel2")->isEnabled());
+    });
+    execute("UPDATE archivio SET Data_Nasc = #03/12/2022#");
+    open(clearance, [&] { // a child
+        type("me_col", "17");
+        control("me_hdl")->setFocus();
+        EXPECT_EQ(remark("me_col"), "");
+    });
+    CalcLDL ldl(state);
+    open(ldl, [&] {
+        type("me_hdl", "60");
+        type("me_trigl", "401");
+        type("me_col", "50");
+        click("Button2_0");
+        EXPECT_EQ(remark("me_hdl"), "⚠ L'HDL supera il colesterolo totale (50).");
+        EXPECT_EQ(remark("me_trigl"), "⚠ Oltre 400 mg/dl la formula di Friedewald non è valida.");
+        EXPECT_EQ(remark("me_col"), "⚠ Improbabile: di solito tra 60 e 600 mg/dl.");
+        EXPECT_EQ(text("SSPanel2"), "Colesterolo LDL: -90.2 mg/dl");
+        type("me_col", "200");
+        control("me_hdl")->setFocus();
+        EXPECT_EQ(remark("me_hdl"), "") << "by the other value";
+    });
+}
+
+TEST_F(CalculatorFormsTest, WithoutSexOrBirthTheFormSaysWhatItDoes)
+{
+    const auto birthless = std::string("⚠ Data di nascita mancante o futura: ");
+    const auto sexless = std::string("⚠ Sesso non indicato: ");
+    CalcCockCroft clearance(state);
+    CalcLDL ldl(state);
+    CalcFiltGlom filtration(state);
+    const auto remarks = [&](ChartForm &form) {
+        std::string both;
+        open(form, [&] { both = remark("lblSesso") + '|' + remark("lblEta"); });
+        return both;
+    };
+    for (ChartForm *form : {static_cast<ChartForm *>(&clearance), static_cast<ChartForm *>(&ldl),
+                            static_cast<ChartForm *>(&filtration)})
+        EXPECT_EQ(remarks(*form), "|");
+    for (const char *birth : {"Null", "#01/01/2030#"}) {
+        execute(QStringLiteral("UPDATE archivio SET sesso = 'X', Data_Nasc = ") + birth);
+        EXPECT_EQ(remarks(clearance), sexless + "la clearance non viene calcolata.|" + birthless
+                                          + "il calcolo usa 0 anni e il risultato è troppo alto.");
+        EXPECT_EQ(remarks(ldl), sexless + "l'indice di rischio non ha una soglia.|")
+            << "the age does not matter";
+        EXPECT_EQ(remarks(filtration), sexless + "il calcolo è quello di un uomo.|" + birthless
+                                           + "il filtrato non viene calcolato.");
+    }
+    execute("UPDATE archivio SET sesso = 'F', Data_Nasc = #01/01/1890#");
+    EXPECT_EQ(remarks(clearance), "|⚠ Età improbabile: verificare la data di nascita.");
+    execute("DROP TABLE archivio");
+    EXPECT_EQ(remarks(filtration),
+              "⚠ Non è stato possibile leggere il sesso: il calcolo è quello di un uomo.|⚠ Non "
+              "è stato possibile leggere la data di nascita: il filtrato non viene calcolato.");
+}
+
+TEST_F(CalculatorFormsTest, TheAgeAtAnotherDateIsSaid)
+{
+    CalcCockCroft clearance(state);
+    open(clearance, [&] {
+        EXPECT_EQ(remark("MaskEdBox1"), "");
+        type("MaskEdBox1", "1/3/2006");
+        control("me_col")->setFocus();
+        EXPECT_EQ(remark("MaskEdBox1"),
+                  "⚠ Il 01/03/2006 aveva 39 anni: qui vale l'età di oggi, 60. 39 anni sono "
+                  "sotto i 40 della funzione attesa.");
+        type("MaskEdBox1", "01/02/20");
+        EXPECT_EQ(remark("MaskEdBox1"), "") << "may become 2026";
+        click("Button2_2");
+        EXPECT_EQ(remark("MaskEdBox1"), "");
+        type("MaskEdBox1", "01/01/0202");
+        EXPECT_EQ(remark("MaskEdBox1"), "⚠ Anno improbabile: 202.");
+    });
+    state.header.patientCode = 18; // today's date again, and nobody's birth
+    open(clearance, [&] { EXPECT_EQ(remark("MaskEdBox1"), ""); });
+    state.header.patientCode = 17;
+    CalcLDL ldl(state);
+    open(ldl, [&] {
+        type("MaskEdBox1", "01/03/2006");
+        EXPECT_EQ(remark("MaskEdBox1"), "") << "no age in it";
+    });
 }
 
 TEST_F(CalculatorFormsTest, LdlAndRatio)

@@ -9,12 +9,12 @@ class CalculatorRecordsTest : public CalculatorFixture {
 protected:
     std::string weight()
     {
-        const auto proposal = readWeight(database(), 17);
+        const auto proposal = readWeight(database(), 17).proposal;
         return proposal ? proposal->text.toStdString() : "-";
     }
     std::string creatinine()
     {
-        const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today());
+        const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today()).proposal;
         return proposal ? proposal->text.toStdString() : "-";
     }
 };
@@ -45,7 +45,7 @@ TEST_F(CalculatorRecordsTest, CutsTheWeightOfTheNewestExamination)
     addExamination("A", "#05/01/2022#", "'170071.0'", "1");
     addExamination("A", "#05/01/2022#", "'170072.0'", "2");
     EXPECT_EQ(weight(), "072.0") << "of the same day the higher key";
-    EXPECT_EQ(readWeight(database(), 17)->date, QDate(2022, 5, 1));
+    EXPECT_EQ(readWeight(database(), 17).proposal->date, QDate(2022, 5, 1));
     addExamination("A", "#06/01/2022#", "Null", "3");
     EXPECT_EQ(weight(), "-") << "the newest has no text";
     execute("DELETE FROM ESAME_OB WHERE dati_paz Is Null");
@@ -80,7 +80,7 @@ TEST_F(CalculatorRecordsTest, TakesTheNewestResultOfThePastYear)
     addToLast("90.16.4", "'1.30'");
     EXPECT_EQ(creatinine(), "1.3") << "of the same day the higher keys";
 
-    const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today());
+    const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today()).proposal;
     EXPECT_EQ(proposal->date, clock.today().addDays(-3));
     EXPECT_EQ(proposal->stored, "1.30");
 
@@ -94,6 +94,42 @@ TEST_F(CalculatorRecordsTest, TakesTheNewestResultOfThePastYear)
         addResult("90.16.4", daysAgo(0), stored);
         EXPECT_EQ(creatinine(), number) << stored;
     }
+}
+
+TEST_F(CalculatorRecordsTest, NotesTheExamUnderAnotherSpellingOfItsCode)
+{
+    const auto found = [this](const char *code) {
+        const Finding finding = readNewestResult(database(), 17, code, clock.today());
+        const auto &other = finding.otherCode;
+        return (finding.proposal ? finding.proposal->text : QString("-")).toStdString() + '|'
+               + (other ? other->code + ' ' + other->stored + ' ' + other->date.toString(Qt::ISODate)
+                        : QString())
+                     .toStdString();
+    };
+    addResult("90.16.4", daysAgo(366), "'0.7'");
+    EXPECT_EQ(found("90.16.04"), "-|") << "too old";
+    addResult("90.16.4", daysAgo(365), "'0.8'");
+    EXPECT_EQ(found("90.16.04"), "-|90.16.4 0.8 2025-11-21");
+    addResult("90.16.04", daysAgo(100), "'1.0'");
+    EXPECT_EQ(found("90.16.04"), "1|") << "older than what is proposed";
+    addResult("90.16.4", daysAgo(100), "'1.1'");
+    EXPECT_EQ(found("90.16.04"), "1|") << "of the same day";
+    addResult("90.16.4", daysAgo(50), "'1.2'");
+    addResult("90.16.4", daysAgo(40), "'non eseguito'");
+    addResult("90.16.4", daysAgo(30), "Null");
+    addResult("90.16.4", daysAgo(20), "'9'", 2); // no laboratory result
+    addResult("90.16.4", daysAgo(20), "'9'", 1, 18); // another patient
+    EXPECT_EQ(found("90.16.04"), "1|90.16.4 1.2 2026-10-02");
+    EXPECT_EQ(found("90.16.4"), "0|") << "the form of the other spelling has all it needs";
+}
+
+TEST_F(CalculatorRecordsTest, NotesUnitAndDayOfTheExam)
+{
+    addResult("90.16.4", daysAgo(3), "'97'");
+    setOfLast("unita_Mis = ' µmol/l ', data_eff = #02/03/2019#");
+    const auto proposal = readNewestResult(database(), 17, "90.16.4", clock.today()).proposal;
+    EXPECT_EQ(proposal->unit, "µmol/l");
+    EXPECT_EQ(proposal->performed, QDate(2019, 2, 3));
 }
 
 TEST_F(CalculatorRecordsTest, PassesErrorsOn)

@@ -75,7 +75,7 @@ TEST_F(EvaluationFormsTest, RiskFromProposalsIsSavedAndStartsANewEvaluation)
     addChart();
     addPressure(daysAgo(10), "140", "85");
     addResult("90.14.3", daysAgo(20), "'220'");
-    addResult("90.14.1", daysAgo(20), "'50,5'");
+    addResult("90.14.1", daysAgo(20), "'50.5'");
     addExamination("H", "#02/03/1999#", lifestyle("03"));
     Rischio_Cardio form(state);
     EXPECT_EQ(form.objectName(), "Rischio_Cardio");
@@ -87,7 +87,7 @@ TEST_F(EvaluationFormsTest, RiskFromProposalsIsSavedAndStartsANewEvaluation)
         EXPECT_EQ(text("me_pasSource"), "misurata il 11/11/2026");
         EXPECT_EQ(control<QLabel>("me_pasSource")->toolTip().toStdString(),
                   "Valore proposto: misurata il 11/11/2026");
-        EXPECT_EQ(text("me_hdlSource"), "esame del 01/11/2026: «50,5» letto come 50");
+        EXPECT_EQ(text("me_hdlSource"), "esame del 01/11/2026: 50.5") << "what was rounded";
         EXPECT_TRUE(control<QCheckBox>("ChkFumatore")->isChecked());
         EXPECT_EQ(text("ChkFumatoreSource"), "questionario del 03/02/1999");
         EXPECT_FALSE(control<QCheckBox>("ChkDiabetico")->isChecked());
@@ -414,6 +414,160 @@ TEST_F(EvaluationFormsTest, AFailedSaveKeepsWhatWasTyped)
         pauses.during = [&] { other.release(); };
         click("Button2_1");
         EXPECT_EQ(history().size(), 1);
+    });
+}
+
+TEST_F(EvaluationFormsTest, RemarksStandBesideTheirFields)
+{
+    addChart();
+    addPressure(daysAgo(3), "210", "85");
+    addPressure(daysAgo(10), "140", "85");
+    addResult("90.14.3", daysAgo(20), "'220'");
+    addResult("90.14.1", daysAgo(20), "'50,5'");
+    setOfLast("unita_Mis = 'mmol/l'");
+    execute("INSERT INTO Rischio_Cardio VALUES (17, #01/01/0202#, 58, 0.1, 150, 240, 40, true, true, true)");
+    Rischio_Cardio form(state);
+    open(form, [&] {
+        EXPECT_EQ(remark("me_pas"), "⚠ Il più recente è fuori dai limiti: 210 mmHg del 18/11/2026.");
+        EXPECT_EQ(remark("me_col"), "");
+        EXPECT_EQ(remark("me_hdl"), "⚠ «50,5» letto come 50.\n⚠ È in mmol/l, non in mg/dl.");
+        EXPECT_EQ(focused(), "me_hdl");
+        QTest::keyClick(control("me_hdl"), Qt::Key_Return);
+        EXPECT_EQ(text("SSPanel1"), "");
+        QTest::keyClick(control("Button2_0"), Qt::Key_Return);
+        EXPECT_EQ(text("SSPanel1"), "prob. = 7.4%");
+
+        select(0); // what was stored is not what is proposed
+        EXPECT_EQ(remark("me_pas"), "");
+        EXPECT_EQ(remark("MaskEdBox1"), "⚠ Anno improbabile: 202.");
+        EXPECT_EQ(remark("me_hdl"), "⚠ «50,5» letto come 50.\n⚠ È in mmol/l, non in mg/dl.") << "still there";
+        click("Button1_0");
+        EXPECT_EQ(remark("me_pas"), "⚠ Il più recente è fuori dai limiti: 210 mmHg del 18/11/2026.");
+        EXPECT_EQ(remark("MaskEdBox1"), "");
+        EXPECT_EQ(focused(), "me_hdl") << "to be seen again";
+
+        typeRisk("140", "130", "135");
+        control("me_pas")->setFocus();
+        EXPECT_EQ(remark("me_hdl"), "⚠ L'HDL supera il colesterolo totale (130).");
+    });
+    state.header.patientCode = 18;
+    open(form, [&] { EXPECT_EQ(remark("me_pas") + remark("me_hdl") + remark("MaskEdBox1"), ""); });
+
+    state.header.patientCode = 17;
+    SindrMetabolica syndrome(state);
+    open(syndrome, [&] {
+        typeMetabolic({"9999", "130", "140", "5.5", "50", "1.7"});
+        click("Button2_0");
+        EXPECT_EQ(remark("me_ca"), "⚠ Improbabile: di solito tra 40 e 200 cm.");
+        EXPECT_EQ(remark("me_pad"), "⚠ La diastolica non è minore della sistolica (130).");
+        EXPECT_EQ(remark("me_glic"), "⚠ Improbabile: di solito tra 30 e 600 mg/dl.");
+        EXPECT_EQ(remark("me_trigl"), "⚠ Improbabile: di solito tra 20 e 2000 mg/dl.");
+        EXPECT_TRUE(enabled("Button2_1")) << "nothing is kept from being saved";
+        type("me_ca", "96-98");
+        expectWarning("Circonferenza addominale in cm: «96-98» non è un numero.", "me_ca");
+        EXPECT_FALSE(enabled("Button2_1"));
+    });
+}
+
+TEST_F(EvaluationFormsTest, TheAgeAtAnotherDateIsSaid)
+{
+    addChart();
+    struct Case {
+        const char *region;
+        const char *date;
+        const char *risk;
+        const char *syndrome;
+    };
+    const auto thirty = "⚠ Il 01/01/2000 aveva 33 anni: qui vale l'età di oggi, 60.";
+    for (const Case &c :
+         {Case{"03", "01/04/2026", "", ""},
+          Case{"03", "01/01/2026", "⚠ Il 01/01/2026 aveva 59 anni: qui vale l'età di oggi, 60.",
+               "⚠ Il 01/01/2026 aveva 59 anni: qui vale l'età di oggi, 60."},
+          Case{"03", "01/01/2000",
+               "⚠ Il 01/01/2000 aveva 33 anni: qui vale l'età di oggi, 60. 33 anni sono fuori dai 35–69 "
+               "dell'equazione.",
+               thirty},
+          Case{"16", "01/01/2000",
+               "⚠ Il 01/01/2000 aveva 33 anni: qui vale l'età di oggi, 60. 33 anni sono fuori dai 40–69 "
+               "della carta.",
+               thirty},
+          Case{"16", "01/01/1990", nullptr,
+               "⚠ Il 01/01/1990 aveva 23 anni: qui vale l'età di oggi, 60. 23 anni sono fuori dai 25–70 in "
+               "cui vale "
+               "la diagnosi in questa regione."},
+          Case{"03", "01/01/2090",
+               "⚠ La data è futura.\n⚠ Il 01/01/2090 avrà 123 anni: qui vale l'età di oggi, 60. 123 anni "
+               "sono fuori "
+               "dai 35–69 dell'equazione.",
+               nullptr}}) {
+        state.doctor.region = c.region;
+        Rischio_Cardio risk(state);
+        SindrMetabolica syndrome(state);
+        const auto expectRemark = [&](ChartForm &form, const char *wanted) {
+            open(form, [&] {
+                type("MaskEdBox1", c.date);
+                control("me_pas")->setFocus();
+                if (wanted) {
+                    EXPECT_EQ(remark("MaskEdBox1"), wanted) << c.region;
+                }
+            });
+        };
+        expectRemark(risk, c.risk);
+        expectRemark(syndrome, c.syndrome);
+    }
+}
+
+TEST_F(EvaluationFormsTest, SyndromeWithoutABirthDateSaysSo)
+{
+    execute("UPDATE archivio SET Data_Nasc = Null, sesso = 'F'");
+    for (const auto &[region, wanted] :
+         {std::pair("03", "Data di nascita mancante o futura: il calcolo usa 0 anni."),
+          std::pair(
+              "16",
+              "Data di nascita mancante o futura: il calcolo usa 0 anni, fuori dai 25–70 in cui vale la "
+              "diagnosi in questa regione.")}) {
+        state.doctor.region = region;
+        SindrMetabolica form(state);
+        open(form, [&, expected = "⚠ " + std::string(wanted)] {
+            EXPECT_EQ(remark("lblEta"), expected) << "before anything is computed";
+            typeMetabolic({"102", "130", "85", "110", "39", "151"});
+            click("Button2_0");
+            EXPECT_EQ(text("status"), expected);
+        });
+    }
+}
+
+TEST_F(EvaluationFormsTest, AllRemarksHaveRoomOnASmallScreen)
+{
+    execute("UPDATE archivio SET Data_Nasc = #01/01/1890#, sesso = ''");
+    for (const char *code : {"90.27.1", "90.14.1", "90.43.2"}) {
+        addResult(code, daysAgo(2), "'5,5'");
+        setOfLast("unita_Mis = 'mmol/l', data_eff = #01/01/2019#");
+    }
+    addResult("90.14.01", daysAgo(1), "'45'");
+    SindrMetabolica form(state);
+    open(form, [&] {
+        type("me_ca", "9999");
+        type("me_pas", "300");
+        type("me_pad", "301");
+        type("MaskEdBox1", "01/01/2090");
+        control("me_pad")->setFocus();
+        QApplication::processEvents();
+        EXPECT_GT(form.height(), 600) << "as large as all that is to be read";
+        form.setMaximumHeight(580); // of 768 pixels at 125 %, without the window's frame
+        QApplication::processEvents();
+        const auto fits = [&](const char *name) {
+            const QWidget *const button = control(name);
+            return form.rect().contains(QRect(button->mapTo(&form, QPoint()), button->size()));
+        };
+        EXPECT_TRUE(fits("Button2_0") && fits("esci"));
+        for (const char *field : {"me_pad", "me_glic", "me_hdl", "me_trigl"}) { // Tab scrolls to each
+            const QWidget *const edit = control(field);
+            EXPECT_EQ(focused(), field);
+            EXPECT_NE(remark(field), "") << field;
+            EXPECT_EQ(edit->visibleRegion().boundingRect(), edit->rect()) << field;
+            QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
+        }
     });
 }
 

@@ -11,8 +11,9 @@ namespace {
 class EvaluationRecordsTest : public CalculatorFixture {
 protected:
     // "value|date" of a proposal, empty when there is none.
-    static std::string shown(const std::optional<Proposal> &proposal)
+    static std::string shown(const Finding &finding)
     {
+        const auto &proposal = finding.proposal;
         return proposal ? (proposal->text + u'|' + proposal->date.toString(Qt::ISODate)).toStdString()
                         : std::string();
     }
@@ -43,6 +44,19 @@ TEST_F(EvaluationRecordsTest, SystolicPressureOfThreeMonths)
     for (const char *pressure : {"89", "201", "Null"})
         addPressure("#11/02/2026#", pressure, "80");
     EXPECT_EQ(systolic(), "90|2026-11-01");
+    const auto skipped = [this] {
+        const auto &seen = readRecentSystolic(database(), 17, limit).skipped;
+        return seen ? (seen->stored + u'|' + seen->date.toString(Qt::ISODate)).toStdString() : std::string();
+    };
+    EXPECT_NE(skipped(), "") << "but noted";
+    addPressure("#11/03/2026#", "201", "80");
+    EXPECT_EQ(skipped(), "201|2026-11-03");
+    addPressure("#11/03/2026#", "150", "80");
+    EXPECT_EQ(systolic() + skipped(), "150|2026-11-03") << "of the same hour";
+    addPressure("#11/03/2026 10:00#", "80", "40");
+    EXPECT_EQ(systolic() + ' ' + skipped(), "150|2026-11-03 80|2026-11-03");
+    execute("DELETE * FROM esa_ob WHERE presmax >= 90 AND presmax <= 200");
+    EXPECT_EQ(systolic() + skipped(), "80|2026-11-03") << "and nothing to propose";
 }
 
 TEST_F(EvaluationRecordsTest, CholesterolOfThreeMonthsInItsRange)
@@ -61,6 +75,14 @@ TEST_F(EvaluationRecordsTest, CholesterolOfThreeMonthsInItsRange)
     EXPECT_EQ(cholesterol(), "320|2026-11-02");
     addResult("90.14.3", "#11/02/2026#", "'129.5'"); // of the same day the later key
     EXPECT_EQ(cholesterol(), "130|2026-11-02");
+    const auto skipped = [this] {
+        return readRecentResult(database(), 17, "90.14.3", limit, totalCholesterolRangeMgDl).skipped;
+    };
+    EXPECT_FALSE(skipped()) << "older than what is proposed";
+    addResult("90.14.3", "#11/03/2026#", "'340'");
+    addResult("90.14.3", "#11/04/2026#", "'  '");
+    EXPECT_EQ(skipped()->stored, "340");
+    EXPECT_EQ(skipped()->date, QDate(2026, 11, 3));
 }
 
 TEST_F(EvaluationRecordsTest, DiabetesIsLookedForInThreePlaces)
