@@ -7,10 +7,10 @@
 #include "app/WorkDialog.h"
 #include "data/engine/PostgresAddress.h"
 #include "support/Prompts.h"
+#include "support/ui/FileChoice.h"
 #include "ui_ImportDialog.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QIcon>
 #include <QLocale>
 #include <QPushButton>
@@ -139,16 +139,16 @@ QString ImportDialog::targetWithin(const QString &folder)
 
 void ImportDialog::browseSource()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, QStringLiteral("Cartella dei file Jet"),
-                                                             folderOf(*m_ui->source));
+    const QString folder =
+        clivara::chooseFolder(this, QStringLiteral("Cartella dei file Jet"), folderOf(*m_ui->source));
     if (!folder.isEmpty())
         m_ui->source->setText(QDir::toNativeSeparators(folder));
 }
 
 void ImportDialog::browseTarget()
 {
-    const QString folder = QFileDialog::getExistingDirectory(
-        this, QStringLiteral("Dove mettere il nuovo archivio"), startFolder(folderOf(*m_ui->target)));
+    const QString folder = clivara::chooseFolder(this, QStringLiteral("Dove mettere il nuovo archivio"),
+                                                 startFolder(folderOf(*m_ui->target)));
     if (!folder.isEmpty())
         m_ui->target->setText(QDir::toNativeSeparators(targetWithin(folder)));
 }

@@ -85,24 +85,19 @@ QString placeBeside(const QString &target)
     return free;
 }
 
-} // namespace
-
+// A folder, but not what is in it, or a file reaches the disk. False when the system reports an error. Never for a
+// database that this program may have open: closing the file would drop its locks.
 bool syncToDisk(const QString &path)
 {
-    const QFileInfo info(path);
-    bool done = true;
-    if (info.isDir()) {
-        const QFileInfoList files = QDir(path).entryInfoList(QDir::Files | QDir::Hidden);
-        for (const QFileInfo &file : files)
-            done &= syncToDisk(file.filePath());
-    }
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return false;
-    done &= ::fsync(file) == 0;
+    const bool isDone = ::fsync(file) == 0;
     ::close(file);
-    return done;
+    return isDone;
 }
+
+} // namespace
 
 PartFolder::PartFolder(const QString &target)
     : m_target(target)
@@ -131,7 +126,12 @@ void PartFolder::unlock()
 
 void PartFolder::sync() const
 {
-    if (!syncToDisk(path()))
+    // Its databases are closed: nobody else knows the folder yet.
+    bool isDone = true;
+    const QFileInfoList files = QDir(path()).entryInfoList(QDir::Files | QDir::Hidden);
+    for (const QFileInfo &file : files)
+        isDone &= syncToDisk(file.filePath());
+    if (!isDone || !syncToDisk(path()))
         throw UserError(
             QStringLiteral("I dati non arrivano sul disco in %1: %2").arg(path(), qt_error_string(errno)));
 }

@@ -34,7 +34,4 @@ private:
     int m_lock = -1;
 };
 
-// A folder's files and the folder itself, or a file, reach the disk. False when the system reports an error.
-bool syncToDisk(const QString &path);
-
 } // namespace orvale

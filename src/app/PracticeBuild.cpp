@@ -4,14 +4,18 @@
 #include "app/NetworkShare.h"
 #include "app/PracticeProbe.h"
 #include "data/engine/PostgresAddress.h"
+#include "problems/ProblemItems.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 namespace orvale {
 
 namespace {
+
+constexpr int afterExchangeMs = 400; // a lock is waited for for 250
 
 std::vector<std::unique_ptr<dao::ExclusiveUse>> takePractice(const QString &folder)
 {
@@ -50,6 +54,7 @@ bool holdsOnlyDatabases(const QString &folder)
 
 PracticeBuild::PracticeBuild(const QString &path, Existing existing, Tables tables)
     : m_target(practicePath(path))
+    , m_given(path)
 {
     if (dao::isServerAddress(m_target)) {
         if (existing == Existing::Replaced)
@@ -108,6 +113,24 @@ void PracticeBuild::finish()
 
 QString PracticeBuild::place(Previous previous)
 {
+    const QString kept = putInPlace(previous);
+    linkTables();
+    return kept;
+}
+
+void PracticeBuild::linkTables()
+{
+    try {
+        Practice practice(m_target, m_given);
+        practice.openDatabases(false);
+        clivara::attachProblemTables(practice.environment());
+    } catch (const dao::Error &) {
+        // The practice is whole. Its lists link their tables when they are first opened.
+    }
+}
+
+QString PracticeBuild::putInPlace(Previous previous)
+{
     if (m_serverPart) {
         m_serverPart->place();
         return {};
@@ -120,6 +143,9 @@ QString PracticeBuild::place(Previous previous)
     for (const auto &use : m_previous)
         use->aboutToMove();
     const QString beside = m_part->placeInstead();
+    // Whoever opened a file just before and waits for its lock has the previous one, but would find the log of this one by
+    // its name. He gives up before the lock goes.
+    QThread::msleep(afterExchangeMs);
     m_previous.clear();
     if (!keep && QDir(beside).removeRecursively())
         return {};

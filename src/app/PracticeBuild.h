@@ -39,14 +39,17 @@ public:
     void finish();
 
     enum class Previous { Removed, Kept };
-    // Puts the finished practice in its place. The path where the practice that was there is kept: asked for,
+    // Puts the finished practice in its place and links the tables that the lists join, while nobody else has it open. The path where the practice that was there is kept: asked for,
     // or because the folder also holds files that are none of a practice's; empty otherwise.
     QString place(Previous previous = Previous::Removed);
 
 private:
     void begin(const QString &given, Tables tables);
+    QString putInPlace(Previous previous);
+    void linkTables();
 
     QString m_target;
+    QString m_given; // may hold a password
     std::vector<std::unique_ptr<dao::ExclusiveUse>> m_previous;
     // What is declared later is closed before the folder goes.
     std::unique_ptr<PartFolder> m_part; // one of the two

@@ -4,9 +4,11 @@
 #include "app/NetworkShare.h"
 #include "app/Schema.h"
 #include "app/UserError.h"
+#include "data/engine/DatabaseFile.h"
+#include "data/engine/Error.h"
 
+#include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -15,6 +17,7 @@
 #include <QUuid>
 #include <QtEndian>
 #include <functional>
+#include <utility>
 
 namespace orvale {
 
@@ -41,10 +44,12 @@ bool hasJournal(const QString &path)
 // change counter at 24, pages at 28, the counter that the pages were counted at, at 92.
 void probeHeader(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    QByteArray header;
+    try {
+        header = dao::firstBytes(path, 100);
+    } catch (const dao::Error &) {
         throw UserError(QStringLiteral("Il file %1 non si può leggere.").arg(path));
-    const QByteArray header = file.read(100);
+    }
     if (!header.startsWith(QByteArrayLiteral("SQLite format 3\0")))
         throw notAPractice(path);
     if (header.size() < 100)
@@ -56,8 +61,10 @@ void probeHeader(const QString &path)
     if (pageSize < 512 || (pageSize & (pageSize - 1)) != 0)
         throw damaged(path);
     const bool counted = word(24) == word(92);
-    if (!hasJournal(path)
-        && (file.size() % pageSize != 0 || (counted && qint64(word(28)) * pageSize > file.size())))
+    const bool isAlone = !hasJournal(path);
+    const qint64 size =
+        QFileInfo(path).size(); // after a journal that has just gone was written into the file
+    if (isAlone && (size % pageSize != 0 || (counted && qint64(word(28)) * pageSize > size)))
         throw damaged(path);
 }
 
@@ -165,8 +172,18 @@ void probePractice(const QString &folder, const Schema &schema)
         throw UserError(QStringLiteral("Manca il permesso di scrittura nella cartella %1.").arg(folder));
     for (const PracticeFile &file : practiceFiles()) {
         const QString path = QDir(folder).filePath(file.fileName);
-        if (!hasJournal(path))
+        if (hasJournal(path))
+            continue;
+        const QFileInfo before(path);
+        const auto state = std::pair(before.size(), before.lastModified());
+        try {
             probeTables(path, file.database, schema);
+        } catch (const UserError &) {
+            // Another workstation has begun, or has just written its journal into the file: what was read was half of it.
+            const QFileInfo now(path);
+            if (!hasJournal(path) && state == std::pair(now.size(), now.lastModified()))
+                throw;
+        }
     }
 }
 

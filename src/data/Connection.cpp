@@ -42,6 +42,18 @@ QString sourcePath(const HostEnvironment &environment, const QString &letter)
     return source ? source->Name() : QString();
 }
 
+// Whether a linked table's connect text names that very database. A path that merely contains the other one, such as
+// that of a mirrored copy, is another database's.
+bool leadsTo(const QString &connect, const QString &database)
+{
+    const QString linked =
+        connect.startsWith(linkPrefix, Qt::CaseInsensitive) ? connect.mid(linkPrefix.size()) : QString();
+    if (dao::isServerAddress(database))
+        return linked.compare(database, Qt::CaseInsensitive) == 0;
+    const QString file = QFileInfo(linked).canonicalFilePath();
+    return !file.isEmpty() && file == QFileInfo(database).canonicalFilePath();
+}
+
 // Empties the entries whose table is linked to the source already.
 void skipLinkedTables(dao::Database &local, const QString &source, QStringList &list)
 {
@@ -50,11 +62,12 @@ void skipLinkedTables(dao::Database &local, const QString &source, QStringList &
         const dao::TableDef table = tables[i];
         const QString connect = table.Connect();
         if (connect.isEmpty())
-            continue;
+            continue; // its own
         const auto entry = std::find_if(list.begin() + 1, list.end(), [&](const QString &name) {
             return jet::sameText(name, table.Name());
         });
-        if (entry != list.end() && connect.toUpper().contains(source.toUpper()))
+        // A letter that stands for no database changes no link.
+        if (entry != list.end() && (source.isEmpty() || leadsTo(connect, source)))
             entry->clear();
     }
 }
@@ -102,15 +115,21 @@ void AttachTables(const HostEnvironment &environment, QStringList &list)
 {
     if (list.isEmpty() || !environment.local)
         return;
+    int position = 1;
     try {
         const QString source = sourcePath(environment, list[0]);
         skipLinkedTables(*environment.local, source, list);
-        for (int i = 1; i < list.size(); ++i) {
-            if (!list[i].isEmpty())
-                linkTable(*environment.local, source, list[i]);
+        for (; position < list.size(); ++position) {
+            if (!list[position].isEmpty())
+                linkTable(*environment.local, source, list[position]);
         }
     } catch (const dao::Error &) {
-        // The form whose tables are not linked fails on its own query.
+        // The form whose tables are not linked fails on its own query. So it must where they are still linked to another
+        // database: its rows are those of other patients.
+        for (; position < list.size(); ++position) {
+            if (!list[position].isEmpty())
+                environment.local->TableDefs().Withhold(list[position]);
+        }
     }
 }
 

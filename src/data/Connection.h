@@ -23,7 +23,7 @@ bool tableExists(dao::Database &database, const QString &name);
 
 // Links tables of a host database into the local one. list[0] is the source letter ("D", "S", "T"), the rest
 // are table names. Entries whose link was right already are emptied. An error ends it silently: a form whose
-// tables could not be linked fails on its own query.
+// tables could not be linked fails on its own query, also where an older link leads to another database.
 void AttachTables(const HostEnvironment &environment, QStringList &list);
 
 // The databases that the chart opens itself have the extension of the practice's clinical database

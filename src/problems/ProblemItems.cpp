@@ -2,9 +2,9 @@
 #include "problems/ProblemItems.h"
 
 #include "data/Connection.h"
+#include "data/HostEnvironment.h"
 #include "data/Identity.h"
 #include "data/SqlText.h"
-#include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
 
 namespace clivara {
@@ -196,16 +196,14 @@ QString itemKindName(ItemRow::Kind kind)
     return QStringLiteral("Visita");
 }
 
-void attachProblemTables(WorkingState &state)
+void attachProblemTables(const HostEnvironment &environment)
 {
-    if (!state.environment)
-        return;
     QStringList clinical{QStringLiteral("D"),      QStringLiteral("VISITAPROBL"), QStringLiteral("PROBLEMS"),
                          QStringLiteral("RIEPIL"), QStringLiteral("RIEPIL2"),     QStringLiteral("ESAMI"),
                          QStringLiteral("SPEFAR")};
-    AttachTables(*state.environment, clinical);
+    AttachTables(environment, clinical);
     QStringList codes{QStringLiteral("S"), QStringLiteral("TIPOVISITA"), QStringLiteral("SINTOMI")};
-    AttachTables(*state.environment, codes);
+    AttachTables(environment, codes);
 }
 
 QList<ItemRow> problemItems(dao::Database &local, qint32 patientCode, qint32 problem, QDate start,

@@ -7,7 +7,7 @@
 
 namespace clivara {
 
-struct WorkingState;
+struct HostEnvironment;
 
 // A row of the lists of visits, drugs and tests with the lines below it, texts ready to be shown.
 struct ItemRow {
@@ -29,7 +29,8 @@ QChar itemKindLetter(ItemRow::Kind kind); // 'V', 'F', 'S'
 QString itemKindName(ItemRow::Kind kind); // "Visita", "Farmaco", "Esami"
 
 // Links what the queries below join into the host's local database, where they run.
-void attachProblemTables(WorkingState &state);
+// Queries of what cannot be linked fail.
+void attachProblemTables(const HostEnvironment &environment);
 
 // What is filed against the problem: visits (newest first), drugs (newest first), tests (oldest first, a row for
 // each day and group of tests). Drugs and tests count from `start` on, with the diagnosis `code`; without a

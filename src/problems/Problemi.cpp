@@ -145,7 +145,8 @@ void Problemi::load()
     enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->isBuilt(chart),
                  QStringLiteral("La scheda del diabete della regione non è ancora disponibile"));
     try {
-        attachProblemTables(m_state);
+        if (m_state.environment)
+            attachProblemTables(*m_state.environment);
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("Problemi.Form_Load"), error);
     }

@@ -61,7 +61,8 @@ void Visite2::makeMenu()
 void Visite2::load()
 {
     try {
-        attachProblemTables(m_state);
+        if (m_state.environment)
+            attachProblemTables(*m_state.environment);
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("Visite2.Form_Load"), error);
     }

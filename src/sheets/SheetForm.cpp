@@ -10,11 +10,11 @@
 #include "sheets/SheetCriteria.h"
 #include "sheets/SheetFields.h"
 #include "sheets/SheetPrint.h"
+#include "support/ui/FileChoice.h"
 #include "ui_SheetForm.h"
 #include "values/JetValues.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QKeyEvent>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -435,7 +435,7 @@ void SheetForm::savePdf()
     const QString path =
         !folder.isEmpty()
             ? QDir(folder).filePath(name)
-            : QFileDialog::getSaveFileName(
+            : chooseFileToSave(
                 this, QStringLiteral("Salva la scheda come PDF"),
                 QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).filePath(name),
                 QStringLiteral("PDF (*.pdf)"));

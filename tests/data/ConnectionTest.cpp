@@ -2,8 +2,10 @@
 #include "data/Connection.h"
 
 #include "DataFixture.h"
+#include "LockHolder.h"
 #include "support/Seams.h"
 
+#include <QSqlQuery>
 #include <stdexcept>
 
 namespace {
@@ -75,6 +77,129 @@ TEST_F(ConnectionTest, ALinkToAnotherFileIsRewritten)
     EXPECT_EQ(attach({"D", "VisitaProbl"}), (QStringList{"D", "VisitaProbl"}));
     EXPECT_EQ(connectOf("VISITAPROBL"), ";DATABASE=" + path("Spostato.sqlite"));
     EXPECT_EQ(firstText("select testo from VISITAPROBL"), "spostato");
+}
+
+// Practices of files in folders of their own, each with one visit that tells whose it is.
+class LinkedFoldersTest : public DataFixture {
+protected:
+    void SetUp() override
+    {
+        if (!testengine::server().isEmpty())
+            GTEST_SKIP() << "of files";
+    }
+
+    // The folder of a new practice whose local database is linked by `connect` as it would be stored; "" by none.
+    QString make(const QString &name, const QString &connect = {})
+    {
+        const QString in = folder.filePath(name);
+        QDir().mkpath(in);
+        dao::DBEngine own;
+        const auto clinical = own.DefaultWorkspace().CreateDatabase(in + "/Orvale.sqlite");
+        clinical->Execute("CREATE TABLE VISITAPROBL (testo TEXT(250))");
+        clinical->Execute(QStringLiteral("INSERT INTO VISITAPROBL VALUES ('%1')").arg(name));
+        const auto local = own.DefaultWorkspace().CreateDatabase(in + "/Locale.sqlite");
+        if (!connect.isEmpty()) {
+            QSqlQuery links(local->nativeConnection());
+            const QString table = local->nativeSchema() + ".engine_links";
+            EXPECT_TRUE(links.exec("CREATE TABLE " + table
+                                   + " (position INTEGER PRIMARY KEY, name TEXT NOT NULL, connect TEXT NOT "
+                                     "NULL, source TEXT NOT NULL)"));
+            EXPECT_TRUE(links.exec(
+                QStringLiteral(
+                    "INSERT INTO %1 (name, connect, source) VALUES ('VISITAPROBL', '%2', 'VISITAPROBL')")
+                    .arg(table, connect)));
+        }
+        return in;
+    }
+
+    static HostEnvironment opened(dao::DBEngine &own, const QString &clinical, const QString &local)
+    {
+        HostEnvironment environment;
+        environment.clinical = own.OpenDatabase(clinical + "/Orvale.sqlite");
+        environment.local = own.OpenDatabase(local + "/Locale.sqlite");
+        return environment;
+    }
+
+    static QString shownVisit(const HostEnvironment &environment)
+    {
+        QStringList list{"D", "VISITAPROBL"};
+        AttachTables(environment, list);
+        try {
+            return environment.local->OpenRecordset("select * from VISITAPROBL")->Fields(0).text();
+        } catch (const dao::Error &error) {
+            return "errore";
+        }
+    }
+};
+
+TEST_F(LinkedFoldersTest, ShowThePracticesOwnRowsWhateverAnEarlierVersionStored)
+{
+    const QString original = make("originale");
+    const QString mirrored = "specchio" + original; // below its whole path, as backups keep it
+    const struct {
+        const char *name;
+        QString practice, connect;
+    } cases[] = {
+        {"copied", "copia", ";DATABASE=" + original + "/Orvale.sqlite"},
+        {"restored from a mirror", "restauro", ";DATABASE=" + folder.filePath(mirrored) + "/Orvale.sqlite"},
+        {"mirrored", mirrored, ";DATABASE=" + original + "/Orvale.sqlite"},
+        {"relative", "relativo", ";DATABASE=Orvale.sqlite"},
+        {"a semicolon in its name", "con;punto", ";DATABASE=" + original + "/Orvale.sqlite"},
+        {"another case of the key", "minuscolo", ";database=" + original + "/Orvale.sqlite"},
+    };
+    make(mirrored + "/altro"); // so that the mirror's folder is there
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString practice = make(c.practice, c.connect);
+        dao::DBEngine own;
+        const HostEnvironment environment = opened(own, practice, practice);
+        const LockHolder other(practice + "/Locale.sqlite"); // whose first opening meets a lock
+        EXPECT_EQ(shownVisit(environment), c.practice);
+    }
+}
+
+TEST_F(LinkedFoldersTest, ALinkIsStoredRelativeToItsDatabase)
+{
+    const QString practice = make("archivio");
+    {
+        dao::DBEngine own;
+        const HostEnvironment environment = opened(own, practice, practice);
+        EXPECT_EQ(shownVisit(environment), "archivio");
+        EXPECT_EQ(environment.local->TableDefs()["VISITAPROBL"].Connect(),
+                  ";DATABASE=" + practice + "/Orvale.sqlite");
+        QSqlQuery stored(
+            QStringLiteral("SELECT connect FROM %1.engine_links").arg(environment.local->nativeSchema()),
+            environment.local->nativeConnection());
+        ASSERT_TRUE(stored.next());
+        EXPECT_EQ(stored.value(0), ";DATABASE=Orvale.sqlite");
+    }
+    QDir().rename(practice, folder.filePath("spostato"));
+    make("archivio");
+    dao::DBEngine own;
+    EXPECT_EQ(shownVisit(opened(own, folder.filePath("spostato"), folder.filePath("spostato"))), "archivio");
+    EXPECT_EQ(opened(own, folder.filePath("spostato"), folder.filePath("spostato"))
+                  .local->TableDefs()["VISITAPROBL"]
+                  .Connect(),
+              ";DATABASE=" + folder.filePath("spostato/Orvale.sqlite"));
+}
+
+// A host may keep its local database in a folder of its own.
+TEST_F(LinkedFoldersTest, WhatCannotBeLinkedAnewShowsNoOtherPractice)
+{
+    const QString first = make("primo"), second = make("secondo");
+    const QString local = make("postazione", ";DATABASE=" + first + "/Orvale.sqlite");
+    QFile::remove(local + "/Orvale.sqlite");
+    dao::DBEngine own;
+    const HostEnvironment environment = opened(own, second, local);
+    EXPECT_EQ(environment.local->OpenRecordset("select * from VISITAPROBL")->Fields(0).text(), "primo");
+    {
+        const LockHolder other(local + "/Locale.sqlite");
+        EXPECT_EQ(shownVisit(environment), "errore");
+    }
+    EXPECT_EQ(shownVisit(environment), "secondo") << "linked as soon as that is possible";
+    QStringList missing{"D", "MANCANTE", "VISITAPROBL"};
+    AttachTables(opened(own, first, local), missing);
+    EXPECT_EQ(shownVisit(environment), "secondo");
 }
 
 TEST_F(ConnectionTest, ErrorsEndTheLinkingSilently)

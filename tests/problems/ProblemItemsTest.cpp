@@ -10,7 +10,7 @@ class ProblemItemsTest : public ProblemFixture {
 protected:
     ProblemItemsTest()
     {
-        attachProblemTables(state);
+        attachProblemTables(*state.environment);
         execute("INSERT INTO SPEFAR (CODSPE, SPECIALITA) VALUES ('D1', ' RAMIPRIL 5MG ')");
         execute("INSERT INTO ESAMI VALUES (1, 'Esami di laboratorio')");
         execute("INSERT INTO ESAMI VALUES (5, ' Terapia fisica ')");

@@ -99,6 +99,7 @@ public:
     void CancelUpdate();
     void Delete();
     EditMode editMode() const;
+    bool isInTransaction() const; // of its workspace
     // After an Update of a new row: the value of its autonumber field, 0 when it has none.
     qint64 LastAutoNumber() const;
 
@@ -150,6 +151,9 @@ public:
     TableDef operator[](int position) const;
     void Append(const TableDef &table); // TableExists
     void Delete(const QString &name); // of a linked table: only the link
+    // A linked table that could not be linked anew: queries of it fail as long as that does not succeed. The link as it
+    // is stored stays.
+    void Withhold(const QString &name);
     void Refresh();
 
 private:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/DatabaseCatalog.h"
 
+#include <QRegularExpression>
+
 namespace dao {
 namespace {
 
@@ -17,6 +19,15 @@ QString nativeLinks(const Attachment &attachment)
     return dialect.identifier(attachment.schema) + u'.' + dialect.identifier(linksTable);
 }
 
+// A connect text is a list of KEY=value, each behind a semicolon; a folder's name may hold one, too.
+QRegularExpressionMatch pathIn(const QString &connect)
+{
+    static const QRegularExpression path(
+        QStringLiteral("(?:^|;)\\s*DATABASE=\\s*(.+?)\\s*(?:;[A-Za-z ]+=.*)?;?$"),
+        QRegularExpression::CaseInsensitiveOption);
+    return path.match(connect);
+}
+
 Error tableNotFound(const QString &name)
 {
     return Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(name));
@@ -26,12 +37,14 @@ Error tableNotFound(const QString &name)
 
 QString TableLink::path(const QString &connect)
 {
-    const QLatin1String key("DATABASE=");
-    const qsizetype at = connect.indexOf(key, 0, Qt::CaseInsensitive);
-    if (at < 0)
-        return {};
-    const qsizetype end = connect.indexOf(u';', at);
-    return connect.mid(at + key.size(), end < 0 ? -1 : end - at - key.size()).trimmed();
+    return pathIn(connect).captured(1);
+}
+
+QString TableLink::withPath(QString connect, const QString &path)
+{
+    const QRegularExpressionMatch found = pathIn(connect);
+    return found.hasMatch() ? connect.replace(found.capturedStart(1), found.capturedLength(1), path)
+                            : connect;
 }
 
 DatabaseCatalog::DatabaseCatalog(std::shared_ptr<Attachment> attachment)
@@ -71,16 +84,17 @@ QString DatabaseCatalog::storedConnect(const QString &connect) const
 {
     const QString path = TableLink::path(connect);
     return path.isEmpty() ? connect
-                          : QString(connect).replace(
-                              path, m_attachment->session->dialect().linkedName(path, m_attachment->name));
+                          : TableLink::withPath(
+                              connect, m_attachment->session->dialect().linkedName(path, m_attachment->name));
 }
 
 QString DatabaseCatalog::shownConnect(const QString &connect) const
 {
     const QString path = TableLink::path(connect);
-    return path.isEmpty() ? connect
-                          : QString(connect).replace(
-                              path, m_attachment->session->dialect().nameOfLinked(path, m_attachment->name));
+    return path.isEmpty()
+               ? connect
+               : TableLink::withPath(connect,
+                                     m_attachment->session->dialect().nameOfLinked(path, m_attachment->name));
 }
 
 bool DatabaseCatalog::contains(QStringView name) const
@@ -110,6 +124,9 @@ const TableInfo *DatabaseCatalog::table(QStringView name) const
         info =
             std::make_shared<TableInfo>(session.dialect().describe(connection, m_attachment->schema, *own));
     } else if (const auto link = set->links.constFind(key); link != set->links.constEnd()) {
+        if (m_withheld.contains(key))
+            throw Error(InvalidOperation,
+                        QStringLiteral("La tabella '%1' non è collegata a questo archivio").arg(link->name));
         info = describeLink(*link, *set);
     } else {
         return nullptr;
@@ -162,7 +179,14 @@ void DatabaseCatalog::setLink(const TableLink &link)
         session.execute(QStringLiteral("INSERT INTO %1 (name, connect, source) VALUES (?, ?, ?)").arg(links),
                         {link.name, storedConnect(link.connect), link.source});
     atomic.commit();
+    m_withheld.remove(folded(link.name));
     session.definitionsChanged();
+}
+
+void DatabaseCatalog::withhold(const QString &name)
+{
+    m_withheld.insert(folded(name));
+    invalidate(); // what was found out of the table by the link that it has
 }
 
 void DatabaseCatalog::prepareLinks()

@@ -7,6 +7,7 @@
 
 #include <QCache>
 #include <QHash>
+#include <QSet>
 #include <memory>
 
 namespace dao {
@@ -19,6 +20,8 @@ struct TableLink {
 
     // The path in a connect text; empty when there is none.
     static QString path(const QString &connect);
+    // The connect text with another path.
+    static QString withPath(QString connect, const QString &path);
 };
 
 // The definitions of one database as they were read at one time. Recordsets hold on to it, so that what they
@@ -60,6 +63,9 @@ public:
     // Adds the link, or replaces the one of that name. The target must be there, else nothing changes.
     void setLink(const TableLink &link);
     void removeLink(const QString &name);
+    // Until setLink() succeeds for it, the linked table of that name is not there for queries: it may lead to another
+    // practice, and could not be put right. Nothing is written.
+    void withhold(const QString &name);
     // Makes the table in which links are kept, unless it is there.
     void prepareLinks();
 
@@ -71,6 +77,7 @@ private:
 
     std::shared_ptr<Attachment> m_attachment;
     mutable std::shared_ptr<const TableSet> m_tables;
+    QSet<QString> m_withheld; // folded names
 };
 
 } // namespace dao

@@ -16,6 +16,7 @@ enum ErrorNumber {
     NoCurrentRecord = 3021,
     UpdateWithoutEdit = 3020,
     CannotFindFile = 3024,
+    DatabaseMoved = 3044, // a file was moved, replaced or deleted while it was open; what is written is lost
     ReadOnly = 3027,
     NoPermission = 3033,
     InvalidArgument = 3001,

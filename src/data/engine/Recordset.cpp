@@ -195,6 +195,11 @@ EditMode Recordset::editMode() const
     return d->mode;
 }
 
+bool Recordset::isInTransaction() const
+{
+    return d->session->isInTransaction();
+}
+
 qint64 Recordset::LastAutoNumber() const
 {
     return d->lastAutoNumber;

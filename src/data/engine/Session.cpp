@@ -141,6 +141,7 @@ int Session::execute(const QString &sql, const QVariantList &values)
 {
     drainReaders();
     requireTransaction();
+    requireInPlace();
     return m_dialect->execute(m_connection, sql, values);
 }
 
@@ -148,6 +149,7 @@ qint64 Session::insertRow(const QString &sql, const QVariantList &values, const 
 {
     drainReaders();
     requireTransaction();
+    requireInPlace();
     return m_dialect->insertRow(m_connection, sql, values, autoNumber);
 }
 
@@ -155,6 +157,7 @@ void Session::insert(NativeInsert &prepared, const QVariantList &values)
 {
     drainReaders();
     requireTransaction();
+    requireInPlace();
     prepared.add(values);
 }
 
@@ -163,6 +166,7 @@ void Session::insertRows(NativeInsert &prepared, const QList<QVariantList> &rows
 {
     drainReaders();
     requireTransaction();
+    requireInPlace();
     prepared.addRows(rows, refused);
 }
 
@@ -182,6 +186,12 @@ void Session::requireTransaction() const
         throw m_dialect->goneTransaction();
 }
 
+void Session::requireInPlace() const
+{
+    if (m_depth == 0)
+        m_dialect->requireInPlace();
+}
+
 void Session::control(const QString &sql)
 {
     m_dialect->control(m_connection, sql);
@@ -193,11 +203,19 @@ void Session::begin()
         open({});
     drainReaders();
     requireTransaction();
-    if (m_depth == 0)
-        m_dialect->begin(m_connection);
-    else
+    if (m_depth > 0) {
         control(QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
+        ++m_depth;
+        return;
+    }
+    m_dialect->begin(m_connection);
     ++m_depth;
+    try {
+        m_dialect->requireInPlace();
+    } catch (const Error &) {
+        rollback();
+        throw;
+    }
 }
 
 void Session::beginReading()
@@ -216,6 +234,8 @@ void Session::commit()
     drainReaders();
     try {
         requireTransaction();
+        if (m_depth == 1)
+            m_dialect->requireInPlace();
         control(m_depth == 1 ? QStringLiteral("COMMIT")
                              : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {

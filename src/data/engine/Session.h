@@ -68,6 +68,7 @@ public:
     void insertRows(NativeInsert &prepared, const QList<QVariantList> &rows,
                     const NativeInsert::Refused &refused);
 
+    bool isInTransaction() const { return m_depth > 0; }
     void begin();
     void beginReading(); // not inside a transaction
     void commit();
@@ -87,6 +88,8 @@ private:
     void detachUnused();
     void drainReaders();
     void requireTransaction() const;
+    // What stands outside a transaction is saved by itself.
+    void requireInPlace() const;
     // Opens the native connection for the first database. Later ones must be of the same engine: InvalidOperation.
     void open(const QString &name);
     void control(const QString &sql);

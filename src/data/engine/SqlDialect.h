@@ -105,6 +105,9 @@ public:
     virtual QString attach(QSqlDatabase &connection, const QString &name, const QString &proposed,
                            bool readOnly) const = 0;
     virtual void detach(QSqlDatabase &connection, const QString &schema) const = 0;
+    // Throws Error (DatabaseMoved) when what is written to the databases now would be lost, since somebody has taken a
+    // file away under the program. The default is for engines whose databases nobody can take away.
+    virtual void requireInPlace() const { }
     // Makes a new, empty database of that name; TableExists when there is something of that name.
     virtual void createDatabase(QSqlDatabase &connection, const QString &name) const = 0;
     // Tables of a schema; the definition of one (nativeName set); throws Error when it cannot be read.

@@ -2,6 +2,9 @@
 #pragma once
 
 #include "data/engine/SqlDialect.h"
+#include "data/engine/SqliteFile.h"
+
+#include <QHash>
 
 namespace dao {
 
@@ -38,6 +41,7 @@ public:
     QString attach(QSqlDatabase &connection, const QString &name, const QString &proposed,
                    bool readOnly) const override;
     void detach(QSqlDatabase &connection, const QString &schema) const override;
+    void requireInPlace() const override;
     void createDatabase(QSqlDatabase &connection, const QString &name) const override;
     QStringList tables(QSqlDatabase &connection, const QString &schema) const override;
     TableInfo describe(QSqlDatabase &connection, const QString &schema, const QString &table) const override;
@@ -62,6 +66,11 @@ public:
     const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const override;
     int errorNumber(const QSqlError &error) const override;
     QString errorText(const QSqlError &error) const override;
+    QString linkedName(const QString &name, const QString &holder) const override;
+    QString nameOfLinked(const QString &linked, const QString &holder) const override;
+
+private:
+    mutable QHash<QString, SqliteFile> m_files; // attached and written to, by schema
 };
 
 } // namespace dao

@@ -121,6 +121,7 @@ void SqliteDialect::beginLoad(QSqlDatabase &connection, const QString &schema) c
 {
     sqlite3 *handle = handleOf(connection);
     const QString prefix = QStringLiteral("PRAGMA ") + identifier(schema) + u'.';
+    m_files.remove(schema); // its log goes away, and nobody else knows the file yet
     // New pages need no journal, and one of the few old ones is quickly kept in memory.
     run(*this, handle, prefix + QStringLiteral("journal_mode = MEMORY"));
     run(*this, handle, prefix + QStringLiteral("synchronous = OFF"));

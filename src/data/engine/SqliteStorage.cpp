@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/engine/SqliteDialect.h"
 
+#include "data/engine/DatabaseFile.h"
 #include "data/engine/Error.h"
 #include "data/engine/SqliteCursor.h"
 #include "data/engine/SqliteFunctions.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlDriver>
@@ -78,12 +80,8 @@ void requireDatabaseFile(const QFileInfo &file)
     const QString path = file.filePath();
     if (!file.exists() || !file.isFile())
         throw Error(CannotFindFile, QStringLiteral("Impossibile trovare il file '%1'").arg(path));
-    QFile stream(file.filePath());
-    if (!stream.open(QIODevice::ReadOnly))
-        throw Error(Failed,
-                    QStringLiteral("Impossibile leggere il file '%1': %2").arg(path, stream.errorString()));
     constexpr QByteArrayView signature("SQLite format 3\0", 16);
-    if (stream.read(signature.size()) != signature)
+    if (firstBytes(file.absoluteFilePath(), signature.size()) != signature)
         throw Error(NotADatabase, QStringLiteral("Formato di database non riconosciuto '%1'").arg(path));
 }
 
@@ -219,18 +217,32 @@ QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, con
         detach(connection, schema);
         throw Error(error.number(), QStringLiteral("%1: %2").arg(error.text(), name));
     }
+    if (!readOnly)
+        m_files.insert(schema, SqliteFile(handleOf(connection), schema));
     return schema;
+}
+
+void SqliteDialect::requireInPlace() const
+{
+    for (const SqliteFile &file : std::as_const(m_files)) {
+        if (!file.isInPlace())
+            throw Error(DatabaseMoved,
+                        QStringLiteral("Il file '%1' è stato spostato, sostituito o cancellato mentre era "
+                                       "aperto")
+                            .arg(file.path()));
+    }
 }
 
 void SqliteDialect::detach(QSqlDatabase &connection, const QString &schema) const
 {
     runQuery(*this, connection, QStringLiteral("DETACH DATABASE ") + quoted(schema));
+    m_files.remove(schema);
 }
 
 void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name) const
 {
     const QFileInfo file(name);
-    QFile stream(file.absoluteFilePath());
+    QFile stream(file.absoluteFilePath()); // a new file, which nobody can have open
     if (!stream.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
         if (file.exists())
             throw Error(TableExists, QStringLiteral("Il database '%1' esiste già").arg(name));
@@ -248,6 +260,22 @@ void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name
         stream.remove();
         throw;
     }
+}
+
+QString SqliteDialect::linkedName(const QString &name, const QString &holder) const
+{
+    // A practice is copied, moved and restored as a folder: its links stay within it.
+    return QFileInfo(holder).absoluteDir().relativeFilePath(QFileInfo(name).absoluteFilePath());
+}
+
+QString SqliteDialect::nameOfLinked(const QString &linked, const QString &holder) const
+{
+    const QDir folder = QFileInfo(holder).absoluteDir();
+    if (QDir::isRelativePath(linked))
+        return QDir::cleanPath(folder.absoluteFilePath(linked));
+    // Earlier versions stored the whole path, which leads to the original after a practice was copied or restored.
+    const QString beside = folder.absoluteFilePath(QFileInfo(linked).fileName());
+    return QFileInfo::exists(beside) ? beside : linked;
 }
 
 QStringList SqliteDialect::tables(QSqlDatabase &connection, const QString &schema) const

@@ -126,6 +126,11 @@ void TableDefs::Delete(const QString &name)
     m_database->d->define(statement);
 }
 
+void TableDefs::Withhold(const QString &name)
+{
+    m_database->d->catalog->withhold(name);
+}
+
 void TableDefs::Refresh()
 {
     m_database->d->catalog->invalidate();

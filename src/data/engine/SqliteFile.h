@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <sys/types.h>
+
+struct sqlite3;
+
+namespace dao {
+
+// A database file as a connection has it open: whether it, its write-ahead log and their index still are the files
+// of their names. What is written to a log that was deleted, or beside a file that was replaced, is read by nobody.
+class SqliteFile {
+public:
+    SqliteFile() = default;
+    // Of the database attached as `schema`, of which something was read already.
+    SqliteFile(sqlite3 *connection, const QString &schema);
+
+    bool isInPlace() const;
+    QString path() const { return m_path; }
+
+private:
+    struct Identity {
+        dev_t device = 0;
+        ino_t number = 0; // 0: there is no such file
+        bool operator==(const Identity &) const = default;
+    };
+    static Identity identityOf(const QString &path);
+
+    sqlite3 *m_connection = nullptr;
+    QByteArray m_schema;
+    QString m_path; // that of the file itself where its name is a symbolic link
+    Identity m_log, m_index;
+};
+
+} // namespace dao
