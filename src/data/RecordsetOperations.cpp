@@ -5,8 +5,6 @@
 #include "support/Seams.h"
 #include "values/JetValues.h"
 
-#include <QElapsedTimer>
-
 namespace clivara {
 
 namespace {
@@ -24,72 +22,109 @@ int pauseFor(double draw)
     return std::min(maximumPause, static_cast<int>(jet::roundHalfToEven(draw * 500 + 500)));
 }
 
-// In a transaction that is gone nothing can be saved any more, and what may have been saved must not be saved twice.
-bool isFinal(const dao::Error &error)
+// In a transaction that is gone nothing can be saved any more, what may have been saved must not be saved twice, and a
+// file that was taken away does not come back.
+bool isFinal(int errorNumber)
 {
-    return error.number() == dao::TransactionError || error.number() == dao::TransactionLost
-           || error.number() == dao::CommitInDoubt;
+    return errorNumber == dao::TransactionError || errorNumber == dao::TransactionLost
+           || errorNumber == dao::CommitInDoubt || errorNumber == dao::DatabaseMoved;
+}
+
+// Another workstation is in the middle of it, or was: what is read anew tells what it has done.
+bool isAnothersDoing(int errorNumber)
+{
+    return errorNumber == dao::Locked || errorNumber == dao::RecordChanged
+           || errorNumber == dao::RecordDeleted;
 }
 
 } // namespace
 
+bool Attempts::fail(int errorNumber)
+{
+    ++m_failures;
+    m_longest = std::max(m_longest, m_time.elapsed() - m_begun);
+    const bool isSlow = errorNumber == dao::ConnectionLost || m_longest > slowAttempt;
+    return m_failures < maximumAttempts && !isFinal(errorNumber)
+           && !(isSlow && m_time.elapsed() + maximumPause + m_longest > longestPatience);
+}
+
+void RecordsetOperations::pause(const QString &prefix)
+{
+    m_pauses.pause(pauseFor(m_pauses.draw()));
+    m_log.write(prefix + QStringLiteral("TryAgain"));
+}
+
 template <typename Operation>
-qint16 RecordsetOperations::attempt(const QString &routine, const QString &source, Operation operation)
+qint16 RecordsetOperations::attempt(const QString &routine, const QString &source, bool once,
+                                    Attempts &attempts, Operation operation)
 {
     const QString prefix = routine + QStringLiteral(" - ");
     m_log.write(prefix + QStringLiteral("begin"));
     // The first one, what follows being often only its consequence; a server that is gone above all.
     int tellingError = 0;
-    qint64 longestAttempt = 0;
-    QElapsedTimer time;
-    time.start();
-    for (int failures = 0;;) {
-        const qint64 before = time.elapsed();
+    for (;;) {
+        attempts.begin();
         try {
             operation();
             m_log.write(prefix + QStringLiteral("0"));
             return 0;
         } catch (const dao::Error &error) {
-            if (failures++ == 0 || error.number() == dao::ConnectionLost)
+            const bool isEnough = !attempts.fail(error.number()) || once;
+            if (tellingError == 0 || error.number() == dao::ConnectionLost)
                 tellingError = error.number();
-            m_log.write(
-                QStringLiteral("%1iErr=%2 - Error %3 - ").arg(prefix).arg(failures).arg(error.number())
-                + error.text());
+            m_log.write(QStringLiteral("%1iErr=%2 - Error %3 - ")
+                            .arg(prefix)
+                            .arg(attempts.failures())
+                            .arg(error.number())
+                        + error.text());
             m_log.write(prefix + source);
-            longestAttempt = std::max(longestAttempt, time.elapsed() - before);
-            const bool isSlow = error.number() == dao::ConnectionLost || longestAttempt > slowAttempt;
-            if (failures == maximumAttempts || isFinal(error)
-                || (isSlow && time.elapsed() + maximumPause + longestAttempt > longestPatience))
+            if (isEnough)
                 break;
         }
-        m_pauses.pause(pauseFor(m_pauses.draw()));
-        m_log.write(prefix + QStringLiteral("TryAgain"));
+        pause(prefix);
     }
     m_log.write(prefix + QStringLiteral("Failed"));
     m_failure = tellingError;
     return -1;
 }
 
+template <typename Operation>
+qint16 RecordsetOperations::attempt(const QString &routine, const dao::Recordset &recordset,
+                                    Operation operation)
+{
+    Attempts attempts;
+    return attempt(routine, recordset.Name(), recordset.isInTransaction(), attempts, operation);
+}
+
 qint16 RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_AddNew"), recordset.Name(), [&] { recordset.AddNew(); });
+    return attempt(QStringLiteral("Recordset_AddNew"), recordset, [&] { recordset.AddNew(); });
 }
 
 qint16 RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_Edit"), recordset.Name(), [&] { recordset.Edit(); });
+    return attempt(QStringLiteral("Recordset_Edit"), recordset, [&] { recordset.Edit(); });
 }
 
 qint16 RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_Update"), recordset.Name(), [&] { recordset.Update(); });
+    return attempt(QStringLiteral("Recordset_Update"), recordset, [&] { recordset.Update(); });
 }
 
 qint16 RecordsetOperations::Workspace_BeginTrans(dao::Workspace &workspace,
-                                                 std::optional<dao::Transaction> &transaction)
+                                                 std::optional<dao::Transaction> &transaction,
+                                                 Attempts &attempts)
 {
-    return attempt(QStringLiteral("Workspace_BeginTrans"), QStringLiteral("Workspace"),
+    return attempt(QStringLiteral("Workspace_BeginTrans"), QStringLiteral("Workspace"), false, attempts,
                    [&] { transaction.emplace(workspace); });
+}
+
+bool RecordsetOperations::waitToTryAgain(const QString &subject, int errorNumber, Attempts &attempts)
+{
+    if (!isAnothersDoing(errorNumber) || !attempts.fail(errorNumber))
+        return false;
+    pause(subject + QStringLiteral(" - "));
+    return true;
 }
 
 } // namespace clivara

@@ -3,6 +3,7 @@
 
 #include "data/engine/Dao.h"
 
+#include <QElapsedTimer>
 #include <optional>
 #include <utility>
 
@@ -11,11 +12,32 @@ namespace clivara {
 class Log;
 class Pauses;
 
+// How often one thing was tried, and for how long; shared by the steps of what is tried again as a whole.
+class Attempts {
+public:
+    Attempts() { m_time.start(); }
+    int failures() const { return m_failures; }
+    // Takes a failure down. False when it is not to be tried again: too often, too long, or of an error that trying
+    // again cannot mend.
+    bool fail(int errorNumber);
+    // Another attempt begins.
+    void begin() { m_begun = m_time.elapsed(); }
+
+private:
+    QElapsedTimer m_time;
+    qint64 m_begun = 0;
+    qint64 m_longest = 0; // attempt, ms
+    int m_failures = 0;
+};
+
 // AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
 // step logged; a server that cannot be reached, or that is slow to refuse, is not tried for longer than the pauses may
 // take, and what stands in a transaction that is gone, or may have been saved, is not tried again. The result is a
 // failure flag: 0 done, -1 failed after the last attempt. No error is raised, and after a failed Update the edit buffer
 // is still there. The calling thread does not respond during the pauses.
+//
+// Inside a transaction there is one attempt only: all other workstations wait for its end, and what keeps it from being
+// done does not go away before. Who began it rolls it back and tries the whole again.
 class RecordsetOperations {
 public:
     RecordsetOperations(Log &log, Pauses &pauses)
@@ -30,7 +52,12 @@ public:
 
     // Begins a transaction with the same patience. Where rows are written together the waiting belongs here: once
     // the transaction has begun, no other workstation is in the way any more.
-    qint16 Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction);
+    qint16 Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction,
+                                Attempts &attempts);
+
+    // After a transaction that ended with that error and was rolled back: pauses as between two attempts and returns
+    // true when it was another workstation that was in the way and there is patience left.
+    bool waitToTryAgain(const QString &subject, int errorNumber, Attempts &attempts);
 
     // The number of the error that the last operation to fail began with, or ConnectionLost where that came later; 0 when
     // none has failed since the last call.
@@ -39,7 +66,11 @@ public:
 private:
     // `source` is what the log calls the thing that the operation is tried on.
     template <typename Operation>
-    qint16 attempt(const QString &routine, const QString &source, Operation operation);
+    qint16 attempt(const QString &routine, const QString &source, bool once, Attempts &attempts,
+                   Operation operation);
+    template <typename Operation>
+    qint16 attempt(const QString &routine, const dao::Recordset &recordset, Operation operation);
+    void pause(const QString &prefix);
 
     Log &m_log;
     Pauses &m_pauses;

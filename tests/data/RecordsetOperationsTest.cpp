@@ -162,22 +162,60 @@ TEST_F(RecordsetOperationsTest, ATransactionIsBegunWhenTheOtherProcessIsDone)
 {
     std::optional<dao::Transaction> transaction;
     {
+        clivara::Attempts first;
         LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction), -1);
+        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction, first), -1);
         EXPECT_FALSE(transaction);
         EXPECT_EQ(pauses.taken.size(), 19);
         EXPECT_EQ(logged().filter("Workspace_BeginTrans - iErr=").size(), 20);
         EXPECT_EQ(logged().last(), "Workspace_BeginTrans - Failed");
 
+        clivara::Attempts second;
         pauses.actAt = 21;
         pauses.during = [&] { other.release(); };
-        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction), 0);
+        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction, second), 0);
     }
     EXPECT_EQ(logged().last(), "Workspace_BeginTrans - 0");
     ASSERT_TRUE(transaction);
     database->Execute("INSERT INTO VISITE VALUES (2, 'annullata')");
     transaction.reset();
     EXPECT_EQ(rows("chiave=2"), 0) << "what is not committed is undone";
+}
+
+// All other workstations wait for the end of a transaction, and nothing that stands in its way goes away before.
+TEST_F(RecordsetOperationsTest, InsideATransactionThereIsOneAttempt)
+{
+    const auto visits = database->OpenRecordset("VISITE");
+    dao::Transaction transaction(engine.DefaultWorkspace());
+    visits->AddNew();
+    visits->Fields("chiave").setValue(1);
+    EXPECT_EQ(operations.Recordset_Update(*visits), -1);
+    EXPECT_EQ(operations.takeFailure(), dao::DuplicateKey);
+    const auto snapshot = database->OpenRecordset("VISITE", dao::RecordsetType::Snapshot);
+    EXPECT_EQ(operations.Recordset_AddNew(*snapshot), -1);
+    EXPECT_EQ(operations.Recordset_Edit(*snapshot), -1);
+    EXPECT_TRUE(pauses.taken.isEmpty());
+    EXPECT_EQ(logged().filter("iErr=1 ").size(), 3);
+    EXPECT_EQ(logged().filter(" - Failed").size(), 3);
+    EXPECT_TRUE(logged().filter("TryAgain").isEmpty());
+}
+
+TEST_F(RecordsetOperationsTest, AWholeIsTriedAgainForAnotherWorkstationOnly)
+{
+    clivara::Attempts attempts;
+    for (const dao::ErrorNumber permanent :
+         {dao::DuplicateKey, dao::FieldRequired, dao::FieldTooSmall, dao::DiskFull, dao::TransactionLost,
+          dao::CommitInDoubt, dao::DatabaseMoved})
+        EXPECT_FALSE(operations.waitToTryAgain("VISITE", permanent, attempts)) << permanent;
+    EXPECT_TRUE(pauses.taken.isEmpty());
+    EXPECT_TRUE(operations.waitToTryAgain("VISITE", dao::RecordChanged, attempts));
+    EXPECT_TRUE(operations.waitToTryAgain("VISITE", dao::RecordDeleted, attempts));
+    int more = 0;
+    while (operations.waitToTryAgain("VISITE", dao::Locked, attempts))
+        ++more;
+    EXPECT_EQ(more, 17) << "twenty attempts in all";
+    EXPECT_EQ(pauses.taken.size(), 19);
+    EXPECT_EQ(logged().count("VISITE - TryAgain"), 19);
 }
 
 } // namespace

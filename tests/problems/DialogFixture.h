@@ -43,7 +43,7 @@ protected:
     static constexpr auto save = "chameleonButton1_0";
     static constexpr auto leave = "chameleonButton1_1";
     inline static const std::string notSaved =
-        "Attenzione!|Salvataggio non riuscito: l'archivio è occupato o non si può scrivere.\n"
+        "Attenzione!|Salvataggio non riuscito: l'archivio non si può scrivere (errore 3146).\n"
         "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.|warning";
 };
 

@@ -398,7 +398,8 @@ TEST_F(Probl1Test, ASaveThatFailsKeepsTheDialogOpen)
         EXPECT_EQ(value("txtDescr") + value("Text1_0"), "Tossescritto");
         EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
         state.environment = nullptr; // an error already while looking for duplicates
-        EXPECT_EQ(boxOf(save), notSaved);
+        EXPECT_NE(boxOf(save).find("Salvataggio non riuscito: l'archivio non si può scrivere (errore 3219)"),
+                  std::string::npos);
         state.environment = &environment;
         click(save);
         EXPECT_FALSE(form.isVisible());

@@ -19,39 +19,25 @@ bool isForNobody(WorkingState &state, const QString &subject)
     return true;
 }
 
-QString commandAdvice(int errorNumber)
-{
-    switch (errorNumber) {
-    case dao::CommitInDoubt:
-        return QStringLiteral("Controllare prima di riprovare.");
-    case noPatientFailure:
-        return QStringLiteral("Nessun dato è stato modificato: scegliere prima un paziente.");
-    default:
-        return QStringLiteral("Nessun dato è stato modificato: riprovare tra poco.");
-    }
-}
-
-} // namespace
-
-WriteResult writeTogether(WorkingState &state, const QString &subject,
-                          const std::function<WriteResult()> &write)
+// One attempt, the waiting for the transaction apart. What it ended with is WorkingState::failure.
+WriteResult writeOnce(WorkingState &state, const QString &subject, const std::function<WriteResult()> &write,
+                      Attempts &attempts)
 {
     state.failure = 0;
     state.operations.takeFailure();
-    if (isForNobody(state, subject))
-        return WriteResult::Failed;
     try {
         if (!state.environment || !state.environment->workspace)
             throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio dell'ospite non disponibile"));
         std::optional<dao::Transaction> transaction;
-        const bool begun =
-            state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction) == 0;
-        const WriteResult result = begun ? write() : WriteResult::Failed;
+        if (state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction, attempts)
+            != 0) {
+            state.failure = state.operations.takeFailure();
+            return WriteResult::Failed;
+        }
+        const WriteResult result = write();
         if (result == WriteResult::Done)
             transaction->commit();
         state.failure = state.operations.takeFailure();
-        if (result == WriteResult::Done)
-            state.unreachableTold = false;
         return result;
     } catch (const dao::Error &error) {
         const int first = state.operations.takeFailure();
@@ -59,6 +45,70 @@ WriteResult writeTogether(WorkingState &state, const QString &subject,
         state.log.write(QStringLiteral("%1 - Error %2 - ").arg(subject).arg(error.number()) + error.text());
         return WriteResult::Failed;
     }
+}
+
+const auto laterAdvice = QStringLiteral("riprovare tra poco");
+
+// What the doctor can do about it.
+QString adviceFor(int errorNumber)
+{
+    switch (errorNumber) {
+    case dao::CommitInDoubt:
+        return QStringLiteral("prima di salvarlo di nuovo, controllare se c'è già");
+    case dao::DuplicateKey:
+    case dao::FieldTooSmall:
+    case dao::RecordTooLarge:
+    case dao::FieldRequired:
+    case dao::Overflow:
+    case dao::TypeMismatch:
+    case dao::ConversionError:
+        return QStringLiteral("correggerlo e salvare di nuovo");
+    case dao::RecordDeleted:
+    case dao::RecordChanged:
+        return QStringLiteral("riaprire la finestra per vedere come sono i dati ora");
+    case dao::DatabaseMoved:
+        return QStringLiteral("annotarlo, chiudere il programma e riaprire l'archivio");
+    case dao::ReadOnly:
+    case dao::NoPermission:
+    case dao::DiskFull:
+    case dao::DiskError:
+    case dao::Corrupt:
+        return QStringLiteral("finché la causa non è rimossa non si può salvare niente");
+    case noPatientFailure:
+        return QStringLiteral("per salvarlo, riaprire la sezione dopo aver scelto il paziente");
+    default:
+        return laterAdvice;
+    }
+}
+
+// What the doctor can do when it was a command on a row of a list.
+QString commandAdvice(int errorNumber)
+{
+    if (errorNumber == dao::CommitInDoubt)
+        return QStringLiteral("Controllare prima di riprovare.");
+    const auto unchanged = QStringLiteral("Nessun dato è stato modificato");
+    if (errorNumber == noPatientFailure)
+        return unchanged + QStringLiteral(": scegliere prima un paziente.");
+    const bool later = adviceFor(errorNumber) == laterAdvice;
+    return unchanged + (later ? QStringLiteral(": ") + laterAdvice : QString()) + u'.';
+}
+
+} // namespace
+
+WriteResult writeTogether(WorkingState &state, const QString &subject,
+                          const std::function<WriteResult()> &write)
+{
+    if (isForNobody(state, subject))
+        return WriteResult::Failed;
+    Attempts attempts;
+    WriteResult result;
+    do
+        result = writeOnce(state, subject, write, attempts);
+    while (result == WriteResult::Failed
+           && state.operations.waitToTryAgain(subject, state.failure, attempts));
+    if (result == WriteResult::Done)
+        state.unreachableTold = false;
+    return result;
 }
 
 QString failureReason(int errorNumber)
@@ -74,26 +124,48 @@ QString failureReason(int errorNumber)
         return QStringLiteral("l'archivio è occupato da un'altra postazione");
     case noPatientFailure:
         return QStringLiteral("non c'è un paziente identificato");
+    case dao::DuplicateKey:
+        return QStringLiteral("esiste già una registrazione con gli stessi dati di riconoscimento");
+    case dao::FieldTooSmall:
+    case dao::RecordTooLarge:
+        return QStringLiteral("un testo è più lungo di quanto l'archivio può contenere");
+    case dao::FieldRequired:
+        return QStringLiteral("manca un dato che l'archivio richiede");
+    case dao::Overflow:
+    case dao::TypeMismatch:
+    case dao::ConversionError:
+        return QStringLiteral("un valore non è di quelli che l'archivio può contenere");
+    case dao::RecordDeleted:
+        return QStringLiteral("la registrazione è stata cancellata da un'altra postazione");
+    case dao::RecordChanged:
+        return QStringLiteral("la registrazione è stata cambiata da un'altra postazione");
+    case dao::DatabaseMoved:
+        return QStringLiteral("l'archivio è stato spostato, sostituito o cancellato mentre era aperto");
+    case dao::ReadOnly:
+    case dao::NoPermission:
+        return QStringLiteral("manca il permesso di scrivere nell'archivio");
+    case dao::DiskFull:
+        return QStringLiteral("il disco è pieno");
+    case dao::DiskError:
+        return QStringLiteral("il disco non funziona correttamente");
+    case dao::Corrupt:
+    case dao::NotADatabase:
+        return QStringLiteral("l'archivio è danneggiato");
+    case 0: // what failed has told only the log
+        return QStringLiteral("l'archivio non si può scrivere");
     default:
-        return QStringLiteral("l'archivio è occupato o non si può scrivere");
+        return QStringLiteral("l'archivio non si può scrivere (errore %1)").arg(errorNumber);
     }
 }
 
 void warnNotSaved(WorkingState &state)
 {
-    if (state.failure == dao::CommitInDoubt) {
-        state.prompts.warn(QStringLiteral("Salvataggio incerto: %1.\n"
-                                          "Quanto scritto resta nella finestra: prima di salvarlo di nuovo, "
-                                          "controllare se c'è già.")
-                               .arg(failureReason(state.failure)));
-        return;
-    }
-    state.prompts.warn(QStringLiteral("Salvataggio non riuscito: %1.\n"
-                                      "Niente è stato salvato. Quanto scritto resta nella finestra: %2.")
-                           .arg(failureReason(state.failure),
-                                state.failure == noPatientFailure ? QStringLiteral(
-                                    "per salvarlo, riaprire la sezione dopo aver scelto il paziente")
-                                                                  : QStringLiteral("riprovare tra poco")));
+    const auto text =
+        state.failure == dao::CommitInDoubt
+            ? QStringLiteral("Salvataggio incerto: %1.\nQuanto scritto resta nella finestra: %2.")
+            : QStringLiteral("Salvataggio non riuscito: %1.\nNiente è stato salvato. Quanto scritto "
+                             "resta nella finestra: %2.");
+    state.prompts.warn(text.arg(failureReason(state.failure), adviceFor(state.failure)));
 }
 
 void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed)

@@ -23,14 +23,16 @@ enum class WriteResult {
 constexpr int noPatientFailure = -1;
 
 // Does `write` within one transaction of the host's databases and commits it when the result is Done; otherwise
-// nothing of it stays. Waits for other workstations before it begins. Raises nothing: an error is Failed and
-// leaves a line in the log that begins with `subject`. WorkingState::failure tells the error's number. Nothing is written,
-// and the result is Failed, while the header identifies no patient: every save and command of the chart is about one.
+// nothing of it stays. Waits for other workstations before it begins, and where one is in the way later, rolls back,
+// waits and does the whole again: `write` may run several times, and asks or tells the doctor nothing, since all other
+// workstations wait for its end. Any other error ends it at once. Raises nothing: an error is Failed and leaves a line
+// in the log that begins with `subject`. WorkingState::failure tells the error's number; 0 where `write` itself refused.
+// Nothing is written, and the result is Failed, while the header identifies no patient: every save and command of the
+// chart is about one.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
 
-// Why an error of that number keeps the practice from being written, as the end of a sentence: the server cannot be
-// reached, another workstation is in the way, or what else it may be.
+// Why an error of that number keeps the practice from being written, as the end of a sentence.
 QString failureReason(int errorNumber);
 // Tells the doctor that nothing was saved and why, by WorkingState::failure, and that the window keeps what was typed.
 void warnNotSaved(WorkingState &state);

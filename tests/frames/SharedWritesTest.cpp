@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "host/working_state/SharedWrites.h"
+
+#include "ChartFixture.h"
+#include "frames/RecordSaving.h"
+
+namespace clivara {
+namespace {
+
+class SharedWritesTest : public ChartFixture {
+protected:
+    SharedWritesTest()
+    {
+        environment.clinical =
+            create("Orvale.sqlite", {"CREATE TABLE VISITE (chiave LONG NOT NULL, nota TEXT(10))",
+                                     "CREATE UNIQUE INDEX chiave ON VISITE (chiave)",
+                                     "INSERT INTO VISITE VALUES (1, 'prima')"});
+    }
+
+    WriteResult add(const QVariant &key, const QString &note)
+    {
+        const auto row = database().OpenRecordset("VISITE");
+        if (state.operations.Recordset_AddNew(*row) != 0)
+            return WriteResult::Failed;
+        row->Fields("chiave").setValue(key);
+        row->Fields("nota").setValue(note);
+        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+    }
+    // Another workstation saves, without waiting.
+    void saveElsewhere(int key)
+    {
+        dao::DBEngine other;
+        other.OpenDatabase(path("Orvale.sqlite"))
+            ->Execute(QStringLiteral("INSERT INTO VISITE VALUES (%1, 'altrove')").arg(key));
+    }
+};
+
+// All others wait as long as the transaction lasts, and what is wrong with the save does not get better.
+TEST_F(SharedWritesTest, APermanentErrorEndsTheSaveAtOnceAndIsTold)
+{
+    const struct {
+        QVariant key;
+        QString note;
+        const char *reason, *advice;
+    } cases[] = {
+        {1, "x", "esiste già una registrazione", "correggerlo"},
+        {2, "undici caratteri", "più lungo", "correggerlo"},
+        {{}, "x", "manca un dato", "correggerlo"},
+        {3000000000.0, "x", "un valore non è", "correggerlo"},
+    };
+    int key = 100;
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.reason);
+        EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(c.key, c.note); }), WriteResult::Failed);
+        EXPECT_TRUE(pauses.taken.isEmpty());
+        saveElsewhere(++key);
+        prompts.queue();
+        warnNotSaved(state);
+        EXPECT_TRUE(prompts.last().contains(c.reason)) << qPrintable(prompts.last());
+        EXPECT_TRUE(prompts.last().contains(c.advice)) << qPrintable(prompts.last());
+        EXPECT_FALSE(prompts.last().contains("occupato")) << qPrintable(prompts.last());
+    }
+    EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(2, "dopo"); }), WriteResult::Done);
+}
+
+TEST_F(SharedWritesTest, WhatAnotherWorkstationIsDoingIsWaitedForOutsideTheTransaction)
+{
+    for (const dao::ErrorNumber theirs : {dao::Locked, dao::RecordChanged, dao::RecordDeleted}) {
+        pauses.taken.clear();
+        execute("DELETE * FROM VISITE");
+        int attempts = 0;
+        pauses.actAt = 1;
+        pauses.during = [&] { saveElsewhere(7); };
+        EXPECT_EQ(writeTogether(state, "VISITE",
+                                [&] {
+                                    const WriteResult result = add(++attempts, "qui");
+                                    if (attempts < 3)
+                                        throw dao::Error(theirs, "occupato");
+                                    return result;
+                                }),
+                  WriteResult::Done);
+        EXPECT_EQ(pauses.taken.size(), 2);
+        EXPECT_EQ(clinical("SELECT chiave FROM VISITE ORDER BY chiave"), (QStringList{"3", "7"}))
+            << "nothing stays of the attempts before";
+    }
+    pauses.taken.clear();
+    pauses.actAt = 0;
+    EXPECT_EQ(
+        writeTogether(state, "VISITE", []() -> WriteResult { throw dao::Error(dao::Locked, "occupato"); }),
+        WriteResult::Failed);
+    EXPECT_EQ(pauses.taken.size(), 19) << "as often as anything is tried";
+    EXPECT_EQ(state.failure, dao::Locked);
+}
+
+// A record that stopped being possible between the look at it and the transaction.
+TEST_F(SharedWritesTest, ARefusalIsToldAtTheFirstAttempt)
+{
+    struct Record final : WrittenRecord {
+        bool mayWrite() override
+        {
+            if (isTaken)
+                prompts.warn("Esiste già.");
+            return !isTaken;
+        }
+        WriteResult write() override
+        {
+            isTaken = true;
+            return WriteResult::Failed;
+        }
+        RecordConflict conflict() const override { return {}; }
+        void keepMine() override { }
+
+        explicit Record(Prompts &toldBy)
+            : prompts(toldBy)
+        {
+        }
+        Prompts &prompts;
+        bool isTaken = false;
+    } record(prompts);
+    prompts.queue();
+    EXPECT_EQ(saveRecord(state, "Prova", record), SaveEnd::NotSaved);
+    EXPECT_TRUE(prompts.last().contains("Esiste già.")) << qPrintable(prompts.last());
+}
+
+} // namespace
+} // namespace clivara
