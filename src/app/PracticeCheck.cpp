@@ -23,7 +23,7 @@ struct Rule {
     Finding::Kind kind = Finding::Kind::Inconsistency;
 };
 
-// Rows of a patient who is not in the registry.
+// Rows of a patient who is not in the registry, and of nobody: no patient has a code of 0 or less.
 QList<Rule> patientRules()
 {
     const QList<std::pair<QString, QString>> tables{
@@ -46,8 +46,16 @@ QList<Rule> patientRules()
         rules.append(
             {QStringLiteral("%1: righe di un paziente che non è in archivio (%2)").arg(table, key),
              QStringLiteral("SELECT t.%2 FROM %1 AS t LEFT JOIN archivio AS a ON t.cod_paz = a.cod_paz "
-                            "WHERE isnull(a.cod_paz) ORDER BY t.%2")
+                            "WHERE isnull(a.cod_paz) OR t.cod_paz <= 0 ORDER BY t.%2")
                  .arg(table, key)});
+    rules.append({QStringLiteral("archivio: pazienti senza un codice valido (cod_paz)"),
+                  QStringLiteral("SELECT cod_paz FROM archivio WHERE isnull(cod_paz) OR cod_paz <= 0 "
+                                 "ORDER BY cod_paz")});
+    // The host may have removed the patient since.
+    rules.append({QStringLiteral("Modifiche: modifiche di un paziente che non è in archivio (cod_paz)"),
+                  QStringLiteral("SELECT DISTINCT t.cod_paz FROM Modifiche AS t LEFT JOIN archivio AS a "
+                                 "ON t.cod_paz = a.cod_paz WHERE isnull(a.cod_paz) ORDER BY t.cod_paz"),
+                  QStringLiteral("clinical"), Finding::Kind::WorthKnowing});
     return rules;
 }
 

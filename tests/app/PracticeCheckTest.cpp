@@ -116,6 +116,57 @@ TEST_F(PracticeCheckTest, FindsEachFault)
     }
 }
 
+// What was stored without a patient stands under these codes.
+TEST_F(PracticeCheckTest, FindsTheRowsOfNobodyInEveryTable)
+{
+    const auto practice = Practice::create(path("p"));
+    dao::Database &clinical = *practice->environment().clinical;
+    clinical.Execute("INSERT INTO archivio (cod_paz) VALUES (1)");
+    QStringList tables;
+    for (const char *table :
+         {"inf_gen", "ESAME_OB", "esa_ob", "riepil", "PROBLEMS", "VISITAPROBL", "Rischio_Cardio",
+          "SindrMetabolica", "cronpat", "pat_rem2", "patopers", "ricoveri2", "AIR15_7"}) {
+        tables.append(table);
+        int key = 500;
+        for (const char *nobody : {"0", "-1", "77777", "1"}) {
+            QStringList fields{"cod_paz"}, values{nobody};
+            // Keys that the tables want.
+            const auto add = [&](const char *of, const char *field, const QString &value) {
+                if (qstrcmp(table, of) == 0) {
+                    fields.append(field);
+                    values.append(value);
+                }
+            };
+            const QString number = QString::number(++key);
+            add("riepil", "cod_pre", number);
+            add("riepil", "tipo", "20");
+            add("PROBLEMS", "stato_probl", "1");
+            add("VISITAPROBL", "IdVisitaProbl", number);
+            add("Rischio_Cardio", "Data_Val", "#3/1/2026#");
+            add("SindrMetabolica", "Data_Val", "#3/1/2026#");
+            add("AIR15_7", "idScheda", number);
+            add("AIR15_7", "idTipo", "1");
+            clinical.Execute(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                                 .arg(table, fields.join(u','), values.join(u',')));
+        }
+    }
+    QStringList told;
+    for (const Finding &finding : orvale::checkPractice(*practice)) {
+        EXPECT_EQ(finding.count, 3) << qPrintable(finding.text);
+        told.append(finding.text.section(u':', 0, 0));
+    }
+    EXPECT_EQ(told, tables);
+
+    // Nobody has a row in the registry either.
+    clinical.Execute("INSERT INTO archivio (cod_paz) VALUES (0)");
+    clinical.Execute("INSERT INTO Modifiche (Tipo, cod_paz) VALUES (4, 77777)");
+    const auto found = orvale::checkPractice(*practice);
+    ASSERT_EQ(found.size(), tables.size() + 2);
+    EXPECT_EQ(found[tables.size()].keys, QStringList{"0"});
+    EXPECT_EQ(found.last().keys, QStringList{"77777"});
+    EXPECT_EQ(found.last().kind, Finding::Kind::WorthKnowing);
+}
+
 // A practice that was filled elsewhere may lack the indexes that keep keys apart.
 TEST_F(PracticeCheckTest, FindsKeysThatNoIndexGuards)
 {
