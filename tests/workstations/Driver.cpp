@@ -4,8 +4,11 @@
 #include "Check.h"
 #include "Desk.h"
 #include "Ledger.h"
+#include "app/DamageWatch.h"
 #include "app/Demo.h"
 #include "app/Practice.h"
+#include "app/PracticeCheck.h"
+#include "app/PracticeCopy.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,6 +27,8 @@ namespace {
 constexpr int patienceMs = 60000; // of a doctor whose server is being killed
 constexpr int afterAnnouncementMs = 25; // a save lasts about so long
 constexpr int betweenServerKillsMs = 1500;
+constexpr int longestStay = 4; // saves of a workstation that comes and goes
+constexpr int longestVisitMs = 600; // of a visitor who is killed
 
 QString ledgerPath(const Run &run, int worker)
 {
@@ -74,17 +79,30 @@ public:
 
     void start()
     {
-        const auto entries = Account::read(ledgerPath(m_run, m_worker)).entries;
-        m_process.start(QCoreApplication::applicationFilePath(),
-                        {"work", m_run.practice, "--folder", m_run.folder, "--processes",
-                         QString::number(m_run.workstations), "--saves", QString::number(m_run.saves),
-                         "--kill-server", QString::number(m_run.serverKills), "--worker",
-                         QString::number(m_worker), "--from",
-                         QString::number(entries.isEmpty() ? 0 : entries.last().save.number + 1)});
+        QStringList arguments{"work",          m_run.practice,
+                              "--folder",      m_run.folder,
+                              "--processes",   QString::number(m_run.workstations),
+                              "--saves",       QString::number(m_run.saves),
+                              "--kill-server", QString::number(m_run.serverKills),
+                              "--worker",      QString::number(m_worker),
+                              "--from",        QString::number(nextSave())};
+        if (m_run.comesAndGoes)
+            arguments.append("--come-and-go");
+        m_process.start(QCoreApplication::applicationFilePath(), arguments);
         m_process.waitForStarted();
     }
 
-    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    // Whether it saves, or will. One that has gone for a while comes back.
+    bool isWorking()
+    {
+        if (m_process.state() != QProcess::NotRunning)
+            return true;
+        if (!m_run.comesAndGoes || m_process.exitCode() != 0 || m_process.exitStatus() != QProcess::NormalExit
+            || nextSave() >= m_run.saves)
+            return false;
+        start();
+        return true;
+    }
     // Whether a save has begun since the last call.
     bool takeAnnouncement() { return m_process.readAllStandardOutput().contains("saving"); }
     void kill()
@@ -105,9 +123,81 @@ public:
     }
 
 private:
+    int nextSave() const
+    {
+        const auto entries = Account::read(ledgerPath(m_run, m_worker)).entries;
+        return entries.isEmpty() ? 0 : entries.last().save.number + 1;
+    }
+
     const Run &m_run;
     const int m_worker;
     QProcess m_process;
+};
+
+// Programs that open the practice for a moment, so many at once. Some are killed while they have it open.
+class Visitors {
+public:
+    explicit Visitors(const Run &run)
+        : m_run(run)
+        , m_random(run.seed + 1)
+    {
+        for (int i = 0; i < run.visitors; ++i)
+            m_processes.push_back(std::make_unique<QProcess>());
+    }
+
+    // Sees whoever has gone out and lets the next one in.
+    void serve(QStringList &faults)
+    {
+        for (const auto &process : m_processes) {
+            if (process->state() != QProcess::NotRunning)
+                continue;
+            takeFault(*process, faults);
+            const int number = m_visits++;
+            process->setObjectName(QString::number(number));
+            process->start(
+                QCoreApplication::applicationFilePath(),
+                {"visit", m_run.practice, "--folder", m_run.folder, "--from", QString::number(number)});
+            if (m_random.bounded(4) == 0)
+                QTimer::singleShot(m_random.bounded(longestVisitMs), process.get(),
+                                   [this, number, visitor = process.get()] {
+                                       if (visitor->objectName() == QString::number(number)
+                                           && visitor->state() != QProcess::NotRunning) {
+                                           visitor->setProperty("killed", true);
+                                           visitor->kill();
+                                           ++m_killed;
+                                       }
+                                   });
+        }
+    }
+    void waitForAll(QStringList &faults)
+    {
+        for (const auto &process : m_processes) {
+            process->waitForFinished(60000);
+            takeFault(*process, faults);
+        }
+    }
+    int visits() const { return m_visits; }
+    int killed() const { return m_killed; }
+
+private:
+    static void takeFault(QProcess &process, QStringList &faults)
+    {
+        if (process.program().isEmpty())
+            return; // nobody has come yet
+        const QString error = QString::fromUtf8(process.readAllStandardError()).trimmed();
+        if (!process.property("killed").toBool()
+            && (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0))
+            faults.append(QStringLiteral("la visita %1 è finita con %2: %3")
+                              .arg(process.objectName())
+                              .arg(process.exitCode())
+                              .arg(error.right(2000)));
+        process.setProperty("killed", false);
+    }
+
+    const Run &m_run;
+    QRandomGenerator m_random;
+    std::vector<std::unique_ptr<QProcess>> m_processes;
+    int m_visits = 0, m_killed = 0;
 };
 
 void sleepAndServe(int ms)
@@ -121,7 +211,8 @@ using Workstations = std::vector<std::unique_ptr<Workstation>>;
 
 bool anyRunning(const Workstations &all)
 {
-    return std::any_of(all.begin(), all.end(), [](const auto &one) { return one->isRunning(); });
+    // Each is asked: whoever comes and goes comes back by that.
+    return std::count_if(all.begin(), all.end(), [](const auto &one) { return one->isWorking(); }) > 0;
 }
 
 int killWorkstations(const Run &run, Workstations &all, QRandomGenerator &random)
@@ -130,9 +221,9 @@ int killWorkstations(const Run &run, Workstations &all, QRandomGenerator &random
     while (killed < run.workstationKills && anyRunning(all)) {
         Workstation &victim = *all[std::size_t(random.bounded(run.workstations))];
         victim.takeAnnouncement();
-        while (victim.isRunning() && !victim.takeAnnouncement())
+        while (victim.isWorking() && !victim.takeAnnouncement())
             sleepAndServe(1);
-        if (!victim.isRunning())
+        if (!victim.isWorking())
             continue;
         sleepAndServe(random.bounded(afterAnnouncementMs));
         victim.kill();
@@ -151,7 +242,7 @@ int killServer(const Run &run, Workstations &all, QRandomGenerator &random, QStr
 {
     // Opening the practice is no save: nobody is patient there.
     for (const auto &workstation : all) {
-        while (workstation->isRunning() && !workstation->takeAnnouncement())
+        while (workstation->isWorking() && !workstation->takeAnnouncement())
             sleepAndServe(1);
     }
     int killed = 0;
@@ -216,9 +307,50 @@ int work(const Run &run, int worker, int from)
 {
     Ledger ledger(ledgerPath(run, worker));
     Desk desk(run.practice, workFolder(run, worker), ledger, run.serverKills > 0 ? patienceMs : 0);
-    for (int number = from; number < run.saves; ++number)
+    const int stay = run.comesAndGoes ? 1 + (from * 7 + worker) % longestStay : run.saves;
+    for (int number = from; number < std::min(run.saves, from + stay); ++number)
         desk.perform(makeSave(worker, number, run.saves));
     return 0;
+}
+
+int visit(const Run &run, int number)
+{
+    enum Act { Look, ReadPages, Watch, Check, Copy, Acts };
+    const bool isOnServer = isServer(run.practice);
+    switch (Act(number % Acts)) {
+    case ReadPages:
+        orvale::Practice::open(run.practice);
+        return 0;
+    case Watch: {
+        const auto practice = orvale::Practice::open(run.practice, orvale::Schema::current(),
+                                                     orvale::Practice::Pages::ReadLater);
+        const orvale::DamageWatch watch(run.practice); // waits for its end
+        return 0;
+    }
+    case Check: {
+        const auto practice = orvale::Practice::open(run.practice);
+        const auto found = orvale::checkPractice(*practice);
+        for (const orvale::Finding &finding : found)
+            std::fprintf(stderr, "%s\n", finding.text.toUtf8().constData());
+        return found.isEmpty() ? 0 : 1;
+    }
+    case Copy: {
+        const QString copy = QDir(run.folder).filePath(QStringLiteral("copia-%1").arg(number));
+        if (!isOnServer || number % (2 * Acts) == Copy) {
+            orvale::copyPractice(run.practice, copy);
+            QDir(copy).removeRecursively();
+        }
+        return 0;
+    }
+    case Look:
+    default:
+        const auto practice = orvale::Practice::open(run.practice, orvale::Schema::current(),
+                                                     orvale::Practice::Pages::ReadLater);
+        const auto rows = practice->environment().clinical->OpenRecordset("SELECT * FROM VISITAPROBL");
+        while (!rows->Eof())
+            rows->MoveNext();
+        return 0;
+    }
 }
 
 int drive(const Run &run)
@@ -235,6 +367,10 @@ int drive(const Run &run)
         all.back()->start();
     }
     QStringList faults;
+    Visitors visitors(run);
+    QTimer door;
+    QObject::connect(&door, &QTimer::timeout, [&] { visitors.serve(faults); });
+    door.start(5);
     const int killed = killWorkstations(run, all, random);
     if (killed < run.workstationKills)
         faults.append(QStringLiteral("solo %1 postazioni uccise: troppo pochi salvataggi").arg(killed));
@@ -243,6 +379,8 @@ int drive(const Run &run)
         faults.append(QStringLiteral("solo %1 arresti del server: troppo pochi salvataggi").arg(serverKills));
     while (anyRunning(all))
         sleepAndServe(10);
+    door.stop();
+    visitors.waitForAll(faults);
     const double seconds = double(timer.elapsed()) / 1000;
 
     QList<Account> accounts;
@@ -278,7 +416,7 @@ int drive(const Run &run)
 
     say(QStringLiteral(
             "%1: %2 postazioni × %3 salvataggi in %4 s; confermati %5; postazioni uccise %6; arresti del "
-            "server %7; messaggi mostrati %8; nuovi tentativi %9")
+            "server %7; messaggi mostrati %8; nuovi tentativi %9; visite %10, di cui %11 uccise")
             .arg(isServer(run.practice) ? QStringLiteral("server") : QStringLiteral("file"))
             .arg(run.workstations)
             .arg(run.saves)
@@ -287,7 +425,9 @@ int drive(const Run &run)
             .arg(killed)
             .arg(serverKills)
             .arg(shown)
-            .arg(retries));
+            .arg(retries)
+            .arg(visitors.visits())
+            .arg(visitors.killed()));
     say(QStringLiteral("attesa di un salvataggio: ") + saved.text());
     say(QStringLiteral("attesa di una maschera: ") + opened.text());
     for (const QString &fault : std::as_const(faults))

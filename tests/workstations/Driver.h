@@ -13,13 +13,18 @@ struct Run {
     int saves = 15; // of each
     int workstationKills = 0; // at random moments of saves; the workstation is started again
     int serverKills = 0; // at random moments; by the command in CLIVARA_TEST_SERVER_CONTROL
+    int visitors =
+        0; // programs that open the practice for a moment, one after the other: look, check, copy, are killed
+    bool comesAndGoes = false; // a workstation opens and closes the practice every few saves
     int limitMs = 0; // longer waits are a fault; 0: none is
     quint32 seed = 1; // of the random moments
 };
 
 // Prints what was done and every fault; the exit status, 0 without faults.
 int drive(const Run &run);
-// One workstation of a run, from the save of that number on.
+// One workstation of a run, from the save of that number on; where workstations come and go, only the next few saves.
 int work(const Run &run, int worker, int from);
+// One visit of that number to the run's practice.
+int visit(const Run &run, int number);
 
 } // namespace workstations
