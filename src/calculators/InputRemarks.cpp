@@ -62,7 +62,8 @@ void remarkOnDate(const Proposal &proposal, QDate since, QDate today, QStringLis
     if (proposal.performed.isNull() || proposal.performed == proposal.date)
         return;
     if (proposal.performed > today)
-        lines << QStringLiteral("Risulta eseguito in data futura: %1.").arg(jet::slashedDate(proposal.performed));
+        lines << QStringLiteral("Risulta eseguito in data futura: %1.")
+                     .arg(jet::slashedDate(proposal.performed));
     else if (proposal.performed < since)
         lines << QStringLiteral("Risulta eseguito il %1.").arg(jet::slashedDate(proposal.performed));
 }
@@ -117,7 +118,8 @@ FindingRemarks findingRemarks(const Finding &finding, const QString &unit, QDate
         const auto whole = jet::numberFromText(proposal->stored);
         // A whole number that the form rounded is not one read in part.
         if (!whole || (*whole != read && jet::roundHalfToEven(*whole) != read)) {
-            remarks.lines << QStringLiteral("«%1» letto come %2.").arg(proposal->stored, jet::numberText(read));
+            remarks.lines
+                << QStringLiteral("«%1» letto come %2.").arg(proposal->stored, jet::numberText(read));
             remarks.mustBeSeen = true;
         }
         if (!proposal->unit.isEmpty() && !isSameUnit(proposal->unit, unit)) {
@@ -153,7 +155,7 @@ QString ageAtDateRemark(QDate day, QDate birth, QDate today)
     const int now = exactAge(birth, today);
     if (then < 0 || now < 0 || then == now)
         return {};
-    return QStringLiteral("Il %1 %2 %3 anni: qui vale l'età di oggi, %4.")
+    return QStringLiteral("Il %1 %2 %3 anni: Calcola usa l'età di oggi, %4.")
         .arg(jet::slashedDate(day), day < today ? QStringLiteral("aveva") : QStringLiteral("avrà"))
         .arg(then)
         .arg(now);

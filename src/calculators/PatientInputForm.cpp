@@ -207,10 +207,8 @@ void PatientInputForm::showPatient()
     m_person->lblSesso->clear();
     m_person->lblEta->clear();
     m_person->ageUnit->hide();
-    m_registry = Registry::Unreadable;
-    guarded([this] {
+    m_isRegistryRead = guarded([this] {
         const auto patient = readCalculatorPatient(m_state.clinical(), m_state.header.patientCode);
-        m_registry = patient ? Registry::Read : Registry::NoSuchPatient;
         if (!patient)
             return;
         m_birth = patient->birth;
@@ -234,8 +232,8 @@ QString PatientInputForm::sexRemark() const
     const QString consequence = withoutSex();
     if (sex() != Sex::Unknown || consequence.isEmpty())
         return {};
-    return (m_registry == Registry::Unreadable ? QStringLiteral("Non è stato possibile leggere il sesso: %1.")
-                                               : QStringLiteral("Sesso non indicato: %1."))
+    return (m_isRegistryRead ? QStringLiteral("Sesso non indicato: %1.")
+                             : QStringLiteral("Non è stato possibile leggere il sesso: %1."))
         .arg(consequence);
 }
 
@@ -244,9 +242,8 @@ QString PatientInputForm::birthRemark() const
     const QString consequence = withoutBirth();
     if (isAgeKnown() || consequence.isEmpty())
         return {};
-    return (m_registry == Registry::Unreadable
-                ? QStringLiteral("Non è stato possibile leggere la data di nascita: %1.")
-                : QStringLiteral("Data di nascita mancante o futura: %1."))
+    return (m_isRegistryRead ? QStringLiteral("Data di nascita mancante o futura: %1.")
+                             : QStringLiteral("Non è stato possibile leggere la data di nascita: %1."))
         .arg(consequence);
 }
 

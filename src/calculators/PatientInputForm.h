@@ -134,9 +134,6 @@ private:
         QStringList found; // what is remarked of the proposed value
         bool mustBeSeen = false; // and has not been yet
     };
-    // How far the registry could be read.
-    enum class Registry { Read, NoSuchPatient, Unreadable };
-
     Input &input(const QObject *edit);
     // The input's value is no longer the proposed one.
     void forgetOrigin(Input &input);
@@ -155,7 +152,7 @@ private:
     QAbstractButton *m_compute = nullptr;
     QList<Input> m_inputs;
     const NumericEdit *m_typing = nullptr; // the input that somebody is typing in
-    Registry m_registry = Registry::Read;
+    bool m_isRegistryRead = false; // else nothing is known of sex and birth
     QDate m_birth;
     QString m_validDate;
     int m_grownBy = 0; // pixels of height, for remarks

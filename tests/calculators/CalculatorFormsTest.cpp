@@ -236,6 +236,11 @@ TEST_F(CalculatorFormsTest, UnlikelyValuesAreRemarkedAndComputed)
         type("me_col", "17");
         control("me_hdl")->setFocus();
         EXPECT_EQ(remark("me_col"), "");
+        type("me_hdl", "1"); // and closed in the middle of it
+    });
+    addResult("90.16.04", daysAgo(1), "'88.4'");
+    open(clearance, [&] {
+        EXPECT_EQ(remark("me_hdl"), "⚠ Improbabile: di solito tra 0.2 e 20 mg/dl.") << "proposed, not typed";
     });
     CalcLDL ldl(state);
     open(ldl, [&] {
@@ -293,7 +298,7 @@ TEST_F(CalculatorFormsTest, TheAgeAtAnotherDateIsSaid)
         type("MaskEdBox1", "1/3/2006");
         control("me_col")->setFocus();
         EXPECT_EQ(remark("MaskEdBox1"),
-                  "⚠ Il 01/03/2006 aveva 39 anni: qui vale l'età di oggi, 60. 39 anni sono "
+                  "⚠ Il 01/03/2006 aveva 39 anni: Calcola usa l'età di oggi, 60. 39 anni sono "
                   "sotto i 40 della funzione attesa.");
         type("MaskEdBox1", "01/02/20");
         EXPECT_EQ(remark("MaskEdBox1"), "") << "may become 2026";

@@ -478,25 +478,26 @@ TEST_F(EvaluationFormsTest, TheAgeAtAnotherDateIsSaid)
         const char *risk;
         const char *syndrome;
     };
-    const auto thirty = "⚠ Il 01/01/2000 aveva 33 anni: qui vale l'età di oggi, 60.";
+    const auto thirty = "⚠ Il 01/01/2000 aveva 33 anni: Calcola usa l'età di oggi, 60.";
     for (const Case &c :
          {Case{"03", "01/04/2026", "", ""},
-          Case{"03", "01/01/2026", "⚠ Il 01/01/2026 aveva 59 anni: qui vale l'età di oggi, 60.",
-               "⚠ Il 01/01/2026 aveva 59 anni: qui vale l'età di oggi, 60."},
+          Case{"03", "01/01/2026", "⚠ Il 01/01/2026 aveva 59 anni: Calcola usa l'età di oggi, 60.",
+               "⚠ Il 01/01/2026 aveva 59 anni: Calcola usa l'età di oggi, 60."},
           Case{"03", "01/01/2000",
-               "⚠ Il 01/01/2000 aveva 33 anni: qui vale l'età di oggi, 60. 33 anni sono fuori dai 35–69 "
+               "⚠ Il 01/01/2000 aveva 33 anni: Calcola usa l'età di oggi, 60. 33 anni sono fuori dai 35–69 "
                "dell'equazione.",
                thirty},
           Case{"16", "01/01/2000",
-               "⚠ Il 01/01/2000 aveva 33 anni: qui vale l'età di oggi, 60. 33 anni sono fuori dai 40–69 "
+               "⚠ Il 01/01/2000 aveva 33 anni: Calcola usa l'età di oggi, 60. 33 anni sono fuori dai 40–69 "
                "della carta.",
                thirty},
-          Case{"16", "01/01/1990", nullptr,
-               "⚠ Il 01/01/1990 aveva 23 anni: qui vale l'età di oggi, 60. 23 anni sono fuori dai 25–70 in "
-               "cui vale "
-               "la diagnosi in questa regione."},
+          Case{
+              "16", "01/01/1990", nullptr,
+              "⚠ Il 01/01/1990 aveva 23 anni: Calcola usa l'età di oggi, 60. 23 anni sono fuori dai 25–70 in "
+              "cui vale "
+              "la diagnosi in questa regione."},
           Case{"03", "01/01/2090",
-               "⚠ La data è futura.\n⚠ Il 01/01/2090 avrà 123 anni: qui vale l'età di oggi, 60. 123 anni "
+               "⚠ La data è futura.\n⚠ Il 01/01/2090 avrà 123 anni: Calcola usa l'età di oggi, 60. 123 anni "
                "sono fuori "
                "dai 35–69 dell'equazione.",
                nullptr}}) {

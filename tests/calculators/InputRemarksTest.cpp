@@ -15,15 +15,13 @@ TEST(InputRemarks, RangesIncludeTheirEnds)
         PlausibleRange range;
         double least, below, most, above;
     };
-    for (const Case &c : {Case{plausibleAdultWeightKg, 30, 29.9, 300, 300.1},
-                          Case{plausibleWeightKg, 2, 1.9, 300, 301}, Case{plausibleWaistCm, 40, 39, 200, 9999},
-                          Case{plausibleSystolicMmHg, 60, 59, 260, 261},
-                          Case{plausibleDiastolicMmHg, 30, 29, 150, 151},
-                          Case{plausibleCreatinineMgDl, 0.2, 0.001, 20, 88.4},
-                          Case{plausibleTotalCholesterolMgDl, 60, 5.2, 600, 601},
-                          Case{plausibleHdlMgDl, 10, 1.3, 150, 151},
-                          Case{plausibleTriglyceridesMgDl, 20, 1.7, 2000, 2001},
-                          Case{plausibleGlucoseMgDl, 30, 5.5, 600, 601}}) {
+    for (const Case &c :
+         {Case{plausibleAdultWeightKg, 30, 29.9, 300, 300.1}, Case{plausibleWeightKg, 2, 1.9, 300, 301},
+          Case{plausibleWaistCm, 40, 39, 200, 9999}, Case{plausibleSystolicMmHg, 60, 59, 260, 261},
+          Case{plausibleDiastolicMmHg, 30, 29, 150, 151}, Case{plausibleCreatinineMgDl, 0.2, 0.001, 20, 88.4},
+          Case{plausibleTotalCholesterolMgDl, 60, 5.2, 600, 601}, Case{plausibleHdlMgDl, 10, 1.3, 150, 151},
+          Case{plausibleTriglyceridesMgDl, 20, 1.7, 2000, 2001},
+          Case{plausibleGlucoseMgDl, 30, 5.5, 600, 601}}) {
         EXPECT_EQ(rangeRemark(c.least, c.range, "u").toStdString(), "") << c.least;
         EXPECT_EQ(rangeRemark(c.most, c.range, "u").toStdString(), "") << c.most;
         EXPECT_NE(rangeRemark(c.below, c.range, "u").toStdString(), "") << c.below;
@@ -90,7 +88,9 @@ TEST(InputRemarks, OnWhatTheRecordsHold)
         {{of(QDate(2008, 3, 1)), {}, {}, {}}, "È di 18 anni fa.", false},
         {{of({}), {}, {}, {}}, "Senza data: può essere vecchio.", false},
         {{of(recent, QDate(2026, 10, 1)), {}, {}, {}}, "", false},
-        {{of(recent, QDate(2026, 10, 1)), {}, {}, QDate(2026, 10, 15)}, "Risulta eseguito il 01/10/2026.", false},
+        {{of(recent, QDate(2026, 10, 1)), {}, {}, QDate(2026, 10, 15)},
+         "Risulta eseguito il 01/10/2026.",
+         false},
         {{of(recent, QDate(2019, 2, 3)), {}, {}, {}}, "Risulta eseguito il 03/02/2019.", false},
         {{of(recent, QDate(2029, 2, 3)), {}, {}, {}}, "Risulta eseguito in data futura: 03/02/2029.", false},
         {{of(recent), high, {}, {}}, "Il più recente è fuori dai limiti: 340 mg/dl del 10/11/2026.", false},
@@ -119,24 +119,27 @@ TEST(InputRemarks, OnDatesAndAges)
     };
     for (const Case &c :
          {Case{today, birth, "", ""}, Case{{}, birth, "", ""}, Case{QDate(2026, 3, 12), birth, "", ""},
-          Case{QDate(2026, 3, 11), birth, "", "Il 11/03/2026 aveva 59 anni: qui vale l'età di oggi, 60."},
+          Case{QDate(2026, 3, 11), birth, "", "Il 11/03/2026 aveva 59 anni: Calcola usa l'età di oggi, 60."},
           Case{QDate(2026, 3, 11), {}, "", ""}, Case{QDate(2026, 11, 22), birth, "La data è futura.", ""},
           Case{QDate(2090, 1, 1), birth, "La data è futura.",
-               "Il 01/01/2090 avrà 123 anni: qui vale l'età di oggi, 60."},
+               "Il 01/01/2090 avrà 123 anni: Calcola usa l'età di oggi, 60."},
           Case{QDate(202, 1, 1), birth, "Anno improbabile: 202.", ""},
           Case{QDate(202, 1, 1), {}, "Anno improbabile: 202.", ""},
           Case{QDate(1966, 3, 11), birth, "La data precede la nascita (12/03/1966).", ""},
           Case{today, QDate(2030, 1, 1), "La data precede la nascita (01/01/2030).", ""}}) {
         EXPECT_EQ(dateRemark(c.day, c.birth, today).toStdString(), c.date) << c.day.toString().toStdString();
-        EXPECT_EQ(ageAtDateRemark(c.day, c.birth, today).toStdString(), c.age) << c.day.toString().toStdString();
+        EXPECT_EQ(ageAtDateRemark(c.day, c.birth, today).toStdString(), c.age)
+            << c.day.toString().toStdString();
     }
 }
 
 TEST(InputRemarks, SpellingsOfAnExamCode)
 {
     const std::pair<const char *, const char *> cases[] = {
-        {"90.16.04", "90.16.4"}, {"90.16.4", "90.16.04"}, {"90.14.1", "90.14.01"}, {"90.16.004", "90.16.4 90.16.04"},
-        {"90.16.40", ""},        {"89", ""},              {"90.16.x", ""},         {"", ""}};
+        {"90.16.04", "90.16.4"}, {"90.16.4", "90.16.04"},
+        {"90.14.1", "90.14.01"}, {"90.16.004", "90.16.4 90.16.04"},
+        {"90.16.40", ""},        {"89", ""},
+        {"90.16.x", ""},         {"", ""}};
     for (const auto &[code, others] : cases)
         EXPECT_EQ(otherSpellings(code).join(u' ').toStdString(), others) << code;
 }
