@@ -177,10 +177,9 @@ bool MyDateControl::eventFilter(QObject *watched, QEvent *event)
 
 QString dateRequest(const QString &request, const MyDateControl &control)
 {
-    return control.isEmpty() ? request
-                             : request
-                                   + QStringLiteral("\nQuella scritta, %1, è impossibile: non è una data.")
-                                         .arg(control.typedText());
+    return control.isEmpty()
+               ? request
+               : request + QStringLiteral("\nQuella scritta, %1, è impossibile.").arg(control.typedText());
 }
 
 } // namespace clivara

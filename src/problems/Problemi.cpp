@@ -339,8 +339,7 @@ void Problemi::tellNotClosed(const ProblemListModel::Row &problem, const Problem
     conflict.there = there.written;
     const QString now =
         there.state == qint16(ProblemState::Open)
-            ? QStringLiteral(
-                "Non è stato chiuso: l'elenco lo mostra ora com'è adesso, e da lì si può chiudere.")
+            ? QStringLiteral("Non è stato chiuso: l'elenco lo mostra com'è adesso, e da lì si può chiudere.")
             : QStringLiteral("Non è stato chiuso: il suo stato è ora «%1».")
                   .arg(problemStateText(there.state));
     m_state.prompts.warn(conflictSentence(m_state, conflict) + u'\n' + now);

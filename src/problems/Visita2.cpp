@@ -222,7 +222,7 @@ bool Visita2::mayKeepProblem()
         {QStringLiteral("Attenzione!"),
          QStringLiteral("Il problema associato è stato eliminato da un'altra postazione.\n"
                         "Salvare la visita senza problema associato?\n"
-                        "Con No resta aperta com'è, e si può sceglierne un altro."),
+                        "Con No resta aperta com'è, e se ne può scegliere un altro."),
          PromptIcon::Warning,
          {PromptButton::Yes, PromptButton::No},
          PromptButton::Yes});

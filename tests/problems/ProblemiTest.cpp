@@ -253,7 +253,7 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotClosedUnseen)
             close("1", ", dLastModifiedDate = #11/21/2026 10:05:00#, sAuthorUid = 'BRUNO'"),
             "Attenzione!|Il problema è stato salvato da Bruno Verdi il 21/11/2026 alle 10:05, da un'altra "
             "postazione, mentre era in questa finestra.\n"
-            "Non è stato chiuso: l'elenco lo mostra ora com'è adesso, e da lì si può chiudere.|warning");
+            "Non è stato chiuso: l'elenco lo mostra com'è adesso, e da lì si può chiudere.|warning");
         EXPECT_EQ(
             close("3", ""),
             "Attenzione!|Il problema è stato salvato da un'altra postazione mentre era in questa finestra. "

@@ -235,7 +235,7 @@ TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
         const std::string gone =
             "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"
             "Salvare la visita senza problema associato?\n"
-            "Con No resta aperta com'è, e si può sceglierne un altro.|warning";
+            "Con No resta aperta com'è, e se ne può scegliere un altro.|warning";
         EXPECT_EQ(boxOf(save, PromptButton::No), gone);
         EXPECT_EQ(value("Text1_0") + value("Problema"), "scritto intanto");
         boxOf(save, PromptButton::Yes);
@@ -249,7 +249,7 @@ TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
 {
     const QString question = "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"
                              "Salvare la visita senza problema associato?\n"
-                             "Con No resta aperta com'è, e si può sceglierne un altro.|warning";
+                             "Con No resta aperta com'è, e se ne può scegliere un altro.|warning";
     const auto other = otherWorkstation();
     const auto remove = [&] { other->Execute("DELETE * FROM PROBLEMS WHERE descr_mal = 'Tosse'"); };
     std::optional<dao::Transaction> theirs;

@@ -94,7 +94,7 @@ TEST_F(SheetFormTest, WhatDoesNotFitIsSaidAndNotStored)
             {"dtDataEcg", "31/02/2026", "01/02/2026", "Ultimo elettrocardiogramma: la data non è valida."},
             {"DTPicker1", "", "21/11/2026", "Inserire la data della scheda."},
             {"DTPicker1", "31/11/2026", "21/11/2026",
-             "Inserire la data della scheda.\nQuella scritta, 31/11/2026, è impossibile: non è una data."},
+             "Inserire la data della scheda.\nQuella scritta, 31/11/2026, è impossibile."},
         };
         for (const auto &[field, text, wanted, box] : cases) {
             type(field, text);

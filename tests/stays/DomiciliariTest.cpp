@@ -195,7 +195,7 @@ TEST_F(DomiciliariTest, AnImpossibleDateIsSaidToBeImpossible)
         choose("cbTipoDomiciliare", "Assistenza");
         type("Data_Dom", "31/02/2026");
         EXPECT_EQ(boxOf(store), "Attenzione|E' necessario inserire la data.\n"
-                                "Quella scritta, 31/02/2026, è impossibile: non è una data.|warning");
+                                "Quella scritta, 31/02/2026, è impossibile.|warning");
         type("Data_Dom", "");
         EXPECT_EQ(boxOf(store), "Attenzione|E' necessario inserire la data.|warning");
         click(cancel);

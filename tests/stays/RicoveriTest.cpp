@@ -154,7 +154,7 @@ TEST_F(RicoveriTest, TheDialogSaysInHospitalOfTheNewestStayOnly)
         EXPECT_EQ(text("lblDurata"), "Ancora in ospedale, da 9 giorni.");
         type("Data_Dom", "31/02/2026");
         EXPECT_EQ(boxOf(memorise), "Attenzione|E' necessario inserire la data.\n"
-                                   "Quella scritta, 31/02/2026, è impossibile: non è una data.|question");
+                                   "Quella scritta, 31/02/2026, è impossibile.|question");
         type("Data_Dom", "");
         EXPECT_EQ(boxOf(memorise), "Attenzione|E' necessario inserire la data.|question");
     });
