@@ -59,11 +59,12 @@ std::vector<QString> catalogueNames(const QList<CatalogueEntry> &entries)
 }
 
 std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint32 patientCode,
-                                                  const QString &kind)
+                                                  const QString &kind, dao::RecordsetType type)
 {
     auto rows = clinical.OpenRecordset(
         QStringLiteral("SELECT * FROM esame_ob WHERE tipo_dati = '%1' AND cod_paz = %2")
-            .arg(kind, QString::number(patientCode)));
+            .arg(kind, QString::number(patientCode)),
+        type);
     for (; !rows->Eof(); rows->MoveNext()) {
         const QVariant key = rows->Fields(QStringLiteral("chiave")).Value();
         if (key.isValid() && key.toString().isEmpty())
@@ -85,7 +86,7 @@ std::optional<QString> readFreeText(dao::Database &clinical, qint32 patientCode)
 Allergies readAllergies(dao::Database &clinical, qint32 patientCode)
 {
     const QString text = readFreeText(clinical, patientCode).value_or(QString());
-    const auto rows = openQuestionnaire(clinical, patientCode, allergyKind);
+    const auto rows = openQuestionnaire(clinical, patientCode, allergyKind, dao::RecordsetType::Snapshot);
     const QString code = rows->Eof() ? QString() : rows->Fields(QStringLiteral("dati_paz")).text();
     const bool isAnswered = !withoutOuterBlanks(code).isEmpty();
     return judgedAllergies(namesOf(clinical, legibleAllergies(code)), isAnswered,

@@ -26,7 +26,8 @@ std::vector<QString> catalogueNames(const QList<CatalogueEntry> &entries);
 // The rows of a patient's questionnaire of a kind (ESAME_OB.tipo_dati), positioned on the one that speaks: the one with an
 // empty key, else the first. At the end when there is none.
 std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint32 patientCode,
-                                                  const QString &kind);
+                                                  const QString &kind,
+                                                  dao::RecordsetType type = dao::RecordsetType::Dynaset);
 
 // The patient's free text of allergies; Null is an empty text, empty means that the patient has no general
 // information (inf_gen), so that a text cannot be written.

@@ -60,7 +60,7 @@ QString plainUnit(const QString &unit)
             plain += sign;
     }
     const std::pair<const char *, const char *> spellings[] = {
-        {"/100ml", "/dl"}, {"mg%", "mg/dl"},      {"micromol", "umol"}, {"mcmol", "umol"}, {"mcg", "ug"},
+        {"/100ml", "/dl"}, {"mg%", "mg/dl"}, {"micromol", "umol"}, {"mcmol", "umol"}, {"mcg", "ug"},
         {"/litro", "/l"},  {"%(ngsp)", "%"}, {"%ngsp", "%"},       {"%(dcct)", "%"},  {"%hb", "%"}};
     for (const auto &[written, meant] : spellings) {
         if (plain.endsWith(QLatin1String(written)) || plain.startsWith(QLatin1String(written)))
@@ -81,7 +81,8 @@ std::optional<ResultInUnit> resultInUnit(const QString &exam, double value, cons
             continue;
         if (rule.factor == 1 && rule.offset == 0)
             return ResultInUnit{value, {}};
-        const QString written = unit.trimmed().isEmpty() ? QStringLiteral("senza unità, mmol/mol") : unit.trimmed();
+        const QString written =
+            unit.trimmed().isEmpty() ? QStringLiteral("senza unità, mmol/mol") : unit.trimmed();
         QString how = written + QStringLiteral(" × ") + jet::formatNumber(rule.factor, u"0.0000");
         if (rule.offset != 0)
             how += QStringLiteral(" + ") + jet::numberText(rule.offset);

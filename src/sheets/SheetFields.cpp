@@ -321,6 +321,7 @@ void SheetFields::setOrigins(const QHash<int, QString> &origins)
         const QString usual =
             isNumber ? QStringLiteral("Al massimo %1").arg(highestNumber(m_layout.fields[i])) : QString();
         m_controls[i]->setToolTip(origins.value(i, usual));
+        m_controls[i]->setAccessibleDescription(origins.value(i));
     }
 }
 

@@ -170,6 +170,14 @@ TEST_F(AllergieTest, KeepsNothingOfThePatientBefore)
     });
     EXPECT_EQ(clinical("SELECT cod_paz, Allergie FROM inf_gen ORDER BY cod_paz"),
               (QStringList{"17|Nichel", "18|Pesca"}));
+    state.header.patientCode = 17;
+    open(form, [&] {
+        EXPECT_EQ(freeTextField()->toPlainText(), "");
+        click("alim_1");
+        prompts.queue(PromptButton::Yes);
+        esc();
+    });
+    EXPECT_EQ(freeText(), QStringList{"Nichel"});
 }
 
 TEST_F(AllergieTest, WhatWasSavedStandsInTheStrip)
