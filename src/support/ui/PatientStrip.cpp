@@ -71,16 +71,16 @@ PatientStrip::PatientStrip(QWidget *parent)
     large.setPointSizeF(large.pointSizeF() * 1.4);
     large.setBold(true);
     m_name->setFont(large);
-    m_allergies->setContentsMargins(6, 1, 6, 1);
+    m_allergies->setContentsMargins(6, 0, 6, 1);
     // A long list does not make the form wider.
     m_allergies->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(16, 8, 16, 8);
+    layout->setContentsMargins(16, 6, 16, 6);
     layout->setSpacing(0);
     layout->addWidget(m_name);
     layout->addWidget(m_details);
-    layout->addSpacing(3);
+    layout->addSpacing(2);
     layout->addWidget(m_allergies);
 }
 
