@@ -83,7 +83,8 @@ RangeMark rangeMark(const QString &report, const QString &verdict);
 // The same words, as they are quoted.
 QString rangeWords(const QString &report, const QString &verdict);
 
-// True for a number, also one with a bound ("<0.01") or a decimal comma: only behind these the unit says something.
+// True for a number, also one with a bound ("<0.01") or a decimal comma: only behind these the unit says
+// something.
 bool isMeasured(const QString &value);
 
 } // namespace orvale

@@ -59,7 +59,8 @@ QString encodeAllergies(const AllergenSelection &selection);
 // isSelectedPair() says, and what comes after 230 characters is left out.
 AllergenSelection decodeAllergies(const QString &code);
 
-// Of a code that may be damaged only what its pairs surely say; of an intact one the same as decodeAllergies().
+// Of a code that may be damaged only what its pairs surely say; of an intact one the same as
+// decodeAllergies().
 AllergenSelection legibleAllergies(const QString &code);
 
 // True for 230 characters that are pairs of digits.

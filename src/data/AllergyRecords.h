@@ -23,8 +23,8 @@ QList<CatalogueEntry> readCatalogue(dao::Database &clinical);
 // By the allergens' numbers; empty where the catalogue has none. An item beyond its group is left out.
 std::vector<QString> catalogueNames(const QList<CatalogueEntry> &entries);
 
-// The rows of a patient's questionnaire of a kind (ESAME_OB.tipo_dati), positioned on the one that speaks: the one with an
-// empty key, else the first. At the end when there is none.
+// The rows of a patient's questionnaire of a kind (ESAME_OB.tipo_dati), positioned on the one that speaks:
+// the one with an empty key, else the first. At the end when there is none.
 std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint32 patientCode,
                                                   const QString &kind,
                                                   dao::RecordsetType type = dao::RecordsetType::Dynaset);

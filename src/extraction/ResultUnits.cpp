@@ -19,10 +19,11 @@ struct UnitRule {
     double lowest = 0, highest = 0; // of the value in the unit it is in; both 0: any
 };
 
-// Creatinine 113.12 g/mol, cholesterol 386.65 g/mol: 1 mg/dl is 88.4 µmol/l of the one and 1/38.67 mmol/l of the other.
-// Potassium has one charge: 1 mEq is 1 mmol. Glycated haemoglobin: % = 0.0915 * mmol/mol + 2.15 (NGSP master equation);
-// nobody has less than 3 or more than 20 per cent, so a value without unit is one or the other. Albumin of a day's urine
-// (mg/24h) or beside creatinine (mg/g) is another quantity and has no rule.
+// Creatinine 113.12 g/mol, cholesterol 386.65 g/mol: 1 mg/dl is 88.4 µmol/l of the one and 1/38.67 mmol/l of
+// the other. Potassium has one charge: 1 mEq is 1 mmol. Glycated haemoglobin: % = 0.0915 * mmol/mol + 2.15
+// (NGSP master equation); nobody has less than 3 or more than 20 per cent, so a value without unit is one or
+// the other. Albumin of a day's urine (mg/24h) or beside creatinine (mg/g) is another quantity and has no
+// rule.
 constexpr std::array rules{
     UnitRule{"90.16.4", "mg/dl", "mg/dl", 1},
     UnitRule{"90.16.4", "mg/dl", "mg/l", 0.1},

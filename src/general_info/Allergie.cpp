@@ -91,7 +91,8 @@ bool Allergie::askAndSave()
     const bool isChanged = m_state.header.identified ? isChangedCode(code) : code != m_shownCode;
     if (!isChanged && !m_textChanged)
         return true;
-    // A first row that says nothing, and answers that nobody gave for this patient, are stored only on purpose.
+    // A first row that says nothing, and answers that nobody gave for this patient, are stored only on
+    // purpose.
     const bool isUntouched = code == m_shownCode && !m_textChanged;
     const PromptButton usual = isUntouched || isForeign() ? PromptButton::No : PromptButton::Yes;
     switch (m_state.prompts.ask({QStringLiteral("Attenzione!"),

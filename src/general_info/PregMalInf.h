@@ -18,8 +18,9 @@ class PregMalInf;
 
 namespace clivara {
 
-// The infectious diseases that the patient has had. Closing saves without asking when something has changed, which
-// without a stored row is always so; answers that may not be this patient's are asked about. The box of disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
+// The infectious diseases that the patient has had. Closing saves without asking when something has changed,
+// which without a stored row is always so; answers that may not be this patient's are asked about. The box of
+// disease i is `SSCheck1_i`, the note of disease 15 + k `Text1_k`.
 class PregMalInf final : public QuestionnaireForm {
     Q_OBJECT
 

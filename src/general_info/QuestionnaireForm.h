@@ -33,8 +33,8 @@ protected:
     // doctor can trust. Throws dao::Error.
     Loaded loadCode(bool (*isIntact)(const QString &code));
 
-    // The answers that loadCode() gave to show are not all this patient's: they come from another string, or are pairs that
-    // cannot be read.
+    // The answers that loadCode() gave to show are not all this patient's: they come from another string, or
+    // are pairs that cannot be read.
     bool isForeign() const { return m_isForeign; }
 
     // What counts is what the strings say without the blanks around them.

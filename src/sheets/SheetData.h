@@ -5,9 +5,9 @@
 
 namespace clivara {
 
-// The values of one sheet, as texts: of a list or band the index of its entry, of a number what people read ("7.2"), of
-// a date "dd/mm/yyyy", of a total its number; empty for a number or date that is not there, and for copies and marks,
-// which follow from the layout. The layout must outlive the object.
+// The values of one sheet, as texts: of a list or band the index of its entry, of a number what people read
+// ("7.2"), of a date "dd/mm/yyyy", of a total its number; empty for a number or date that is not there, and
+// for copies and marks, which follow from the layout. The layout must outlive the object.
 class SheetData {
 public:
     // A sheet in which every field is empty.
@@ -41,10 +41,12 @@ QString CreaStringaDati(const SheetData &data);
 struct ReadSheet {
     std::optional<SheetData> data;
     QString fault; // why the string does not fit the layout, for the doctor; empty when it does
-    // It would fit but for the mark: an earlier version of this program wrote it, or another program with other meanings.
+    // It would fit but for the mark: an earlier version of this program wrote it, or another program with
+    // other meanings.
     bool isUnmarked = false;
 };
-// Takes a stored string apart. One without the mark is taken for this program's only when somebody vouches for it.
+// Takes a stored string apart. One without the mark is taken for this program's only when somebody vouches
+// for it.
 enum class SheetAuthor { Marked, Vouched };
 ReadSheet readSheetString(const SheetLayout &layout, const QString &stored,
                           SheetAuthor author = SheetAuthor::Marked);

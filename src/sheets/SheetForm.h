@@ -18,10 +18,10 @@ namespace clivara {
 class SheetFields;
 struct WorkingState;
 
-// One regional sheet, of whatever type: opens the sheet of WorkingState::sheetNumber, or a new one for 0, which then
-// has the number that it was saved under. Saving leaves it open; whoever closes it with changes is asked. A stored
-// sheet whose data do not fit the type's layout is shown as it is and never written; one that only lacks this program's
-// mark can be read by the layout when the doctor says that this program wrote it.
+// One regional sheet, of whatever type: opens the sheet of WorkingState::sheetNumber, or a new one for 0,
+// which then has the number that it was saved under. Saving leaves it open; whoever closes it with changes is
+// asked. A stored sheet whose data do not fit the type's layout is shown as it is and never written; one that
+// only lacks this program's mark can be read by the layout when the doctor says that this program wrote it.
 class SheetForm final : public ChartForm, private WrittenRecord {
     Q_OBJECT
 

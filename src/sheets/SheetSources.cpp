@@ -118,8 +118,8 @@ Sources::Maybe Sources::diabetesType(const QStringList &)
     return Found{isTypeOne ? QStringLiteral("1") : QStringLiteral("2"), origin};
 }
 
-// Insulins A10A, other antidiabetics A10B, both together in A10AE54 and the like; neither is a diet alone only for a
-// known diabetic.
+// Insulins A10A, other antidiabetics A10B, both together in A10AE54 and the like; neither is a diet alone
+// only for a known diabetic.
 Sources::Maybe Sources::diabetesTherapy(const QStringList &arguments)
 {
     const QString &months = arguments.value(0);

@@ -20,8 +20,8 @@ enum class NoAllergyStatement {
     Limited, // only of some kinds ("nessuna allergia nota a farmaci")
     Whole
 };
-// A text is such a statement when each of its sentences is one of the known ways to say it; anything else, also a doubtful
-// one ("allergie non note"), is a text to be read. Case and accents do not count.
+// A text is such a statement when each of its sentences is one of the known ways to say it; anything else,
+// also a doubtful one ("allergie non note"), is a text to be read. Case and accents do not count.
 NoAllergyStatement noAllergyStatement(const QString &text);
 
 struct Allergies {
@@ -34,12 +34,12 @@ struct Allergies {
     bool operator==(const Allergies &) const = default;
 };
 
-// The state that follows from what is stored. A saved questionnaire without a tick proves nothing: an allergy to a drug
-// has no box. A damaged one leaves open what was ticked, whatever the text says.
+// The state that follows from what is stored. A saved questionnaire without a tick proves nothing: an allergy
+// to a drug has no box. A damaged one leaves open what was ticked, whatever the text says.
 Allergies judgedAllergies(const QStringList &allergens, bool isAnswered, bool isIntact, const QString &text);
 
-// One line that begins with a sign of its own for each state, so that it is told apart without colour. What is written
-// comes before what is ticked, since only there are drugs named.
+// One line that begins with a sign of its own for each state, so that it is told apart without colour. What
+// is written comes before what is ticked, since only there are drugs named.
 QString allergyLine(const Allergies &allergies);
 // The same without the sign, to be spoken.
 QString allergyWords(const Allergies &allergies);

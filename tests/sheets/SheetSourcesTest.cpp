@@ -240,7 +240,8 @@ TEST_F(SheetSourcesTest, ADrugSaysYesWhereItBelongs)
         EXPECT_EQ(yes(6), asthma.toStdString()) << atc;
         EXPECT_EQ(yes(7), copd.toStdString()) << atc;
     }
-    // The two sheets of both diseases: neither biological drugs nor roflumilast are "theophylline or antileukotrienes".
+    // The two sheets of both diseases: neither biological drugs nor roflumilast are "theophylline or
+    // antileukotrienes".
     for (const char *atc : {"R03DX05", "R03DX07", "R03DA04", "R03DC03"}) {
         execute("DELETE FROM riepil");
         addDrug(atc, "#11/1/2026#");

@@ -51,7 +51,8 @@ protected:
     // for. A doctor who drags the window to another size finds it so again.
     void setUsualSize(QSize size);
 
-    // Shows in the strip what the header says now: it is filled at each showing, and by whom the header has changed.
+    // Shows in the strip what the header says now: it is filled at each showing, and by whom the header has
+    // changed.
     void showPatient();
 
     // Holds the widget of the form's .ui file, below the patient strip.

@@ -84,7 +84,8 @@ PatientStrip::PatientStrip(QWidget *parent)
     layout->addWidget(m_allergies);
 }
 
-// What the doctor must not miss stands out by its ground and weight; sign and words tell the states apart without them.
+// What the doctor must not miss stands out by its ground and weight; sign and words tell the states apart
+// without them.
 void PatientStrip::showAllergies(const PatientHeader &header)
 {
     const AllergyState state = header.allergies.state;

@@ -10,8 +10,8 @@ class ElidedLabel;
 struct PatientHeader;
 
 // The band at the top of every form that says whose chart it is: surname and name large, below them sex,
-// birth date, exact age and fiscal code, and the line of the allergies. What does not fit is elided at the end and stands
-// in full in the tool tip and in the accessible name.
+// birth date, exact age and fiscal code, and the line of the allergies. What does not fit is elided at the
+// end and stands in full in the tool tip and in the accessible name.
 class PatientStrip : public QFrame {
     Q_OBJECT
 
