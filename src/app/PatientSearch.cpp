@@ -133,9 +133,10 @@ void PatientSearch::pick(int row)
 void PatientSearch::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // The name needs the room more than the code.
-    const int least = listCharacters * fontMetrics().averageCharWidth();
-    m_ui->results->setColumnHidden(PatientListModel::Code, width() < least);
+    // The name needs the room more than what the panel shows as well.
+    const bool isNarrow = width() < listCharacters * fontMetrics().averageCharWidth();
+    m_ui->results->setColumnHidden(PatientListModel::Code, isNarrow);
+    m_ui->results->setColumnHidden(PatientListModel::Sex, isNarrow);
 }
 
 bool PatientSearch::eventFilter(QObject *watched, QEvent *event)
