@@ -307,9 +307,12 @@ TEST_F(CalculatorFormsTest, TheAgeAtAnotherDateIsSaid)
         type("MaskEdBox1", "01/01/0202");
         EXPECT_EQ(remark("MaskEdBox1"), "⚠ Anno improbabile: 202.");
     });
-    state.header.patientCode = 18; // today's date again, and nobody's birth
-    open(clearance, [&] { EXPECT_EQ(remark("MaskEdBox1"), ""); });
-    state.header.patientCode = 17;
+    execute("INSERT INTO archivio (cod_paz, sesso, Data_Nasc) VALUES (18, 'F', #01/01/2030#)");
+    for (const auto &[patient, wanted] :
+         {std::pair(18, "⚠ La data precede la nascita (01/01/2030)."), std::pair(17, "")}) {
+        state.header.patientCode = patient; // today's date for both
+        open(clearance, [&, expected = wanted] { EXPECT_EQ(remark("MaskEdBox1"), expected); });
+    }
     CalcLDL ldl(state);
     open(ldl, [&] {
         type("MaskEdBox1", "01/03/2006");

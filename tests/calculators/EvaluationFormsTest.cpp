@@ -466,6 +466,10 @@ TEST_F(EvaluationFormsTest, RemarksStandBesideTheirFields)
         type("me_ca", "96-98");
         expectWarning("Circonferenza addominale in cm: «96-98» non è un numero.", "me_ca");
         EXPECT_FALSE(enabled("Button2_1"));
+        addResult("90.27.1", daysAgo(1), "'5.5'");
+        type("me_glic", "9");
+        click("Button1_0"); // in the middle of typing, as by its mnemonic
+        EXPECT_EQ(remark("me_glic"), "⚠ Improbabile: di solito tra 30 e 600 mg/dl.");
     });
 }
 
