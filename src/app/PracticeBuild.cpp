@@ -103,6 +103,9 @@ dao::Database &PracticeBuild::database(const QString &role)
 
 void PracticeBuild::finish()
 {
+    // So that a lock at the first opening does no harm. Links within a folder go with it.
+    if (m_part)
+        clivara::attachProblemTables(m_practice->environment());
     for (const auto &[role, load] : m_loads)
         load->finish();
     m_loads.clear();
@@ -111,14 +114,7 @@ void PracticeBuild::finish()
         m_part->sync();
 }
 
-QString PracticeBuild::place(Previous previous)
-{
-    const QString kept = putInPlace(previous);
-    linkTables();
-    return kept;
-}
-
-void PracticeBuild::linkTables()
+void PracticeBuild::linkOnServer()
 {
     try {
         Practice practice(m_target, m_given);
@@ -129,10 +125,11 @@ void PracticeBuild::linkTables()
     }
 }
 
-QString PracticeBuild::putInPlace(Previous previous)
+QString PracticeBuild::place(Previous previous)
 {
     if (m_serverPart) {
         m_serverPart->place();
+        linkOnServer();
         return {};
     }
     if (m_previous.empty()) {

@@ -35,18 +35,17 @@ public:
     dao::Database &database(const QString &role);
     dao::BulkLoad &load(const QString &role) { return *m_loads.at(role); }
 
-    // Closes the practice; its files are complete and on the disk.
+    // Links the tables that the lists join and closes the practice; its files are complete and on the disk.
     void finish();
 
     enum class Previous { Removed, Kept };
-    // Puts the finished practice in its place and links the tables that the lists join, while nobody else has it open. The path where the practice that was there is kept: asked for,
+    // Puts the finished practice in its place. The path where the practice that was there is kept: asked for,
     // or because the folder also holds files that are none of a practice's; empty otherwise.
     QString place(Previous previous = Previous::Removed);
 
 private:
     void begin(const QString &given, Tables tables);
-    QString putInPlace(Previous previous);
-    void linkTables();
+    void linkOnServer(); // where links name schemas as they are called in the end
 
     QString m_target;
     QString m_given; // may hold a password

@@ -140,10 +140,14 @@ TEST_F(SchemaTest, CreatesTheTablesOfTheDictionary)
         EXPECT_EQ(indexParts(table), indexes);
     }
     tables["clinical"].append("orvale_properties");
-    for (const orvale::PracticeFile &file : orvale::practiceFiles())
-        EXPECT_EQ(databaseOf(*practice, file.database).TableDefs().Count(),
-                  tables.value(file.database).size())
-            << file.database.toStdString();
+    for (const orvale::PracticeFile &file : orvale::practiceFiles()) {
+        const dao::TableDefs found = databaseOf(*practice, file.database).TableDefs();
+        int own = 0;
+        for (int i = 0; i < found.Count(); ++i)
+            own += found[i].Connect().isEmpty();
+        EXPECT_EQ(own, tables.value(file.database).size()) << file.database.toStdString();
+        EXPECT_EQ(found.Count() - own, file.database == "local" ? 8 : 0) << "what the lists join";
+    }
 }
 
 TEST_F(SchemaTest, SplitsFilesIntoStatements)
