@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frames/TextDifference.h"
 
-#include <QElapsedTimer>
 #include <QStringList>
 #include <gtest/gtest.h>
 
@@ -68,8 +67,6 @@ TEST(TextDifference, LeavesNothingOutOfAnyTexts)
             random += "ab \n."[qsizetype((seed = seed * 1664525u + 1013904223u) >> 24) % 5];
         texts.append(random);
     }
-    QElapsedTimer time;
-    time.start();
     for (const QString &first : texts) {
         for (const QString &second : texts) {
             qsizetype a = 0;
@@ -83,7 +80,6 @@ TEST(TextDifference, LeavesNothingOutOfAnyTexts)
             ASSERT_EQ(first.mid(a), second.mid(b));
         }
     }
-    EXPECT_LT(time.elapsed(), 20000) << "1,300 comparisons, under the sanitizers";
     EXPECT_EQ(textDifferences(text, changed).size(), 2);
 }
 
