@@ -10,6 +10,8 @@ namespace clivara {
 
 namespace {
 
+constexpr int maximumRefusals = 3; // of one save, when its check finds nothing wrong each time
+
 WriteResult writeWaiting(WrittenRecord &record)
 {
     const WaitCursor waiting; // for another workstation it takes some seconds
@@ -20,7 +22,7 @@ SaveEnd trySave(WorkingState &state, WrittenRecord &record)
 {
     if (!record.mayWrite())
         return SaveEnd::NotSaved;
-    for (;;) {
+    for (int refusals = 0;;) {
         switch (writeWaiting(record)) {
         case WriteResult::Done:
             return SaveEnd::Saved;
@@ -41,7 +43,10 @@ SaveEnd trySave(WorkingState &state, WrittenRecord &record)
             // Another workstation has been quicker: the check sees now what the write has seen.
             if (!record.mayWrite())
                 return SaveEnd::NotSaved;
-            break;
+            if (++refusals < maximumRefusals)
+                break;
+            record.tellNotSaved(state);
+            return SaveEnd::NotSaved;
         case WriteResult::Vanished:
             if (state.prompts.ask({QStringLiteral("Attenzione!"),
                                    record.vanishedQuestion(),

@@ -105,7 +105,7 @@ TEST_F(SharedWritesTest, ARefusalIsToldAtTheFirstAttempt)
         WriteResult write() override
         {
             isTaken = true;
-            return WriteResult::Failed;
+            return WriteResult::Refused;
         }
         RecordConflict conflict() const override { return {}; }
         void keepMine() override { }
@@ -120,6 +120,22 @@ TEST_F(SharedWritesTest, ARefusalIsToldAtTheFirstAttempt)
     prompts.queue();
     EXPECT_EQ(saveRecord(state, "Prova", record), SaveEnd::NotSaved);
     EXPECT_TRUE(prompts.last().contains("Esiste già.")) << qPrintable(prompts.last());
+}
+
+// The check of the form and that of the write disagree.
+TEST_F(SharedWritesTest, ARefusalThatTheFormDoesNotSeeEnds)
+{
+    struct Record final : WrittenRecord {
+        bool mayWrite() override { return true; }
+        WriteResult write() override { return ++attempts < 50 ? WriteResult::Refused : WriteResult::Done; }
+        RecordConflict conflict() const override { return {}; }
+        void keepMine() override { }
+
+        int attempts = 0;
+    } record;
+    prompts.queue();
+    EXPECT_EQ(saveRecord(state, "Prova", record), SaveEnd::NotSaved);
+    EXPECT_TRUE(prompts.last().contains("Salvataggio non riuscito")) << qPrintable(prompts.last());
 }
 
 } // namespace
