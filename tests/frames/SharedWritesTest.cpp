@@ -12,9 +12,10 @@ protected:
     SharedWritesTest()
     {
         environment.clinical =
-            create("Orvale.sqlite", {"CREATE TABLE VISITE (chiave LONG NOT NULL, nota TEXT(10))",
-                                     "CREATE UNIQUE INDEX chiave ON VISITE (chiave)",
-                                     "INSERT INTO VISITE VALUES (1, 'prima')"});
+            create("Orvale.sqlite",
+                   {"CREATE TABLE VISITE (chiave LONG NOT NULL, nota TEXT(10))",
+                    "CREATE UNIQUE INDEX chiave ON VISITE (chiave)", "CREATE TABLE archivio (cod_paz LONG)",
+                    "INSERT INTO archivio VALUES (17)", "INSERT INTO VISITE VALUES (1, 'prima')"});
     }
 
     WriteResult add(const QVariant &key, const QString &note)
@@ -90,6 +91,19 @@ TEST_F(SharedWritesTest, WhatAnotherWorkstationIsDoingIsWaitedForOutsideTheTrans
         WriteResult::Failed);
     EXPECT_EQ(pauses.taken.size(), 19) << "as often as anything is tried";
     EXPECT_EQ(state.failure, dao::Locked);
+}
+
+TEST_F(SharedWritesTest, APatientWhoWasRemovedMeanwhileGetsNoRows)
+{
+    execute("DELETE * FROM archivio");
+    EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(2, "x"); }), WriteResult::Failed);
+    EXPECT_EQ(clinical("SELECT chiave FROM VISITE"), QStringList{"1"});
+    EXPECT_TRUE(pauses.taken.isEmpty());
+    prompts.queue();
+    warnNotSaved(state);
+    EXPECT_TRUE(prompts.last().contains("il paziente non è più in archivio")) << qPrintable(prompts.last());
+    execute("INSERT INTO archivio VALUES (17)");
+    EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(2, "x"); }), WriteResult::Done);
 }
 
 // A record that stopped being possible between the look at it and the transaction.

@@ -8,15 +8,21 @@ namespace clivara {
 namespace {
 
 // A row that is stored for nobody is in no chart, and in the chart of whoever gets that code one day.
-bool isForNobody(WorkingState &state, const QString &subject)
+void tellNobody(WorkingState &state, const QString &subject, int failure)
 {
-    if (state.header.identified && state.header.patientCode > 0)
-        return false;
-    state.failure = noPatientFailure;
-    state.log.write(subject
-                    + QStringLiteral(" - nessun paziente identificato (codice %1), niente è stato scritto")
-                          .arg(state.header.patientCode));
-    return true;
+    state.failure = failure;
+    state.log.write(QStringLiteral("%1 - %2 (codice %3), niente è stato scritto")
+                        .arg(subject, failureReason(failure))
+                        .arg(state.header.patientCode));
+}
+
+// False when another workstation or the host has removed the patient since the section was opened.
+bool isPatientInRegistry(const WorkingState &state)
+{
+    const auto rows = state.clinical().OpenRecordset(
+        QStringLiteral("select cod_paz from archivio where (cod_paz = %1)").arg(state.header.patientCode),
+        dao::RecordsetType::Snapshot);
+    return !rows->Eof();
 }
 
 // One attempt, the waiting for the transaction apart. What it ended with is WorkingState::failure.
@@ -32,6 +38,10 @@ WriteResult writeOnce(WorkingState &state, const QString &subject, const std::fu
         if (state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction, attempts)
             != 0) {
             state.failure = state.operations.takeFailure();
+            return WriteResult::Failed;
+        }
+        if (!isPatientInRegistry(state)) {
+            tellNobody(state, subject, patientGoneFailure);
             return WriteResult::Failed;
         }
         const WriteResult result = write();
@@ -76,6 +86,8 @@ QString adviceFor(int errorNumber)
         return QStringLiteral("finché la causa non è rimossa non si può salvare niente");
     case noPatientFailure:
         return QStringLiteral("per salvarlo, riaprire la sezione dopo aver scelto il paziente");
+    case patientGoneFailure:
+        return QStringLiteral("annotarlo e cercare di nuovo il paziente");
     default:
         return laterAdvice;
     }
@@ -98,8 +110,10 @@ QString commandAdvice(int errorNumber)
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write)
 {
-    if (isForNobody(state, subject))
+    if (!state.header.identified || state.header.patientCode <= 0) {
+        tellNobody(state, subject, noPatientFailure);
         return WriteResult::Failed;
+    }
     Attempts attempts;
     WriteResult result;
     do
@@ -124,6 +138,8 @@ QString failureReason(int errorNumber)
         return QStringLiteral("l'archivio è occupato da un'altra postazione");
     case noPatientFailure:
         return QStringLiteral("non c'è un paziente identificato");
+    case patientGoneFailure:
+        return QStringLiteral("il paziente non è più in archivio");
     case dao::DuplicateKey:
         return QStringLiteral("esiste già una registrazione con gli stessi dati di riconoscimento");
     case dao::FieldTooSmall:

@@ -18,17 +18,18 @@ enum class WriteResult {
     Failed // still not possible after the retries; the log tells why
 };
 
-// What WorkingState::failure says of a write that was refused because no patient is identified; no error of the engine
-// has that number.
+// What WorkingState::failure says of a write that was refused because no patient is identified, or because the patient was
+// removed since the section was opened; no error of the engine has these numbers.
 constexpr int noPatientFailure = -1;
+constexpr int patientGoneFailure = -2;
 
 // Does `write` within one transaction of the host's databases and commits it when the result is Done; otherwise
 // nothing of it stays. Waits for other workstations before it begins, and where one is in the way later, rolls back,
 // waits and does the whole again: `write` may run several times, and asks or tells the doctor nothing, since all other
 // workstations wait for its end. Any other error ends it at once. Raises nothing: an error is Failed and leaves a line
 // in the log that begins with `subject`. WorkingState::failure tells the error's number; 0 where `write` itself refused.
-// Nothing is written, and the result is Failed, while the header identifies no patient: every save and command of the
-// chart is about one.
+// Nothing is written, and the result is Failed, while the header identifies no patient or the registry has lost the one it
+// names: every save and command of the chart is about a patient.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
 
