@@ -203,7 +203,7 @@ void HostWindow::makeDoctorBar()
 void HostWindow::chooseDoctor(int index)
 {
     m_session.chooseDoctor(m_doctor->itemData(index).toString());
-    m_confirmDoctor->hide();
+    m_confirmDoctor->setVisible(!m_session.doctor().isChosen());
     m_ui->statusbar->showMessage(
         QStringLiteral("Medico che lavora: %1").arg(m_session.doctor().current().name), messageMilliseconds);
 }

@@ -23,7 +23,10 @@ const std::array<RangeWords, 4> &rangeTexts()
     static const std::array<RangeWords, 4> texts{
         RangeWords{RangeMark::Above, folded("^(?:valore )?(?:superiore|al di sopra|sopra|oltre|maggiore)\\b.*"
                                             "(?:riferimento|norma|limit[ei])")},
-        RangeWords{RangeMark::Below, folded("^(?:valore )?(?:inferiore|al di sotto|sotto|minore)\\b.*"
+        // What lies below the limit of the method ("inferiore al limite di rilevabilità") is not abnormal.
+        RangeWords{RangeMark::Below, folded("^(?!.*limit[ei] (?:\\w+ ){0,2}"
+                                            "(?:rileva|rivela|quantific|determina|misura|metod|sensibil))"
+                                            "(?:valore )?(?:inferiore|al di sotto|sotto|minore)\\b.*"
                                             "(?:riferimento|norma|limit[ei])")},
         RangeWords{RangeMark::Beyond, folded("^(?:valore )?(?:patologic[oa]|alterat[oa]|anormale|fuori norma|"
                                              "fuori range|fuori dai? limiti)\\b")},

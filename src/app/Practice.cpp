@@ -147,7 +147,8 @@ std::unique_ptr<Practice> Practice::create(const QString &path)
 FirstDoctor Practice::firstDoctor() const
 {
     const auto row = m_environment.doctors->OpenRecordset(
-        QStringLiteral("SELECT TOP 1 cod_smi FROM medici_gruppo ORDER BY cod_smi"),
+        QStringLiteral("SELECT TOP 1 cod_smi FROM medici_gruppo WHERE cod_smi IS NOT NULL "
+                       "ORDER BY cod_smi"),
         dao::RecordsetType::Snapshot);
     return {row->Eof() ? QString() : row->Fields(0).text(), property(QStringLiteral("region"))};
 }

@@ -42,8 +42,8 @@ QString sourcePath(const HostEnvironment &environment, const QString &letter)
     return source ? source->Name() : QString();
 }
 
-// Whether a linked table's connect text names that very database. A path that merely contains the other one, such as
-// that of a mirrored copy, is another database's.
+// Whether a linked table's connect text names that database. Whole paths are compared: the path of a mirrored
+// copy contains that of the original.
 bool leadsTo(const QString &connect, const QString &database)
 {
     const QString linked =
@@ -57,7 +57,7 @@ bool leadsTo(const QString &connect, const QString &database)
 // Empties the entries whose table is linked to the source already.
 void skipLinkedTables(dao::Database &local, const QString &source, QStringList &list)
 {
-    const dao::TableDefs tables = local.TableDefs();
+    dao::TableDefs tables = local.TableDefs();
     for (int i = 0; i < tables.Count(); ++i) {
         const dao::TableDef table = tables[i];
         const QString connect = table.Connect();
@@ -66,8 +66,13 @@ void skipLinkedTables(dao::Database &local, const QString &source, QStringList &
         const auto entry = std::find_if(list.begin() + 1, list.end(), [&](const QString &name) {
             return jet::sameText(name, table.Name());
         });
+        if (entry == list.end())
+            continue;
+        const bool isRight = !source.isEmpty() && leadsTo(connect, source);
+        if (isRight)
+            tables.Release(table.Name()); // another program may have linked it meanwhile
         // A letter that stands for no database changes no link.
-        if (entry != list.end() && (source.isEmpty() || leadsTo(connect, source)))
+        if (isRight || source.isEmpty())
             entry->clear();
     }
 }
@@ -124,8 +129,8 @@ void AttachTables(const HostEnvironment &environment, QStringList &list)
                 linkTable(*environment.local, source, list[position]);
         }
     } catch (const dao::Error &) {
-        // The form whose tables are not linked fails on its own query. So it must where they are still linked to another
-        // database: its rows are those of other patients.
+        // The form fails on its own query, also where an older link leads to another database, whose rows are
+        // those of other patients.
         for (; position < list.size(); ++position) {
             if (!list[position].isEmpty())
                 environment.local->TableDefs().Withhold(list[position]);

@@ -74,6 +74,7 @@ SheetFields::SheetFields(const SheetLayout &layout, const Clock &clock, QWidget 
     , m_controls(layout.fields.size(), nullptr)
     , m_shown(layout)
 {
+    connect(this, &SheetFields::edited, this, &SheetFields::showOrigins);
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, spacing, 0);
     grid->setHorizontalSpacing(2 * spacing);
@@ -314,14 +315,23 @@ void SheetFields::refreshTotals()
 
 void SheetFields::setOrigins(const QHash<int, QString> &origins)
 {
+    m_origins = origins;
+    m_proposed = texts();
+    showOrigins();
+}
+
+void SheetFields::showOrigins()
+{
     for (int i = 0; i < m_controls.size(); ++i) {
         if (!m_controls[i])
             continue;
-        const bool isNumber = m_layout.fields[i].kind == SheetFieldKind::Number;
+        const auto *const number = qobject_cast<const NumericEdit *>(m_controls[i]);
+        const QString origin = text(i) == m_proposed.value(i) ? m_origins.value(i) : QString();
         const QString usual =
-            isNumber ? QStringLiteral("Al massimo %1").arg(highestNumber(m_layout.fields[i])) : QString();
-        m_controls[i]->setToolTip(origins.value(i, usual));
-        m_controls[i]->setAccessibleDescription(origins.value(i));
+            number ? QStringLiteral("Al massimo %1").arg(highestNumber(m_layout.fields[i])) : QString();
+        m_controls[i]->setToolTip(origin.isEmpty() ? usual : origin);
+        if (!number || !number->isRefused()) // else it says itself what is wrong
+            m_controls[i]->setAccessibleDescription(origin);
     }
 }
 

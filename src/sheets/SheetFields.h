@@ -35,7 +35,8 @@ public:
     // The texts in the controls as they stand, to tell whether anything was changed.
     QStringList texts() const;
 
-    // Says of the fields where their values come from; takes back what was said before.
+    // Says of the fields where the values that they show come from, until the doctor changes them; takes back
+    // what was said before.
     void setOrigins(const QHash<int, QString> &origins);
     void focusFirst();
 
@@ -53,11 +54,14 @@ private:
     // The control's text as the field's value; empty when it does not fit.
     std::optional<QString> fitted(int field) const;
     void refreshTotals();
+    void showOrigins();
 
     const SheetLayout &m_layout;
     const Clock &m_clock;
     QList<QWidget *> m_controls; // by field; null for one that is kept
     SheetData m_shown; // as it was shown: what is kept comes from here
+    QHash<int, QString> m_origins;
+    QStringList m_proposed; // the texts that the origins are about
     bool m_showing = false;
 };
 

@@ -105,6 +105,8 @@ QString knownWords(const Allergies &allergies)
 
 NoAllergyStatement noAllergyStatement(const QString &text)
 {
+    if (text.contains(u'?'))
+        return NoAllergyStatement::None; // a question states nothing
     static const QRegularExpression ends(QStringLiteral("[.;,!\\r\\n]"));
     bool any = false;
     bool whole = false;

@@ -95,6 +95,8 @@ TEST_F(PatientRecordsTest, AResultIsMarkedByTheWordsOfItsOwnRow)
         {"", "Non patologico", RangeMark::None},
         {"da ricontrollare perché borderline", "Da ripetere fra 6 mesi", RangeMark::None},
         {"inferiore a 3", "", RangeMark::None},
+        {"inferiore al limite di rilevabilità", "", RangeMark::None},
+        {"", "Al di sotto del limite di quantificazione del metodo", RangeMark::None},
         {"*", "", RangeMark::Beyond},
         {"", "PATOLOGICO", RangeMark::Beyond},
         {"", "Alterato: vedi referto", RangeMark::Beyond},

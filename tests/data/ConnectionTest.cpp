@@ -173,14 +173,15 @@ TEST_F(LinkedFoldersTest, ALinkIsStoredRelativeToItsDatabase)
         ASSERT_TRUE(stored.next());
         EXPECT_EQ(stored.value(0), ";DATABASE=Orvale.sqlite");
     }
-    QDir().rename(practice, folder.filePath("spostato"));
-    make("archivio");
+    const QString moved = folder.filePath("spostato");
+    QDir().rename(practice, moved);
+    QDir().rename(make("altro"), practice); // another practice is where it was
     dao::DBEngine own;
-    EXPECT_EQ(shownVisit(opened(own, folder.filePath("spostato"), folder.filePath("spostato"))), "archivio");
-    EXPECT_EQ(opened(own, folder.filePath("spostato"), folder.filePath("spostato"))
-                  .local->TableDefs()["VISITAPROBL"]
-                  .Connect(),
-              ";DATABASE=" + folder.filePath("spostato/Orvale.sqlite"));
+    const HostEnvironment environment = opened(own, moved, moved);
+    EXPECT_EQ(environment.local->TableDefs()["VISITAPROBL"].Connect(),
+              ";DATABASE=" + moved + "/Orvale.sqlite");
+    EXPECT_EQ(environment.local->OpenRecordset("select * from VISITAPROBL")->Fields(0).text(), "archivio");
+    EXPECT_EQ(shownVisit(environment), "archivio");
 }
 
 // A host may keep its local database in a folder of its own.
@@ -195,6 +196,11 @@ TEST_F(LinkedFoldersTest, WhatCannotBeLinkedAnewShowsNoOtherPractice)
     {
         const LockHolder other(local + "/Locale.sqlite");
         EXPECT_EQ(shownVisit(environment), "errore");
+    }
+    {
+        dao::DBEngine another; // links it before this one does
+        EXPECT_EQ(shownVisit(opened(another, second, local)), "secondo");
+        environment.local->TableDefs().Refresh();
     }
     EXPECT_EQ(shownVisit(environment), "secondo") << "linked as soon as that is possible";
     QStringList missing{"D", "MANCANTE", "VISITAPROBL"};

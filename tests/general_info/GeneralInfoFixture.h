@@ -15,7 +15,7 @@ protected:
     GeneralInfoFixture()
     {
         createClinical();
-        for (const int patient : {17, 18, 99})
+        for (const int patient : {17, 18})
             execute(QStringLiteral("INSERT INTO archivio (cod_paz) VALUES (%1)").arg(patient));
         for (const char *row : {"ALLERGIE VALUES ('GRAMINACEE', '01', 'Agrostis')",
                                 "ALLERGIE VALUES ('GRAMINACEE', '17', 'Canna & giunco')",

@@ -82,6 +82,23 @@ TEST_F(SheetFormTest, WhatIsTypedIsStoredAndShownAgain)
     EXPECT_EQ(QString(stored()[0]).replace("00.000.0", "07.300.0"), rows[0]);
 }
 
+TEST_F(SheetFormTest, AValueThatWasChangedHasNoOrigin)
+{
+    execute("INSERT INTO ESAME_OB (cod_paz, tipo_dati, chiave, data_reg, dati_paz) VALUES (17, 'A', '1', "
+            "#6/1/2026#, '170112.3')");
+    openSheet(1, 0, [&] {
+        QWidget *const weight = control("me_Peso");
+        const QString origin = weight->toolTip();
+        EXPECT_TRUE(origin.contains("01/06/2026")) << origin.toStdString();
+        EXPECT_EQ(weight->accessibleDescription(), origin);
+        type("me_Peso", "98,5");
+        EXPECT_EQ(weight->toolTip(), "Al massimo 999.9");
+        EXPECT_EQ(weight->accessibleDescription(), "");
+        prompts.queue(PromptButton::No);
+        click(leave);
+    });
+}
+
 TEST_F(SheetFormTest, WhatDoesNotFitIsSaidAndNotStored)
 {
     openSheet(1, 0, [&] {

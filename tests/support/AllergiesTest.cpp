@@ -37,6 +37,8 @@ TEST(Allergies, OnlyKnownWordsSayThatThereAreNone)
         {"Nessun'altra allergia nota", None},
         {"Nessuna altra allergia", None},
         {"Allergie non note", None}, // known that none, or not known
+        {"Nessuna allergia nota?", None},
+        {"allergie? no?", None},
         {"non nega allergie", None},
         {"nega allergie a farmaci tranne FANS", None},
         {"Nega", Whole},

@@ -151,9 +151,11 @@ public:
     TableDef operator[](int position) const;
     void Append(const TableDef &table); // TableExists
     void Delete(const QString &name); // of a linked table: only the link
-    // A linked table that could not be linked anew: queries of it fail as long as that does not succeed. The link as it
-    // is stored stays.
+    // Makes queries of a linked table fail until it is linked anew or released: its link leads elsewhere and
+    // could not be changed. The stored link stays as it is.
     void Withhold(const QString &name);
+    // Ends that: the stored link is right, since another program has changed it.
+    void Release(const QString &name);
     void Refresh();
 
 private:

@@ -186,7 +186,12 @@ void DatabaseCatalog::setLink(const TableLink &link)
 void DatabaseCatalog::withhold(const QString &name)
 {
     m_withheld.insert(folded(name));
-    invalidate(); // what was found out of the table by the link that it has
+    invalidate(); // the table was described by the link that it has
+}
+
+void DatabaseCatalog::release(const QString &name)
+{
+    m_withheld.remove(folded(name));
 }
 
 void DatabaseCatalog::prepareLinks()

@@ -63,9 +63,10 @@ public:
     // Adds the link, or replaces the one of that name. The target must be there, else nothing changes.
     void setLink(const TableLink &link);
     void removeLink(const QString &name);
-    // Until setLink() succeeds for it, the linked table of that name is not there for queries: it may lead to another
-    // practice, and could not be put right. Nothing is written.
+    // Refuses queries of that linked table until setLink() succeeds for it or release() is called: its link may
+    // lead to another practice. Nothing is written.
     void withhold(const QString &name);
+    void release(const QString &name);
     // Makes the table in which links are kept, unless it is there.
     void prepareLinks();
 

@@ -131,6 +131,11 @@ void TableDefs::Withhold(const QString &name)
     m_database->d->catalog->withhold(name);
 }
 
+void TableDefs::Release(const QString &name)
+{
+    m_database->d->catalog->release(name);
+}
+
 void TableDefs::Refresh()
 {
     m_database->d->catalog->invalidate();

@@ -83,6 +83,7 @@ QString adviceFor(int errorNumber)
     case dao::DiskFull:
     case dao::DiskError:
     case dao::Corrupt:
+    case dao::NotADatabase:
         return QStringLiteral("finché la causa non è rimossa non si può salvare niente");
     case noPatientFailure:
         return QStringLiteral("per salvarlo, riaprire la sezione dopo aver scelto il paziente");
