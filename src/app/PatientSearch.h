@@ -28,8 +28,7 @@ public:
 
     // Searches again, after the index has changed; `loading` while it is not complete yet.
     void refresh(QDate today, bool loading);
-    // Marks the patient, whom alone the list highlights from now on, as long as it shows that patient; -1 for none. To
-    // be called after each `picked`, also when the one before stays.
+    // Sets the patient whom the list highlights where it shows that patient, and nobody else; -1 for none. Must be called after each `picked`, also when the pick is refused.
     void mark(qint32 code);
     // Into the field, its text selected.
     void focusQuery();

@@ -140,8 +140,7 @@ QString PracticeBuild::place(Previous previous)
     for (const auto &use : m_previous)
         use->aboutToMove();
     const QString beside = m_part->placeInstead();
-    // Whoever opened a file just before and waits for its lock has the previous one, but would find the log of this one by
-    // its name. He gives up before the lock goes.
+    // A program that has just opened a previous file and waits for its lock would go on with the log of the new file, found by its name. It gives up waiting before the lock is released.
     QThread::msleep(afterExchangeMs);
     m_previous.clear();
     if (!keep && QDir(beside).removeRecursively())

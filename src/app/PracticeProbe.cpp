@@ -62,8 +62,8 @@ void probeHeader(const QString &path)
         throw damaged(path);
     const bool counted = word(24) == word(92);
     const bool isAlone = !hasJournal(path);
-    const qint64 size =
-        QFileInfo(path).size(); // after a journal that has just gone was written into the file
+    // Asked after the journal: one that has just gone has been written into the file.
+    const qint64 size = QFileInfo(path).size();
     if (isAlone && (size % pageSize != 0 || (counted && qint64(word(28)) * pageSize > size)))
         throw damaged(path);
 }

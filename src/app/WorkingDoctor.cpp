@@ -12,10 +12,10 @@ namespace orvale {
 
 namespace {
 
-// The practice of which the doctors are that the user's settings name.
+// The setting that says to which practice the doctors in the user's settings belong.
 const QLatin1String settingsPractice("STUDIO CORRENTE");
 
-// The user's setting with the doctor who was chosen in a practice. Paths are long, and may differ in case only.
+// The user's setting with the doctor who was chosen in a practice, by practiceName(): keys do not tell case apart, paths do.
 QString rememberedKey(const QString &practice)
 {
     return QStringLiteral("MEDICO DELLO STUDIO ") + practice;

@@ -33,7 +33,7 @@ constexpr QColor darkRedText(192, 0, 0);
 // The frame of the forms that compute something from numbers of the current patient: sex, age and date at the top, and
 // input fields with values proposed from the patient's records, each with a label that says where its value comes from.
 // What is impossible, unlikely or not what it looks like is remarked in red beside its field, in a label "avviso_" and
-// the field's name; nothing is refused for it. A value that was not wholly read is led to before Enter computes with it.
+// the field's name; nothing is refused for it. Enter leads to values that were not wholly read before it computes.
 class PatientInputForm : public ChartForm {
     Q_OBJECT
 
@@ -102,8 +102,7 @@ protected:
     // What the compute button does; it may throw dao::Error, which ends up in the log.
     virtual void compute() = 0;
 
-    // What the form does for a patient whose sex, whose birth date is not known ("il calcolo usa 0 anni"); empty where it
-    // does not matter.
+    // What the form does when the sex, or the birth date, is unknown, as the end of a sentence ("il calcolo usa 0 anni"); empty where it does not matter.
     virtual QString withoutSex() const = 0;
     virtual QString withoutBirth() const = 0;
     // "Sesso non indicato: ..." and the like; empty when it is known or does not matter.
@@ -143,7 +142,7 @@ private:
     void refreshDateRemarks();
     void showRemarks(QLabel *label, const QStringList &lines);
     void growForRemarks();
-    // Leads to a value that must be seen, and counts the one that the focus is on as seen; false when all were.
+    // Counts the focused input as seen and moves the focus to the next that must be seen, or to the compute button. False, without doing anything, when none must be seen.
     bool leadToUnseen();
 
     WorkingState &m_state;

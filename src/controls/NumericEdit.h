@@ -8,7 +8,7 @@ namespace clivara {
 // A field for a number: digits, one decimal point and a minus at the front. A typed comma becomes a point at once, and
 // the field's own unit behind the number is left out. Whatever else is typed or pasted ("140/90", "1.234,5") stays as
 // it is: keys that were dropped would leave another number than the one that was meant. Such a text is marked by a sign,
-// a red frame and the accessible description, and is worth no number. What the program itself sets with setText() is
+// a red frame and the accessible description, and its number() is 0. What the program itself sets with setText() is
 // shown as it is, and marked as well when it is not all of it a number.
 class NumericEdit : public QLineEdit {
     Q_OBJECT

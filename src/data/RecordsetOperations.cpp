@@ -30,7 +30,7 @@ bool isFinal(int errorNumber)
            || errorNumber == dao::CommitInDoubt || errorNumber == dao::DatabaseMoved;
 }
 
-// Another workstation is in the middle of it, or was: what is read anew tells what it has done.
+// Another workstation was writing, or had just written. Repeating the transaction reads what it has stored.
 bool isAnothersDoing(int errorNumber)
 {
     return errorNumber == dao::Locked || errorNumber == dao::RecordChanged

@@ -75,7 +75,7 @@ struct Class3::Private : FormOpener {
     std::unique_ptr<dao::DBEngine> engine; // from the first InitDbConn on
     WaitPointer pointer;
     QString failure; // of the last Action
-    bool hasLoaded = false; // the form that was opened last
+    bool hasLoaded = false; // whether the form that was opened last has been shown
     FormShelf shelf{state};
 };
 
@@ -134,7 +134,8 @@ bool Class3::Private::showForm(const QString &name)
 {
     QString reason;
     hasLoaded = false;
-    const auto closed = qScopeGuard([this] { hasLoaded = true; }); // of the form below
+    // The form that opens this one is shown already.
+    const auto closed = qScopeGuard([this] { hasLoaded = true; });
     try {
         if (showBuilt(name))
             return true;

@@ -56,7 +56,7 @@ ProblemDetail detailFrom(dao::Recordset &row, qint32 id)
     return problem;
 }
 
-// What a problem is found by when it is looked for a second time: its code, or its description without one.
+// Whether two problems are the same by their code or, without one, by their description.
 bool isSameDiagnosis(const ProblemDetail &a, const ProblemDetail &b)
 {
     const QString code = a.code.trimmed();

@@ -36,8 +36,7 @@ struct ProblemRow {
     qint16 state = 0; // as stored: a practice may hold other values than ProblemState has
     LastWrite written; // as it was read
 
-    // True when it was closed before it started, which a list marks. An open problem may have kept a closing date from
-    // before.
+    // True when it is closed and its closing date is before its start, which lists mark. A closing date that an open problem has kept does not count.
     bool closedBeforeStart() const
     {
         return state == qint16(ProblemState::Closed) && start.isValid() && closed.isValid() && closed < start;
@@ -72,8 +71,7 @@ std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); //
 // False for noProblem, and for a problem of another patient.
 bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id);
 
-// Another problem of the patient with the same code or, without a code, with the same description. An edited problem that
-// had this code or description `before` is none.
+// Another problem of the patient with the same code or, without a code, with the same description. False for an edited problem that still has the code, or description, of `before`.
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem,
                         const ProblemDetail &before);
 
@@ -93,8 +91,7 @@ struct ProblemStanding {
 
     bool operator==(const ProblemStanding &) const = default;
 };
-// Sets the state of an open problem to closed, and the stamps of an edit. The closing date is left as it is. Changed when
-// it is not, or not any more, as it was `seen`, which becomes what is stored.
+// Sets the state of an open problem to closed, and the stamps of an edit. The closing date is left as it is. Changed when it is not open, or its state or last write is not that of `seen`; `seen` becomes what is stored.
 WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen);
 
 // The text that a problem is called by: its description (descr_mal), else the name of its code in icd9 or, when

@@ -14,7 +14,7 @@ namespace {
 const std::array<const char *, visitTexts> textFields{"anamnesi", "esameob", "conclusioni", "pianificazione",
                                                       "txtNote"};
 
-// With the patient: the key of a visit that was deleted is given again, and then maybe to another patient's.
+// With the patient: the key of a deleted visit is used again, maybe for another patient's visit.
 QString byIdAndPatient(qint32 id, qint32 patientCode)
 {
     return QStringLiteral("select * from VisitaProbl where (idVisitaProbl = %1) and (cod_paz = %2)")

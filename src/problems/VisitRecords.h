@@ -31,8 +31,7 @@ auto contentsOf(Visit &visit) requires std::same_as<std::remove_const_t<Visit>, 
 // Empty when it is not there, or not of this patient.
 std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 patientCode, qint32 id);
 
-// True when the patient has another visit on the day that a new visit, or one that was of another day `before`, is to be
-// of. A visit that stays on its day may share it.
+// True when the patient has another visit on the visit's day. False for a stored visit whose day is still `before`: it may go on sharing its day.
 bool isDayTaken(dao::Database &clinical, qint32 patientCode, const VisitDetail &visit, QDate before);
 // True when the visit is to be filed against a problem that the patient does not have (any more): it would be in no
 // list of a problem.

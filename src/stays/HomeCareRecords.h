@@ -41,7 +41,7 @@ auto contentsOf(Record &entry) requires std::same_as<std::remove_const_t<Record>
 {
     return std::tie(entry.date, entry.validity, entry.type);
 }
-// Newest first; of the same day the higher key first. A visit whose type is missing, or is none of the region's, is no entry.
+// Newest first; of the same day the higher key first. Visits without a type, or of a type without a regional code, are left out.
 // Throws dao::Error.
 QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes, qint32 patientCode);
 

@@ -26,8 +26,8 @@ NoAllergyStatement noAllergyStatement(const QString &text);
 
 struct Allergies {
     AllergyState state = AllergyState::Unread;
-    QStringList
-        allergens; // ticked in the catalogue, by their names; of a damaged string those that can be read
+    // Ticked in the catalogue, by their names; of a damaged string those that can be read.
+    QStringList allergens;
     QString text; // what is written beside them, on one line; empty when it holds no letter or digit
     bool isAnswered = false; // the questionnaire of allergens was saved, with or without a tick
 

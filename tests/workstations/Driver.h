@@ -13,8 +13,8 @@ struct Run {
     int saves = 15; // of each
     int workstationKills = 0; // at random moments of saves; the workstation is started again
     int serverKills = 0; // at random moments; by the command in CLIVARA_TEST_SERVER_CONTROL
-    int visitors =
-        0; // programs that open the practice for a moment, one after the other: look, check, copy, are killed
+    // So many at a time open the practice for a moment: they look, check, copy, or are killed.
+    int visitors = 0;
     bool comesAndGoes = false; // a workstation opens and closes the practice every few saves
     int limitMs = 0; // longer waits are a fault; 0: none is
     quint32 seed = 1; // of the random moments

@@ -61,7 +61,7 @@ bool SqliteFile::isInPlace() const
     sqlite3_file_control(m_connection, m_schema.constData(), SQLITE_FCNTL_HAS_MOVED, &hasMoved);
     if (hasMoved)
         return false;
-    // Both are there as long as somebody has a database with a log open. Without a log nothing is beside it.
+    // Log and index exist as long as anybody has the database open; one without a log has no index either.
     return m_log == Identity()
            || (identityOf(m_path + QStringLiteral("-wal")) == m_log
                && identityOf(m_path + QStringLiteral("-shm")) == m_index);

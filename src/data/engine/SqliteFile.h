@@ -9,8 +9,7 @@ struct sqlite3;
 
 namespace dao {
 
-// A database file as a connection has it open: whether it, its write-ahead log and their index still are the files
-// of their names. What is written to a log that was deleted, or beside a file that was replaced, is read by nobody.
+// A database file that a connection has open. Tells whether the file, its write-ahead log and the log's index are still the ones found under their names: what is written to deleted or replaced files is lost.
 class SqliteFile {
 public:
     SqliteFile() = default;

@@ -7,7 +7,7 @@ namespace clivara {
 
 namespace {
 
-// A row that is stored for nobody is in no chart, and in the chart of whoever gets that code one day.
+// A row without a patient appears in no chart, and later in that of the patient who is given its code.
 void tellNobody(WorkingState &state, const QString &subject, int failure)
 {
     state.failure = failure;

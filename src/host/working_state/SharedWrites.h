@@ -14,12 +14,12 @@ enum class WriteResult {
     Done,
     Vanished, // another workstation deleted the row
     Changed, // another workstation changed what would be replaced
-    Refused, // what is stored by now does not allow it; the check that a form makes before it saves tells why
+    Refused, // the stored data do not allow it; the form's own check, made again, tells why
     Failed // still not possible after the retries; the log tells why
 };
 
-// What WorkingState::failure says of a write that was refused because no patient is identified, or because the patient was
-// removed since the section was opened; no error of the engine has these numbers.
+// Values of WorkingState::failure when a write was refused because no patient is identified, or because the
+// patient was removed since the section was opened. No error of the engine has these numbers.
 constexpr int noPatientFailure = -1;
 constexpr int patientGoneFailure = -2;
 
