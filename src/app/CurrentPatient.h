@@ -20,7 +20,8 @@ bool selectPatient(clivara::SettingsStore &settings, dao::Database &clinical, qi
 // No patient is current.
 void deselectPatient(clivara::SettingsStore &settings);
 
-// The region of the practice, whatever the settings said before; none when the practice has none. Throws dao::Error.
+// The region of the practice, whatever the settings said before; none when the practice has none. Throws
+// dao::Error.
 void prepareRegion(clivara::SettingsStore &settings, const Practice &practice);
 
 // A work folder with a log folder inside the practice's folder, named in the settings: the chart traces

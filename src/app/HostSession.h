@@ -28,12 +28,13 @@ struct SectionOutcome {
     QString failure; // why it could not be opened; empty when it was
 };
 
-// A working session of the host on a practice, in one window: holds the chart, tells it patient, doctor and region
-// before each section and reads its mailbox. What other windows of the user are about does not reach it.
+// A working session of the host on a practice, in one window: holds the chart, tells it patient, doctor and
+// region before each section and reads its mailbox. What other windows of the user are about does not reach
+// it.
 class HostSession {
 public:
-    // Opens a section of the chart and returns when it has closed; `param` as for Class3::Action, the result as that of
-    // Class3::failure. `settings` are those that the chart works with.
+    // Opens a section of the chart and returns when it has closed; `param` as for Class3::Action, the result
+    // as that of Class3::failure. `settings` are those that the chart works with.
     using Chart = std::function<QString(qint16 action, QVariant &param, clivara::SettingsStore &settings)>;
 
     // No patient is current at first. Practice and services must outlive the session; `chart` stands in for

@@ -85,8 +85,8 @@ QString placeBeside(const QString &target)
     return free;
 }
 
-// A folder, but not what is in it, or a file reaches the disk. False when the system reports an error. Never for a
-// database that this program may have open: closing the file would drop its locks.
+// A folder, but not what is in it, or a file reaches the disk. False when the system reports an error. Never
+// for a database that this program may have open: closing the file would drop its locks.
 bool syncToDisk(const QString &path)
 {
     const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);

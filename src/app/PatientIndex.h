@@ -33,7 +33,8 @@ public:
 
     int size() const { return static_cast<int>(m_rows.size()); }
     PatientEntry at(int row) const;
-    // Whether another patient has the same surname and name, but for case, accents and apostrophes. Only after sort().
+    // Whether another patient has the same surname and name, but for case, accents and apostrophes. Only
+    // after sort().
     bool hasNamesake(int row) const;
     // The row of a patient's code; -1 when it is not here.
     int rowOf(qint32 code) const;

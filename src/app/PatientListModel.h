@@ -7,8 +7,8 @@
 
 namespace orvale {
 
-// The patients found, for the search list. Makes a row's texts only when the row is painted. The birth date of whoever
-// has the name of another patient stands out, with a sign and in words for a screen reader.
+// The patients found, for the search list. Makes a row's texts only when the row is painted. The birth date
+// of whoever has the name of another patient stands out, with a sign and in words for a screen reader.
 class PatientListModel final : public QAbstractTableModel {
     Q_OBJECT
 

@@ -49,7 +49,8 @@ PatientSearch::PatientSearch(const PatientIndex &index, QWidget *parent)
         search();
         m_ui->results->scrollToTop();
     });
-    // The mouse changes the selection last, keys the current row. Both are followed, since the first signal may still find the old selection.
+    // The mouse changes the selection last, keys the current row. Both are followed, since the first signal
+    // may still find the old selection.
     const QItemSelectionModel *const highlight = m_ui->results->selectionModel();
     connect(highlight, &QItemSelectionModel::selectionChanged, this, &PatientSearch::followHighlight);
     connect(highlight, &QItemSelectionModel::currentRowChanged, this, &PatientSearch::followHighlight);

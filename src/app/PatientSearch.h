@@ -28,7 +28,8 @@ public:
 
     // Searches again, after the index has changed; `loading` while it is not complete yet.
     void refresh(QDate today, bool loading);
-    // Sets the patient whom the list highlights where it shows that patient, and nobody else; -1 for none. Must be called after each `picked`, also when the pick is refused.
+    // Sets the patient whom the list highlights where it shows that patient, and nobody else; -1 for none.
+    // Must be called after each `picked`, also when the pick is refused.
     void mark(qint32 code);
     // Into the field, its text selected.
     void focusQuery();

@@ -140,7 +140,8 @@ QString PracticeBuild::place(Previous previous)
     for (const auto &use : m_previous)
         use->aboutToMove();
     const QString beside = m_part->placeInstead();
-    // A program that has just opened a previous file and waits for its lock would go on with the log of the new file, found by its name. It gives up waiting before the lock is released.
+    // A program that has just opened a previous file and waits for its lock would go on with the log of the
+    // new file, found by its name. It gives up waiting before the lock is released.
     QThread::msleep(afterExchangeMs);
     m_previous.clear();
     if (!keep && QDir(beside).removeRecursively())

@@ -179,7 +179,8 @@ void probePractice(const QString &folder, const Schema &schema)
         try {
             probeTables(path, file.database, schema);
         } catch (const UserError &) {
-            // Another workstation has begun, or has just written its journal into the file: what was read was half of it.
+            // Another workstation has begun, or has just written its journal into the file: what was read was
+            // half of it.
             const QFileInfo now(path);
             if (!hasJournal(path) && state == std::pair(now.size(), now.lastModified()))
                 throw;

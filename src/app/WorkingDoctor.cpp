@@ -15,7 +15,8 @@ namespace {
 // The setting that says to which practice the doctors in the user's settings belong.
 const QLatin1String settingsPractice("STUDIO CORRENTE");
 
-// The user's setting with the doctor who was chosen in a practice, by practiceName(): keys do not tell case apart, paths do.
+// The user's setting with the doctor who was chosen in a practice, by practiceName(): keys do not tell case
+// apart, paths do.
 QString rememberedKey(const QString &practice)
 {
     return QStringLiteral("MEDICO DELLO STUDIO ") + practice;

@@ -30,7 +30,8 @@ public:
     WorkingDoctor(clivara::SettingsStore &user, Practice &practice);
 
     const QList<GroupDoctor> &group() const { return m_group; }
-    // The doctor who was chosen in this practice, else the one whom the settings name, unless they were left by another practice, else the one with the lowest code. Empty in a practice without doctors.
+    // The doctor who was chosen in this practice, else the one whom the settings name, unless they were left
+    // by another practice, else the one with the lowest code. Empty in a practice without doctors.
     const GroupDoctor &current() const { return m_current; }
     // False while nobody has said which of several doctors it is.
     bool isChosen() const { return m_chosen; }

@@ -64,9 +64,10 @@ Finding readNewestResult(dao::Database &clinical, qint32 patientCode, const QStr
 enum class Scan { Take, Skip, Stop };
 using ResultJudge = std::function<Scan(QDate date, const QString &stored)>;
 
-// The laboratory results of an exam, newest first, until the judge takes one (as the number that it begins with) or
-// stops. What the judge skips is noted when it is not blank, and so is the exam under another spelling of its code.
-// `since` is the first day that counts as recent; the results before it are not even asked for when `onlySince`.
+// The laboratory results of an exam, newest first, until the judge takes one (as the number that it begins
+// with) or stops. What the judge skips is noted when it is not blank, and so is the exam under another
+// spelling of its code. `since` is the first day that counts as recent; the results before it are not even
+// asked for when `onlySince`.
 Finding scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate since,
                     bool onlySince, const ResultJudge &judge);
 

@@ -54,8 +54,8 @@ bool isRecent(QDate result, QDate today);
 // The first day that is recent.
 QDate recentSince(QDate today);
 
-// The other spellings of an exam's code: laboratories write its last group with and without a leading zero, "90.16.4"
-// and "90.16.04".
+// The other spellings of an exam's code: laboratories write its last group with and without a leading zero,
+// "90.16.4" and "90.16.04".
 QStringList otherSpellings(const QString &examCode);
 
 // True when a result's text holds a digit: "<0.5", but not "non eseguito".

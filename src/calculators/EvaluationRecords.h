@@ -32,8 +32,8 @@ QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query);
 // The query for one evaluation. The date goes in as "dd/mm/yyyy", with the time only where it is not midnight.
 QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when);
 
-// How an evaluation is stored: its table, the kind by which its changes are journalled, and what the doctor calls its
-// fields.
+// How an evaluation is stored: its table, the kind by which its changes are journalled, and what the doctor
+// calls its fields.
 struct StoredEvaluation {
     struct Value {
         QString field;
@@ -69,15 +69,15 @@ struct EvaluationVersions {
     EvaluationValues mine, stored; // when a save is Changed
 };
 
-// Writes one evaluation of the current patient in a transaction: adds the row of the date or edits it, sets its date
-// and lets `fill` set its values; the change is journalled with it. What another workstation has stored since it was read
-// is not replaced. Raises nothing.
+// Writes one evaluation of the current patient in a transaction: adds the row of the date or edits it, sets
+// its date and lets `fill` set its values; the change is journalled with it. What another workstation has
+// stored since it was read is not replaced. Raises nothing.
 SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
                            Existing existing, const std::function<void(dao::Recordset &)> &fill,
                            EvaluationVersions &versions);
 
-// Deletes one evaluation of the current patient and journals it. `seen` is the evaluation as it was read; when it is stored otherwise,
-// the result is Changed and `seen` becomes what is stored. Raises nothing.
+// Deletes one evaluation of the current patient and journals it. `seen` is the evaluation as it was read;
+// when it is stored otherwise, the result is Changed and `seen` becomes what is stored. Raises nothing.
 WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
                              EvaluationValues &seen);
 

@@ -5,8 +5,8 @@
 
 #include <QStringList>
 
-// What the doctor is told of a value that is impossible, unlikely, or not what it looks like. A remark never keeps
-// anything from being computed. Each line is a sentence in Italian, without a sign before it.
+// What the doctor is told of a value that is impossible, unlikely, or not what it looks like. A remark never
+// keeps anything from being computed. Each line is a sentence in Italian, without a sign before it.
 namespace clivara {
 
 struct PlausibleRange {
@@ -15,9 +15,10 @@ struct PlausibleRange {
     bool contains(double value) const { return least <= value && value <= most; }
 };
 
-// Limits of plausibility, not of health. They are this program's own: wide enough for any patient of a general
-// practice, and narrow enough that a usual value in another unit lies outside. Of the molar units 1 mg/dl of creatinine
-// is 88.4 µmol/l, and 1 mmol/l is 38.67 mg/dl of cholesterol, 88.57 of triglycerides and 18.02 of glucose.
+// Limits of plausibility, not of health. They are this program's own: wide enough for any patient of a
+// general practice, and narrow enough that a usual value in another unit lies outside. Of the molar units 1
+// mg/dl of creatinine is 88.4 µmol/l, and 1 mmol/l is 38.67 mg/dl of cholesterol, 88.57 of triglycerides and
+// 18.02 of glucose.
 constexpr PlausibleRange plausibleAdultWeightKg{30, 300};
 constexpr PlausibleRange plausibleWeightKg{2, 300}; // of children, and where the age is not known
 constexpr PlausibleRange plausibleWaistCm{40, 200};
@@ -51,16 +52,16 @@ QString pressureRemark(double systolicMmHg, double diastolicMmHg);
 // On what the records hold of an input.
 struct FindingRemarks {
     QStringList lines;
-    // The proposed number is not what was recorded: it was read only in part, or its unit is not the input's. Whoever
-    // computes with it must have seen that.
+    // The proposed number is not what was recorded: it was read only in part, or its unit is not the input's.
+    // Whoever computes with it must have seen that.
     bool mustBeSeen = false;
 };
 FindingRemarks findingRemarks(const Finding &finding, const QString &unit, QDate today);
 
 // On the date of an evaluation: of the future, before the birth (null when unknown), of an impossible year.
 QString dateRemark(QDate day, QDate birth, QDate today);
-// On the age at that date when it is not today's, which is the one that counts; empty when it is, and when either is
-// unknown.
+// On the age at that date when it is not today's, which is the one that counts; empty when it is, and when
+// either is unknown.
 QString ageAtDateRemark(QDate day, QDate birth, QDate today);
 
 } // namespace clivara

@@ -366,7 +366,8 @@ bool PatientInputForm::eventFilter(QObject *watched, QEvent *event)
                || ChartForm::eventFilter(watched, event);
     if (event->type() == QEvent::FocusOut && !m_isLeading) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        // A menu, another window, or the closing of the form that takes the focus does not mean that the value was seen.
+        // A menu, another window, or the closing of the form that takes the focus does not mean that the
+        // value was seen.
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason && isVisible())
             input(watched).mustBeSeen = false;
     }

@@ -66,8 +66,8 @@ private:
     QColor m_backColor;
 };
 
-// A message that asks for the date of a control that holds none. When something stands there all the same, it says that this
-// is impossible.
+// A message that asks for the date of a control that holds none. When something stands there all the same, it
+// says that this is impossible.
 QString dateRequest(const QString &request, const MyDateControl &control);
 
 } // namespace clivara

@@ -28,8 +28,8 @@ bool isNumber(const QString &text)
     return text.size() <= longestNumber && number.match(text).hasMatch();
 }
 
-// The text as the field shows it: of a number the comma is a point, and the unit behind it is left out. Blanks stay while
-// somebody is typing: "1 4" must not become 14.
+// The text as the field shows it: of a number the comma is a point, and the unit behind it is left out.
+// Blanks stay while somebody is typing: "1 4" must not become 14.
 QString asShown(const QString &text, const QString &unit)
 {
     QString number = text.trimmed();

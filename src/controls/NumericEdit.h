@@ -5,11 +5,12 @@
 
 namespace clivara {
 
-// A field for a number: digits, one decimal point and a minus at the front. A typed comma becomes a point at once, and
-// the field's own unit behind the number is left out. Whatever else is typed or pasted ("140/90", "1.234,5") stays as
-// it is: keys that were dropped would leave another number than the one that was meant. Such a text is marked by a sign,
-// a red frame and the accessible description, and its number() is 0. What the program itself sets with setText() is
-// shown as it is, and marked as well when it is not all of it a number.
+// A field for a number: digits, one decimal point and a minus at the front. A typed comma becomes a point at
+// once, and the field's own unit behind the number is left out. Whatever else is typed or pasted ("140/90",
+// "1.234,5") stays as it is: keys that were dropped would leave another number than the one that was meant.
+// Such a text is marked by a sign, a red frame and the accessible description, and its number() is 0. What
+// the program itself sets with setText() is shown as it is, and marked as well when it is not all of it a
+// number.
 class NumericEdit : public QLineEdit {
     Q_OBJECT
 
@@ -22,10 +23,11 @@ public:
 
     // Shows any text. (QLineEdit's own setText would judge it like a typed one.)
     void setText(const QString &text);
-    // 0 when the text is no number, or there is none. Of a text that the program set, and nobody has changed since, the
-    // number that it begins with.
+    // 0 when the text is no number, or there is none. Of a text that the program set, and nobody has changed
+    // since, the number that it begins with.
     double number() const;
-    // True when somebody has written something that is no number; whoever computes or saves says so and stops.
+    // True when somebody has written something that is no number; whoever computes or saves says so and
+    // stops.
     bool isRefused() const;
     // For the doctor: "«140/90» non è un numero".
     QString refusal() const;

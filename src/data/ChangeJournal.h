@@ -12,8 +12,9 @@ class Clock;
 class Log;
 class RecordsetOperations;
 
-// Kinds of change (Modifiche.Tipo). Numbers below 100 are the host's: practices also hold kinds that this program does
-// not know. The chart's own kinds begin at 101; docs/architecture.md lists them for whoever reads the table.
+// Kinds of change (Modifiche.Tipo). Numbers below 100 are the host's: practices also hold kinds that this
+// program does not know. The chart's own kinds begin at 101; docs/architecture.md lists them for whoever
+// reads the table.
 enum ChangeKind : qint16 {
     GeneralInformation = 3, // the patient's row of inf_gen
     Questionnaire = 4, // a row of ESAME_OB; the key is its tipo_dati letter

@@ -85,8 +85,8 @@ void loadRegistry(PatientHeader &header, dao::Database &clinical, QDate today)
     header.identified = header.patientCode > 0;
 }
 
-// The code of a patient as the host writes it, a whole number; nobody's for anything else. No part of a text and
-// no rounded number is taken: it would be another patient's code.
+// The code of a patient as the host writes it, a whole number; nobody's for anything else. No part of a text
+// and no rounded number is taken: it would be another patient's code.
 qint32 patientCode(const QString &text)
 {
     bool isCode = false;

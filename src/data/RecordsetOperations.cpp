@@ -22,8 +22,8 @@ int pauseFor(double draw)
     return std::min(maximumPause, static_cast<int>(jet::roundHalfToEven(draw * 500 + 500)));
 }
 
-// In a transaction that is gone nothing can be saved any more, what may have been saved must not be saved twice, and a
-// file that was taken away does not come back.
+// In a transaction that is gone nothing can be saved any more, what may have been saved must not be saved
+// twice, and a file that was taken away does not come back.
 bool isFinal(int errorNumber)
 {
     return errorNumber == dao::TransactionError || errorNumber == dao::TransactionLost

@@ -12,12 +12,14 @@ namespace clivara {
 class Log;
 class Pauses;
 
-// Counts the attempts at an operation and the time that they take. A write that is repeated as a whole uses one object for all its steps.
+// Counts the attempts at an operation and the time that they take. A write that is repeated as a whole uses
+// one object for all its steps.
 class Attempts {
 public:
     Attempts() { m_time.start(); }
     int failures() const { return m_failures; }
-    // Counts a failure. False when the operation is not to be tried again: attempts or time are used up, or another attempt cannot mend the error.
+    // Counts a failure. False when the operation is not to be tried again: attempts or time are used up, or
+    // another attempt cannot mend the error.
     bool fail(int errorNumber);
     // Another attempt begins.
     void begin() { m_begun = m_time.elapsed(); }
@@ -35,7 +37,8 @@ private:
 // failure flag: 0 done, -1 failed after the last attempt. No error is raised, and after a failed Update the edit buffer
 // is still there. The calling thread does not respond during the pauses.
 //
-// Inside a transaction there is one attempt only, since all other workstations wait for its end. Whoever began it rolls it back and repeats the whole (see waitToTryAgain).
+// Inside a transaction there is one attempt only, since all other workstations wait for its end. Whoever
+// began it rolls it back and repeats the whole (see waitToTryAgain).
 class RecordsetOperations {
 public:
     RecordsetOperations(Log &log, Pauses &pauses)
@@ -53,7 +56,9 @@ public:
     qint16 Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction,
                                 Attempts &attempts);
 
-    // To be called after a transaction failed with that error and was rolled back. When another workstation was in the way and attempts are left, pauses as between two attempts and returns true; otherwise false at once.
+    // To be called after a transaction failed with that error and was rolled back. When another workstation
+    // was in the way and attempts are left, pauses as between two attempts and returns true; otherwise false
+    // at once.
     bool waitToTryAgain(const QString &subject, int errorNumber, Attempts &attempts);
 
     // The number of the error that the last operation to fail began with, or ConnectionLost where that came later; 0 when

@@ -110,7 +110,8 @@ void PregMalInf::askForNote(std::size_t note)
 bool PregMalInf::queryUnload()
 {
     const QString code = encodeInfections(answers());
-    // Whoever has only looked at nobody's chart is told nothing; what was entered there is refused by the save.
+    // Whoever has only looked at nobody's chart is told nothing; what was entered there is refused by the
+    // save.
     if (!m_state.header.identified && code == m_shownCode)
         return true;
     // A patient without a row gets one, also when the answers are by chance those that were loaded last.

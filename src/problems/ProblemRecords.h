@@ -36,7 +36,8 @@ struct ProblemRow {
     qint16 state = 0; // as stored: a practice may hold other values than ProblemState has
     LastWrite written; // as it was read
 
-    // True when it is closed and its closing date is before its start, which lists mark. A closing date that an open problem has kept does not count.
+    // True when it is closed and its closing date is before its start, which lists mark. A closing date that
+    // an open problem has kept does not count.
     bool closedBeforeStart() const
     {
         return state == qint16(ProblemState::Closed) && start.isValid() && closed.isValid() && closed < start;
@@ -71,15 +72,16 @@ std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); //
 // False for noProblem, and for a problem of another patient.
 bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id);
 
-// Another problem of the patient with the same code or, without a code, with the same description. False for an edited problem that still has the code, or description, of `before`.
+// Another problem of the patient with the same code or, without a code, with the same description. False for
+// an edited problem that still has the code, or description, of `before`.
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem,
                         const ProblemDetail &before);
 
 // Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
-// blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was written
-// the struct is as it was. `read` is the problem as it was read: when writing would replace what was stored since
-// then, the result is Changed and `read` becomes what is stored. Refused when it is a duplicate. The hour of a date stays
-// while its day does.
+// blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was
+// written the struct is as it was. `read` is the problem as it was read: when writing would replace what was
+// stored since then, the result is Changed and `read` becomes what is stored. Refused when it is a duplicate.
+// The hour of a date stays while its day does.
 WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read);
 // Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
 // (id_Probl becomes empty). All or nothing. Changed when it was written since `seen`, which becomes what is stored.
@@ -91,7 +93,9 @@ struct ProblemStanding {
 
     bool operator==(const ProblemStanding &) const = default;
 };
-// Sets the state of an open problem to closed, and the stamps of an edit. The closing date is left as it is. Changed when it is not open, or its state or last write is not that of `seen`; `seen` becomes what is stored.
+// Sets the state of an open problem to closed, and the stamps of an edit. The closing date is left as it is.
+// Changed when it is not open, or its state or last write is not that of `seen`; `seen` becomes what is
+// stored.
 WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen);
 
 // The text that a problem is called by: its description (descr_mal), else the name of its code in icd9 or, when

@@ -31,16 +31,17 @@ auto contentsOf(Visit &visit) requires std::same_as<std::remove_const_t<Visit>, 
 // Empty when it is not there, or not of this patient.
 std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 patientCode, qint32 id);
 
-// True when the patient has another visit on the visit's day. False for a stored visit whose day is still `before`: it may go on sharing its day.
+// True when the patient has another visit on the visit's day. False for a stored visit whose day is still
+// `before`: it may go on sharing its day.
 bool isDayTaken(dao::Database &clinical, qint32 patientCode, const VisitDetail &visit, QDate before);
-// True when the visit is to be filed against a problem that the patient does not have (any more): it would be in no
-// list of a problem.
+// True when the visit is to be filed against a problem that the patient does not have (any more): it would be
+// in no list of a problem.
 bool isProblemGone(dao::Database &clinical, qint32 patientCode, const VisitDetail &visit);
 
 // As saveProblem and deleteProblem ("DV"). A new visit gets the highest key plus 1 (1 in an empty table)
 // within the transaction that writes it. A validity that is null is left out for a new visit and leaves an
-// edited one's as it was; the hour of a date stays while its day does. Refused when the day is taken or the problem is
-// gone.
+// edited one's as it was; the hour of a date stays while its day does. Refused when the day is taken or the
+// problem is gone.
 WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read);
 WriteResult deleteVisit(WorkingState &state, qint32 id, LastWrite &seen);
 

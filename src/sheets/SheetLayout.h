@@ -59,7 +59,8 @@ struct SheetLayout {
     QStringList groups;
     QList<SheetField> fields;
     int length = 0; // of the data string
-    // The length of the data strings of this program's earlier versions, and of other programs: without the mark, which comes after them. 0 for a type without marks.
+    // The length of the data strings of this program's earlier versions, and of other programs: without the
+    // mark, which comes after them. 0 for a type without marks.
     int earlierLength = 0;
 
     // -1 when there is no such field.

@@ -164,7 +164,8 @@ void Domiciliari_Gestione::chooseType(const HomeCareEntry &entry)
     list->clear();
     for (const ServiceType &type : std::as_const(m_types))
         list->addItem(type.name, type.id);
-    // A type that is none of these, which another workstation has given the visit, can be kept, but not chosen anew.
+    // A type that is none of these, which another workstation has given the visit, can be kept, but not
+    // chosen anew.
     if (entry.type && list->findData(*entry.type) < 0)
         list->addItem(typeName(entry), *entry.type);
     list->showIndex(entry.type ? list->findData(*entry.type) : -1);

@@ -24,8 +24,8 @@ struct StayDates {
 };
 StayState stayState(const StayDates &stay, QDate today);
 
-// Its length in days, from midnight to midnight: "Durata: 5 giorni.", "Ancora in ospedale, da 3 giorni."... or which
-// of its dates is missing. Never empty.
+// Its length in days, from midnight to midnight: "Durata: 5 giorni.", "Ancora in ospedale, da 3 giorni."...
+// or which of its dates is missing. Never empty.
 QString stayLengthText(const StayDates &stay, QDate today);
 
 } // namespace clivara

@@ -36,8 +36,8 @@ struct PatientHeader {
     QString name;
     QDate birthDay; // the birth date itself; null when unknown
     PatientIdentity identity;
-    // True when patientCode is above 0 and its registry row was found and read. Otherwise other texts may be the
-    // previous patient's, and nothing is stored.
+    // True when patientCode is above 0 and its registry row was found and read. Otherwise other texts may be
+    // the previous patient's, and nothing is stored.
     bool identified = false;
     Allergies allergies; // of patientCode; Unread unless they were read for this patient
 

@@ -104,7 +104,8 @@ TEST_F(HostWindowTest, FindsWhileTypingAndPicksWithTheKeyboard)
     EXPECT_EQ(m_window->currentPatient(), 12);
 }
 
-// Whatever moves the highlight: it is on the patient whom the panel shows and a section opens on, or on nobody.
+// Whatever moves the highlight: it is on the patient whom the panel shows and a section opens on, or on
+// nobody.
 TEST_F(HostWindowTest, HighlightsWhomThePanelShows)
 {
     const auto agrees = [this](qint32 code, const char *name, const char *step) {

@@ -183,8 +183,8 @@ quint32 seed()
     return quint32(qEnvironmentVariableIntValue("CLIVARA_RANDOM_SEED"));
 }
 
-// A demo practice whose patients carry a number of their own, the first one `first`, in every text and in the year of
-// every date that is written here.
+// A demo practice whose patients carry a number of their own, the first one `first`, in every text and in the
+// year of every date that is written here.
 std::unique_ptr<orvale::Practice> numberedPractice(const QString &folder, int first, QDate today)
 {
     orvale::createDemo(folder,
@@ -304,8 +304,9 @@ TEST_F(RandomUseTest, LeavesACoherentPracticeAndNoWindow)
     EXPECT_GE(hand.seen().size(), 14) << qPrintable(hand.seen().values().join(u' '));
 }
 
-// Two windows of one user, now on the same practice, now on two, whose patient, doctor and practice change at random,
-// also while the other window has a section open. Nothing that is seen is another's than the patient's of that window.
+// Two windows of one user, now on the same practice, now on two, whose patient, doctor and practice change at
+// random, also while the other window has a section open. Nothing that is seen is another's than the
+// patient's of that window.
 TEST_F(RandomUseTest, EachWindowShowsItsPatientOnly)
 {
     const QDate today(2026, 11, 21);

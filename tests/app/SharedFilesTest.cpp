@@ -49,8 +49,8 @@ protected:
     }
 };
 
-// Whatever this program does beside, it keeps its locks: the next one that closes the practice must not take itself for
-// the last and delete the log that this one goes on writing to.
+// Whatever this program does beside, it keeps its locks: the next one that closes the practice must not take
+// itself for the last and delete the log that this one goes on writing to.
 TEST_F(SharedFilesTest, WhatIsSavedStaysThoughOthersComeAndGo)
 {
     const struct {

@@ -13,8 +13,8 @@ namespace {
 
 using orvale::HostSession;
 
-// The user's settings while another window of the same user is at work on another practice: whatever is written, at once
-// says what the other window is about.
+// The user's settings while another window of the same user is at work on another practice: whatever is
+// written, at once says what the other window is about.
 class SharedSettings final : public clivara::SettingsStore {
 public:
     QVariant read(const QString &key, const QVariant &fallback) const override

@@ -88,7 +88,8 @@ protected:
             GTEST_SKIP() << "of files";
     }
 
-    // The folder of a new practice whose local database is linked by `connect` as it would be stored; "" by none.
+    // The folder of a new practice whose local database is linked by `connect` as it would be stored; "" by
+    // none.
     QString make(const QString &name, const QString &connect = {})
     {
         const QString in = folder.filePath(name);

@@ -182,7 +182,8 @@ TEST_F(RecordsetOperationsTest, ATransactionIsBegunWhenTheOtherProcessIsDone)
     EXPECT_EQ(rows("chiave=2"), 0) << "what is not committed is undone";
 }
 
-// All other workstations wait for the end of a transaction, and nothing that stands in its way goes away before.
+// All other workstations wait for the end of a transaction, and nothing that stands in its way goes away
+// before.
 TEST_F(RecordsetOperationsTest, InsideATransactionThereIsOneAttempt)
 {
     const auto visits = database->OpenRecordset("VISITE");

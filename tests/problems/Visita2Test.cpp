@@ -244,7 +244,8 @@ TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
     EXPECT_EQ(stored("id_Probl, DataReg, anamnesi"), "0|2026-11-19 00:00:00|scritto intanto");
 }
 
-// In the list that was not renewed, in the list of the chooser, while the visit is written, and while it is saved.
+// In the list that was not renewed, in the list of the chooser, while the visit is written, and while it is
+// saved.
 TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
 {
     const QString question = "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"

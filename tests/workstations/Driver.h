@@ -22,7 +22,8 @@ struct Run {
 
 // Prints what was done and every fault; the exit status, 0 without faults.
 int drive(const Run &run);
-// One workstation of a run, from the save of that number on; where workstations come and go, only the next few saves.
+// One workstation of a run, from the save of that number on; where workstations come and go, only the next
+// few saves.
 int work(const Run &run, int worker, int from);
 // One visit of that number to the run's practice.
 int visit(const Run &run, int number);

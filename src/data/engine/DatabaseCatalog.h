@@ -63,8 +63,8 @@ public:
     // Adds the link, or replaces the one of that name. The target must be there, else nothing changes.
     void setLink(const TableLink &link);
     void removeLink(const QString &name);
-    // Refuses queries of that linked table until setLink() succeeds for it or release() is called: its link may
-    // lead to another practice. Nothing is written.
+    // Refuses queries of that linked table until setLink() succeeds for it or release() is called: its link
+    // may lead to another practice. Nothing is written.
     void withhold(const QString &name);
     void release(const QString &name);
     // Makes the table in which links are kept, unless it is there.

@@ -88,7 +88,8 @@ private:
     void detachUnused();
     void drainReaders();
     void requireTransaction() const;
-    // Checks the files before a statement outside a transaction, which commits by itself; inside one, begin() and commit() check.
+    // Checks the files before a statement outside a transaction, which commits by itself; inside one, begin()
+    // and commit() check.
     void requireInPlace() const;
     // Opens the native connection for the first database. Later ones must be of the same engine: InvalidOperation.
     void open(const QString &name);

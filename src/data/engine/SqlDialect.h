@@ -105,7 +105,8 @@ public:
     virtual QString attach(QSqlDatabase &connection, const QString &name, const QString &proposed,
                            bool readOnly) const = 0;
     virtual void detach(QSqlDatabase &connection, const QString &schema) const = 0;
-    // Throws Error (DatabaseMoved) when a file of the attached databases was moved, replaced or deleted, so that what is written would be lost. By default does nothing: a server's databases cannot be taken away.
+    // Throws Error (DatabaseMoved) when a file of the attached databases was moved, replaced or deleted, so
+    // that what is written would be lost. By default does nothing: a server's databases cannot be taken away.
     virtual void requireInPlace() const { }
     // Makes a new, empty database of that name; TableExists when there is something of that name.
     virtual void createDatabase(QSqlDatabase &connection, const QString &name) const = 0;

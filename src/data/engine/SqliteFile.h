@@ -9,7 +9,8 @@ struct sqlite3;
 
 namespace dao {
 
-// A database file that a connection has open. Tells whether the file, its write-ahead log and the log's index are still the ones found under their names: what is written to deleted or replaced files is lost.
+// A database file that a connection has open. Tells whether the file, its write-ahead log and the log's index
+// are still the ones found under their names: what is written to deleted or replaced files is lost.
 class SqliteFile {
 public:
     SqliteFile() = default;

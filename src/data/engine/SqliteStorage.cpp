@@ -273,7 +273,8 @@ QString SqliteDialect::nameOfLinked(const QString &linked, const QString &holder
     const QDir folder = QFileInfo(holder).absoluteDir();
     if (QDir::isRelativePath(linked))
         return QDir::cleanPath(folder.absoluteFilePath(linked));
-    // Earlier versions stored the whole path, which leads to the original after a practice was copied or restored.
+    // Earlier versions stored the whole path, which leads to the original after a practice was copied or
+    // restored.
     const QString beside = folder.absoluteFilePath(QFileInfo(linked).fileName());
     return QFileInfo::exists(beside) ? beside : linked;
 }

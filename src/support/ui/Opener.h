@@ -5,7 +5,8 @@
 
 namespace clivara {
 
-// Enables a control that opens something, or disables it and says why: under the pointer and to a screen reader.
+// Enables a control that opens something, or disables it and says why: under the pointer and to a screen
+// reader.
 inline void enableOpener(QWidget &control, bool opens, const QString &whyNot)
 {
     control.setEnabled(opens);
