@@ -144,7 +144,7 @@ Finding readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate si
                                 + jet::slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
          !rows->Eof() && !finding.proposal; rows->MoveNext()) {
         const auto systolic = optionalNumber(*rows, QStringLiteral("presmax"));
-        if (!systolic)
+        if (!systolic || *systolic == 0) // not measured
             continue;
         const QDateTime when = rows->Fields(QStringLiteral("data_ob")).date();
         const QString text = jet::numberText(*systolic);

@@ -2,24 +2,13 @@
 #include "calculators/InputRemarks.h"
 
 #include "calculators/CalculatorRules.h"
+#include "extraction/ResultUnits.h"
 #include "support/PatientHeader.h"
 #include "values/JetValues.h"
-
-#include <QRegularExpression>
 
 namespace clivara {
 
 namespace {
-
-QString plainUnit(const QString &text)
-{
-    static const QRegularExpression blanks(QStringLiteral("[\\s.]"));
-    QString unit = text.toLower().remove(blanks);
-    unit.replace(QStringLiteral("/100ml"), QStringLiteral("/dl"));
-    if (unit == u"mg%")
-        unit = QStringLiteral("mg/dl");
-    return unit;
-}
 
 // "1.35 mg/dl del 10/11/2026", between quotes when it is not a number alone.
 QString sightingText(const Sighting &sighting)
@@ -155,9 +144,10 @@ QString ageAtDateRemark(QDate day, QDate birth, QDate today)
     const int now = exactAge(birth, today);
     if (then < 0 || now < 0 || then == now)
         return {};
-    return QStringLiteral("Il %1 %2 %3 anni: Calcola usa l'età di oggi, %4.")
+    return QStringLiteral("Il %1 %2 %3 %4: Calcola usa l'età di oggi, %5.")
         .arg(jet::slashedDate(day), day < today ? QStringLiteral("aveva") : QStringLiteral("avrà"))
         .arg(then)
+        .arg(then == 1 ? QStringLiteral("anno") : QStringLiteral("anni"))
         .arg(now);
 }
 

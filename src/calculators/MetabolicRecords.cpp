@@ -112,11 +112,12 @@ Finding readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today
         return {};
     const auto cut = cutMeasurement(clinical, QStringLiteral("circonf_addom"),
                                     newest->Fields(QStringLiteral("dati_paz")).text());
-    const double waistCm = jet::leadingNumber(cut.value_or(QString()));
-    // Blanks in the text stand for a waist that was not measured.
-    if (waistCm == 0)
+    const QString stored = cut.value_or(QString()).trimmed();
+    const double waistCm = jet::leadingNumber(stored);
+    // Blanks and zeros stand for a waist that was not measured. Any other text is one that cannot be read.
+    if (waistCm == 0 && (stored.isEmpty() || jet::numberFromText(stored)))
         return {};
-    return {Proposal{jet::numberText(waistCm), date, cut->trimmed(), {}, {}}, {}, {}, {}};
+    return {Proposal{jet::numberText(waistCm), date, stored, {}, {}}, {}, {}, {}};
 }
 
 Finding readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode, const QString &examCode,

@@ -255,6 +255,13 @@ bool ModEstrazDati::PressioneMinima(qint32 patient, const Period &period, Pressu
                          result);
 }
 
+bool ModEstrazDati::hasGeneralInformation(qint32 patient) const
+{
+    return readRows("hasGeneralInformation",
+                    QStringLiteral("SELECT cod_paz FROM inf_gen WHERE (cod_paz = %1)").arg(patient),
+                    [](const dao::Recordset &) {});
+}
+
 bool ModEstrazDati::EsisteProblemaICD(qint32 patient, const QString &icdList, const QString &condition) const
 {
     const QString sql = problemSql(patient, icdList, condition);

@@ -80,6 +80,9 @@ public:
     bool PressioneMassima(qint32 patient, const Period &period, Pressure &result) const;
     bool PressioneMinima(qint32 patient, const Period &period, Pressure &result) const;
 
+    // False for a patient without a row in inf_gen: the queries of results join it, and find none then.
+    bool hasGeneralInformation(qint32 patient) const;
+
     // Problems by their suspected ICD code, open and closed.
     bool EsisteProblemaICD(qint32 patient, const QString &icdList, const QString &condition = {}) const;
     // The code of the one that was opened last.

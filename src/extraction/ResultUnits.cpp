@@ -57,7 +57,7 @@ QString plainUnit(const QString &unit)
     for (const QChar sign : unit.toLower()) {
         if (sign == QChar(0x00b5) || sign == QChar(0x03bc)) // micro sign, Greek mu
             plain += u'u';
-        else if (!sign.isSpace())
+        else if (!sign.isSpace() && sign != u'.')
             plain += sign;
     }
     const std::pair<const char *, const char *> spellings[] = {
@@ -90,13 +90,6 @@ std::optional<ResultInUnit> resultInUnit(const QString &exam, double value, cons
         return ResultInUnit{rule.factor * value + rule.offset, how};
     }
     return std::nullopt;
-}
-
-bool isKnownUnit(const QString &exam, const QString &wanted)
-{
-    return std::any_of(rules.begin(), rules.end(), [&](const UnitRule &rule) {
-        return isOf(rule, exam) && wanted == QLatin1String(rule.wanted);
-    });
 }
 
 } // namespace clivara

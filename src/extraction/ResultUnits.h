@@ -11,7 +11,7 @@ namespace clivara {
 
 struct ResultInUnit {
     double value = 0;
-    QString rule; // how it was converted ("mg/l × 0.1"); empty when it was in that unit
+    QString rule; // how it was converted ("mg/l × 0.1000"); empty when it was in that unit
 };
 
 // `exam` is the exam's code, or a list of codes of one exam with ';' between them; `unit` as the laboratory
@@ -20,10 +20,7 @@ struct ResultInUnit {
 std::optional<ResultInUnit> resultInUnit(const QString &exam, double value, const QString &unit,
                                          const QString &wanted);
 
-// True when the table has rules for the exam in that unit.
-bool isKnownUnit(const QString &exam, const QString &wanted);
-
-// A unit without case, blanks and other ways to write the same sign: "mg / dL", "MG/DL" and "mg/100 ml" are
+// A unit without case, blanks, points and other ways to write the same sign: "mg / dL", "MG/DL" and "mg/100 ml" are
 // "mg/dl", "μmol/l" and "mcmol/l" are "umol/l".
 QString plainUnit(const QString &unit);
 

@@ -332,6 +332,14 @@ RecoveredData RecuperaDati(SheetData &data, const ModEstrazDati &record, const S
         data.setValue(i, *value);
         recovered.origins.insert(i, found->origin);
     }
+    const bool asksForResults = std::any_of(fields.begin(), fields.end(), [](const SheetField &field) {
+        return field.source.name == QStringLiteral("esame");
+    });
+    const int failures = record.failures();
+    if (asksForResults && !record.hasGeneralInformation(patient.code) && record.failures() == failures)
+        recovered.remarks << QStringLiteral(
+            "Esami di laboratorio: il paziente non ha informazioni generali, e "
+            "i suoi risultati non sono ripresi.");
     AggiornaTotali(data);
     for (int i = 0; i < fields.size(); ++i) {
         if (fields[i].source.name == criteriaSource)

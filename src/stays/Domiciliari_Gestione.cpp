@@ -204,7 +204,13 @@ void Domiciliari_Gestione::deleteSelected()
     const HomeCareEntry *const entry = selectedEntry();
     if (!entry)
         return;
-    QStringList contents = readContents(entry->id);
+    const std::optional<QStringList> read = readContents(entry->id);
+    if (!read) {
+        m_state.prompts.warn(QStringLiteral(
+            "Non è stato possibile eliminare l'elemento: non si può leggere che cosa contiene."));
+        return;
+    }
+    QStringList contents = *read;
     QString question = QStringLiteral("Sei sicuro di voler eliminare l'elemento selezionato?");
     if (!contents.isEmpty())
         question +=
@@ -221,14 +227,14 @@ void Domiciliari_Gestione::deleteSelected()
     Carica_Domiciliari(entry->id, row);
 }
 
-// What of a visit the entry holds as well; the deletion itself looks again.
-QStringList Domiciliari_Gestione::readContents(qint32 id)
+// What of a visit the entry holds as well; empty when it cannot be read. The deletion itself looks again.
+std::optional<QStringList> Domiciliari_Gestione::readContents(qint32 id)
 {
     try {
         return visitContents(m_state.clinical(), id);
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("Domiciliari_Gestione.Elimina"), error);
-        return {};
+        return std::nullopt;
     }
 }
 

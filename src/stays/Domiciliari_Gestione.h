@@ -57,7 +57,7 @@ private:
     void newEntry();
     void editSelected();
     void deleteSelected();
-    QStringList readContents(qint32 id);
+    std::optional<QStringList> readContents(qint32 id);
     void save();
     void cancel();
     void leave();

@@ -43,8 +43,8 @@ const QList<QRegularExpression> &statements()
         QList<QRegularExpression> patterns;
         for (const QString &pattern :
              {who + none + QStringLiteral("(?: alcuna)? ") + subject,
-              subject + QStringLiteral(" (?:nessuna|negat[ae]|negativ[ae]|assent[ei]|no)(?: not[ae])?"),
-              QStringLiteral("(?:nessuna|no|nega|negat[ae]|assent[ei])(?: not[ae])?"),
+              subject + QStringLiteral(" (?:nessuna(?: nota)?|negat[ae]|negativ[ae]|assent[ei]|no)"),
+              QStringLiteral("(?:nessuna|no|nega|negat[ae]|assent[ei])"),
               who + QStringLiteral("non (?:e )?allergic[oa]") + scope.arg(1),
               QStringLiteral("anamnesi allergologica (?:negativa|muta)")})
             patterns.append(QRegularExpression(QRegularExpression::anchoredPattern(pattern)));

@@ -163,6 +163,27 @@ TEST_F(SharedFilesTest, NothingIsSavedIntoFilesThatWereTakenAway)
     }
 }
 
+// What a backup that links files instead of copying them leaves behind: each name has a log of its own.
+TEST_F(SharedFilesTest, AFileWithTwoNamesIsOpenUnderOneOnly)
+{
+    namespace fs = std::filesystem;
+    fs::create_directory(path("q").toStdString());
+    for (const auto &file : fs::directory_iterator(path("p").toStdString()))
+        fs::create_hard_link(file.path(), path("q/").toStdString() + file.path().filename().string());
+    {
+        const auto practice = Practice::open(path("p"));
+        practice->environment().clinical->Execute(insertion(1));
+        const Outcome other = orvaleRun({"play", "--practice", path("q"), "-"},
+                                        "exec clinical " + insertion(2).toUtf8() + '\n');
+        EXPECT_NE(other.status, 0);
+        EXPECT_TRUE(other.error.contains("secondo nome")) << qPrintable(other.error);
+        EXPECT_EQ(other.error.count('\n'), 1) << "one line";
+        practice->environment().clinical->Execute(insertion(3));
+    }
+    saveElsewhere(4);
+    EXPECT_EQ(saved(), (QSet<int>{1, 3, 4}));
+}
+
 TEST_F(SharedFilesTest, TheFirstBytesOfAFileAreAskedOfSqlite)
 {
     EXPECT_EQ(dao::firstBytes(path("p/Orvale.sqlite"), 16), QByteArray("SQLite format 3\0", 16));

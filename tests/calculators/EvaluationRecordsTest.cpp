@@ -50,7 +50,8 @@ TEST_F(EvaluationRecordsTest, SystolicPressureOfThreeMonths)
     };
     EXPECT_NE(skipped(), "") << "but noted";
     addPressure("#11/03/2026#", "201", "80");
-    EXPECT_EQ(skipped(), "201|2026-11-03");
+    addPressure("#11/04/2026#", "0", "0");
+    EXPECT_EQ(skipped(), "201|2026-11-03") << "0 stands for no measurement";
     addPressure("#11/03/2026#", "150", "80");
     EXPECT_EQ(systolic() + skipped(), "150|2026-11-03") << "of the same hour";
     addPressure("#11/03/2026 10:00#", "80", "40");
@@ -138,6 +139,12 @@ TEST_F(EvaluationRecordsTest, WaistOfTheNewestExamination)
     EXPECT_EQ(waist(), "");
     addExamination("A", daysAgo(0), "'170 70.0101.0'");
     EXPECT_EQ(waist(), "101|2026-11-21");
+    for (const char *unmeasured : {"'170 70.000000'", "'170 70.00.0  '"}) {
+        addExamination("A", daysAgo(0), unmeasured);
+        EXPECT_EQ(waist(), "") << unmeasured;
+    }
+    addExamination("A", daysAgo(0), "'170 70.0abc  '");
+    EXPECT_EQ(waist(), "0|2026-11-21") << "read, and remarked on";
     execute("DELETE * FROM DEFCAMPI");
     EXPECT_EQ(waist(), "");
 }

@@ -39,6 +39,9 @@ TEST(Allergies, OnlyKnownWordsSayThatThereAreNone)
         {"Allergie non note", None}, // known that none, or not known
         {"Nessuna allergia nota?", None},
         {"allergie? no?", None},
+        {"nessuna nota", None}, // no allergy that is known, or no note
+        {"allergie no note", None},
+        {"allergie: nessuna nota", Whole},
         {"non nega allergie", None},
         {"nega allergie a farmaci tranne FANS", None},
         {"Nega", Whole},

@@ -19,11 +19,12 @@ QString nativeLinks(const Attachment &attachment)
     return dialect.identifier(attachment.schema) + u'.' + dialect.identifier(linksTable);
 }
 
-// A connect text is a list of KEY=value, each behind a semicolon; a folder's name may hold one, too.
+// A connect text is a list of KEY=value, each behind a semicolon. A folder's name may hold both signs, too; no
+// value behind the path holds a slash.
 QRegularExpressionMatch pathIn(const QString &connect)
 {
     static const QRegularExpression path(
-        QStringLiteral("(?:^|;)\\s*DATABASE=\\s*(.+?)\\s*(?:;[A-Za-z ]+=.*)?;?$"),
+        QStringLiteral("(?:^|;)\\s*DATABASE=\\s*(.+?)\\s*(?:;[A-Za-z ]+=[^/]*)?;?$"),
         QRegularExpression::CaseInsensitiveOption);
     return path.match(connect);
 }

@@ -199,6 +199,13 @@ QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, con
 {
     const QFileInfo file(name);
     requireDatabaseFile(file);
+    if (!readOnly && SqliteFile::isOpenUnderTwoNames(file.absoluteFilePath()))
+        throw Error(InvalidOperation,
+                    QStringLiteral(
+                        "Il file '%1' ha un secondo nome (collegamento fisso) ed è già aperto: i salvataggi "
+                        "di chi lo usa con l'altro nome andrebbero persi. Farne una copia vera (cp -r) e "
+                        "aprire quella.")
+                        .arg(file.absoluteFilePath()));
     QString options = readOnly ? QStringLiteral("mode=ro") : QStringLiteral("mode=rw");
     // Readers of a WAL database share a file beside it. Where none can be made, nobody can be writing either.
     if (readOnly && !QFileInfo(file.absolutePath()).isWritable()

@@ -102,6 +102,8 @@ QString commandAdvice(int errorNumber)
     const auto unchanged = QStringLiteral("Nessun dato è stato modificato");
     if (errorNumber == noPatientFailure)
         return unchanged + QStringLiteral(": scegliere prima un paziente.");
+    if (errorNumber == dao::DatabaseMoved)
+        return unchanged + QStringLiteral(": chiudere il programma e riaprire l'archivio.");
     const bool later = adviceFor(errorNumber) == laterAdvice;
     return unchanged + (later ? QStringLiteral(": ") + laterAdvice : QString()) + u'.';
 }
