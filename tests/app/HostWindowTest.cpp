@@ -287,6 +287,17 @@ TEST_F(HostWindowTest, ShowsTheDoctorWhoWorksAndLetsAnotherTakeOver)
     EXPECT_TRUE(again.findChild<QPushButton *>("confirmDoctor")->isHidden());
 }
 
+TEST_F(HostWindowTest, ShowsTheVisitsAnewAfterHomeCare)
+{
+    m_window->selectPatient(11);
+    m_section = [this](QVariant &) {
+        visit(9, "21/11/2026", "'', 'A casa'");
+        m_mailbox->write("AGGIORNA_DIARIO", "PREVENZIONE");
+    };
+    openSection(18);
+    EXPECT_EQ(column("visits", 2).first(), "A casa");
+}
+
 // The mailbox names one view, and the sections of the general information change more than one.
 TEST_F(HostWindowTest, ShowsEverythingAnewAfterTheGeneralInformation)
 {

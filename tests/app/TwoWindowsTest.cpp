@@ -2,6 +2,7 @@
 #include "SmallPractice.h"
 #include "app/HostSession.h"
 #include "app/Sections.h"
+#include "app/WindowSettings.h"
 #include "host/Class3.h"
 #include "support/ui/ChartForm.h"
 
@@ -75,6 +76,30 @@ protected:
 
     std::unique_ptr<orvale::Practice> m_other;
 };
+
+TEST(WindowSettings, WhoIsCurrentIsEachWindowsOwn)
+{
+    clivara::MemorySettings user;
+    orvale::WindowSettings first(user), second(user);
+    const QStringList own{"CODICE PAZIENTE", "ESENZ_PAT", "ESENZ_INV",  "medicoP",        "medicoT", "medico_corrente",
+                          "MEDICO",          "uidMedicoP", "ORVALE_WORK", "CODICE REGIONE", "REGIONE"};
+    for (const QString &key : own) {
+        first.write(key, "primo");
+        second.write(key.toLower(), "secondo");
+    }
+    for (const QString &key : own) {
+        EXPECT_EQ(first.text(key), "primo") << qPrintable(key);
+        EXPECT_EQ(second.text(key), "secondo") << qPrintable(key);
+        EXPECT_EQ(user.text(key), "secondo") << "where other programs look";
+    }
+    first.announce();
+    for (const QString &key : own) {
+        EXPECT_EQ(user.text(key), "primo") << qPrintable(key);
+        EXPECT_EQ(second.text(key), "secondo") << qPrintable(key);
+    }
+    first.write("SET_INTESTA", "Ambulatorio");
+    EXPECT_EQ(second.text("SET_INTESTA"), "Ambulatorio") << "is the user's";
+}
 
 TEST_F(TwoWindowsTest, EverySectionIsAboutThePatientOfItsWindow)
 {

@@ -491,6 +491,17 @@ TEST_F(EvaluationFormsTest, TheAgeAtAnotherDateIsSaid)
                "⚠ Il 01/01/2000 aveva 33 anni: Calcola usa l'età di oggi, 60. 33 anni sono fuori dai 35–69 "
                "dell'equazione.",
                thirty},
+          // The limits themselves are within.
+          Case{"03", "01/01/2001",
+               "⚠ Il 01/01/2001 aveva 34 anni: Calcola usa l'età di oggi, 60. 34 anni sono fuori dai 35–69 "
+               "dell'equazione.",
+               nullptr},
+          Case{"03", "01/01/2002",
+               "⚠ Il 01/01/2002 aveva 35 anni: Calcola usa l'età di oggi, 60. 35 anni sono fuori dai 40–69 "
+               "della carta.",
+               nullptr},
+          Case{"03", "01/01/2007", "⚠ Il 01/01/2007 aveva 40 anni: Calcola usa l'età di oggi, 60.", nullptr},
+          Case{"16", "01/01/1992", nullptr, "⚠ Il 01/01/1992 aveva 25 anni: Calcola usa l'età di oggi, 60."},
           Case{"16", "01/01/2000",
                "⚠ Il 01/01/2000 aveva 33 anni: Calcola usa l'età di oggi, 60. 33 anni sono fuori dai 40–69 "
                "della carta.",

@@ -54,6 +54,8 @@ TEST_F(EvaluationRecordsTest, SystolicPressureOfThreeMonths)
     EXPECT_EQ(skipped(), "201|2026-11-03") << "0 stands for no measurement";
     addPressure("#11/03/2026#", "150", "80");
     EXPECT_EQ(systolic() + skipped(), "150|2026-11-03") << "of the same hour";
+    addPressure("#11/03/2026#", "201", "80");
+    EXPECT_EQ(systolic() + skipped(), "150|2026-11-03") << "in whichever order they are read";
     addPressure("#11/03/2026 10:00#", "80", "40");
     EXPECT_EQ(systolic() + ' ' + skipped(), "150|2026-11-03 80|2026-11-03");
     execute("DELETE * FROM esa_ob WHERE presmax >= 90 AND presmax <= 200");

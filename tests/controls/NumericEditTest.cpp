@@ -98,8 +98,11 @@ TEST(NumericEdit, ShowsWhatTheProgramSetsAndLetsItBeCorrected)
     QTest::keyClick(&edit, Qt::Key_Backspace);
     EXPECT_EQ(edit.text(), "72.5");
     EXPECT_FALSE(edit.isRefused());
-    edit.setText("1 o 2");
-    edit.setText("1 o 2");
+    edit.setText({});
+    QTest::keyClicks(&edit, "1 o 2");
+    EXPECT_TRUE(edit.isRefused());
+    edit.setText("1 o 2"); // which stands there already, but now it is the program's
+    EXPECT_FALSE(edit.isRefused());
     EXPECT_EQ(edit.number(), 1);
     edit.setText(" 72.5");
     EXPECT_EQ(edit.accessibleDescription(), "") << "blanks are no fault";

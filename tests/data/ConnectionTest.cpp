@@ -185,6 +185,16 @@ TEST_F(LinkedFoldersTest, ALinkIsStoredRelativeToItsDatabase)
     EXPECT_EQ(shownVisit(environment), "archivio");
 }
 
+TEST_F(LinkedFoldersTest, APathThatContainsThePracticesIsAnotherPractice)
+{
+    const QString original = make("originale");
+    const QString mirrored = make("specchio" + original);
+    const QString local = make("postazione", ";DATABASE=" + mirrored + "/Orvale.sqlite");
+    QFile::remove(local + "/Orvale.sqlite");
+    dao::DBEngine own;
+    EXPECT_EQ(shownVisit(opened(own, original, local)), "originale");
+}
+
 // A host may keep its local database in a folder of its own.
 TEST_F(LinkedFoldersTest, WhatCannotBeLinkedAnewShowsNoOtherPractice)
 {

@@ -201,6 +201,19 @@ TEST_F(RecordsetOperationsTest, InsideATransactionThereIsOneAttempt)
     EXPECT_TRUE(logged().filter("TryAgain").isEmpty());
 }
 
+TEST_F(RecordsetOperationsTest, AFileThatWasTakenAwayIsNotWaitedFor)
+{
+    if (!testengine::server().isEmpty())
+        GTEST_SKIP() << "of files";
+    const auto visits = database->OpenRecordset("VISITE");
+    visits->AddNew();
+    visits->Fields("chiave").setValue(2);
+    ASSERT_TRUE(QFile::rename(path("Orvale.sqlite"), path("altrove.sqlite")));
+    EXPECT_EQ(operations.Recordset_Update(*visits), -1);
+    EXPECT_EQ(operations.takeFailure(), dao::DatabaseMoved);
+    EXPECT_TRUE(pauses.taken.isEmpty());
+}
+
 TEST_F(RecordsetOperationsTest, AWholeIsTriedAgainForAnotherWorkstationOnly)
 {
     clivara::Attempts attempts;

@@ -188,6 +188,35 @@ TEST_F(Class3Test, TellsAndNamesAFormThatFailsOverAnother)
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
+// What was being saved may be stored or not.
+TEST_F(Class3Test, SaysOfAFormThatWasOpenThatAnErrorClosedIt)
+{
+    struct FailingPrompts : Prompts {
+        PromptButton ask(const Prompt &prompt) override
+        {
+            texts.append(prompt.text);
+            if (prompt.icon == PromptIcon::Question)
+                throw std::runtime_error("guasto");
+            return prompt.buttons.last();
+        }
+        QStringList texts;
+    } failing;
+    environment.clinical->Execute("CREATE TABLE ALLERGIE (Tipo TEXT(20), codice TEXT(5), descr TEXT(40))");
+    Class3 chart(Services{settings, clock, failing, pauses, guids, middleware});
+    chart.InitDbConn(environment);
+    QStringList seen;
+    Doctor doctor([&](QWidget &launcher) {
+        Doctor inner([](QWidget &form) { form.findChild<QAbstractButton *>("alim_1")->click(); });
+        launcher.findChild<QAbstractButton *>("Apri_Allergie")->click();
+        seen = inner.seen;
+    });
+    chart.Action(0);
+    EXPECT_EQ(seen, QStringList{"Allergie"});
+    ASSERT_EQ(failing.texts.size(), 2);
+    EXPECT_TRUE(failing.texts.last().startsWith("Un errore ha chiuso la maschera"))
+        << qPrintable(failing.texts.last());
+}
+
 TEST_F(Class3Test, WithoutAnEnvironmentRaisesNothing)
 {
     Class3 chart(services());

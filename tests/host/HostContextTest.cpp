@@ -57,6 +57,22 @@ TEST_F(HostContext, ADoctorThatCannotBeReadLeavesNoOthersStamp)
     EXPECT_FALSE(state.header.identified);
 }
 
+TEST_F(HostContext, AllergiesAreNeverThePatientsOfBefore)
+{
+    const auto allergiesOf = [this](const char *patient) {
+        settings.write("CODICE PAZIENTE", patient);
+        reloadHostContext(state);
+        return state.header.allergies;
+    };
+    environment.clinical->Execute("ALTER TABLE inf_gen ADD COLUMN Allergie MEMO");
+    environment.clinical->Execute("INSERT INTO inf_gen (cod_paz, Allergie) VALUES (1, 'Lattice')");
+    EXPECT_EQ(allergiesOf("1").text, "Lattice");
+    EXPECT_EQ(allergiesOf("-1"), Allergies()) << "nobody's";
+    EXPECT_EQ(allergiesOf("1").state, AllergyState::Known);
+    environment.clinical->Execute("DROP TABLE ESAME_OB");
+    EXPECT_EQ(allergiesOf("2"), Allergies()) << "not read";
+}
+
 TEST_F(HostContext, TheRegionHasTwoDigits)
 {
     struct Case {

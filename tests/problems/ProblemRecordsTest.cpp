@@ -183,6 +183,22 @@ TEST_F(ProblemRecordsTest, ClosingChangesTheStateAndTheStampsOnly)
               QStringList("2|Null|2026-11-21 10:00:00|2026-11-22 09:00:00"));
 }
 
+TEST_F(ProblemRecordsTest, OnlyAnOpenProblemIsClosed)
+{
+    ProblemDetail problem = detail("250.00", "Diabete");
+    for (const qint16 standing : {qint16(2), qint16(3), qint16(4)}) {
+        problem.id = noProblem;
+        problem.state = standing;
+        problem.code += u'1';
+        ASSERT_EQ(save(problem), WriteResult::Done);
+        const auto before = readProblem(database(), problem.id);
+        ProblemStanding seen{standing, before->written};
+        EXPECT_EQ(closeProblem(state, problem.id, seen), WriteResult::Changed) << standing;
+        EXPECT_EQ(readProblem(database(), problem.id)->state, standing);
+        EXPECT_EQ(readProblem(database(), problem.id)->written, before->written) << standing;
+    }
+}
+
 TEST_F(ProblemRecordsTest, ClosingReplacesNothingThatWasSavedSince)
 {
     ProblemDetail problem = detail("250.00", "Diabete");

@@ -399,6 +399,7 @@ TEST_F(SheetFormTest, ASheetWithoutTheMarkOpensAsItIsUntilTheDoctorVouchesForIt)
     const QString earlier = blank(1).left(159).replace(105, 4, "72.5");
     addSheetRow(1, 1, "#1/1/2026#", quoted(earlier));
     addSheetRow(2, 1, "#1/1/2026#", quoted("x"));
+    settings.write("CARTELLA_PDF", folder.path());
     const QStringList before = stored();
     openSheet(2, 1, [&] { EXPECT_FALSE(control("btnModello")->isVisible()); });
     openSheet(1, 1, [&] {
@@ -415,6 +416,9 @@ TEST_F(SheetFormTest, ASheetWithoutTheMarkOpensAsItIsUntilTheDoctorVouchesForIt)
         click("btnModello");
         EXPECT_FALSE(control("btnModello")->isVisible());
         EXPECT_EQ(value("me_Peso"), "72.5");
+        prompts.queue(PromptButton::No);
+        click("ctrlButt_3");
+        EXPECT_TRUE(prompts.last().contains("La scheda non è salvata")) << "as it is read here";
         click(leave); // nothing was changed
     });
     EXPECT_EQ(stored(), before) << "looking marks nothing";
@@ -428,6 +432,42 @@ TEST_F(SheetFormTest, ASheetWithoutTheMarkOpensAsItIsUntilTheDoctorVouchesForIt)
     EXPECT_EQ(clinical("SELECT SEQDATI FROM AIR15_7 WHERE idTipo = 1"),
               QStringList{QString(earlier).replace(2, 1, "2") + "072.5CLV2"});
     openSheet(1, 1, [&] { EXPECT_EQ(value("cmbFumo"), "fuma"); });
+}
+
+TEST_F(SheetFormTest, TheFormKeepsNothingOfThePatientBefore)
+{
+    execute("INSERT INTO PROBLEMS (cod_paz, stato_probl, CodICDSospetto) VALUES (17, 1, '401.9')");
+    const QString earlier = blank(1).left(159).replace(105, 4, "72.5");
+    addSheetRow(1, 1, "#1/1/2026#", quoted(earlier));
+    addSheetRow(1, 2, "#1/1/2026#", quoted(earlier), 18);
+    addSheetRow(1, 3, "#1/1/2026#", quoted(blank(1)), 18);
+    SheetForm form(state, *sheetLayout(1));
+    const auto openFor = [&](int patient, int number, const std::function<void()> &act) {
+        state.header.patientCode = patient;
+        state.sheetNumber = number;
+        open(form, act);
+    };
+    openFor(17, 1, [&] {
+        prompts.queue(PromptButton::Yes);
+        click("btnModello");
+        EXPECT_TRUE(control("me_Peso")->isVisible());
+        click(leave);
+    });
+    openFor(18, 2, [&] {
+        EXPECT_EQ(control<QPlainTextEdit>("txtRegistrato")->toPlainText(), earlier);
+        EXPECT_FALSE(control("me_Peso")->isVisible()) << "nobody has vouched for this one";
+        click(leave);
+    });
+    openFor(17, 0, [&] {
+        EXPECT_EQ(control("cmbIpertensione")->toolTip(), "Problema 401.9");
+        click(leave);
+    });
+    openFor(18, 3, [&] {
+        EXPECT_TRUE(control("me_Peso")->isVisible());
+        EXPECT_EQ(control("cmbIpertensione")->toolTip(), "");
+        EXPECT_EQ(control("cmbIpertensione")->accessibleDescription(), "");
+        click(leave);
+    });
 }
 
 TEST_F(SheetFormTest, PaperHasHeadingPatientDateAndEveryValue)

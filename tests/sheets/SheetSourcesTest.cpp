@@ -141,7 +141,11 @@ TEST_F(SheetSourcesTest, TakesAResultOnlyInTheUnitOfTheField)
         {2, "Creatinina", "90.16.4", "1.1", "ng/ml", "",
          "Creatininemia (mg/dl): Risultato del 01/10/2026: 1.1 ng/ml non si può riportare in mg/dl, e non è "
          "ripreso."},
+        {2, "Creatinina", "90.16.4", "0.1", "mmol/l", "1.13", ""},
+        {2, "Creatinina", "90.16.4", "11", "mg/l", "1.1", ""},
         {2, "Colesterolo", "90.14.3", "5.2", "mmol/l", "201", ""},
+        {2, "Colesterolo", "90.14.3", "2.01", "g/l", "201", ""},
+        {1, "Microalbumina", "90.33.4", "17", "mcg/ml", "1.7", ""},
         {2, "Potassio", "90.37.4", "4.3", "mEq/L", "4.3", ""},
         {1, "Glicata", "90.28.1", "58", "%", "",
          "Emoglobina glicata (%): Risultato del 01/10/2026: 58 % non si può riportare in %, e non è "

@@ -165,6 +165,17 @@ TEST_F(RicoveriTest, TheDialogSaysInHospitalOfTheNewestStayOnly)
 }
 
 // What the doctor answered for one patient's stay is not taken for another's.
+TEST_F(RicoveriTest, TheNewestStayIsThatOfThisPatient)
+{
+    addStay("#11/10/2026#", "Null", "Clinica Santa Lucia");
+    execute("INSERT INTO ricoveri2 (cod_paz, data_accesso) VALUES (18, #11/20/2026#)");
+    for (const auto &[patient, length] : {std::pair(18, "Ancora in ospedale, da 1 giorno."),
+                                          std::pair(17, "Ancora in ospedale, da 11 giorni.")}) {
+        state.header.patientCode = patient;
+        openStay(patient == 17 ? 1 : 2, [&] { EXPECT_EQ(text("lblDurata"), length) << patient; });
+    }
+}
+
 TEST_F(RicoveriTest, ASecondPatientIsAskedAboutTheListAnew)
 {
     openStay(0, [&] {
