@@ -33,6 +33,8 @@ TEST_F(HostSessionTest, TellsTheChartDoctorRegionAndWorkFolder)
 TEST_F(HostSessionTest, TakesTheDoctorWhomThePracticeKnowsUntilOneIsChosen)
 {
     m_settings.write("medicoP", "102"); // as whoever used the program before had it
+    doctors(
+        "UPDATE medici_gruppo SET idRowGuid = '{AAAAAAAA-0000-4000-8000-000000000101}' WHERE cod_smi = 101");
     {
         const auto host = session();
         EXPECT_EQ(host->doctor().current().code, "102");
@@ -44,6 +46,10 @@ TEST_F(HostSessionTest, TakesTheDoctorWhomThePracticeKnowsUntilOneIsChosen)
         EXPECT_TRUE(host->doctor().isChosen());
         for (const char *key : {"medicoP", "medicoT", "medico_corrente", "MEDICO"})
             EXPECT_EQ(setting(key), "101") << key;
+        EXPECT_TRUE(setting("uidMedicoP").contains("000000000101")) << qPrintable(setting("uidMedicoP"));
+        host->chooseDoctor("102");
+        EXPECT_EQ(setting("uidMedicoP"), QString()) << "has none, and not the other's";
+        host->chooseDoctor("101");
     }
     m_settings.write("medicoP", "102"); // by another program
     EXPECT_EQ(session()->doctor().current().code, "101") << "remembered";

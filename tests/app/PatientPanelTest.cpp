@@ -84,6 +84,8 @@ TEST_F(PatientPanelTest, TheLineOfAllergiesIsAlwaysThere)
         EXPECT_TRUE(line->isVisible());
         EXPECT_EQ(line->text(), clivara::allergyLine(allergies));
         EXPECT_EQ(line->accessibleName(), clivara::allergyWords(allergies));
+        EXPECT_EQ(line->property("alert").toBool(), allergies == known || allergies == clivara::Allergies())
+            << "what could not be read warns, too";
     }
 }
 

@@ -162,6 +162,8 @@ TEST_F(PracticeCheckTest, FindsTheRowsOfNobodyInEveryTable)
     clinical.Execute("INSERT INTO Modifiche (Tipo, cod_paz) VALUES (4, 77777)");
     const auto found = orvale::checkPractice(*practice);
     ASSERT_EQ(found.size(), tables.size() + 2);
+    for (qsizetype i = 0; i < tables.size(); ++i)
+        EXPECT_EQ(found[i].count, 3) << qPrintable(found[i].text);
     EXPECT_EQ(found[tables.size()].keys, QStringList{"0"});
     EXPECT_EQ(found.last().keys, QStringList{"77777"});
     EXPECT_EQ(found.last().kind, Finding::Kind::WorthKnowing);

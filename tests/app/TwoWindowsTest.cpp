@@ -81,8 +81,9 @@ TEST(WindowSettings, WhoIsCurrentIsEachWindowsOwn)
 {
     clivara::MemorySettings user;
     orvale::WindowSettings first(user), second(user);
-    const QStringList own{"CODICE PAZIENTE", "ESENZ_PAT", "ESENZ_INV",  "medicoP",        "medicoT", "medico_corrente",
-                          "MEDICO",          "uidMedicoP", "ORVALE_WORK", "CODICE REGIONE", "REGIONE"};
+    const QStringList own{"CODICE PAZIENTE", "ESENZ_PAT",       "ESENZ_INV", "medicoP",
+                          "medicoT",         "medico_corrente", "MEDICO",    "uidMedicoP",
+                          "ORVALE_WORK",     "CODICE REGIONE",  "REGIONE"};
     for (const QString &key : own) {
         first.write(key, "primo");
         second.write(key.toLower(), "secondo");
