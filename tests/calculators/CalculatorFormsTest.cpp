@@ -238,6 +238,16 @@ TEST_F(CalculatorFormsTest, UnlikelyValuesAreRemarkedAndComputed)
         EXPECT_EQ(remark("me_col"), "");
         type("me_hdl", "1"); // and closed in the middle of it
     });
+    for (const auto &[birth, remarked] :
+         {std::pair("#11/22/2008#", ""), // 17 years and all its days
+          std::pair("#11/21/2008#", "⚠ Improbabile: di solito tra 30 e 300 kg.")}) {
+        execute(QStringLiteral("UPDATE archivio SET Data_Nasc = ") + birth);
+        open(clearance, [&] {
+            type("me_col", "17");
+            control("me_hdl")->setFocus();
+            EXPECT_EQ(remark("me_col"), remarked) << birth;
+        });
+    }
     addResult("90.16.04", daysAgo(1), "'88.4'");
     open(clearance, [&] {
         EXPECT_EQ(remark("me_hdl"), "⚠ Improbabile: di solito tra 0.2 e 20 mg/dl.") << "proposed, not typed";

@@ -297,7 +297,7 @@ TEST_F(PregMalInfTest, WithoutAPatientNothingIsWritten)
 TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
 {
     FormNotes forms;
-    forms.act = [] {};
+    forms.act = [this] { state.header.allergies = judgedAllergies({}, false, true, "Nichel"); };
     state.forms = &forms;
     InfGen launcher(state, [](const QString &form) { return form == QLatin1String("PregMalInf"); });
     open(launcher, [&] {
@@ -314,6 +314,7 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
         EXPECT_FALSE(control("Apri_Anagrafica")->isEnabled());
         click("Apri_PregMalInf");
         EXPECT_TRUE(isOpen());
+        EXPECT_EQ(text("lblAllergie"), "⚠ Allergie: Nichel") << "as the section has left them";
         click("Apri_Anagrafica");
         esc();
         EXPECT_FALSE(isOpen());
