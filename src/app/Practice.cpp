@@ -90,7 +90,7 @@ QString Practice::damagedFile(const QString &path)
     for (const PracticeFile &file : practiceFiles()) {
         const QString name = QDir(path).filePath(file.fileName);
         try {
-            if (!allPagesRead(*engine.OpenDatabase(name)))
+            if (!allPagesRead(*engine.OpenDatabase(name, true)))
                 return name;
         } catch (const dao::Error &) {
             return name;

@@ -104,6 +104,8 @@ TEST_F(SharedWritesTest, APatientWhoWasRemovedMeanwhileGetsNoRows)
     EXPECT_TRUE(prompts.last().contains("il paziente non è più in archivio")) << qPrintable(prompts.last());
     execute("INSERT INTO archivio VALUES (17)");
     EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(2, "x"); }), WriteResult::Done);
+    state.header.identified = false; // the registry could not be read when the section was opened
+    EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(3, "x"); }), WriteResult::Done);
 }
 
 // A record that stopped being possible between the look at it and the transaction.

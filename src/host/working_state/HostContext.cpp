@@ -101,7 +101,9 @@ void reloadHostContext(WorkingState &state)
     try {
         loadPatientHeader(state.header, state.settings, state.clinical(), state.clock);
     } catch (const dao::Error &) {
-        state.header.identified = false; // no clinical database: the queries of the form will say so
+        // No clinical database: the queries of the form will say so.
+        state.header.identified = false;
+        state.header.patientCode = -1;
     }
     reloadAllergies(state);
 }

@@ -16,7 +16,8 @@ void tellNobody(WorkingState &state, const QString &subject, int failure)
                         .arg(state.header.patientCode));
 }
 
-// False when another workstation or the host has removed the patient since the section was opened.
+// Asked again inside the transaction: the patient may have been removed since the section was opened, and the header
+// may be unidentified only because the registry could not be read then.
 bool isPatientInRegistry(const WorkingState &state)
 {
     const auto rows = state.clinical().OpenRecordset(
@@ -41,7 +42,7 @@ WriteResult writeOnce(WorkingState &state, const QString &subject, const std::fu
             return WriteResult::Failed;
         }
         if (!isPatientInRegistry(state)) {
-            tellNobody(state, subject, patientGoneFailure);
+            tellNobody(state, subject, state.header.identified ? patientGoneFailure : noPatientFailure);
             return WriteResult::Failed;
         }
         const WriteResult result = write();
@@ -113,7 +114,7 @@ QString commandAdvice(int errorNumber)
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write)
 {
-    if (!state.header.identified || state.header.patientCode <= 0) {
+    if (state.header.patientCode <= 0) {
         tellNobody(state, subject, noPatientFailure);
         return WriteResult::Failed;
     }

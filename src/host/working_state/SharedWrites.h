@@ -29,8 +29,8 @@ constexpr int patientGoneFailure = -2;
 // doctor nothing, since all other workstations wait for its end. Any other error ends it at once. Raises
 // nothing: an error is Failed and leaves a line in the log that begins with `subject`. WorkingState::failure
 // tells the error's number; 0 where `write` itself refused. Nothing is written, and the result is Failed,
-// while the header identifies no patient or the registry has lost the one it names: every save and command of
-// the chart is about a patient.
+// unless the registry has the current patient, who is looked for inside the transaction: every save and command
+// of the chart is about a patient.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
 
