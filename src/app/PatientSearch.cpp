@@ -14,8 +14,9 @@ namespace orvale {
 
 namespace {
 
-// The width that shows all columns and a common name, in average characters.
-constexpr int listCharacters = 60;
+// The width, in average characters, from which on the list has room for the column beside whole names.
+constexpr int sexFrom = 66;
+constexpr int codeFrom = 78;
 constexpr int cellMargin = 10; // beside a text in the list, as in the style sheet
 
 } // namespace
@@ -135,9 +136,9 @@ void PatientSearch::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     // The name needs the room more than what the panel shows as well.
-    const bool isNarrow = width() < listCharacters * fontMetrics().averageCharWidth();
-    m_ui->results->setColumnHidden(PatientListModel::Code, isNarrow);
-    m_ui->results->setColumnHidden(PatientListModel::Sex, isNarrow);
+    const int characters = width() / fontMetrics().averageCharWidth();
+    m_ui->results->setColumnHidden(PatientListModel::Code, characters < codeFrom);
+    m_ui->results->setColumnHidden(PatientListModel::Sex, characters < sexFrom);
 }
 
 bool PatientSearch::eventFilter(QObject *watched, QEvent *event)
