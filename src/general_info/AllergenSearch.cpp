@@ -1,23 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "general_info/AllergenSearch.h"
 
+#include "support/Allergies.h"
+
 #include <algorithm>
 
 namespace clivara {
 
 namespace {
 
-// Lower case letters and digits; accents fall away, everything else parts words.
 QStringList wordsOf(const QString &text)
 {
-    QString plain;
-    for (const QChar character : text.normalized(QString::NormalizationForm_D).toLower()) {
-        if (character.isLetterOrNumber())
-            plain += character;
-        else if (!character.isMark())
-            plain += u' ';
-    }
-    return plain.split(u' ', Qt::SkipEmptyParts);
+    return plainWords(text).split(u' ', Qt::SkipEmptyParts);
 }
 
 } // namespace

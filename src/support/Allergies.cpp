@@ -9,19 +9,6 @@ namespace clivara {
 
 namespace {
 
-// Lower case letters and digits without accents; everything else parts words.
-QString plainWords(const QString &text)
-{
-    QString plain;
-    for (const QChar character : text.normalized(QString::NormalizationForm_D).toLower()) {
-        if (character.isLetterOrNumber())
-            plain += character;
-        else if (!character.isMark())
-            plain += u' ';
-    }
-    return plain.simplified();
-}
-
 // The ways to write that there are no allergies. What limits the statement is captured as "scope".
 const QList<QRegularExpression> &statements()
 {
@@ -102,6 +89,18 @@ QString knownWords(const Allergies &allergies)
 }
 
 } // namespace
+
+QString plainWords(const QString &text)
+{
+    QString plain;
+    for (const QChar character : text.normalized(QString::NormalizationForm_D).toLower()) {
+        if (character.isLetterOrNumber())
+            plain += character;
+        else if (!character.isMark())
+            plain += u' ';
+    }
+    return plain.simplified();
+}
 
 NoAllergyStatement noAllergyStatement(const QString &text)
 {

@@ -34,6 +34,9 @@ struct Allergies {
     bool operator==(const Allergies &) const = default;
 };
 
+// Lower-case words without accents, with a blank between them; whatever is no letter or digit parts words.
+QString plainWords(const QString &text);
+
 // The state that follows from what is stored. A saved questionnaire without a tick proves nothing: an allergy
 // to a drug has no box. A damaged one leaves open what was ticked, whatever the text says.
 Allergies judgedAllergies(const QStringList &allergens, bool isAnswered, bool isIntact, const QString &text);
