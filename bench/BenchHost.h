@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/Practice.h"
+#include "app/practice/Practice.h"
+#include "chart/WorkingState.h"
 #include "host/Class3.h"
-#include "host/working_state/WorkingState.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -2,8 +2,8 @@
 // The laboratory query of the calculators: through the engine (Jet text in, every value out, nothing cached)
 // against the same native SQL through SQLite's C interface on the same connection.
 #include "BenchSupport.h"
-#include "app/Practice.h"
-#include "data/engine/Dao.h"
+#include "app/practice/Practice.h"
+#include "dao/Dao.h"
 
 #include <QCoreApplication>
 

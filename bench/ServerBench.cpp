@@ -3,7 +3,7 @@
 // the server before it is painted, counted in the server's log.
 #include "BenchHost.h"
 #include "BenchSupport.h"
-#include "app/Sections.h"
+#include "app/window/Sections.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -2,10 +2,10 @@
 // The regional sheets of the patient with most rows: everything that a new diabetes sheet takes from the record, and
 // each extraction routine against the SQL that it ran, prepared and read again through SQLite's C interface.
 #include "BenchSupport.h"
-#include "app/Practice.h"
-#include "extraction/ModEstrazDati.h"
-#include "sheets/SheetData.h"
-#include "sheets/SheetSources.h"
+#include "app/practice/Practice.h"
+#include "regional/ModEstrazDati.h"
+#include "regional/SheetData.h"
+#include "regional/SheetSources.h"
 #include "support/Clock.h"
 #include "support/Log.h"
 

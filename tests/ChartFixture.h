@@ -2,11 +2,11 @@
 #pragma once
 
 #include "TestPrompts.h"
+#include "chart/WorkingState.h"
 #include "data/CountedPauses.h"
 #include "data/DataFixture.h"
 #include "data/NumberedGuids.h"
 #include "data/SchemaFile.h"
-#include "host/working_state/WorkingState.h"
 
 namespace clivara {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "host/working_state/FormOpener.h"
+#include "chart/FormOpener.h"
 
 #include <QStringList>
 #include <functional>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CalculatorForm.h"
 
+#include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"
-#include "host/working_state/WorkingState.h"
 #include "ui_CalculatorForm.h"
 #include "values/JetValues.h"
 

@@ -2,7 +2,7 @@
 #include "calculators/CalculatorRecords.h"
 
 #include "calculators/CalculatorRules.h"
-#include "data/engine/Dao.h"
+#include "dao/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CardiovascularRecords.h"
 
-#include "data/engine/Dao.h"
-#include "host/working_state/SharedWrites.h"
+#include "chart/SharedWrites.h"
+#include "dao/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {

@@ -3,11 +3,11 @@
 
 #include "calculators/CardiovascularRules.h"
 #include "calculators/HistoryModel.h"
+#include "chart/SharedWrites.h"
+#include "chart/WorkingState.h"
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
-#include "host/working_state/SharedWrites.h"
-#include "host/working_state/WorkingState.h"
 #include "support/ui/WaitCursor.h"
 #include "ui_EvaluationForm.h"
 #include "values/JetValues.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/EvaluationRecords.h"
 
-#include "data/engine/Dao.h"
-#include "host/working_state/SharedWrites.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/SharedWrites.h"
+#include "chart/WorkingState.h"
+#include "dao/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {

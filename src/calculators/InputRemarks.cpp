@@ -2,7 +2,7 @@
 #include "calculators/InputRemarks.h"
 
 #include "calculators/CalculatorRules.h"
-#include "extraction/ResultUnits.h"
+#include "chart/ResultUnits.h"
 #include "support/PatientHeader.h"
 #include "values/JetValues.h"
 

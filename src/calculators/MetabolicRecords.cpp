@@ -2,8 +2,8 @@
 #include "calculators/MetabolicRecords.h"
 
 #include "calculators/CalculatorRules.h"
-#include "data/engine/Dao.h"
-#include "host/working_state/SharedWrites.h"
+#include "chart/SharedWrites.h"
+#include "dao/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {

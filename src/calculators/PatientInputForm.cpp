@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/PatientInputForm.h"
 
+#include "chart/ErrorLog.h"
+#include "chart/WorkingState.h"
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
-#include "data/engine/Dao.h"
-#include "host/working_state/ErrorLog.h"
-#include "host/working_state/WorkingState.h"
+#include "dao/Dao.h"
 #include "ui_PersonLine.h"
 #include "values/JetValues.h"
 

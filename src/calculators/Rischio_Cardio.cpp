@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/Rischio_Cardio.h"
 
+#include "chart/SharedWrites.h"
+#include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"
-#include "host/working_state/SharedWrites.h"
-#include "host/working_state/WorkingState.h"
 #include "ui_RischioCardioInputs.h"
 #include "values/JetValues.h"
 

@@ -2,9 +2,9 @@
 #include "calculators/SindrMetabolica.h"
 
 #include "calculators/CardiovascularRules.h"
+#include "chart/SharedWrites.h"
+#include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"
-#include "host/working_state/SharedWrites.h"
-#include "host/working_state/WorkingState.h"
 #include "ui_SindrMetabolicaInputs.h"
 #include "values/JetValues.h"
 

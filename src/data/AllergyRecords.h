@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "dao/Dao.h"
 #include "data/AllergyCode.h"
-#include "data/engine/Dao.h"
 #include "support/Allergies.h"
 
 #include <QList>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/Connection.h"
 
-#include "data/engine/PostgresAddress.h"
+#include "dao/postgres/PostgresAddress.h"
 #include "support/Seams.h"
 #include "support/SettingsStore.h"
 #include "values/JetValues.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/Identity.h"
 
-#include "data/engine/Dao.h"
+#include "dao/Dao.h"
 #include "support/Log.h"
 #include "support/Seams.h"
 #include "values/JetValues.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/NextKey.h"
 
-#include "data/engine/Dao.h"
+#include "dao/Dao.h"
 
 namespace clivara {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/PatientHeaderLoader.h"
 
-#include "data/engine/Dao.h"
+#include "dao/Dao.h"
 #include "support/Clock.h"
 #include "support/PatientHeader.h"
 #include "support/SettingsStore.h"

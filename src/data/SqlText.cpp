@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/SqlText.h"
 
-#include "data/engine/Dao.h"
+#include "dao/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Class3.h"
 
+#include "chart/ErrorLog.h"
+#include "chart/FormOpener.h"
+#include "chart/HostContext.h"
+#include "chart/WorkingState.h"
 #include "data/Connection.h"
 #include "host/ActionTable.h"
 #include "host/FormShelf.h"
 #include "host/WaitPointer.h"
-#include "host/working_state/ErrorLog.h"
-#include "host/working_state/FormOpener.h"
-#include "host/working_state/HostContext.h"
-#include "host/working_state/WorkingState.h"
 #include "support/ui/ChartForm.h"
 #include "support/ui/WidgetPrompts.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "data/engine/Catalog.h"
+#include "jetsql/Catalog.h"
 
 #include <QList>
 #include <QString>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Probl1.h"
 
-#include "host/working_state/ErrorLog.h"
-#include "host/working_state/RegionalNotice.h"
-#include "host/working_state/ThreeWay.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/ErrorLog.h"
+#include "chart/RegionalNotice.h"
+#include "chart/ThreeWay.h"
+#include "chart/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
 #include "ui_Probl1.h"
 #include "values/JetValues.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "data/engine/Dao.h"
-#include "host/working_state/RecordConflict.h"
-#include "host/working_state/SharedWrites.h"
+#include "chart/RecordConflict.h"
+#include "chart/SharedWrites.h"
+#include "dao/Dao.h"
 
 #include <QDate>
 #include <QList>

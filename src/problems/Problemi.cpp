@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Problemi.h"
 
-#include "frames/ListReading.h"
-#include "host/working_state/FormOpener.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/FormOpener.h"
+#include "chart/ListReading.h"
+#include "chart/WorkingState.h"
 #include "problems/ProblemRecords.h"
 #include "problems/VisitCommands.h"
 #include "support/ui/Opener.h"

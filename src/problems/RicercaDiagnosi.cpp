@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/RicercaDiagnosi.h"
 
-#include "host/working_state/WorkingState.h"
+#include "chart/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
 #include "problems/MatchDelegate.h"
 #include "ui_RicercaDiagnosi.h"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/SelezProblema.h"
 
-#include "data/engine/Error.h"
-#include "host/working_state/ErrorLog.h"
-#include "host/working_state/FormOpener.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/ErrorLog.h"
+#include "chart/FormOpener.h"
+#include "chart/WorkingState.h"
+#include "jetsql/Error.h"
 #include "problems/DiagnosisAnswer.h"
 #include "ui_SelezProblema.h"
 #include "values/JetValues.h"

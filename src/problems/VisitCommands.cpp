@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/VisitCommands.h"
 
-#include "host/working_state/FormOpener.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/FormOpener.h"
+#include "chart/WorkingState.h"
 #include "problems/ProblemItems.h"
 #include "problems/VisitRecords.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Visita2.h"
 
-#include "host/working_state/ErrorLog.h"
-#include "host/working_state/FormOpener.h"
-#include "host/working_state/ThreeWay.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/ErrorLog.h"
+#include "chart/FormOpener.h"
+#include "chart/ThreeWay.h"
+#include "chart/WorkingState.h"
 #include "ui_Visita2.h"
 #include "values/JetValues.h"
 

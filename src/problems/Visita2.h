@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "frames/RecordDialog.h"
+#include "chart/RecordDialog.h"
 #include "problems/VisitRecords.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Visite2.h"
 
-#include "frames/ListReading.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/ListReading.h"
+#include "chart/WorkingState.h"
 #include "problems/VisitCommands.h"
 #include "ui_Visite2.h"
 

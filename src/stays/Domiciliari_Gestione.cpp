@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Domiciliari_Gestione.h"
 
+#include "chart/ListReading.h"
+#include "chart/ThreeWay.h"
+#include "chart/WorkingState.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
-#include "frames/ListReading.h"
-#include "host/working_state/ThreeWay.h"
-#include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "ui_Domiciliari_Gestione.h"
 #include "values/JetValues.h"

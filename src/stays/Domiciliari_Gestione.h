@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "frames/RecordSaving.h"
+#include "chart/RecordSaving.h"
 #include "stays/HomeCareRecords.h"
 #include "support/ui/ChartForm.h"
 

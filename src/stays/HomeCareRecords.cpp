@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/HomeCareRecords.h"
 
+#include "chart/ThreeWay.h"
+#include "chart/WorkingState.h"
 #include "data/NextKey.h"
 #include "data/SqlText.h"
-#include "host/working_state/ThreeWay.h"
-#include "host/working_state/WorkingState.h"
 
 #include <QHash>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Gestione.h"
 
+#include "chart/FormOpener.h"
+#include "chart/ListReading.h"
+#include "chart/WorkingState.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
-#include "frames/ListReading.h"
-#include "host/working_state/FormOpener.h"
-#include "host/working_state/WorkingState.h"
 #include "stays/DayField.h"
 #include "stays/StayRecords.h"
 #include "stays/StayRules.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "host/working_state/RecordConflict.h"
+#include "chart/RecordConflict.h"
 #include "support/ui/ChartForm.h"
 
 #include <QHash>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Inserimento.h"
 
-#include "host/working_state/RegionalNotice.h"
-#include "host/working_state/ThreeWay.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/RegionalNotice.h"
+#include "chart/ThreeWay.h"
+#include "chart/WorkingState.h"
 #include "stays/DayField.h"
 #include "stays/StayRules.h"
 #include "ui_Ricoveri_Inserimento.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/StayRecords.h"
 
+#include "chart/ThreeWay.h"
+#include "chart/WorkingState.h"
 #include "data/SqlText.h"
-#include "host/working_state/ThreeWay.h"
-#include "host/working_state/WorkingState.h"
 #include "values/JetValues.h"
 
 namespace clivara {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/CommandLine.h"
+#include "app/commands/CommandLine.h"
 
 #include <gtest/gtest.h>
 

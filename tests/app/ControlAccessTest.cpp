@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/ControlAccess.h"
-#include "app/ControlReading.h"
+#include "app/scenario/ControlAccess.h"
+#include "app/scenario/ControlReading.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/DamageWatch.h"
+#include "app/practice/DamageWatch.h"
 #include "PracticeFixture.h"
 
 #include <QSignalSpy>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/Demo.h"
+#include "app/demo/Demo.h"
 #include "PracticeFixture.h"
-#include "app/DemoLists.h"
-#include "app/DemoRandom.h"
-#include "app/PracticeCheck.h"
+#include "app/demo/DemoLists.h"
+#include "app/demo/DemoRandom.h"
+#include "app/practice/PracticeCheck.h"
 #include "values/JetValues.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/HostWindow.h"
+#include "app/window/HostWindow.h"
 #include "SmallPractice.h"
-#include "app/HostStyle.h"
-#include "app/Sections.h"
+#include "app/window/HostStyle.h"
+#include "app/window/Sections.h"
 #include "host/Class3.h"
 
 #include <QAction>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/ImportDialog.h"
+#include "app/window/ImportDialog.h"
 #include "PracticeFixture.h"
-#include "app/ImportSummary.h"
-#include "app/Regions.h"
-#include "app/WorkDialog.h"
+#include "app/practice/Regions.h"
+#include "app/window/ImportSummary.h"
+#include "app/window/WorkDialog.h"
 #include "support/Prompts.h"
 
 #include <QApplication>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "PracticeFixture.h"
-#include "app/Import.h"
-#include "data/engine/Dao.h"
+#include "app/import/Import.h"
+#include "dao/Dao.h"
 #include "jetfile/JetFileWriter.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ImportFixture.h"
-#include "app/PracticeBuild.h"
+#include "app/practice/PracticeBuild.h"
 
 #include <QFileInfo>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/ImportPlan.h"
+#include "app/import/ImportPlan.h"
 
 #include <gtest/gtest.h>
 

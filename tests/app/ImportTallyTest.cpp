@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/ImportTally.h"
+#include "app/import/ImportTally.h"
 
 #include "values/JetValues.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/NetworkShare.h"
-#include "app/UserError.h"
+#include "app/practice/NetworkShare.h"
+#include "app/practice/UserError.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PracticeFixture.h"
-#include "app/Demo.h"
-#include "app/ScenarioPlayer.h"
+#include "app/demo/Demo.h"
+#include "app/scenario/ScenarioPlayer.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/PatientIndex.h"
+#include "app/window/PatientIndex.h"
 
 #include <QSet>
 #include <algorithm>

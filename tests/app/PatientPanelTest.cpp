@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/PatientPanel.h"
-#include "app/FactsTable.h"
-#include "app/HostStyle.h"
+#include "app/window/PatientPanel.h"
+#include "app/practice/FactsTable.h"
+#include "app/window/HostStyle.h"
 
 #include <QApplication>
 #include <QHeaderView>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/PracticeCheck.h"
+#include "app/practice/PracticeCheck.h"
 #include "PracticeFixture.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/Practice.h"
+#include "app/practice/Practice.h"
 
 #include <QCryptographicHash>
 #include <QDir>

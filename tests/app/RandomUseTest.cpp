@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PracticeFixture.h"
-#include "app/Demo.h"
-#include "app/HostWindow.h"
-#include "app/PracticeCheck.h"
-#include "app/Sections.h"
-#include "app/WorkingDoctor.h"
+#include "app/demo/Demo.h"
+#include "app/practice/PracticeCheck.h"
+#include "app/window/HostWindow.h"
+#include "app/window/Sections.h"
+#include "app/window/WorkingDoctor.h"
+#include "chart/WorkingState.h"
 #include "data/Identity.h"
 #include "host/Class3.h"
-#include "host/working_state/WorkingState.h"
 #include "support/ui/ChartForm.h"
 
 #include <QAbstractButton>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/ScenarioParser.h"
-#include "app/JsonLine.h"
-#include "app/UserError.h"
+#include "app/scenario/ScenarioParser.h"
+#include "app/practice/UserError.h"
+#include "app/scenario/JsonLine.h"
 
 #include <QJsonArray>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/Schema.h"
+#include "app/practice/Schema.h"
 #include "PracticeFixture.h"
 
 #include <set>

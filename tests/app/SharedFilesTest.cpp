@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PracticeFixture.h"
 #include "ProgramRun.h"
-#include "app/DamageWatch.h"
-#include "app/PracticeBuild.h"
-#include "app/PracticeCheck.h"
-#include "app/PracticeCopy.h"
-#include "app/PracticeProbe.h"
-#include "app/PracticeReader.h"
-#include "app/TerminalProgress.h"
-#include "data/engine/DatabaseFile.h"
+#include "app/commands/TerminalProgress.h"
+#include "app/import/PracticeCopy.h"
+#include "app/practice/DamageWatch.h"
+#include "app/practice/PracticeBuild.h"
+#include "app/practice/PracticeCheck.h"
+#include "app/practice/PracticeProbe.h"
+#include "app/practice/PracticeReader.h"
+#include "dao/sqlite/DatabaseFile.h"
 #include "support/ui/FileChoice.h"
 
 #include <QEventLoop>

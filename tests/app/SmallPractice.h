@@ -2,7 +2,7 @@
 #pragma once
 
 #include "PracticeFixture.h"
-#include "host/working_state/WorkingState.h"
+#include "chart/WorkingState.h"
 
 #include <QStringList>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SmallPractice.h"
-#include "app/HostSession.h"
-#include "app/Sections.h"
-#include "app/WindowSettings.h"
+#include "app/window/HostSession.h"
+#include "app/window/Sections.h"
+#include "app/window/WindowSettings.h"
 #include "host/Class3.h"
 #include "support/ui/ChartForm.h"
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PracticeFixture.h"
-#include "app/Commands.h"
-#include "app/HostWindow.h"
-#include "app/ImportDialog.h"
-#include "app/ImportSummary.h"
-#include "app/WorkDialog.h"
+#include "app/commands/Commands.h"
+#include "app/window/HostWindow.h"
+#include "app/window/ImportDialog.h"
+#include "app/window/ImportSummary.h"
+#include "app/window/WorkDialog.h"
 #include "support/SettingsStore.h"
 
 #include <QAction>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/WorkDialog.h"
-#include "app/UserError.h"
+#include "app/window/WorkDialog.h"
+#include "app/practice/UserError.h"
 
 #include <QLabel>
 #include <QProgressBar>

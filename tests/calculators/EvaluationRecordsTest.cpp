@@ -2,8 +2,8 @@
 #include "calculators/CalculatorFixture.h"
 #include "calculators/CardiovascularRecords.h"
 #include "calculators/MetabolicRecords.h"
+#include "chart/SharedWrites.h"
 #include "data/LockHolder.h"
-#include "host/working_state/SharedWrites.h"
 
 namespace clivara {
 namespace {

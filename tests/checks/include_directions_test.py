@@ -26,7 +26,7 @@ class IncludeDirections(unittest.TestCase):
         status, output = run_on({
             "calculators/CalcLDL.cpp": '#include "controls/NumericEdit.h"\n#include "ui_CalcLDL.h"\n#include <QDialog>\n',
             "support/ui/ChartForm.h": "#include <QDialog>\n",
-            "data/engine/SqliteFunctions.cpp": "#include <sqlite3.h>\n",
+            "dao/sqlite/SqliteFunctions.cpp": "#include <sqlite3.h>\n",
             "host/Class3.cpp": '#include "calculators/CalcLDL.h"\n',
         })
         self.assertEqual(status, 0, output)
@@ -34,18 +34,21 @@ class IncludeDirections(unittest.TestCase):
     def test_faults(self):
         cases = [
             ("support/Log.cpp", '#include "data/Connection.h"', "support must not include data"),
-            ("data/Identity.cpp", '#include "host/working_state/WorkingState.h"', "must not include host/working_state"),
+            ("data/Identity.cpp", '#include "chart/WorkingState.h"', "must not include chart"),
             ("calculators/CalcLDL.cpp", '#include "problems/Problemi.h"', "calculators must not include problems"),
             ("calculators/CalcLDL.cpp", '#include "host/Class3.h"', "calculators must not include host"),
-            ("data/engine/Session.cpp", '#include "support/Log.h"', "data/engine must not include support"),
-            ("frames/RecordDialog.cpp", '#include "problems/Problemi.h"', "frames must not include problems"),
-            ("extraction/ModEstrazDati.cpp", '#include "host/working_state/WorkingState.h"', "must not include host"),
-            ("extraction/ModEstrazDati.cpp", "#include <QLabel>", "extraction has no window"),
-            ("sheets/SheetForm.cpp", '#include "problems/Problemi.h"', "sheets must not include problems"),
+            ("dao/Session.cpp", '#include "support/Log.h"', "dao must not include support"),
+            ("chart/RecordDialog.cpp", '#include "problems/Problemi.h"', "chart must not include problems"),
+            ("jetsql/Parser.cpp", '#include "dao/Dao.h"', "jetsql must not include dao"),
+            ("dao/native/Dialect.h", '#include "dao/sqlite/SqliteFile.h"', "dao/native must not include dao/sqlite"),
+            ("app/window/HostWindow.cpp", '#include "app/scenario/ScenarioPlayer.h"', "app/window must not include app/scenario"),
+            ("jetsql/Parser.cpp", "#include <QLabel>", "jetsql has no window"),
+            ("regional/SheetForm.cpp", '#include "problems/Problemi.h"', "regional must not include problems"),
             ("support/Prompts.cpp", "#include <QMessageBox>", "support has no window"),
             ("data/Connection.cpp", "#include <QtWidgets>", "data has no window"),
-            ("data/Connection.cpp", "#include <sqlite3.h>", "only the SQLite dialect"),
-            ("data/engine/Session.cpp", '#include "Dao.h"', "write includes from src"),
+            ("data/Connection.cpp", "#include <sqlite3.h>", "only dao/sqlite includes"),
+            ("dao/Session.cpp", "#include <libpq-fe.h>", "only dao/postgres includes"),
+            ("dao/Session.cpp", '#include "Dao.h"', "write includes from src"),
             ("elsewhere/Thing.cpp", "", "no known layer"),
         ]
         for name, line, message in cases:

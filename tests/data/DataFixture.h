@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "data/engine/Dao.h"
+#include "dao/Dao.h"
 #include "server/TestEngine.h"
 #include "support/Clock.h"
 #include "support/Log.h"

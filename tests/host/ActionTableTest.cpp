@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/ActionTable.h"
 
-#include "data/engine/Error.h"
 #include "host/HostFixture.h"
+#include "jetsql/Error.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "host/working_state/HostContext.h"
+#include "chart/HostContext.h"
 
 #include "host/HostFixture.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "ChartFixture.h"
+#include "chart/SharedWrites.h"
 #include "data/LockHolder.h"
-#include "host/working_state/SharedWrites.h"
 #include "problems/ProblemItems.h"
 
 namespace clivara {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Check.h"
 
-#include "app/Practice.h"
+#include "app/practice/Practice.h"
 
 #include <QDate>
 #include <QHash>

@@ -2,7 +2,7 @@
 #include "Desk.h"
 
 #include "Ledger.h"
-#include "app/ControlAccess.h"
+#include "app/scenario/ControlAccess.h"
 #include "support/ui/ChartForm.h"
 
 #include <QApplication>

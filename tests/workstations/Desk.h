@@ -2,9 +2,9 @@
 #pragma once
 
 #include "Save.h"
-#include "app/Practice.h"
+#include "app/practice/Practice.h"
+#include "chart/WorkingState.h"
 #include "host/Class3.h"
-#include "host/working_state/WorkingState.h"
 
 #include <QElapsedTimer>
 #include <QStringList>

@@ -4,11 +4,11 @@
 #include "Check.h"
 #include "Desk.h"
 #include "Ledger.h"
-#include "app/DamageWatch.h"
-#include "app/Demo.h"
-#include "app/Practice.h"
-#include "app/PracticeCheck.h"
-#include "app/PracticeCopy.h"
+#include "app/demo/Demo.h"
+#include "app/import/PracticeCopy.h"
+#include "app/practice/DamageWatch.h"
+#include "app/practice/Practice.h"
+#include "app/practice/PracticeCheck.h"
 
 #include <QCoreApplication>
 #include <QDir>

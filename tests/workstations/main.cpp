@@ -2,8 +2,8 @@
 // Several workstations on one practice: what each of them is told to be saved is saved, whatever the others do and
 // whoever is killed meanwhile. docs/architecture.md tells how to run it.
 #include "Driver.h"
-#include "app/CommandLine.h"
-#include "data/engine/Error.h"
+#include "app/commands/CommandLine.h"
+#include "jetsql/Error.h"
 #include "server/TestEngine.h"
 
 #include <QApplication>

@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "dao/Session.h"
+
+namespace dao {
+namespace {
+
+QString savepoint(int depth)
+{
+    return QStringLiteral("level%1").arg(depth);
+}
+
+} // namespace
+
+Attachment::~Attachment()
+{
+    session->release(schema);
+}
+
+Session::Session(std::shared_ptr<const Now> now, std::shared_ptr<const Account> account)
+    : m_now(std::move(now))
+    , m_account(std::move(account))
+    , m_connectionName(QStringLiteral("dao-%1").arg(quintptr(this), 0, 16))
+{
+}
+
+Session::~Session()
+{
+    closeConnection();
+}
+
+void Session::closeConnection()
+{
+    // The connection's end rolls back what is open. Qt wants the last copy gone before the name is.
+    m_connection.close();
+    m_connection = QSqlDatabase();
+    QSqlDatabase::removeDatabase(m_connectionName);
+}
+
+void Session::open(const QString &name)
+{
+    std::unique_ptr<SqlDialect> dialect = makeDialect(name);
+    if (m_dialect) {
+        if (dialect->driverName() != m_dialect->driverName())
+            throw Error(InvalidOperation,
+                        QStringLiteral("Non si possono aprire insieme database di tipo diverso: '%1'")
+                            .arg(dialect->fullName(name)));
+        return;
+    }
+    m_connection = QSqlDatabase::addDatabase(dialect->driverName(), m_connectionName);
+    try {
+        dialect->openConnection(m_connection, name, *m_account);
+    } catch (const Error &) {
+        closeConnection();
+        throw;
+    }
+    m_dialect = std::move(dialect);
+}
+
+QDateTime Session::now() const
+{
+    if (*m_now)
+        return (*m_now)();
+    const QDateTime local = QDateTime::currentDateTime();
+    return QDateTime(local.date(), local.time(), Qt::UTC);
+}
+
+std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
+{
+    open(path);
+    const QString canonical = m_dialect->sameName(path);
+    const QString shared = canonical + QStringLiteral("|rw");
+    // A reader can use what is attached for writing; its database object refuses to write.
+    for (const QString &key : {shared, canonical + QStringLiteral("|ro")}) {
+        if (!readOnly && key != shared)
+            break;
+        if (auto existing = m_attached.value(key).lock())
+            return existing;
+    }
+    detachUnused();
+    const QString schema =
+        m_dialect->attach(m_connection, path, QStringLiteral("db%1").arg(m_schemas + 1), readOnly);
+    ++m_schemas;
+    auto attachment = std::make_shared<Attachment>();
+    attachment->session = shared_from_this();
+    attachment->name = m_dialect->fullName(path);
+    attachment->schema = schema;
+    attachment->key = readOnly ? canonical + QStringLiteral("|ro") : shared;
+    m_attached.insert(attachment->key, attachment);
+    return attachment;
+}
+
+void Session::createDatabase(const QString &path)
+{
+    open(path);
+    detachUnused();
+    m_dialect->createDatabase(m_connection, path);
+}
+
+void Session::release(const QString &schema)
+{
+    m_unused.append(schema);
+    if (m_depth == 0)
+        detachUnused();
+}
+
+void Session::detachUnused()
+{
+    m_unused.removeIf([this](const QString &schema) {
+        try {
+            m_dialect->detach(m_connection, schema);
+            return true;
+        } catch (const Error &) {
+            return false; // still read from; the next time
+        }
+    });
+}
+
+std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariantList &values) const
+{
+    requireTransaction();
+    QSqlDatabase handle = m_connection;
+    return m_dialect->openCursor(handle, sql, values);
+}
+
+std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
+                                                   const QVariantList &values) const
+{
+    requireTransaction();
+    QSqlDatabase handle = m_connection;
+    return m_dialect->openFirstRows(handle, sql, values, rows);
+}
+
+std::unique_ptr<NativeCursor> Session::stream(const QString &sql) const
+{
+    requireTransaction();
+    QSqlDatabase handle = m_connection;
+    return m_dialect->openStream(handle, sql);
+}
+
+int Session::execute(const QString &sql, const QVariantList &values)
+{
+    drainReaders();
+    requireTransaction();
+    requireInPlace();
+    return m_dialect->execute(m_connection, sql, values);
+}
+
+qint64 Session::insertRow(const QString &sql, const QVariantList &values, const QString &autoNumber)
+{
+    drainReaders();
+    requireTransaction();
+    requireInPlace();
+    return m_dialect->insertRow(m_connection, sql, values, autoNumber);
+}
+
+void Session::insert(NativeInsert &prepared, const QVariantList &values)
+{
+    drainReaders();
+    requireTransaction();
+    requireInPlace();
+    prepared.add(values);
+}
+
+void Session::insertRows(NativeInsert &prepared, const QList<QVariantList> &rows,
+                         const NativeInsert::Refused &refused)
+{
+    drainReaders();
+    requireTransaction();
+    requireInPlace();
+    prepared.addRows(rows, refused);
+}
+
+void Session::drainReaders()
+{
+    // Draining takes the reader off the list.
+    while (!m_readers.empty())
+        m_readers.back()->drain();
+}
+
+// The native engine may give up a whole transaction (disk full, for example). What the caller believes to be
+// inside it must not be saved on its own then, and what is read outside it may be another state.
+void Session::requireTransaction() const
+{
+    QSqlDatabase handle = m_connection;
+    if (m_depth > 0 && !m_dialect->inTransaction(handle))
+        throw m_dialect->goneTransaction();
+}
+
+void Session::requireInPlace() const
+{
+    if (m_depth == 0)
+        m_dialect->requireInPlace();
+}
+
+void Session::control(const QString &sql)
+{
+    m_dialect->control(m_connection, sql);
+}
+
+void Session::begin()
+{
+    if (!m_dialect) // a transaction before the first database: of files, as ever
+        open({});
+    drainReaders();
+    requireTransaction();
+    if (m_depth > 0) {
+        control(QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
+        ++m_depth;
+        return;
+    }
+    m_dialect->begin(m_connection);
+    ++m_depth;
+    try {
+        m_dialect->requireInPlace();
+    } catch (const Error &) {
+        rollback();
+        throw;
+    }
+}
+
+void Session::beginReading()
+{
+    if (m_depth > 0)
+        throw Error(TransactionError, QStringLiteral("Una transazione è già in corso"));
+    drainReaders();
+    m_dialect->beginReading(m_connection);
+    ++m_depth;
+}
+
+void Session::commit()
+{
+    if (m_depth == 0)
+        throw Error(TransactionError, QStringLiteral("Nessuna transazione in corso"));
+    drainReaders();
+    try {
+        requireTransaction();
+        if (m_depth == 1)
+            m_dialect->requireInPlace();
+        control(m_depth == 1 ? QStringLiteral("COMMIT")
+                             : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
+    } catch (const Error &) {
+        rollback();
+        throw;
+    }
+    --m_depth;
+    if (m_depth == 0)
+        detachUnused();
+}
+
+void Session::rollback()
+{
+    if (m_depth == 0)
+        throw Error(TransactionError, QStringLiteral("Nessuna transazione in corso"));
+    drainReaders();
+    --m_depth;
+    definitionsChanged();
+    if (m_dialect->inTransaction(m_connection)) {
+        if (m_depth == 0) {
+            control(QStringLiteral("ROLLBACK"));
+        } else {
+            control(QStringLiteral("ROLLBACK TO ") + savepoint(m_depth));
+            control(QStringLiteral("RELEASE ") + savepoint(m_depth));
+        }
+    }
+    if (m_depth == 0)
+        detachUnused();
+}
+
+void Session::rollbackAll()
+{
+    while (m_depth > 0)
+        rollback();
+}
+
+Atomic::~Atomic()
+{
+    if (!m_open)
+        return;
+    try {
+        m_session.rollback();
+    } catch (const Error &) {
+        // Nothing is saved either way.
+    }
+}
+
+void Atomic::commit()
+{
+    m_open = false;
+    m_session.commit();
+}
+
+} // namespace dao

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "jetsql/Ast.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <functional>
+
+namespace dao {
+
+class SqlDialect;
+
+// One field of a SELECT's result.
+struct ResultColumn {
+    QString name; // the field's name; "table.field" when a join brings the same name more than once
+    QString qualifiedName; // always "table.field" (the alias when there is one); empty for a computed field
+    FieldType type = FieldType::Unknown;
+    int size = 0;
+    int source = -1; // index into Translation::sources, -1 for a computed field
+    int sourceColumn = -1; // index into that table's columns
+};
+
+// One table of a SELECT's FROM clause.
+struct RowSource {
+    const TableInfo *table = nullptr;
+    QString alias; // the name under which the SQL speaks of it
+    // Position in the native result of the hidden column that identifies this table's row; -1 when the rows
+    // of the result do not stand for rows of the table (GROUP BY, DISTINCT, UNION).
+    int identityColumn = -1;
+};
+
+struct Translation {
+    StatementKind kind = StatementKind::Select;
+    QString sql; // native SQL; empty for definitions
+    QList<ResultColumn> columns; // SELECT: the visible fields, first in the native result, in order
+    QList<RowSource> sources; // SELECT: the tables; hidden identity columns follow the visible ones
+    const TableInfo *target = nullptr; // INSERT, UPDATE, DELETE: the table written
+    Definition definition;
+    // The SQL holds the time of the translation (date(), now()): it must not be kept for later.
+    bool usesClock = false;
+};
+
+// Turns Jet SQL into the native SQL of a dialect. Knows the types of fields and expressions, so that texts,
+// numbers, dates and Yes/No values compare and compute as Jet does them. Constants are computed here; what
+// stays for the native engine can use its indexes. SQL that cannot be translated is an error that quotes the
+// place.
+class Translator {
+public:
+    // `now` gives the local time for date() and now().
+    Translator(const SqlDialect &dialect, const Catalog &catalog, std::function<QDateTime()> now);
+
+    // Throws Error: SyntaxError with the offending place, ObjectNotFound for an unknown table,
+    // TooFewParameters for an unknown field.
+    Translation translate(const QString &jetSql) const;
+
+private:
+    const SqlDialect &m_dialect;
+    const Catalog &m_catalog;
+    std::function<QDateTime()> m_now;
+};
+
+} // namespace dao

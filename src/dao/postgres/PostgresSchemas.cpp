@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "dao/postgres/PostgresSchemas.h"
+
+#include "dao/postgres/PostgresConnection.h"
+#include "dao/postgres/PostgresDialect.h"
+
+#include <QUuid>
+#include <libpq-fe.h>
+
+namespace dao {
+
+namespace {
+
+// The one that every server has, for what cannot be done from within a database.
+const QString commonDatabase = QStringLiteral("postgres");
+
+} // namespace
+
+struct PostgresSchemas::Private {
+    PostgresDialect dialect;
+    QString name = QUuid::createUuid().toString();
+    QSqlDatabase connection;
+    PostgresAddress address;
+    Account account;
+    bool hasCreated = false;
+
+    void open(const QString &database)
+    {
+        connection = QSqlDatabase::addDatabase(dialect.driverName(), name);
+        try {
+            openPostgres(dialect, connection, address, account, database);
+        } catch (const Error &) {
+            close();
+            throw;
+        }
+    }
+    void close()
+    {
+        connection.close();
+        connection = QSqlDatabase();
+        QSqlDatabase::removeDatabase(name);
+    }
+    PostgresResult run(const QString &sql) { return PostgresConnection(dialect, connection).run(sql); }
+    void removeDatabase() { run(QStringLiteral("DROP DATABASE ") + dialect.identifier(address.database)); }
+    void runTogether(const QStringList &statements)
+    {
+        PostgresConnection(dialect, connection).beginLongWork(PostgresWire::LongWork::Session);
+        run(QStringLiteral("BEGIN; ") + statements.join(QStringLiteral("; ")) + QStringLiteral("; COMMIT"));
+    }
+};
+
+PostgresSchemas::PostgresSchemas(const QString &address, const Account &account, Missing missing)
+    : d(std::make_unique<Private>())
+{
+    d->address = PostgresAddress::parse(address);
+    d->account = account;
+    try {
+        d->open(d->address.database);
+    } catch (const Error &error) {
+        if (missing == Missing::Refused || error.sql() != missingDatabaseMark)
+            throw;
+        d->open(commonDatabase);
+        d->run(QStringLiteral("CREATE DATABASE %1 TEMPLATE template0 ENCODING 'UTF8' LOCALE_PROVIDER icu "
+                              "ICU_LOCALE 'und' LC_COLLATE 'C' LC_CTYPE 'C.UTF-8'")
+                   .arg(d->dialect.identifier(d->address.database)));
+        d->close();
+        try {
+            d->open(d->address.database);
+        } catch (const Error &) {
+            d->open(commonDatabase);
+            d->removeDatabase();
+            d->close();
+            throw;
+        }
+        d->hasCreated = true;
+    }
+}
+
+PostgresSchemas::~PostgresSchemas()
+{
+    d->close();
+}
+
+bool PostgresSchemas::hasCreated() const
+{
+    return d->hasCreated;
+}
+
+void PostgresSchemas::removeCreated()
+{
+    d->close();
+    d->open(commonDatabase);
+    d->removeDatabase();
+}
+
+QStringList PostgresSchemas::names() const
+{
+    PostgresCursor rows(d->run(QStringLiteral("SELECT nspname FROM pg_namespace WHERE nspname !~ '^pg_' "
+                                              "AND nspname NOT IN ('information_schema', 'public')")));
+    QStringList names;
+    while (rows.next())
+        names.append(rows.value(0).toString());
+    return names;
+}
+
+bool PostgresSchemas::isInUse() const
+{
+    PostgresCursor row(
+        d->run(QStringLiteral("SELECT count(*) FROM pg_stat_activity WHERE datname = current_database() "
+                              "AND application_name = 'orvale' AND pid <> pg_backend_pid()")));
+    return row.next() && row.value(0).toInt() > 0;
+}
+
+void PostgresSchemas::remove(const QStringList &schemas)
+{
+    QStringList statements;
+    for (const QString &schema : schemas)
+        statements.append(QStringLiteral("DROP SCHEMA %1 CASCADE").arg(d->dialect.identifier(schema)));
+    if (!statements.isEmpty())
+        d->runTogether(statements);
+}
+
+void PostgresSchemas::rename(const QList<std::pair<QString, QString>> &names)
+{
+    QStringList statements;
+    for (const auto &[from, to] : names)
+        statements.append(QStringLiteral("ALTER SCHEMA %1 RENAME TO %2")
+                              .arg(d->dialect.identifier(from), d->dialect.identifier(to)));
+    d->runTogether(statements);
+}
+
+} // namespace dao

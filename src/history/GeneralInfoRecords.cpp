@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "history/GeneralInfoRecords.h"
+
+#include "chart/WorkingState.h"
+#include "data/SqlText.h"
+#include "values/JetValues.h"
+
+namespace clivara {
+
+namespace {
+
+QString letterOf(QuestionnaireKind kind)
+{
+    return QString(QChar(char16_t(kind)));
+}
+
+// The day of the last save, as the journal has it; Null when it has none or cannot be read.
+QVariant journalledDay(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind)
+{
+    try {
+        return dateValue(ChangeJournal::lastChange(clinical, Questionnaire, patientCode, letterOf(kind)));
+    } catch (const dao::Error &) {
+        return {};
+    }
+}
+
+std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode)
+{
+    return clinical.OpenRecordset(QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = ")
+                                  + QString::number(patientCode));
+}
+
+} // namespace
+
+StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind)
+{
+    const auto rows = openQuestionnaire(clinical, patientCode, letterOf(kind));
+    if (rows->Eof())
+        return {};
+    const dao::Field code = rows->Fields(QStringLiteral("dati_paz"));
+    const QVariant time = kind == QuestionnaireKind::Infections
+                              ? rows->Fields(QStringLiteral("data_reg")).Value()
+                              : journalledDay(clinical, patientCode, kind);
+    return {true, code.isNull() ? std::nullopt : std::optional(code.text()), {{}, time.toDateTime()}};
+}
+
+WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code, const QDateTime &time)
+{
+    const qint32 patientCode = state.header.patientCode;
+    const auto rows = openQuestionnaire(state.clinical(), patientCode, letterOf(kind));
+    const bool isNew = rows->Eof();
+    if ((isNew ? state.operations.Recordset_AddNew(*rows) : state.operations.Recordset_Edit(*rows)) != 0)
+        return WriteResult::Failed;
+    rows->Fields(QStringLiteral("cod_paz")).setValue(patientCode);
+    rows->Fields(QStringLiteral("dati_paz")).setValue(code);
+    rows->Fields(QStringLiteral("tipo_dati")).setValue(letterOf(kind));
+    if (time.isValid())
+        rows->Fields(QStringLiteral("data_reg")).setValue(time);
+    // Who seeks the row by the index looks for an empty key, not for Null.
+    if (isNew)
+        rows->Fields(QStringLiteral("chiave")).setValue(QStringLiteral(""));
+    if (state.operations.Recordset_Update(*rows) != 0)
+        return WriteResult::Failed;
+    state.changeJournal().recordChange(Questionnaire, patientCode, letterOf(kind), false);
+    return WriteResult::Done;
+}
+
+WriteResult writeFreeText(WorkingState &state, const QString &text)
+{
+    const qint32 patientCode = state.header.patientCode;
+    const auto rows = openGeneralInformation(state.clinical(), patientCode);
+    if (rows->Eof())
+        return WriteResult::Vanished;
+    if (state.operations.Recordset_Edit(*rows) != 0)
+        return WriteResult::Failed;
+    rows->Fields(QStringLiteral("Allergie")).setValue(text);
+    if (state.operations.Recordset_Update(*rows) != 0)
+        return WriteResult::Failed;
+    state.changeJournal().recordChange(GeneralInformation, patientCode, {}, false);
+    return WriteResult::Done;
+}
+
+} // namespace clivara

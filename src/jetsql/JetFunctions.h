@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "jetsql/Catalog.h"
+
+#include <QStringView>
+#include <QVariant>
+#include <span>
+
+// The scalar functions of the SQL, written once: the translator computes constants with them, a dialect may
+// offer them to its native engine or translate them to native functions of the same meaning.
+namespace dao::sql {
+
+// Values are qlonglong or double, QString, QDateTime (UTC), bool; an invalid variant is Null.
+using Arguments = std::span<const QVariant>;
+
+struct Function {
+    QStringView name; // lower-case
+    // A letter for each parameter, by which the caller converts: t text, n number, d date. Those after '|'
+    // may be left out.
+    const char *parameters;
+    FieldType result;
+    QVariant (*call)(Arguments);
+    bool ofTheLanguage = true; // false: a conversion that only the translator calls
+    bool takesNull = false; // else any Null argument makes the result Null
+};
+
+// What a function does not accept: the engine's error number and a text.
+struct FunctionError {
+    int number;
+    QString text;
+};
+[[noreturn]] void throwInvalidCall();
+[[noreturn]] void throwOverflow();
+
+const std::span<const Function> &textFunctions();
+const std::span<const Function> &numberFunctions();
+const std::span<const Function> &dateFunctions();
+
+// Null when there is none; `name` in any case.
+const Function *findFunction(QStringView name);
+
+// The result for arguments of the parameters' types; throws FunctionError.
+QVariant callFunction(const Function &function, Arguments arguments);
+
+// What a pattern of "like" begins with before its first sign.
+QString literalPrefix(const QString &pattern);
+
+// A Date as text: "dd/mm/yyyy", with " hh:mm:ss" unless it is midnight; the time alone on day zero.
+QString dateText(const QDateTime &date);
+
+} // namespace dao::sql

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "regional/SheetRecords.h"
+#include "support/ui/ChartForm.h"
+
+#include <memory>
+
+class QRadioButton;
+class QStandardItemModel;
+
+namespace Ui {
+class AIR15_Gestione;
+}
+
+namespace clivara {
+
+struct WorkingState;
+
+// The regional sheets of the patient: opens and deletes them and begins new ones of a chosen type.
+class AIR15_Gestione final : public ChartForm {
+    Q_OBJECT
+
+public:
+    explicit AIR15_Gestione(WorkingState &state);
+    ~AIR15_Gestione() override;
+
+protected:
+    void load() override;
+    void unloading() override;
+
+private:
+    QRadioButton *typeOption(int type) const;
+    void fill();
+    void selectRow(int row);
+    const StoredSheet *selected() const; // null when no row is selected
+    void enableButtons();
+    void open(int type, qint32 number);
+    void openSelected();
+    void createSheet();
+    void deleteSelected();
+    void leave();
+
+    WorkingState &m_state;
+    std::unique_ptr<Ui::AIR15_Gestione> m_ui;
+    QStandardItemModel *m_model;
+    QList<StoredSheet> m_sheets; // in the order of the rows
+};
+
+} // namespace clivara

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "regional/SheetRecords.h"
+
+#include "chart/SharedWrites.h"
+#include "chart/WorkingState.h"
+#include "data/SqlText.h"
+
+namespace clivara {
+
+namespace {
+
+const auto table = QStringLiteral("AIR15_7");
+
+QString byNumber(int type, qint32 number)
+{
+    return QStringLiteral("select * from AIR15_7 where (idTipo=%1) and (idScheda = %2)")
+        .arg(type)
+        .arg(number);
+}
+
+dao::Field field(dao::Recordset &rows, const char *name)
+{
+    return rows.Fields(QString::fromLatin1(name));
+}
+
+StoredSheet sheetOf(dao::Recordset &rows)
+{
+    return {qint32(field(rows, "idScheda").number()), int(field(rows, "idTipo").number()),
+            field(rows, "DataReg").date().date(), field(rows, "SEQDATI").text()};
+}
+
+bool isOf(dao::Recordset &rows, qint32 patient)
+{
+    return qint32(field(rows, "cod_paz").number()) == patient;
+}
+
+} // namespace
+
+QList<StoredSheet> listSheets(dao::Database &clinical, qint32 patient)
+{
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral("select * from AIR15_7 where (cod_paz = ") + QString::number(patient)
+            + QStringLiteral(") Order By datareg desc, idTipo desc, idScheda desc"),
+        dao::RecordsetType::Snapshot);
+    QList<StoredSheet> sheets;
+    for (; !rows->Eof(); rows->MoveNext())
+        sheets.append(sheetOf(*rows));
+    return sheets;
+}
+
+std::optional<StoredSheet> readSheet(dao::Database &clinical, qint32 patient, int type, qint32 number)
+{
+    const auto rows = clinical.OpenRecordset(byNumber(type, number), dao::RecordsetType::Snapshot);
+    if (rows->Eof() || !isOf(*rows, patient))
+        return std::nullopt;
+    return sheetOf(*rows);
+}
+
+qint32 nextSheetNumber(dao::Database &clinical, int type)
+{
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral("SELECT Max(idScheda) AS maxId FROM AIR15_7 where (idTipo=%1)").arg(type),
+        dao::RecordsetType::Snapshot);
+    return qint32(rows->Eof() ? 0 : field(*rows, "maxId").number()) + 1; // Null is 0
+}
+
+WriteResult addSheet(WorkingState &state, StoredSheet &sheet)
+{
+    qint32 number = sheet.number;
+    const WriteResult result = writeTogether(state, table, [&] {
+        dao::Database &clinical = state.clinical();
+        if (number < 1 || !clinical.OpenRecordset(byNumber(sheet.type, number))->Eof())
+            number = nextSheetNumber(clinical, sheet.type);
+        const auto rows = clinical.OpenRecordset(QStringLiteral("select * from AIR15_7 "));
+        if (state.operations.Recordset_AddNew(*rows) != 0)
+            return WriteResult::Failed;
+        field(*rows, "idScheda").setValue(number);
+        field(*rows, "cod_paz").setValue(state.header.patientCode);
+        field(*rows, "idTipo").setValue(sheet.type);
+        field(*rows, "DataReg").setValue(dateValue(sheet.date));
+        field(*rows, "SEQDATI").setValue(sheet.data);
+        return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+    if (result == WriteResult::Done)
+        sheet.number = number;
+    return result;
+}
+
+WriteResult changeSheet(WorkingState &state, const StoredSheet &sheet, StoredSheet &read)
+{
+    return writeTogether(state, table, [&] {
+        const auto rows = state.clinical().OpenRecordset(byNumber(sheet.type, sheet.number));
+        if (rows->Eof() || !isOf(*rows, state.header.patientCode))
+            return WriteResult::Vanished;
+        if (const StoredSheet stored = sheetOf(*rows); stored != read && stored != sheet) {
+            read = stored;
+            return WriteResult::Changed;
+        }
+        if (state.operations.Recordset_Edit(*rows) != 0)
+            return WriteResult::Failed;
+        field(*rows, "DataReg").setValue(dateValue(sheet.date));
+        field(*rows, "SEQDATI").setValue(sheet.data);
+        return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
+    });
+}
+
+WriteResult deleteSheet(WorkingState &state, StoredSheet &seen)
+{
+    return writeTogether(state, table, [&] {
+        const auto rows = state.clinical().OpenRecordset(
+            QStringLiteral("select * from AIR15_7 where (idScheda = %1) and (cod_paz = %2) and (idTipo = %3)")
+                .arg(seen.number)
+                .arg(state.header.patientCode)
+                .arg(seen.type));
+        if (rows->Eof())
+            return WriteResult::Vanished;
+        if (const StoredSheet stored = sheetOf(*rows); stored != seen) {
+            seen = stored;
+            return WriteResult::Changed;
+        }
+        rows->Delete();
+        return WriteResult::Done;
+    });
+}
+
+} // namespace clivara
