@@ -144,7 +144,7 @@ Translation ActionWriter::update(const Statement &statement)
                               ? QStringLiteral(" WHERE ") + expressions.writeCondition(*statement.where)
                               : QString();
     const ScopeTable &table = scope.tables()[size_t(target)];
-    const SqlDialect &dialect = m_context.dialect;
+    const Dialect &dialect = m_context.dialect;
     QStringList sets;
     Translation translation;
     translation.kind = StatementKind::Update;

@@ -31,7 +31,7 @@ BulkInsert::BulkInsert(Database &database, const QString &table, const QStringLi
         columns.append(info->columns[column]);
     }
     QSqlDatabase connection = from.session->connection();
-    auto insert = from.session->dialect().openInsert(connection, info->nativeName, columns);
+    auto insert = from.session->storage().openInsert(connection, info->nativeName, columns);
     d = std::make_unique<Private>(
         Private{from.session, columns, from.catalog->tables(), *info, std::move(insert), {}});
 }
@@ -74,7 +74,7 @@ void BulkInsert::addRows(const QList<QVariantList> &rows,
 
 IndexInfo BulkInsert::brokenIndex(const Error &error) const
 {
-    const IndexInfo *index = d->session->dialect().brokenIndex(error, d->table);
+    const IndexInfo *index = d->session->storage().brokenIndex(error, d->table);
     return index ? *index : IndexInfo();
 }
 

@@ -21,14 +21,14 @@ BulkLoad::BulkLoad(Database &database)
 {
     database.d->requireWritable();
     QSqlDatabase connection = database.d->session->connection();
-    database.d->session->dialect().beginLoad(connection, database.d->attachment->schema);
+    database.d->session->storage().beginLoad(connection, database.d->attachment->schema);
 }
 
 void BulkLoad::finish()
 {
     Session &session = *m_database.d->session;
     QSqlDatabase connection = session.connection();
-    session.dialect().endLoad(connection, m_database.d->attachment->schema);
+    session.storage().endLoad(connection, m_database.d->attachment->schema);
 }
 
 void BulkLoad::prepareLinks()
@@ -85,7 +85,7 @@ void BulkLoad::setLastAutoNumber(const QString &table, qint64 number)
 {
     Session &session = *m_database.d->session;
     QSqlDatabase connection = session.connection();
-    session.dialect().setLastAutoNumber(connection, m_database.d->attachment->schema, describe(table).name,
+    session.storage().setLastAutoNumber(connection, m_database.d->attachment->schema, describe(table).name,
                                         number);
 }
 
@@ -103,7 +103,7 @@ BulkReader::BulkReader(Database &database, const QString &table, const QStringLi
     const TableInfo *info = from.catalog->table(table);
     if (!info)
         throw noSuchTable(table);
-    const SqlDialect &dialect = from.session->dialect();
+    const Dialect &dialect = from.session->dialect();
     const QString alias = QStringLiteral("t");
     QStringList columns;
     QList<FieldType> types;
@@ -140,7 +140,7 @@ qint64 lastAutoNumber(Database &database, const QString &table)
     if (!isNumbered)
         return 0;
     QSqlDatabase connection = from.session->connection();
-    return from.session->dialect().lastAutoNumber(connection, from.attachment->schema, *info);
+    return from.session->storage().lastAutoNumber(connection, from.attachment->schema, *info);
 }
 
 bool BulkReader::next()

@@ -96,7 +96,7 @@ QString ExpressionWriter::compareWithNumber(Operator op, const Operand &text, co
 
 QString ExpressionWriter::like(const Operand &left, const Operand &right)
 {
-    const SqlDialect &dialect = m_context.dialect;
+    const Dialect &dialect = m_context.dialect;
     const Operand text = m_convert.toText(left);
     const Operand pattern = m_convert.toText(right);
     if (text.type == FieldType::Null || pattern.type == FieldType::Null)

@@ -45,7 +45,7 @@ Translation Database::Private::translate(const QString &sql) const
 // The rows of one table as they are, without a detour through the language.
 Translation Database::Private::wholeTable(const TableInfo &table) const
 {
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     const QString alias = dialect.identifier(table.name);
     Translation result;
     QStringList columns;

@@ -15,7 +15,7 @@ QString folded(QStringView name)
 
 QString nativeLinks(const Attachment &attachment)
 {
-    const SqlDialect &dialect = attachment.session->dialect();
+    const Dialect &dialect = attachment.session->dialect();
     return dialect.identifier(attachment.schema) + u'.' + dialect.identifier(linksTable);
 }
 
@@ -61,8 +61,8 @@ std::shared_ptr<const TableSet> DatabaseCatalog::tables() const
     QSqlDatabase connection = session.connection();
     auto tables = std::make_shared<TableSet>();
     tables->generation = session.definitionsGeneration();
-    tables->version = session.dialect().definitionVersion(connection, m_attachment->schema);
-    tables->names = session.dialect().tables(connection, m_attachment->schema);
+    tables->version = session.storage().definitionVersion(connection, m_attachment->schema);
+    tables->names = session.storage().tables(connection, m_attachment->schema);
     tables->hasLinks = tables->names.removeAll(linksTable) > 0;
     for (const QString &name : std::as_const(tables->names))
         tables->own.insert(folded(name), name);
@@ -86,7 +86,7 @@ QString DatabaseCatalog::storedConnect(const QString &connect) const
     const QString path = TableLink::path(connect);
     return path.isEmpty() ? connect
                           : TableLink::withPath(
-                              connect, m_attachment->session->dialect().linkedName(path, m_attachment->name));
+                              connect, m_attachment->session->storage().linkedName(path, m_attachment->name));
 }
 
 QString DatabaseCatalog::shownConnect(const QString &connect) const
@@ -95,7 +95,7 @@ QString DatabaseCatalog::shownConnect(const QString &connect) const
     return path.isEmpty()
                ? connect
                : TableLink::withPath(connect,
-                                     m_attachment->session->dialect().nameOfLinked(path, m_attachment->name));
+                                     m_attachment->session->storage().nameOfLinked(path, m_attachment->name));
 }
 
 bool DatabaseCatalog::contains(QStringView name) const
@@ -123,7 +123,7 @@ const TableInfo *DatabaseCatalog::table(QStringView name) const
         const Session &session = *m_attachment->session;
         QSqlDatabase connection = session.connection();
         info =
-            std::make_shared<TableInfo>(session.dialect().describe(connection, m_attachment->schema, *own));
+            std::make_shared<TableInfo>(session.storage().describe(connection, m_attachment->schema, *own));
     } else if (const auto link = set->links.constFind(key); link != set->links.constEnd()) {
         if (m_withheld.contains(key))
             throw Error(InvalidOperation,
@@ -142,11 +142,11 @@ std::shared_ptr<const TableInfo> DatabaseCatalog::describeLink(const TableLink &
     Session &session = *m_attachment->session;
     const std::shared_ptr<Attachment> target = session.attach(TableLink::path(link.connect), false);
     QSqlDatabase connection = session.connection();
-    const QStringList names = session.dialect().tables(connection, target->schema);
+    const QStringList names = session.storage().tables(connection, target->schema);
     for (const QString &name : names) {
         if (name.compare(link.source, Qt::CaseInsensitive) != 0)
             continue;
-        auto info = std::make_shared<TableInfo>(session.dialect().describe(connection, target->schema, name));
+        auto info = std::make_shared<TableInfo>(session.storage().describe(connection, target->schema, name));
         info->name = link.name;
         if (!set.attachments.contains(target))
             set.attachments.append(target);
@@ -161,7 +161,7 @@ bool DatabaseCatalog::isOutdated() const
         return false;
     const Session &session = *m_attachment->session;
     QSqlDatabase connection = session.connection();
-    return session.dialect().definitionVersion(connection, m_attachment->schema) != m_tables->version;
+    return session.storage().definitionVersion(connection, m_attachment->schema) != m_tables->version;
 }
 
 void DatabaseCatalog::setLink(const TableLink &link)

@@ -5,7 +5,7 @@ namespace dao {
 
 QString Database::Private::nativeName(const QString &table) const
 {
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     return dialect.identifier(attachment->schema) + u'.' + dialect.identifier(table);
 }
 
@@ -13,7 +13,7 @@ QString Database::Private::nativeName(const QString &table) const
 void Database::Private::define(const Translation &statement)
 {
     const Definition &definition = statement.definition;
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     Atomic atomic(*session);
     if (statement.kind == StatementKind::CreateTable) {
         createTable(definition.table, definition.columns, definition.indexes);
@@ -75,7 +75,7 @@ void Database::Private::createTable(const QString &table, const QList<ColumnInfo
             column.required |= index.primary && index.fields.contains(column.name, Qt::CaseInsensitive);
         declarations.append(session->dialect().columnDeclaration(column));
     }
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     declarations.append(dialect.hiddenColumns());
     session->execute(QStringLiteral("CREATE TABLE %1 (%2)")
                          .arg(nativeName(table), declarations.join(QStringLiteral(", "))));
@@ -89,7 +89,7 @@ void Database::Private::createIndex(const TableInfo &table, const IndexInfo &ind
 {
     if (table.index(index.name))
         throw Error(TableExists, QStringLiteral("L'indice '%1' esiste già").arg(index.name));
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     QList<ColumnInfo> columns = table.columns;
     bool isChanged = false;
     for (ColumnInfo &column : columns) {
@@ -111,7 +111,7 @@ void Database::Private::createIndex(const TableInfo &table, const IndexInfo &ind
 
 void Database::Private::rebuild(const TableInfo &table, const QList<ColumnInfo> &columns)
 {
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     const QString temporary = QStringLiteral("engine_rebuilt");
     QStringList declarations;
     QStringList names;

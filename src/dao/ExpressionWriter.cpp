@@ -187,7 +187,7 @@ Operand ExpressionWriter::arithmetic(Operator op, const Operand &left, const Ope
     Operand result;
     const bool constant = a.isConstant && b.isConstant;
     const auto native = [&](const QString &sign) {
-        const SqlDialect &dialect = m_context.dialect;
+        const Dialect &dialect = m_context.dialect;
         return sqlOperand(u'(' + dialect.computed(m_convert.sql(a)) + sign
                               + dialect.computed(m_convert.sql(b)) + u')',
                           FieldType::Double);

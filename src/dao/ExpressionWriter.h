@@ -11,7 +11,7 @@ namespace dao::sql {
 
 // What the writers of one statement share.
 struct Context {
-    const SqlDialect &dialect;
+    const Dialect &dialect;
     const Catalog &catalog;
     const std::function<QDateTime()> &now;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Dialect.h"
 #include "jetsql/Ast.h"
 
 #include <functional>
@@ -32,12 +32,12 @@ enum class BadText { IsError, IsNull };
 // Turns operands into other types, in native SQL or, for constants, at once.
 class Conversions {
 public:
-    explicit Conversions(const SqlDialect &dialect)
+    explicit Conversions(const Dialect &dialect)
         : m_dialect(dialect)
     {
     }
 
-    const SqlDialect &dialect() const { return m_dialect; }
+    const Dialect &dialect() const { return m_dialect; }
 
     // The operand's native SQL as a value (a Yes/No value for a condition).
     QString sql(const Operand &operand) const;
@@ -58,7 +58,7 @@ public:
 
 private:
     Operand assignedNumber(const Operand &operand, FieldType type, QStringView place) const;
-    const SqlDialect &m_dialect;
+    const Dialect &m_dialect;
 };
 
 } // namespace dao::sql

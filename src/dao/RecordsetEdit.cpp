@@ -23,7 +23,7 @@ void Recordset::Private::requireUpdatable() const
 QVariantList Recordset::Private::readBaseRow(int source, const QVariant &identity) const
 {
     const TableInfo &table = *translation.sources[source].table;
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     QStringList columns;
     for (const ColumnInfo &column : table.columns)
         columns.append(dialect.identifier(column.name));
@@ -120,7 +120,7 @@ void Recordset::Private::insertRow()
         source = 0;
     }
     const TableInfo &table = *translation.sources[source].table;
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     QStringList names;
     QStringList marks;
     QVariantList values;
@@ -151,7 +151,7 @@ void Recordset::Private::changeRow()
         return;
     const RowSource &rowSource = translation.sources[source];
     const TableInfo &table = *rowSource.table;
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     const QString alias = QStringLiteral("t");
     const QVariant identity = cell(rowSource.identityColumn);
     if (original[source].isEmpty())

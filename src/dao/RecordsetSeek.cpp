@@ -9,7 +9,7 @@ namespace {
 // any other, below every value.
 class KeyConditions {
 public:
-    KeyConditions(const SqlDialect &dialect, const RowSource &source, const IndexInfo &index,
+    KeyConditions(const Dialect &dialect, const RowSource &source, const IndexInfo &index,
                   const QVariantList &keys)
         : m_dialect(dialect)
     {
@@ -78,14 +78,14 @@ private:
                    : m_names.first() + QStringLiteral(" >= ?");
     }
 
-    const SqlDialect &m_dialect;
+    const Dialect &m_dialect;
     QList<ColumnInfo> m_columns;
     QStringList m_names;
     QVariantList m_keys;
     QVariantList m_values;
 };
 
-QString orderBy(const SqlDialect &dialect, const RowSource &source, const IndexInfo *index, bool descending)
+QString orderBy(const Dialect &dialect, const RowSource &source, const IndexInfo *index, bool descending)
 {
     const QString alias = dialect.identifier(source.alias);
     QStringList terms;
@@ -119,7 +119,7 @@ void Recordset::Private::seek(const QString &op, const QVariantList &keys)
         throw Error(InvalidArgument, QStringLiteral("Argomento non valido"));
     leaveEdit();
 
-    const SqlDialect &dialect = session->dialect();
+    const Dialect &dialect = session->dialect();
     KeyConditions conditions(dialect, source, *used, keys);
     const QString ascending = orderBy(dialect, source, used, false);
     const auto query = [&](const QString &condition, const QString &tail) {

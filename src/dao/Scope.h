@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Dialect.h"
 #include "jetsql/Catalog.h"
 
 #include <memory>
@@ -20,7 +20,7 @@ struct ScopeTable {
 // The tables that names in a SELECT can refer to: its own, then those of the SELECT around it.
 class Scope {
 public:
-    explicit Scope(const SqlDialect &dialect, const Scope *outer = nullptr)
+    explicit Scope(const Dialect &dialect, const Scope *outer = nullptr)
         : m_dialect(dialect)
         , m_outer(outer)
     {
@@ -44,7 +44,7 @@ public:
 
 private:
     void append(ScopeTable entry);
-    const SqlDialect &m_dialect;
+    const Dialect &m_dialect;
     const Scope *m_outer;
     std::vector<ScopeTable> m_tables;
 };

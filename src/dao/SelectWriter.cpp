@@ -365,7 +365,7 @@ QString SelectWriter::outputList(const QStringList &identities, bool named, bool
 // TOP n takes the rows that are equal to the n-th in the order as well: rows are ranked, not counted.
 QString SelectWriter::topOfOrder(const Select &select, const QStringList &identities, const QString &rest)
 {
-    const SqlDialect &dialect = m_context.dialect;
+    const Dialect &dialect = m_context.dialect;
     QStringList inner;
     QStringList outer;
     for (const Output &output : m_outputs) {

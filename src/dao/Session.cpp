@@ -38,22 +38,22 @@ void Session::closeConnection()
 
 void Session::open(const QString &name)
 {
-    std::unique_ptr<SqlDialect> dialect = makeDialect(name);
-    if (m_dialect) {
-        if (dialect->driverName() != m_dialect->driverName())
+    std::unique_ptr<Storage> storage = makeStorage(name);
+    if (m_storage) {
+        if (storage->driverName() != m_storage->driverName())
             throw Error(InvalidOperation,
                         QStringLiteral("Non si possono aprire insieme database di tipo diverso: '%1'")
-                            .arg(dialect->fullName(name)));
+                            .arg(storage->fullName(name)));
         return;
     }
-    m_connection = QSqlDatabase::addDatabase(dialect->driverName(), m_connectionName);
+    m_connection = QSqlDatabase::addDatabase(storage->driverName(), m_connectionName);
     try {
-        dialect->openConnection(m_connection, name, *m_account);
+        storage->openConnection(m_connection, name, *m_account);
     } catch (const Error &) {
         closeConnection();
         throw;
     }
-    m_dialect = std::move(dialect);
+    m_storage = std::move(storage);
 }
 
 QDateTime Session::now() const
@@ -67,7 +67,7 @@ QDateTime Session::now() const
 std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
 {
     open(path);
-    const QString canonical = m_dialect->sameName(path);
+    const QString canonical = m_storage->sameName(path);
     const QString shared = canonical + QStringLiteral("|rw");
     // A reader can use what is attached for writing; its database object refuses to write.
     for (const QString &key : {shared, canonical + QStringLiteral("|ro")}) {
@@ -78,11 +78,11 @@ std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
     }
     detachUnused();
     const QString schema =
-        m_dialect->attach(m_connection, path, QStringLiteral("db%1").arg(m_schemas + 1), readOnly);
+        m_storage->attach(m_connection, path, QStringLiteral("db%1").arg(m_schemas + 1), readOnly);
     ++m_schemas;
     auto attachment = std::make_shared<Attachment>();
     attachment->session = shared_from_this();
-    attachment->name = m_dialect->fullName(path);
+    attachment->name = m_storage->fullName(path);
     attachment->schema = schema;
     attachment->key = readOnly ? canonical + QStringLiteral("|ro") : shared;
     m_attached.insert(attachment->key, attachment);
@@ -93,7 +93,7 @@ void Session::createDatabase(const QString &path)
 {
     open(path);
     detachUnused();
-    m_dialect->createDatabase(m_connection, path);
+    m_storage->createDatabase(m_connection, path);
 }
 
 void Session::release(const QString &schema)
@@ -107,7 +107,7 @@ void Session::detachUnused()
 {
     m_unused.removeIf([this](const QString &schema) {
         try {
-            m_dialect->detach(m_connection, schema);
+            m_storage->detach(m_connection, schema);
             return true;
         } catch (const Error &) {
             return false; // still read from; the next time
@@ -119,7 +119,7 @@ std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariant
 {
     requireTransaction();
     QSqlDatabase handle = m_connection;
-    return m_dialect->openCursor(handle, sql, values);
+    return m_storage->openCursor(handle, sql, values);
 }
 
 std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
@@ -127,14 +127,14 @@ std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
 {
     requireTransaction();
     QSqlDatabase handle = m_connection;
-    return m_dialect->openFirstRows(handle, sql, values, rows);
+    return m_storage->openFirstRows(handle, sql, values, rows);
 }
 
 std::unique_ptr<NativeCursor> Session::stream(const QString &sql) const
 {
     requireTransaction();
     QSqlDatabase handle = m_connection;
-    return m_dialect->openStream(handle, sql);
+    return m_storage->openStream(handle, sql);
 }
 
 int Session::execute(const QString &sql, const QVariantList &values)
@@ -142,7 +142,7 @@ int Session::execute(const QString &sql, const QVariantList &values)
     drainReaders();
     requireTransaction();
     requireInPlace();
-    return m_dialect->execute(m_connection, sql, values);
+    return m_storage->execute(m_connection, sql, values);
 }
 
 qint64 Session::insertRow(const QString &sql, const QVariantList &values, const QString &autoNumber)
@@ -150,7 +150,7 @@ qint64 Session::insertRow(const QString &sql, const QVariantList &values, const 
     drainReaders();
     requireTransaction();
     requireInPlace();
-    return m_dialect->insertRow(m_connection, sql, values, autoNumber);
+    return m_storage->insertRow(m_connection, sql, values, autoNumber);
 }
 
 void Session::insert(NativeInsert &prepared, const QVariantList &values)
@@ -182,24 +182,24 @@ void Session::drainReaders()
 void Session::requireTransaction() const
 {
     QSqlDatabase handle = m_connection;
-    if (m_depth > 0 && !m_dialect->inTransaction(handle))
-        throw m_dialect->goneTransaction();
+    if (m_depth > 0 && !m_storage->inTransaction(handle))
+        throw m_storage->goneTransaction();
 }
 
 void Session::requireInPlace() const
 {
     if (m_depth == 0)
-        m_dialect->requireInPlace();
+        m_storage->requireInPlace();
 }
 
 void Session::control(const QString &sql)
 {
-    m_dialect->control(m_connection, sql);
+    m_storage->control(m_connection, sql);
 }
 
 void Session::begin()
 {
-    if (!m_dialect) // a transaction before the first database: of files, as ever
+    if (!m_storage) // a transaction before the first database: of files, as ever
         open({});
     drainReaders();
     requireTransaction();
@@ -208,10 +208,10 @@ void Session::begin()
         ++m_depth;
         return;
     }
-    m_dialect->begin(m_connection);
+    m_storage->begin(m_connection);
     ++m_depth;
     try {
-        m_dialect->requireInPlace();
+        m_storage->requireInPlace();
     } catch (const Error &) {
         rollback();
         throw;
@@ -223,7 +223,7 @@ void Session::beginReading()
     if (m_depth > 0)
         throw Error(TransactionError, QStringLiteral("Una transazione è già in corso"));
     drainReaders();
-    m_dialect->beginReading(m_connection);
+    m_storage->beginReading(m_connection);
     ++m_depth;
 }
 
@@ -235,7 +235,7 @@ void Session::commit()
     try {
         requireTransaction();
         if (m_depth == 1)
-            m_dialect->requireInPlace();
+            m_storage->requireInPlace();
         control(m_depth == 1 ? QStringLiteral("COMMIT")
                              : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {
@@ -254,7 +254,7 @@ void Session::rollback()
     drainReaders();
     --m_depth;
     definitionsChanged();
-    if (m_dialect->inTransaction(m_connection)) {
+    if (m_storage->inTransaction(m_connection)) {
         if (m_depth == 0) {
             control(QStringLiteral("ROLLBACK"));
         } else {

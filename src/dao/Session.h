@@ -44,10 +44,11 @@ public:
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
-    const SqlDialect &dialect() const { return *m_dialect; }
+    const Dialect &dialect() const { return m_storage->dialect(); }
+    const Storage &storage() const { return *m_storage; }
     QSqlDatabase connection() const { return m_connection; }
-    // The full name of a database, as the dialect of its engine has it.
-    QString fullName(const QString &name) const { return makeDialect(name)->fullName(name); }
+    // The full name of a database, as its engine has it.
+    QString fullName(const QString &name) const { return makeStorage(name)->fullName(name); }
     QDateTime now() const;
 
     std::shared_ptr<Attachment> attach(const QString &path, bool readOnly);
@@ -96,7 +97,7 @@ private:
     void control(const QString &sql);
     void closeConnection();
 
-    std::unique_ptr<SqlDialect> m_dialect;
+    std::unique_ptr<Storage> m_storage;
     std::shared_ptr<const Now> m_now;
     std::shared_ptr<const Account> m_account;
     QString m_connectionName;

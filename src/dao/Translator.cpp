@@ -43,7 +43,7 @@ Translation translateStatement(const sql::Statement &statement, const sql::Conte
 
 } // namespace
 
-Translator::Translator(const SqlDialect &dialect, const Catalog &catalog, std::function<QDateTime()> now)
+Translator::Translator(const Dialect &dialect, const Catalog &catalog, std::function<QDateTime()> now)
     : m_dialect(dialect)
     , m_catalog(catalog)
     , m_now(std::move(now))

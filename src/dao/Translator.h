@@ -10,7 +10,7 @@
 
 namespace dao {
 
-class SqlDialect;
+class Dialect;
 
 // One field of a SELECT's result.
 struct ResultColumn {
@@ -49,14 +49,14 @@ struct Translation {
 class Translator {
 public:
     // `now` gives the local time for date() and now().
-    Translator(const SqlDialect &dialect, const Catalog &catalog, std::function<QDateTime()> now);
+    Translator(const Dialect &dialect, const Catalog &catalog, std::function<QDateTime()> now);
 
     // Throws Error: SyntaxError with the offending place, ObjectNotFound for an unknown table,
     // TooFewParameters for an unknown field.
     Translation translate(const QString &jetSql) const;
 
 private:
-    const SqlDialect &m_dialect;
+    const Dialect &m_dialect;
     const Catalog &m_catalog;
     std::function<QDateTime()> m_now;
 };

@@ -107,36 +107,36 @@ SmallPractice::SmallPractice()
         testengine::databaseName(m_folder.path(), QStringLiteral("small%1.sqlite").arg(++made));
     m_workspace = m_engine.CreateWorkspace();
     m_database = m_workspace->CreateDatabase(name);
-    m_dialect = dao::makeDialect(name);
-    const QString schemaName = m_dialect->identifier(m_database->nativeSchema());
+    m_storage = dao::makeStorage(name);
+    const QString schemaName = m_storage->dialect().identifier(m_database->nativeSchema());
     dao::Transaction transaction(*m_workspace);
     for (const auto &[tableName, columns] : schema) {
         dao::TableInfo table;
         table.name = QString::fromLatin1(tableName);
-        table.nativeName = schemaName + u'.' + m_dialect->identifier(table.name);
+        table.nativeName = schemaName + u'.' + m_storage->dialect().identifier(table.name);
         QStringList declarations;
         for (const Column &column : columns) {
             table.columns.append({column.name, column.type, column.size, false});
-            declarations.append(m_dialect->columnDeclaration(table.columns.last()));
+            declarations.append(m_storage->dialect().columnDeclaration(table.columns.last()));
         }
-        declarations.append(m_dialect->hiddenColumns());
+        declarations.append(m_storage->dialect().hiddenColumns());
         nativeExec(QStringLiteral("CREATE TABLE ") + table.nativeName + QStringLiteral(" (")
                    + declarations.join(", ") + u')');
         m_tables[table.name.toLower()] = table;
     }
     for (const auto &[tableName, rows] : content) {
         nativeExec(QStringLiteral("INSERT INTO %1.%2 VALUES ")
-                       .arg(schemaName, m_dialect->identifier(QString::fromLatin1(tableName)))
+                       .arg(schemaName, m_storage->dialect().identifier(QString::fromLatin1(tableName)))
                    + QString::fromUtf8(rows)
-                         .replace(u" Yes"_qs, u' ' + m_dialect->booleanLiteral(true))
-                         .replace(u" No"_qs, u' ' + m_dialect->booleanLiteral(false)));
+                         .replace(u" Yes"_qs, u' ' + m_storage->dialect().booleanLiteral(true))
+                         .replace(u" No"_qs, u' ' + m_storage->dialect().booleanLiteral(false)));
     }
     for (const auto &index : indexes)
-        nativeExec(
-            m_dialect->createIndex(m_database->nativeSchema(), index.table, {index.name, {index.field}}));
+        nativeExec(m_storage->dialect().createIndex(m_database->nativeSchema(), index.table,
+                                                    {index.name, {index.field}}));
     transaction.commit();
     m_translator = std::make_unique<dao::Translator>(
-        *m_dialect, *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });
+        m_storage->dialect(), *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });
 }
 
 SmallPractice::~SmallPractice() = default;
@@ -169,14 +169,14 @@ auto SmallPractice::natively(const QString &native, Work work) const
 
 void SmallPractice::nativeExec(const QString &sql) const
 {
-    natively(sql, [&](QSqlDatabase &connection) { return m_dialect->execute(connection, sql, {}); });
+    natively(sql, [&](QSqlDatabase &connection) { return m_storage->execute(connection, sql, {}); });
 }
 
 QString SmallPractice::run(const QString &native, int columns) const
 {
     return natively(native, [&](QSqlDatabase &connection) {
         QStringList lines;
-        const auto cursor = m_dialect->openCursor(connection, native, {});
+        const auto cursor = m_storage->openCursor(connection, native, {});
         while (cursor->next()) {
             QStringList values;
             for (int i = 0; i < columns; ++i)
@@ -197,7 +197,7 @@ int SmallPractice::execute(const QString &sql) const
 {
     const QString native = translate(sql).sql;
     return natively(native,
-                    [&](QSqlDatabase &connection) { return m_dialect->execute(connection, native, {}); });
+                    [&](QSqlDatabase &connection) { return m_storage->execute(connection, native, {}); });
 }
 
 QString SmallPractice::value(const QString &expression) const

@@ -3,7 +3,7 @@
 
 #include "dao/Dao.h"
 #include "dao/Translator.h"
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Storage.h"
 
 #include <QTemporaryDir>
 #include <map>
@@ -44,7 +44,7 @@ private:
     dao::DBEngine m_engine;
     std::unique_ptr<dao::Workspace> m_workspace;
     std::shared_ptr<dao::Database> m_database;
-    std::unique_ptr<dao::SqlDialect> m_dialect;
+    std::unique_ptr<dao::Storage> m_storage;
     std::map<QString, dao::TableInfo> m_tables; // by lower-case name
     std::unique_ptr<dao::Translator> m_translator;
 };

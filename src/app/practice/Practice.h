@@ -3,7 +3,7 @@
 
 #include "app/practice/Schema.h"
 #include "app/practice/UserError.h"
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Storage.h"
 #include "data/HostEnvironment.h"
 
 #include <QString>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresConnection.h"
 
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Storage.h"
 
 #include <QSqlDriver>
 #include <QSqlError>
@@ -29,14 +29,13 @@ const QByteArray keepState = QByteArrayLiteral("; SAVEPOINT statement");
 const QByteArray keepNewState = QByteArrayLiteral("; RELEASE statement; SAVEPOINT statement");
 const QByteArray returnToState = QByteArrayLiteral("ROLLBACK TO statement");
 
-Error errorOf(const SqlDialect &dialect, const PGconn *connection, const PGresult *failed,
-              const QString &shown)
+Error errorOf(const Storage &storage, const PGconn *connection, const PGresult *failed, const QString &shown)
 {
     const char *message = failed ? PQresultErrorField(failed, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
     const char *state = failed ? PQresultErrorField(failed, PG_DIAG_SQLSTATE) : nullptr;
     const char *constraint = failed ? PQresultErrorField(failed, PG_DIAG_CONSTRAINT_NAME) : nullptr;
     const QString text = QString::fromUtf8(message != nullptr ? message : PQerrorMessage(connection));
-    return dialect.error(QSqlError(QString::fromUtf8(constraint), text.trimmed(), QSqlError::StatementError,
+    return storage.error(QSqlError(QString::fromUtf8(constraint), text.trimmed(), QSqlError::StatementError,
                                    QString::fromLatin1(state)),
                          shown);
 }
@@ -54,8 +53,8 @@ void ClearPostgresResult::operator()(PGresult *result) const
     PQclear(result);
 }
 
-PostgresConnection::PostgresConnection(const SqlDialect &dialect, const QSqlDatabase &connection)
-    : m_dialect(dialect)
+PostgresConnection::PostgresConnection(const Storage &storage, const QSqlDatabase &connection)
+    : m_storage(storage)
     , m_connection(*static_cast<PGconn *const *>(connection.driver()->handle().constData()))
     , m_wire(PostgresWire::of(connection))
 {
@@ -201,7 +200,7 @@ PostgresResult PostgresConnection::results(const QString &shown)
         throw connectionLost(shown);
     if (!failed && useful)
         return useful;
-    throw errorOf(m_dialect, m_connection, failed.get(), shown);
+    throw errorOf(m_storage, m_connection, failed.get(), shown);
 }
 
 PostgresResult PostgresConnection::run(const QString &sql, const QVariantList &values)
@@ -313,15 +312,15 @@ QVariant PostgresCursor::value(int column) const
 }
 
 struct PostgresStream::Private {
-    const SqlDialect &dialect;
+    const Storage &storage;
     PGconn *connection;
     PostgresWire &wire;
     QString sql;
     bool isOver = false;
 };
 
-PostgresStream::PostgresStream(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql)
-    : d(new Private{dialect, *static_cast<PGconn *const *>(connection.driver()->handle().constData()),
+PostgresStream::PostgresStream(const Storage &storage, const QSqlDatabase &connection, const QString &sql)
+    : d(new Private{storage, *static_cast<PGconn *const *>(connection.driver()->handle().constData()),
                     PostgresWire::of(connection), sql})
 {
     d->wire.send(sql.toUtf8());
@@ -359,7 +358,7 @@ bool PostgresStream::next()
             return m_row->next();
         }
         if (status != PGRES_TUPLES_OK)
-            throw errorOf(d->dialect, d->connection, result.get(), d->sql);
+            throw errorOf(d->storage, d->connection, result.get(), d->sql);
     }
     return false;
 }

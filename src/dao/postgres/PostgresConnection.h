@@ -12,7 +12,7 @@
 
 namespace dao {
 
-class SqlDialect;
+class Storage;
 struct Account;
 
 struct ClearPostgresResult {
@@ -28,7 +28,7 @@ Error connectionLost(const QString &sql = {});
 // the next statement that stands outside transactions; one that only reads is then sent again by itself.
 class PostgresConnection {
 public:
-    PostgresConnection(const SqlDialect &dialect, const QSqlDatabase &connection);
+    PostgresConnection(const Storage &storage, const QSqlDatabase &connection);
 
     // One statement or several; the result is the last one's that has rows or counts them. The values take the
     // place of the marks '?', as literals. Throws Error.
@@ -58,14 +58,14 @@ private:
     PostgresResult results(const QString &shown);
     void requireConnection(const QString &sql);
 
-    const SqlDialect &m_dialect;
+    const Storage &m_storage;
     PGconn *m_connection;
     PostgresWire &m_wire;
 };
 
 // Opens a connection to a database of the address's server as the address, the account and the environment say.
 // Throws Error; its SQL is missingDatabaseMark when the server has no such database.
-void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
+void openPostgres(const Storage &storage, QSqlDatabase &connection, const PostgresAddress &address,
                   const Account &account, const QString &database);
 inline const QString missingDatabaseMark = QStringLiteral("CREATE DATABASE");
 
@@ -89,7 +89,7 @@ private:
 // connection can do nothing else.
 class PostgresStream final : public NativeCursor {
 public:
-    PostgresStream(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql);
+    PostgresStream(const Storage &storage, const QSqlDatabase &connection, const QString &sql);
     ~PostgresStream() override;
     PostgresStream(const PostgresStream &) = delete;
     PostgresStream &operator=(const PostgresStream &) = delete;

@@ -5,9 +5,9 @@
 
 namespace dao {
 
-PostgresFirstRows::PostgresFirstRows(const SqlDialect &dialect, const QSqlDatabase &connection,
+PostgresFirstRows::PostgresFirstRows(const Storage &storage, const QSqlDatabase &connection,
                                      const QString &sql, const QVariantList &values, int rows)
-    : m_dialect(dialect)
+    : m_storage(storage)
     , m_connection(connection)
     , m_sql(sql)
     , m_values(values)
@@ -18,7 +18,7 @@ PostgresFirstRows::PostgresFirstRows(const SqlDialect &dialect, const QSqlDataba
 
 std::unique_ptr<PostgresCursor> PostgresFirstRows::query(const QString &sql) const
 {
-    return std::make_unique<PostgresCursor>(runPostgres(m_dialect, m_connection, sql, m_values));
+    return std::make_unique<PostgresCursor>(runPostgres(m_storage, m_connection, sql, m_values));
 }
 
 QVariantList PostgresFirstRows::row() const

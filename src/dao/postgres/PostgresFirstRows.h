@@ -10,7 +10,7 @@ namespace dao {
 // already are left out of the second result wherever they stand there; none is missing and none comes twice.
 class PostgresFirstRows final : public NativeCursor {
 public:
-    PostgresFirstRows(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
+    PostgresFirstRows(const Storage &storage, const QSqlDatabase &connection, const QString &sql,
                       const QVariantList &values, int rows);
     bool next() override;
     QVariant value(int column) const override { return m_cursor->value(column); }
@@ -20,7 +20,7 @@ private:
     QVariantList row() const;
     void readAll();
 
-    const SqlDialect &m_dialect;
+    const Storage &m_storage;
     QSqlDatabase m_connection;
     QString m_sql;
     QVariantList m_values;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "dao/postgres/PostgresDialect.h"
 #include "dao/postgres/PostgresSql.h"
+#include "dao/postgres/PostgresStorage.h"
 
 namespace dao {
 namespace {
@@ -52,11 +52,11 @@ void appendCopied(QByteArray &rows, const QVariant &value)
 
 class PostgresInsert final : public NativeInsert {
 public:
-    PostgresInsert(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &nativeTable,
+    PostgresInsert(const Storage &storage, const QSqlDatabase &connection, const QString &nativeTable,
                    const QList<ColumnInfo> &columns)
-        : m_dialect(dialect)
-        , m_connection(dialect, connection)
-        , m_insert(dialect.insertStatement(nativeTable, columns))
+        : m_storage(storage)
+        , m_connection(storage, connection)
+        , m_insert(storage.dialect().insertStatement(nativeTable, columns))
         , m_columns(columns)
     {
         QStringList names;
@@ -69,7 +69,7 @@ public:
     {
         QVariantList native;
         for (qsizetype i = 0; i < values.size(); ++i)
-            native.append(m_dialect.toNative(values[i], m_columns[i].type));
+            native.append(m_storage.dialect().toNative(values[i], m_columns[i].type));
         m_connection.run(m_insert, native);
     }
 
@@ -84,7 +84,7 @@ public:
         QByteArray text;
         for (const QVariantList &row : rows) {
             for (qsizetype i = 0; i < row.size(); ++i) {
-                appendCopied(text, m_dialect.toNative(row[i], m_columns[i].type));
+                appendCopied(text, m_storage.dialect().toNative(row[i], m_columns[i].type));
                 text += i + 1 < row.size() ? '\t' : '\n';
             }
         }
@@ -100,7 +100,7 @@ public:
     }
 
 private:
-    const SqlDialect &m_dialect;
+    const Storage &m_storage;
     PostgresConnection m_connection;
     QString m_insert, m_copy;
     QList<ColumnInfo> m_columns;
@@ -108,7 +108,7 @@ private:
 
 } // namespace
 
-qint64 PostgresDialect::lastAutoNumber(QSqlDatabase &connection, const QString &,
+qint64 PostgresStorage::lastAutoNumber(QSqlDatabase &connection, const QString &,
                                        const TableInfo &table) const
 {
     for (const ColumnInfo &column : table.columns) {
@@ -123,13 +123,13 @@ qint64 PostgresDialect::lastAutoNumber(QSqlDatabase &connection, const QString &
     return 0;
 }
 
-void PostgresDialect::beginLoad(QSqlDatabase &connection, const QString &) const
+void PostgresStorage::beginLoad(QSqlDatabase &connection, const QString &) const
 {
     runPostgres(*this, connection, QStringLiteral("SET synchronous_commit = off"));
     PostgresConnection(*this, connection).beginLongWork(PostgresWire::LongWork::Session);
 }
 
-void PostgresDialect::endLoad(QSqlDatabase &connection, const QString &schema) const
+void PostgresStorage::endLoad(QSqlDatabase &connection, const QString &schema) const
 {
     // The server plans by what it has counted: it would count only after a while by itself.
     QStringList names;
@@ -141,12 +141,12 @@ void PostgresDialect::endLoad(QSqlDatabase &connection, const QString &schema) c
     PostgresConnection(*this, connection).endLongWork();
 }
 
-std::unique_ptr<NativeCursor> PostgresDialect::openStream(QSqlDatabase &connection, const QString &sql) const
+std::unique_ptr<NativeCursor> PostgresStorage::openStream(QSqlDatabase &connection, const QString &sql) const
 {
     return std::make_unique<PostgresStream>(*this, connection, sql);
 }
 
-std::unique_ptr<NativeInsert> PostgresDialect::openInsert(QSqlDatabase &connection,
+std::unique_ptr<NativeInsert> PostgresStorage::openInsert(QSqlDatabase &connection,
                                                           const QString &nativeTable,
                                                           const QList<ColumnInfo> &columns) const
 {

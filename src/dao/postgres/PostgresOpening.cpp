@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "dao/postgres/PostgresDialect.h"
 #include "dao/postgres/PostgresFailure.h"
 #include "dao/postgres/PostgresFunctions.h"
 #include "dao/postgres/PostgresSql.h"
+#include "dao/postgres/PostgresStorage.h"
 #include "jetsql/NameLookup.h"
 
 #include <QSqlError>
@@ -38,9 +38,9 @@ void requireVersion(const QSqlDatabase &connection, const QString &name)
 }
 
 // Whether the database is such as a practice needs.
-void requireSuitable(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &name)
+void requireSuitable(const Storage &storage, const QSqlDatabase &connection, const QString &name)
 {
-    PostgresCursor row(runPostgres(dialect, connection,
+    PostgresCursor row(runPostgres(storage, connection,
                                    QStringLiteral("SELECT pg_encoding_to_char(encoding) = 'UTF8' AND "
                                                   "datlocprovider = 'i', "
                                                   "current_setting('transaction_read_only')::boolean "
@@ -57,14 +57,14 @@ void requireSuitable(const SqlDialect &dialect, const QSqlDatabase &connection, 
 // A connection of its own that holds the lock which all others share.
 class PostgresExclusiveUse final : public ExclusiveUse {
 public:
-    PostgresExclusiveUse(const SqlDialect &dialect, const QString &name)
+    PostgresExclusiveUse(const Storage &storage, const QString &name)
         : m_connection(QUuid::createUuid().toString())
     {
         const PostgresAddress address = PostgresAddress::parse(name);
-        QSqlDatabase connection = QSqlDatabase::addDatabase(dialect.driverName(), m_connection);
+        QSqlDatabase connection = QSqlDatabase::addDatabase(storage.driverName(), m_connection);
         try {
-            openPostgres(dialect, connection, address, {}, address.database);
-            PostgresCursor taken(runPostgres(dialect, connection,
+            openPostgres(storage, connection, address, {}, address.database);
+            PostgresCursor taken(runPostgres(storage, connection,
                                              QStringLiteral("SELECT pg_try_advisory_lock(%1)").arg(useLock)));
             if (!taken.next() || !taken.value(0).toBool())
                 throw Error(
@@ -141,7 +141,7 @@ int definitionsVersion(const QVariant &mark)
 
 } // namespace
 
-void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const PostgresAddress &address,
+void openPostgres(const Storage &storage, QSqlDatabase &connection, const PostgresAddress &address,
                   const Account &account, const QString &database)
 {
     const PostgresOptions options = optionsOf(address, account, database);
@@ -182,10 +182,10 @@ void openPostgres(const SqlDialect &dialect, QSqlDatabase &connection, const Pos
     PostgresWire &wire = PostgresWire::of(connection);
     wire.setStatementLimit(address.answerTimeout);
     wire.addToGreeting(sessionSettings(address.answerTimeout));
-    runPostgres(dialect, connection, QString::fromLatin1(wire.greeting()));
+    runPostgres(storage, connection, QString::fromLatin1(wire.greeting()));
 }
 
-void PostgresDialect::openConnection(QSqlDatabase &connection, const QString &name,
+void PostgresStorage::openConnection(QSqlDatabase &connection, const QString &name,
                                      const Account &account) const
 {
     const PostgresAddress address = PostgresAddress::parse(name);
@@ -197,17 +197,17 @@ void PostgresDialect::openConnection(QSqlDatabase &connection, const QString &na
     PostgresWire::of(connection).addToGreeting("; " + share.toLatin1());
 }
 
-QString PostgresDialect::fullName(const QString &name) const
+QString PostgresStorage::fullName(const QString &name) const
 {
     return PostgresAddress::parse(name).name();
 }
 
-QString PostgresDialect::sameName(const QString &name) const
+QString PostgresStorage::sameName(const QString &name) const
 {
     return fullName(name);
 }
 
-QString PostgresDialect::attach(QSqlDatabase &connection, const QString &name, const QString &, bool) const
+QString PostgresStorage::attach(QSqlDatabase &connection, const QString &name, const QString &, bool) const
 {
     const PostgresAddress address = PostgresAddress::parse(name);
     if (address.database != connection.databaseName() || address.host != connection.hostName())
@@ -235,7 +235,7 @@ QString PostgresDialect::attach(QSqlDatabase &connection, const QString &name, c
     return address.schema;
 }
 
-QString PostgresDialect::linkedName(const QString &name, const QString &holder) const
+QString PostgresStorage::linkedName(const QString &name, const QString &holder) const
 {
     // Workstations reach the same practice by several addresses, and it may be restored under another name.
     const PostgresAddress address = PostgresAddress::parse(name);
@@ -243,7 +243,7 @@ QString PostgresDialect::linkedName(const QString &name, const QString &holder) 
                                                                        : address.name();
 }
 
-QString PostgresDialect::nameOfLinked(const QString &linked, const QString &holder) const
+QString PostgresStorage::nameOfLinked(const QString &linked, const QString &holder) const
 {
     if (!linked.startsWith(u'#'))
         return linked;
@@ -252,9 +252,9 @@ QString PostgresDialect::nameOfLinked(const QString &linked, const QString &hold
     return address.name();
 }
 
-void PostgresDialect::detach(QSqlDatabase &, const QString &) const { }
+void PostgresStorage::detach(QSqlDatabase &, const QString &) const { }
 
-void PostgresDialect::define(const QSqlDatabase &connection) const
+void PostgresStorage::define(const QSqlDatabase &connection) const
 {
     for (const QString &statement : postgresDefinitions())
         runPostgres(*this, connection, statement);
@@ -262,7 +262,7 @@ void PostgresDialect::define(const QSqlDatabase &connection) const
 
 // What an earlier version of the program has defined gives way to this one's. Programs that begin at once wait for one
 // another; to define the same again does no harm.
-void PostgresDialect::renewDefinitions(QSqlDatabase &connection, const PostgresAddress &address) const
+void PostgresStorage::renewDefinitions(QSqlDatabase &connection, const PostgresAddress &address) const
 {
     if (inTransaction(connection))
         return; // when the next database is opened
@@ -282,7 +282,7 @@ void PostgresDialect::renewDefinitions(QSqlDatabase &connection, const PostgresA
     }
 }
 
-void PostgresDialect::createDatabase(QSqlDatabase &connection, const QString &name) const
+void PostgresStorage::createDatabase(QSqlDatabase &connection, const QString &name) const
 {
     const PostgresAddress address = PostgresAddress::parse(name);
     if (address.schema.isEmpty())
@@ -309,7 +309,7 @@ void PostgresDialect::createDatabase(QSqlDatabase &connection, const QString &na
     }
 }
 
-std::unique_ptr<ExclusiveUse> PostgresDialect::useExclusively(const QString &name) const
+std::unique_ptr<ExclusiveUse> PostgresStorage::useExclusively(const QString &name) const
 {
     return std::make_unique<PostgresExclusiveUse>(*this, name);
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresSchemas.h"
 
-#include "dao/postgres/PostgresConnection.h"
-#include "dao/postgres/PostgresDialect.h"
+#include "dao/postgres/PostgresSql.h"
+#include "dao/postgres/PostgresStorage.h"
 
 #include <QUuid>
 #include <libpq-fe.h>
@@ -17,7 +17,7 @@ const QString commonDatabase = QStringLiteral("postgres");
 } // namespace
 
 struct PostgresSchemas::Private {
-    PostgresDialect dialect;
+    PostgresStorage storage;
     QString name = QUuid::createUuid().toString();
     QSqlDatabase connection;
     PostgresAddress address;
@@ -26,9 +26,9 @@ struct PostgresSchemas::Private {
 
     void open(const QString &database)
     {
-        connection = QSqlDatabase::addDatabase(dialect.driverName(), name);
+        connection = QSqlDatabase::addDatabase(storage.driverName(), name);
         try {
-            openPostgres(dialect, connection, address, account, database);
+            openPostgres(storage, connection, address, account, database);
         } catch (const Error &) {
             close();
             throw;
@@ -40,11 +40,11 @@ struct PostgresSchemas::Private {
         connection = QSqlDatabase();
         QSqlDatabase::removeDatabase(name);
     }
-    PostgresResult run(const QString &sql) { return PostgresConnection(dialect, connection).run(sql); }
-    void removeDatabase() { run(QStringLiteral("DROP DATABASE ") + dialect.identifier(address.database)); }
+    PostgresResult run(const QString &sql) { return PostgresConnection(storage, connection).run(sql); }
+    void removeDatabase() { run(QStringLiteral("DROP DATABASE ") + quotedName(address.database)); }
     void runTogether(const QStringList &statements)
     {
-        PostgresConnection(dialect, connection).beginLongWork(PostgresWire::LongWork::Session);
+        PostgresConnection(storage, connection).beginLongWork(PostgresWire::LongWork::Session);
         run(QStringLiteral("BEGIN; ") + statements.join(QStringLiteral("; ")) + QStringLiteral("; COMMIT"));
     }
 };
@@ -62,7 +62,7 @@ PostgresSchemas::PostgresSchemas(const QString &address, const Account &account,
         d->open(commonDatabase);
         d->run(QStringLiteral("CREATE DATABASE %1 TEMPLATE template0 ENCODING 'UTF8' LOCALE_PROVIDER icu "
                               "ICU_LOCALE 'und' LC_COLLATE 'C' LC_CTYPE 'C.UTF-8'")
-                   .arg(d->dialect.identifier(d->address.database)));
+                   .arg(quotedName(d->address.database)));
         d->close();
         try {
             d->open(d->address.database);
@@ -115,7 +115,7 @@ void PostgresSchemas::remove(const QStringList &schemas)
 {
     QStringList statements;
     for (const QString &schema : schemas)
-        statements.append(QStringLiteral("DROP SCHEMA %1 CASCADE").arg(d->dialect.identifier(schema)));
+        statements.append(QStringLiteral("DROP SCHEMA %1 CASCADE").arg(quotedName(schema)));
     if (!statements.isEmpty())
         d->runTogether(statements);
 }
@@ -124,8 +124,8 @@ void PostgresSchemas::rename(const QList<std::pair<QString, QString>> &names)
 {
     QStringList statements;
     for (const auto &[from, to] : names)
-        statements.append(QStringLiteral("ALTER SCHEMA %1 RENAME TO %2")
-                              .arg(d->dialect.identifier(from), d->dialect.identifier(to)));
+        statements.append(
+            QStringLiteral("ALTER SCHEMA %1 RENAME TO %2").arg(quotedName(from), quotedName(to)));
     d->runTogether(statements);
 }
 

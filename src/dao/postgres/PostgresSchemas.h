@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Storage.h"
 
 #include <QList>
 #include <QString>

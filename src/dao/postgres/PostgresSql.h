@@ -7,12 +7,12 @@
 
 namespace dao {
 
-// What the parts of PostgresDialect write their SQL with.
+// What the parts of PostgresStorage write their SQL with.
 
-inline PostgresResult runPostgres(const SqlDialect &dialect, const QSqlDatabase &connection,
-                                  const QString &sql, const QVariantList &values = {})
+inline PostgresResult runPostgres(const Storage &storage, const QSqlDatabase &connection, const QString &sql,
+                                  const QVariantList &values = {})
 {
-    return PostgresConnection(dialect, connection).run(sql, values);
+    return PostgresConnection(storage, connection).run(sql, values);
 }
 
 inline QString quotedName(const QString &name)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "dao/postgres/PostgresDialect.h"
+#include "dao/postgres/PostgresStorage.h"
 
 #include "dao/native/FunctionErrors.h"
 #include "dao/postgres/PostgresFirstRows.h"
@@ -15,12 +15,12 @@ const QString writeLock = QStringLiteral("pg_advisory_xact_lock(1869769079, 1)")
 
 } // namespace
 
-QString PostgresDialect::driverName() const
+QString PostgresStorage::driverName() const
 {
     return QStringLiteral("QPSQL");
 }
 
-int PostgresDialect::execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const
+int PostgresStorage::execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const
 {
     int affected = 0;
     write(connection, [&] {
@@ -29,7 +29,7 @@ int PostgresDialect::execute(QSqlDatabase &connection, const QString &sql, const
     return affected;
 }
 
-qint64 PostgresDialect::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
+qint64 PostgresStorage::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
                                   const QString &autoNumber) const
 {
     if (autoNumber.isEmpty()) {
@@ -45,7 +45,7 @@ qint64 PostgresDialect::insertRow(QSqlDatabase &connection, const QString &sql, 
     return number;
 }
 
-void PostgresDialect::write(QSqlDatabase &connection, const std::function<void()> &write) const
+void PostgresStorage::write(QSqlDatabase &connection, const std::function<void()> &write) const
 {
     PostgresConnection native(*this, connection);
     if (native.inTransaction()) {
@@ -63,7 +63,7 @@ void PostgresDialect::write(QSqlDatabase &connection, const std::function<void()
     }
 }
 
-void PostgresDialect::begin(QSqlDatabase &connection) const
+void PostgresStorage::begin(QSqlDatabase &connection) const
 {
     // Takes the practice's write lock at once: a number that is the highest plus one stays the next one until
     // the transaction has written it.
@@ -78,7 +78,7 @@ void PostgresDialect::begin(QSqlDatabase &connection) const
     }
 }
 
-void PostgresDialect::beginReading(QSqlDatabase &connection) const
+void PostgresStorage::beginReading(QSqlDatabase &connection) const
 {
     m_writing = false;
     PostgresConnection native(*this, connection);
@@ -86,7 +86,7 @@ void PostgresDialect::beginReading(QSqlDatabase &connection) const
     native.beginLongWork(PostgresWire::LongWork::Transaction);
 }
 
-void PostgresDialect::control(QSqlDatabase &connection, const QString &sql) const
+void PostgresStorage::control(QSqlDatabase &connection, const QString &sql) const
 {
     PostgresConnection native(*this, connection);
     if (sql == u"COMMIT" && std::exchange(m_writing, false))
@@ -95,30 +95,30 @@ void PostgresDialect::control(QSqlDatabase &connection, const QString &sql) cons
         native.control(sql);
 }
 
-bool PostgresDialect::inTransaction(QSqlDatabase &connection) const
+bool PostgresStorage::inTransaction(QSqlDatabase &connection) const
 {
     return PostgresConnection(*this, connection).inTransaction();
 }
 
-Error PostgresDialect::goneTransaction() const
+Error PostgresStorage::goneTransaction() const
 {
     // A statement that fails is undone alone: only the end of the connection takes the transaction with it.
     return Error(TransactionLost, connectionLost().text());
 }
 
-std::unique_ptr<NativeCursor> PostgresDialect::openCursor(QSqlDatabase &connection, const QString &sql,
+std::unique_ptr<NativeCursor> PostgresStorage::openCursor(QSqlDatabase &connection, const QString &sql,
                                                           const QVariantList &values) const
 {
     return std::make_unique<PostgresCursor>(runPostgres(*this, connection, sql, values));
 }
 
-std::unique_ptr<NativeCursor> PostgresDialect::openFirstRows(QSqlDatabase &connection, const QString &sql,
+std::unique_ptr<NativeCursor> PostgresStorage::openFirstRows(QSqlDatabase &connection, const QString &sql,
                                                              const QVariantList &values, int rows) const
 {
     return std::make_unique<PostgresFirstRows>(*this, connection, sql, values, rows);
 }
 
-int PostgresDialect::errorNumber(const QSqlError &error) const
+int PostgresStorage::errorNumber(const QSqlError &error) const
 {
     if (const auto function = functionError(error.databaseText()))
         return function->first;
@@ -144,7 +144,7 @@ int PostgresDialect::errorNumber(const QSqlError &error) const
     return Failed;
 }
 
-QString PostgresDialect::errorText(const QSqlError &error) const
+QString PostgresStorage::errorText(const QSqlError &error) const
 {
     const auto function = functionError(error.databaseText());
     if (function)

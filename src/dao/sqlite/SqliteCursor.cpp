@@ -5,8 +5,8 @@
 
 namespace dao {
 
-SqliteCursor::SqliteCursor(const SqlDialect &dialect, sqlite3 *connection, const QString &sql)
-    : m_statement(dialect, connection, sql)
+SqliteCursor::SqliteCursor(const Storage &storage, sqlite3 *connection, const QString &sql)
+    : m_statement(storage, connection, sql)
 {
 }
 

@@ -11,7 +11,7 @@ namespace dao {
 class SqliteCursor final : public NativeCursor {
 public:
     // Prepares the statement; throws Error.
-    SqliteCursor(const SqlDialect &dialect, sqlite3 *connection, const QString &sql);
+    SqliteCursor(const Storage &storage, sqlite3 *connection, const QString &sql);
     bool next() override;
     QVariant value(int column) const override;
 

@@ -7,9 +7,9 @@
 
 namespace dao {
 
-SqliteInsert::SqliteInsert(const SqlDialect &dialect, sqlite3 *connection, const QString &sql,
+SqliteInsert::SqliteInsert(const Storage &storage, sqlite3 *connection, const QString &sql,
                            const QList<ColumnInfo> &columns)
-    : m_statement(dialect, connection, sql)
+    : m_statement(storage, connection, sql)
     , m_columns(columns)
     , m_texts(size_t(columns.size()))
 {

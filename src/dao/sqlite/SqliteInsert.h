@@ -14,7 +14,7 @@ namespace dao {
 class SqliteInsert final : public NativeInsert {
 public:
     // Prepares the statement; throws Error.
-    SqliteInsert(const SqlDialect &dialect, sqlite3 *connection, const QString &sql,
+    SqliteInsert(const Storage &storage, sqlite3 *connection, const QString &sql,
                  const QList<ColumnInfo> &columns);
     void add(const QVariantList &values) override;
 

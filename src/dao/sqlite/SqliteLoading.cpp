@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "dao/sqlite/SqliteDialect.h"
+#include "dao/sqlite/SqliteStorage.h"
 
 #include "dao/sqlite/SqliteInsert.h"
 
@@ -18,29 +18,29 @@ sqlite3 *handleOf(const QSqlDatabase &connection)
     return *static_cast<sqlite3 *const *>(connection.driver()->handle().constData());
 }
 
-void run(const SqlDialect &dialect, sqlite3 *connection, const QString &sql)
+void run(const Storage &storage, sqlite3 *connection, const QString &sql)
 {
-    SqliteStatement statement(dialect, connection, sql);
+    SqliteStatement statement(storage, connection, sql);
     while (statement.step()) { }
 }
 
 // A connection of its own whose lock nobody else's can stand beside.
 class SqliteExclusiveUse final : public ExclusiveUse {
 public:
-    SqliteExclusiveUse(const SqlDialect &dialect, const QString &name)
+    SqliteExclusiveUse(const Storage &storage, const QString &name)
         : m_connection(QUuid::createUuid().toString())
     {
-        QSqlDatabase connection = QSqlDatabase::addDatabase(dialect.driverName(), m_connection);
+        QSqlDatabase connection = QSqlDatabase::addDatabase(storage.driverName(), m_connection);
         connection.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=250"));
         connection.setDatabaseName(QFileInfo(name).absoluteFilePath());
         try {
             if (!connection.open())
-                throw dialect.error(connection.lastError(), name);
+                throw storage.error(connection.lastError(), name);
             sqlite3 *handle = handleOf(connection);
             sqlite3_extended_result_codes(handle, 1);
             // Asked for before the file is first read, this locks out even those who only have it open.
             for (const char *sql : {"PRAGMA locking_mode = EXCLUSIVE", "BEGIN IMMEDIATE", "COMMIT"})
-                run(dialect, handle, QString::fromLatin1(sql));
+                run(storage, handle, QString::fromLatin1(sql));
         } catch (const Error &) {
             connection = QSqlDatabase();
             QSqlDatabase::removeDatabase(m_connection);
@@ -68,14 +68,14 @@ private:
 
 } // namespace
 
-std::unique_ptr<NativeInsert> SqliteDialect::openInsert(QSqlDatabase &connection, const QString &nativeTable,
+std::unique_ptr<NativeInsert> SqliteStorage::openInsert(QSqlDatabase &connection, const QString &nativeTable,
                                                         const QList<ColumnInfo> &columns) const
 {
-    return std::make_unique<SqliteInsert>(*this, handleOf(connection), insertStatement(nativeTable, columns),
-                                          columns);
+    return std::make_unique<SqliteInsert>(*this, handleOf(connection),
+                                          m_dialect.insertStatement(nativeTable, columns), columns);
 }
 
-const IndexInfo *SqliteDialect::brokenIndex(const Error &error, const TableInfo &table) const
+const IndexInfo *SqliteStorage::brokenIndex(const Error &error, const TableInfo &table) const
 {
     // SQLite names the fields of the index: "UNIQUE constraint failed: table.first, table.second".
     for (const IndexInfo &index : table.indexes) {
@@ -89,13 +89,13 @@ const IndexInfo *SqliteDialect::brokenIndex(const Error &error, const TableInfo 
     return nullptr;
 }
 
-void SqliteDialect::setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
+void SqliteStorage::setLastAutoNumber(QSqlDatabase &connection, const QString &schema, const QString &table,
                                       qint64 number) const
 {
     // SQLite keeps the number in a table of its own, from the first row on.
     sqlite3 *handle = handleOf(connection);
-    const QString sequence = identifier(schema) + QStringLiteral(".sqlite_sequence");
-    const QString name = textLiteral(table);
+    const QString sequence = m_dialect.identifier(schema) + QStringLiteral(".sqlite_sequence");
+    const QString name = m_dialect.textLiteral(table);
     run(*this, handle,
         QStringLiteral("INSERT INTO %1 (name, seq) SELECT %2, 0 WHERE NOT EXISTS "
                        "(SELECT 1 FROM %1 WHERE name = %2)")
@@ -107,20 +107,20 @@ void SqliteDialect::setLastAutoNumber(QSqlDatabase &connection, const QString &s
             .arg(name));
 }
 
-qint64 SqliteDialect::lastAutoNumber(QSqlDatabase &connection, const QString &schema,
+qint64 SqliteStorage::lastAutoNumber(QSqlDatabase &connection, const QString &schema,
                                      const TableInfo &table) const
 {
     // The table of numbers is there from the first table on that has one.
     SqliteStatement statement(*this, handleOf(connection),
                               QStringLiteral("SELECT seq FROM %1.sqlite_sequence WHERE name = %2")
-                                  .arg(identifier(schema), textLiteral(table.name)));
+                                  .arg(m_dialect.identifier(schema), m_dialect.textLiteral(table.name)));
     return statement.step() ? sqlite3_column_int64(statement.get(), 0) : 0;
 }
 
-void SqliteDialect::beginLoad(QSqlDatabase &connection, const QString &schema) const
+void SqliteStorage::beginLoad(QSqlDatabase &connection, const QString &schema) const
 {
     sqlite3 *handle = handleOf(connection);
-    const QString prefix = QStringLiteral("PRAGMA ") + identifier(schema) + u'.';
+    const QString prefix = QStringLiteral("PRAGMA ") + m_dialect.identifier(schema) + u'.';
     m_files.remove(schema); // its log goes away, and nobody else knows the file yet
     // New pages need no journal, and one of the few old ones is quickly kept in memory.
     run(*this, handle, prefix + QStringLiteral("journal_mode = MEMORY"));
@@ -130,17 +130,17 @@ void SqliteDialect::beginLoad(QSqlDatabase &connection, const QString &schema) c
     run(*this, handle, QStringLiteral("PRAGMA temp_store = FILE"));
 }
 
-void SqliteDialect::endLoad(QSqlDatabase &connection, const QString &schema) const
+void SqliteStorage::endLoad(QSqlDatabase &connection, const QString &schema) const
 {
     sqlite3 *handle = handleOf(connection);
-    const QString prefix = QStringLiteral("PRAGMA ") + identifier(schema) + u'.';
+    const QString prefix = QStringLiteral("PRAGMA ") + m_dialect.identifier(schema) + u'.';
     run(*this, handle, prefix + QStringLiteral("synchronous = FULL"));
     run(*this, handle, prefix + QStringLiteral("journal_mode = WAL"));
     run(*this, handle, prefix + QStringLiteral("cache_size = -4000"));
     run(*this, handle, QStringLiteral("PRAGMA temp_store = MEMORY"));
 }
 
-std::unique_ptr<ExclusiveUse> SqliteDialect::useExclusively(const QString &name) const
+std::unique_ptr<ExclusiveUse> SqliteStorage::useExclusively(const QString &name) const
 {
     return std::make_unique<SqliteExclusiveUse>(*this, name);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/sqlite/SqliteStatement.h"
 
-#include "dao/native/SqlDialect.h"
+#include "dao/native/Storage.h"
 
 #include <QSqlError>
 #include <sqlite3.h>
@@ -13,8 +13,8 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt *statement) const
     sqlite3_finalize(statement);
 }
 
-SqliteStatement::SqliteStatement(const SqlDialect &dialect, sqlite3 *connection, const QString &sql)
-    : m_dialect(dialect)
+SqliteStatement::SqliteStatement(const Storage &storage, sqlite3 *connection, const QString &sql)
+    : m_storage(storage)
     , m_connection(connection)
     , m_sql(sql)
 {
@@ -27,7 +27,7 @@ SqliteStatement::SqliteStatement(const SqlDialect &dialect, sqlite3 *connection,
 
 void SqliteStatement::fail() const
 {
-    throw m_dialect.error(QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(m_connection)),
+    throw m_storage.error(QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(m_connection)),
                                     QSqlError::StatementError,
                                     QString::number(sqlite3_extended_errcode(m_connection))),
                           m_sql);

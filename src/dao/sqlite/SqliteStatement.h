@@ -9,12 +9,12 @@ struct sqlite3_stmt;
 
 namespace dao {
 
-class SqlDialect;
+class Storage;
 
 // A prepared statement of SQLite's own interface. Errors are thrown as Error.
 class SqliteStatement {
 public:
-    SqliteStatement(const SqlDialect &dialect, sqlite3 *connection, const QString &sql);
+    SqliteStatement(const Storage &storage, sqlite3 *connection, const QString &sql);
 
     sqlite3_stmt *get() const { return m_statement.get(); }
     // True when it stands on a row, false when it is done.
@@ -29,7 +29,7 @@ private:
         void operator()(sqlite3_stmt *statement) const;
     };
 
-    const SqlDialect &m_dialect;
+    const Storage &m_storage;
     sqlite3 *m_connection;
     QString m_sql;
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "dao/sqlite/SqliteDialect.h"
+#include "dao/sqlite/SqliteStorage.h"
 
 #include "dao/native/FunctionErrors.h"
 #include "dao/sqlite/DatabaseFile.h"
@@ -20,28 +20,6 @@
 
 namespace dao {
 namespace {
-
-// What SQLite is told a column is. The words decide how SQLite stores values: "INT" whole numbers, "CHAR" and
-// "TEXT" texts, "DOUB" and "FLOA" floating point; the others keep numbers as they come.
-struct DeclaredType {
-    FieldType type;
-    QLatin1String name;
-};
-constexpr std::array declaredTypes{
-    DeclaredType{FieldType::Boolean, QLatin1String("YESNO")},
-    DeclaredType{FieldType::Byte, QLatin1String("TINYINT")},
-    DeclaredType{FieldType::Integer, QLatin1String("SMALLINT")},
-    DeclaredType{FieldType::Long, QLatin1String("INT")},
-    DeclaredType{FieldType::AutoNumber, QLatin1String("INTEGER")},
-    DeclaredType{FieldType::Currency, QLatin1String("CURRENCY")},
-    DeclaredType{FieldType::Single, QLatin1String("FLOAT")},
-    DeclaredType{FieldType::Double, QLatin1String("DOUBLE")},
-    DeclaredType{FieldType::Date, QLatin1String("DATETIMETEXT")},
-    DeclaredType{FieldType::Text, QLatin1String("VARCHAR")},
-    DeclaredType{FieldType::Memo, QLatin1String("TEXT")},
-    DeclaredType{FieldType::Guid, QLatin1String("CHAR(38)")},
-    DeclaredType{FieldType::Binary, QLatin1String("BLOB")},
-};
 
 sqlite3 *handleOf(const QSqlDatabase &connection)
 {
@@ -86,33 +64,12 @@ void requireDatabaseFile(const QFileInfo &file)
         throw Error(NotADatabase, QStringLiteral("Formato di database non riconosciuto '%1'").arg(path));
 }
 
-// The column that a declared type stands for.
-ColumnInfo declaredColumn(const QString &name, const QString &declaredType, bool required)
-{
-    ColumnInfo column{name, FieldType::Unknown, 0, required};
-    for (const DeclaredType &declared : declaredTypes) {
-        if (declaredType.compare(declared.name, Qt::CaseInsensitive) == 0)
-            column.type = declared.type;
-    }
-    const qsizetype bracket = declaredType.indexOf(u'(');
-    if (column.type == FieldType::Unknown && bracket > 0
-        && QStringView(declaredType).left(bracket).compare(QLatin1String("VARCHAR"), Qt::CaseInsensitive)
-               == 0) {
-        column.type = FieldType::Text;
-        column.size = QStringView(declaredType).mid(bracket + 1).chopped(1).toInt();
-    }
-    // A table made by another program: the value tells its type.
-    if (column.type == FieldType::Boolean || column.type == FieldType::AutoNumber)
-        column.required = false;
-    return column;
-}
-
-QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, const QString &schema,
+QList<IndexInfo> indexesOf(const Storage &storage, QSqlDatabase &connection, const QString &schema,
                            const QString &table)
 {
     QList<IndexInfo> indexes;
     QSqlQuery list =
-        runQuery(dialect, connection,
+        runQuery(storage, connection,
                  QStringLiteral("SELECT name, \"unique\" FROM pragma_index_list(?, ?) WHERE origin = 'c' "
                                 "ORDER BY seq DESC"),
                  {table, schema});
@@ -120,7 +77,7 @@ QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, 
         const QString nativeName = list.value(0).toString();
         IndexInfo index = indexOfNativeName(table, nativeName);
         index.unique = list.value(1).toBool();
-        QSqlQuery fields = runQuery(dialect, connection,
+        QSqlQuery fields = runQuery(storage, connection,
                                     QStringLiteral("SELECT name FROM pragma_index_info(?, ?) ORDER BY seqno"),
                                     {nativeName, schema});
         while (fields.next())
@@ -132,44 +89,12 @@ QList<IndexInfo> indexesOf(const SqlDialect &dialect, QSqlDatabase &connection, 
 
 } // namespace
 
-QString SqliteDialect::columnDeclaration(const ColumnInfo &column) const
-{
-    const auto declared = std::find_if(declaredTypes.begin(), declaredTypes.end(),
-                                       [&](const DeclaredType &type) { return type.type == column.type; });
-    if (declared == declaredTypes.end())
-        throw Error(SyntaxError, QStringLiteral("Tipo del campo non valido: '%1'").arg(column.name));
-    QString text = identifier(column.name) + u' ' + declared->name;
-    if (column.type == FieldType::AutoNumber)
-        return text + QStringLiteral(" PRIMARY KEY AUTOINCREMENT NOT NULL");
-    if (column.type == FieldType::Boolean)
-        return text + QStringLiteral(" NOT NULL DEFAULT 0");
-    if (column.type == FieldType::Text)
-        text += QStringLiteral("(%1)").arg(column.size > 0 ? column.size : 255);
-    if (isText(column.type))
-        text += QStringLiteral(" COLLATE JET_TEXT");
-    if (column.required)
-        text += QStringLiteral(" NOT NULL");
-    return text;
-}
-
-QString SqliteDialect::rowNumberDeclaration() const
-{
-    return QStringLiteral("INTEGER PRIMARY KEY");
-}
-
-QVariant SqliteDialect::toNative(const QVariant &value, FieldType type) const
-{
-    if (type == FieldType::Boolean && value.isValid() && !value.isNull())
-        return value.toBool() ? -1 : 0;
-    return SqlDialect::toNative(value, type);
-}
-
-QString SqliteDialect::driverName() const
+QString SqliteStorage::driverName() const
 {
     return QStringLiteral("QSQLITE");
 }
 
-void SqliteDialect::openConnection(QSqlDatabase &connection, const QString &, const Account &) const
+void SqliteStorage::openConnection(QSqlDatabase &connection, const QString &, const Account &) const
 {
     // Databases are attached by file URIs, so that none is created by opening it. The wait is short: callers
     // that want to try longer do so between attempts that the user can see.
@@ -185,17 +110,17 @@ void SqliteDialect::openConnection(QSqlDatabase &connection, const QString &, co
     runQuery(*this, connection, QStringLiteral("PRAGMA temp_store = MEMORY"));
 }
 
-QString SqliteDialect::fullName(const QString &name) const
+QString SqliteStorage::fullName(const QString &name) const
 {
     return QFileInfo(name).absoluteFilePath();
 }
 
-QString SqliteDialect::sameName(const QString &name) const
+QString SqliteStorage::sameName(const QString &name) const
 {
     return QFileInfo(name).canonicalFilePath();
 }
 
-QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, const QString &schema,
+QString SqliteStorage::attach(QSqlDatabase &connection, const QString &name, const QString &schema,
                               bool readOnly) const
 {
     const QFileInfo file(name);
@@ -230,7 +155,7 @@ QString SqliteDialect::attach(QSqlDatabase &connection, const QString &name, con
     return schema;
 }
 
-void SqliteDialect::requireInPlace() const
+void SqliteStorage::requireInPlace() const
 {
     for (const SqliteFile &file : std::as_const(m_files)) {
         if (!file.isInPlace())
@@ -241,13 +166,13 @@ void SqliteDialect::requireInPlace() const
     }
 }
 
-void SqliteDialect::detach(QSqlDatabase &connection, const QString &schema) const
+void SqliteStorage::detach(QSqlDatabase &connection, const QString &schema) const
 {
     runQuery(*this, connection, QStringLiteral("DETACH DATABASE ") + quoted(schema));
     m_files.remove(schema);
 }
 
-void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name) const
+void SqliteStorage::createDatabase(QSqlDatabase &connection, const QString &name) const
 {
     const QFileInfo file(name);
     QFile stream(file.absoluteFilePath()); // a new file, which nobody can have open
@@ -270,13 +195,13 @@ void SqliteDialect::createDatabase(QSqlDatabase &connection, const QString &name
     }
 }
 
-QString SqliteDialect::linkedName(const QString &name, const QString &holder) const
+QString SqliteStorage::linkedName(const QString &name, const QString &holder) const
 {
     // A practice is copied, moved and restored as a folder: its links stay within it.
     return QFileInfo(holder).absoluteDir().relativeFilePath(QFileInfo(name).absoluteFilePath());
 }
 
-QString SqliteDialect::nameOfLinked(const QString &linked, const QString &holder) const
+QString SqliteStorage::nameOfLinked(const QString &linked, const QString &holder) const
 {
     const QDir folder = QFileInfo(holder).absoluteDir();
     if (QDir::isRelativePath(linked))
@@ -287,7 +212,7 @@ QString SqliteDialect::nameOfLinked(const QString &linked, const QString &holder
     return QFileInfo::exists(beside) ? beside : linked;
 }
 
-QStringList SqliteDialect::tables(QSqlDatabase &connection, const QString &schema) const
+QStringList SqliteStorage::tables(QSqlDatabase &connection, const QString &schema) const
 {
     QSqlQuery query = runQuery(*this, connection,
                                QStringLiteral("SELECT name FROM %1.sqlite_master WHERE type = 'table' "
@@ -299,7 +224,7 @@ QStringList SqliteDialect::tables(QSqlDatabase &connection, const QString &schem
     return names;
 }
 
-TableInfo SqliteDialect::describe(QSqlDatabase &connection, const QString &schema, const QString &table) const
+TableInfo SqliteStorage::describe(QSqlDatabase &connection, const QString &schema, const QString &table) const
 {
     TableInfo info;
     info.name = table;
@@ -309,65 +234,49 @@ TableInfo SqliteDialect::describe(QSqlDatabase &connection, const QString &schem
                  QStringLiteral("SELECT name, type, \"notnull\" FROM pragma_table_info(?, ?) ORDER BY cid"),
                  {table, schema});
     while (query.next())
-        info.columns.append(
-            declaredColumn(query.value(0).toString(), query.value(1).toString(), query.value(2).toBool()));
+        info.columns.append(SqliteDialect::declaredColumn(
+            query.value(0).toString(), query.value(1).toString(), query.value(2).toBool()));
     if (info.columns.isEmpty())
         throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));
     info.indexes = indexesOf(*this, connection, schema, table);
     return info;
 }
 
-QString SqliteDialect::createIndex(const QString &schema, const QString &table, const IndexInfo &index) const
-{
-    QStringList fields;
-    for (const QString &field : index.fields)
-        fields.append(quoted(field));
-    const QString name = nativeIndexName(table, index);
-    return QStringLiteral("CREATE %1 %2 ON %3 (%4)")
-        .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX") : QStringLiteral("INDEX"),
-             qualified(schema, name), quoted(table), fields.join(QStringLiteral(", ")));
-}
-
-QString SqliteDialect::dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const
-{
-    return QStringLiteral("DROP INDEX ") + qualified(schema, nativeIndexName(table, index));
-}
-
-qint64 SqliteDialect::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
+qint64 SqliteStorage::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
                                 const QString &autoNumber) const
 {
     execute(connection, sql, values);
     return autoNumber.isEmpty() ? 0 : sqlite3_last_insert_rowid(handleOf(connection));
 }
 
-void SqliteDialect::begin(QSqlDatabase &connection) const
+void SqliteStorage::begin(QSqlDatabase &connection) const
 {
     // Takes the write lock at once: a transaction that reads first could not get it any more after another
     // process has written.
     control(connection, QStringLiteral("BEGIN IMMEDIATE"));
 }
 
-bool SqliteDialect::inTransaction(QSqlDatabase &connection) const
+bool SqliteStorage::inTransaction(QSqlDatabase &connection) const
 {
     return sqlite3_get_autocommit(handleOf(connection)) == 0;
 }
 
-qint64 SqliteDialect::definitionVersion(QSqlDatabase &connection, const QString &schema) const
+qint64 SqliteStorage::definitionVersion(QSqlDatabase &connection, const QString &schema) const
 {
     QSqlQuery query =
         runQuery(*this, connection, QStringLiteral("PRAGMA %1.schema_version").arg(quoted(schema)));
     return query.next() ? query.value(0).toLongLong() : 0;
 }
 
-std::unique_ptr<NativeCursor> SqliteDialect::openCursor(QSqlDatabase &connection, const QString &sql,
+std::unique_ptr<NativeCursor> SqliteStorage::openCursor(QSqlDatabase &connection, const QString &sql,
                                                         const QVariantList &values) const
 {
     if (!values.isEmpty())
-        return SqlDialect::openCursor(connection, sql, values);
+        return Storage::openCursor(connection, sql, values);
     return std::make_unique<SqliteCursor>(*this, handleOf(connection), sql);
 }
 
-int SqliteDialect::errorNumber(const QSqlError &error) const
+int SqliteStorage::errorNumber(const QSqlError &error) const
 {
     const QString text = error.databaseText();
     if (const auto function = functionError(text))
@@ -415,7 +324,7 @@ int SqliteDialect::errorNumber(const QSqlError &error) const
     return Failed;
 }
 
-QString SqliteDialect::errorText(const QSqlError &error) const
+QString SqliteStorage::errorText(const QSqlError &error) const
 {
     const auto function = functionError(error.databaseText());
     return function ? function->second : error.databaseText();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "dao/native/Dialect.h"
 #include "dao/native/ExclusiveUse.h"
 #include "dao/native/NativeCursor.h"
 #include "dao/native/NativeInsert.h"
@@ -26,71 +27,13 @@ struct Account {
     QString password;
 };
 
-// What a native database engine does in its own way. Everything else of the data engine is one code path, so
-// that a further engine is a further subclass of this class. Functions that write SQL get operands that are
-// native SQL already, parenthesised where needed.
-class SqlDialect {
+// What a native database engine does in its own way: its connection, the databases on it and their definitions. A further
+// engine is a further subclass of this class, and of Dialect for its SQL.
+class Storage {
 public:
-    virtual ~SqlDialect() = default;
+    virtual ~Storage() = default;
 
-    // --- text of the language -------------------------------------------------------------------
-    virtual QString identifier(const QString &name) const; // "name", inner quotes doubled
-    virtual QString textLiteral(const QString &text) const; // 'text', quotes doubled
-    virtual QString dateLiteral(const QDateTime &date) const = 0; // compares with stored dates by their index
-    virtual QString numberLiteral(double value) const; // not negative
-    virtual QString booleanLiteral(bool value) const = 0; // as a stored value
-    // A Yes/No value as a condition, and a condition (true, false or Null) as a Yes/No value.
-    virtual QString conditionFromBoolean(const QString &value) const = 0;
-    virtual QString booleanFromCondition(const QString &condition) const = 0;
-    // A Yes/No value as a number: -1 or 0.
-    virtual QString numberFromBoolean(const QString &value) const = 0;
-    // Null where a value of that type is wanted.
-    virtual QString nullLiteral(FieldType) const { return QStringLiteral("NULL"); }
-    // A number as an operand of + - * / and of sums, where the native engine would compute whole numbers otherwise.
-    virtual QString computed(const QString &number) const { return number; }
-    // Texts joined by ||, in parentheses, as a text that compares without regard to case.
-    virtual QString concatenated(const QString &texts) const { return texts; }
-    // What follows the table of an inner join whose condition is said by a later join.
-    virtual QString joinedAnyway() const { return {}; }
-    virtual QString limit(int rows) const; // the clause that follows ORDER BY
-    // "expr ASC/DESC" with Null first ascending and last descending.
-    virtual QString orderTerm(const QString &expression, FieldType type, bool descending) const = 0;
-    // A text comparison without regard to case, with a native operator such as "=" or "<", by index where
-    // there is one.
-    virtual QString compareText(const QString &left, const QString &op, const QString &right) const = 0;
-    // GROUP BY and DISTINCT terms of a text.
-    virtual QString groupText(const QString &expression) const = 0;
-    // The text against a constant pattern; by a range of the index where the pattern begins with letters.
-    virtual QString likePattern(const QString &text, const QString &pattern) const = 0;
-    // The text against a pattern that is not constant.
-    virtual QString likeExpression(const QString &text, const QString &pattern) const = 0;
-
-    // A call of a function of the SQL ("mid", "format", ...) with typed operands, arguments checked by the
-    // caller; names are lower-case. Empty when the dialect does not know the function.
-    virtual QString function(const QString &name, const QStringList &arguments,
-                             const QList<FieldType> &types) const = 0;
-
-    // --- rows and tables ------------------------------------------------------------------------
-    // The hidden expression that identifies a row of the table spoken of as `alias` (quoted already).
-    virtual QString rowIdentity(const QString &alias) const = 0;
-    // "a and b are the same value, Null equal to Null, letter case told apart".
-    virtual QString identical(const QString &left, const QString &right, FieldType type) const = 0;
-    // A column's declaration in CREATE TABLE, name included.
-    virtual QString columnDeclaration(const ColumnInfo &column) const = 0;
-    // Declarations of the columns that every table has beside its own; they are not described.
-    virtual QStringList hiddenColumns() const { return {}; }
-    // The declaration of a whole number that each new row gets by itself, for the engine's own tables.
-    virtual QString rowNumberDeclaration() const = 0;
-    // What a new table, or new columns of one, need beside their declarations.
-    virtual QStringList completeTable(const QString &nativeName, const QList<ColumnInfo> &columns) const;
-    // The statement that makes a column of a table take no Null; empty when the table must be made anew for it.
-    virtual QString requireColumn(const QString &nativeName, const QString &column) const;
-
-    // --- values ---------------------------------------------------------------------------------
-    // A native value as the type's variant: int (Byte, Integer, Long, AutoNumber), double, bool, QDateTime
-    // (UTC, standing for a date without zone), QString, QByteArray; Null is an invalid variant.
-    virtual QVariant fromNative(const QVariant &value, FieldType type) const;
-    virtual QVariant toNative(const QVariant &value, FieldType type) const;
+    virtual const Dialect &dialect() const = 0;
 
     // --- connection -----------------------------------------------------------------------------
     virtual QString driverName() const = 0; // of Qt SQL
@@ -114,9 +57,6 @@ public:
     virtual QStringList tables(QSqlDatabase &connection, const QString &schema) const = 0;
     virtual TableInfo describe(QSqlDatabase &connection, const QString &schema,
                                const QString &table) const = 0;
-    virtual QString createIndex(const QString &schema, const QString &table,
-                                const IndexInfo &index) const = 0;
-    virtual QString dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const = 0;
     // Statements outside and inside transactions, each wholly or not at all; rows affected. Throws Error. The
     // default writes through Qt's driver.
     virtual int execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const;
@@ -168,8 +108,6 @@ public:
     virtual QString nameOfLinked(const QString &linked, const QString &holder) const;
     // The unique index of the table that a DuplicateKey error speaks of; null when it cannot be told.
     virtual const IndexInfo *brokenIndex(const Error &error, const TableInfo &table) const = 0;
-    // "INSERT INTO table (columns) VALUES (?, ...)".
-    QString insertStatement(const QString &nativeTable, const QList<ColumnInfo> &columns) const;
     // The error of a native error: the engine's own text where people meet it, the native text beside it.
     Error error(const QSqlError &error, const QString &sql) const;
     // The engine's error number for a native error.
@@ -179,7 +117,7 @@ public:
 };
 
 // A statement through Qt's driver, its values bound; its rows can be read once, forwards. Throws Error.
-QSqlQuery runQuery(const SqlDialect &dialect, const QSqlDatabase &connection, const QString &sql,
+QSqlQuery runQuery(const Storage &storage, const QSqlDatabase &connection, const QString &sql,
                    const QVariantList &values = {});
 
 } // namespace dao
