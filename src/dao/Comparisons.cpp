@@ -2,8 +2,6 @@
 #include "dao/ExpressionWriter.h"
 #include "jetsql/SqlErrors.h"
 
-#include <QUuid>
-
 namespace dao::sql {
 namespace {
 
@@ -25,16 +23,18 @@ QString nativeOperator(Operator op)
     }
 }
 
-// A constant GUID in the form in which GUIDs are stored; other texts as they are.
-Operand guidText(const Operand &operand)
-{
-    if (!operand.isConstant || operand.type == FieldType::Guid)
-        return operand;
-    const QUuid uid = QUuid::fromString(operand.value.toString());
-    return uid.isNull() ? operand : constantOperand(FieldType::Guid, uid.toString().toUpper());
-}
-
 } // namespace
+
+// A constant or parameter that is a GUID in the form in which GUIDs are stored; other texts as they are.
+Operand ExpressionWriter::guidOperand(const Operand &operand)
+{
+    if (operand.type == FieldType::Guid)
+        return operand;
+    if (operand.parameter >= 0)
+        return parameter(operand.parameter, true);
+    return operand.isConstant ? constantOperand(FieldType::Guid, guidText(operand.value.toString()))
+                              : operand;
+}
 
 QString ExpressionWriter::compare(Operator op, const Operand &left, const Operand &right, QStringView place)
 {
@@ -49,8 +49,9 @@ QString ExpressionWriter::compare(Operator op, const Operand &left, const Operan
         throwTypeMismatch(place);
     if (a == TypeClass::Text && b == TypeClass::Text) {
         const bool guid = left.type == FieldType::Guid || right.type == FieldType::Guid;
-        return m_context.dialect.compareText(m_convert.sql(guid ? guidText(left) : left), nativeOperator(op),
-                                             m_convert.sql(guid ? guidText(right) : right));
+        return m_context.dialect.compareText(m_convert.sql(guid ? guidOperand(left) : left),
+                                             nativeOperator(op),
+                                             m_convert.sql(guid ? guidOperand(right) : right));
     }
     if (a == TypeClass::Boolean && b == TypeClass::Boolean
         && (op == Operator::Equal || op == Operator::NotEqual))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "dao/Query.h"
 #include "jetsql/Catalog.h"
 #include "jetsql/Error.h"
 
@@ -17,6 +18,7 @@
 namespace dao {
 
 class Database;
+class QueryDef;
 class Recordset;
 struct Account;
 class Session; // the native connection of a workspace, shared by its objects
@@ -174,12 +176,18 @@ public:
     Database &operator=(const Database &) = delete;
 
     QString Name() const; // the full path of its file, as it was opened
-    // A SELECT, or a table's name. RecordsetType::Table needs a table.
+    // A SELECT, or a table's name. RecordsetType::Table needs a table. With parameters:
+    // OpenRecordset({"select * from Archivio where cod_paz = [paziente]", {{"paziente", code}}}).
     std::unique_ptr<Recordset> OpenRecordset(const QString &source,
                                              RecordsetType type = RecordsetType::Dynaset,
                                              RowsWanted wanted = RowsWanted::All);
+    std::unique_ptr<Recordset> OpenRecordset(const Query &query, RecordsetType type = RecordsetType::Dynaset,
+                                             RowsWanted wanted = RowsWanted::All);
     // An action query or a definition. All or nothing.
     void Execute(const QString &sql);
+    void Execute(const Query &query);
+    // A query that is run several times with other values. It must not outlive the database.
+    QueryDef CreateQueryDef(const QString &sql);
     int RecordsAffected() const; // of the last Execute
     class TableDefs TableDefs();
     TableDef CreateTableDef(const QString &name);
@@ -205,6 +213,27 @@ private:
     struct Private;
     explicit Database(std::unique_ptr<Private> d);
     std::unique_ptr<Private> d;
+};
+
+// A Jet SQL text whose parameters get their values one by one.
+class QueryDef {
+public:
+    QString SQL() const { return m_query.sql; }
+    // The value of the parameter of that name, without regard to case; Null until it is set. See Parameter.
+    QVariant &Parameters(const QString &name);
+    std::unique_ptr<Recordset> OpenRecordset(RecordsetType type = RecordsetType::Dynaset,
+                                             RowsWanted wanted = RowsWanted::All) const;
+    void Execute() const; // Database::RecordsAffected tells how many rows
+
+private:
+    friend class Database;
+    QueryDef(Database &database, const QString &sql)
+        : m_database(&database)
+        , m_query{sql, {}}
+    {
+    }
+    Database *m_database;
+    Query m_query;
 };
 
 // Transactions nest. What is open when the workspace goes away is rolled back.

@@ -26,20 +26,30 @@ void Database::Private::requireWritable() const
         throw Error(ReadOnly, QStringLiteral("Impossibile aggiornare, il database è di sola lettura"));
 }
 
-Translation Database::Private::translate(const QString &sql) const
+Translation Database::Private::translate(const QString &sql, const BoundParameters &parameters) const
 {
     const std::shared_ptr<const TableSet> tables = catalog->tables();
-    if (const Translation *known = tables->translations.object(sql))
+    const QString key = parameters.types().isEmpty() ? sql : sql + parameters.key();
+    if (const Translation *known = tables->translations.object(key))
         return *known;
     const Translator translator(session->dialect(), *catalog, [this] { return session->now(); });
     try {
-        Translation translation = translator.translate(sql);
+        Translation translation = translator.translate(sql, parameters.types());
         if (!translation.usesClock)
-            tables->translations.insert(sql, new Translation(translation));
+            tables->translations.insert(key, new Translation(translation));
         return translation;
     } catch (const Error &error) {
         throw Error(error.number(), error.text(), sql);
     }
+}
+
+QVariantList Database::Private::nativeValues(const Translation &translation,
+                                             const BoundParameters &parameters) const
+{
+    const Dialect &dialect = session->dialect();
+    return parameters.values(translation.parameters, [&dialect](const QVariant &value, FieldType type) {
+        return dialect.toNative(value, type);
+    });
 }
 
 // The rows of one table as they are, without a detour through the language.
@@ -76,7 +86,14 @@ QString Database::Name() const
 std::unique_ptr<Recordset> Database::OpenRecordset(const QString &source, RecordsetType type,
                                                    RowsWanted wanted)
 {
+    return OpenRecordset(Query{source, {}}, type, wanted);
+}
+
+std::unique_ptr<Recordset> Database::OpenRecordset(const Query &query, RecordsetType type, RowsWanted wanted)
+{
     d->requireOpen();
+    const QString &source = query.sql;
+    const BoundParameters parameters(query.parameters);
     QString tableName = source.trimmed();
     if (tableName.startsWith(u'[') && tableName.endsWith(u']'))
         tableName = tableName.mid(1, tableName.size() - 2);
@@ -84,11 +101,12 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString &source, Record
         const TableInfo *table = d->catalog->table(tableName);
         if (!table && type == RecordsetType::Table)
             throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(source));
-        Translation translation = table ? d->wholeTable(*table) : d->translate(source);
+        Translation translation = table ? d->wholeTable(*table) : d->translate(source, parameters);
         if (translation.kind != StatementKind::Select)
             throw Error(InvalidOperation, QStringLiteral("L'istruzione SQL non restituisce record"), source);
+        QVariantList values = d->nativeValues(translation, parameters);
         return std::make_unique<Recordset::Private>(d->session, d->catalog->tables(), std::move(translation),
-                                                    wanted);
+                                                    std::move(values), wanted);
     });
     made->name = source;
     made->type = type;
@@ -100,11 +118,13 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString &source, Record
     return std::unique_ptr<Recordset>(new Recordset(std::move(made)));
 }
 
-int Database::Private::execute(const QString &sql)
+int Database::Private::execute(const Query &query)
 {
     requireWritable();
+    const QString &sql = query.sql;
+    const BoundParameters parameters(query.parameters);
     return withCurrentNames([&] {
-        const Translation statement = translate(sql);
+        const Translation statement = translate(sql, parameters);
         switch (statement.kind) {
         case StatementKind::Select:
             throw Error(SelectNotExecuted, QStringLiteral("Una query di selezione non si può eseguire"), sql);
@@ -112,7 +132,7 @@ int Database::Private::execute(const QString &sql)
         case StatementKind::Update:
         case StatementKind::Delete:
             // One native statement: done wholly or not at all.
-            return session->execute(statement.sql);
+            return session->execute(statement.sql, nativeValues(statement, parameters));
         default:
             define(statement);
             return 0;
@@ -122,8 +142,39 @@ int Database::Private::execute(const QString &sql)
 
 void Database::Execute(const QString &sql)
 {
+    Execute(Query{sql, {}});
+}
+
+void Database::Execute(const Query &query)
+{
     d->affected = 0;
-    d->affected = d->execute(sql);
+    d->affected = d->execute(query);
+}
+
+QueryDef Database::CreateQueryDef(const QString &sql)
+{
+    d->requireOpen();
+    return QueryDef(*this, sql);
+}
+
+QVariant &QueryDef::Parameters(const QString &name)
+{
+    for (Parameter &parameter : m_query.parameters) {
+        if (parameter.name.compare(name, Qt::CaseInsensitive) == 0)
+            return parameter.value;
+    }
+    m_query.parameters.append({name, {}});
+    return m_query.parameters.last().value;
+}
+
+std::unique_ptr<Recordset> QueryDef::OpenRecordset(RecordsetType type, RowsWanted wanted) const
+{
+    return m_database->OpenRecordset(m_query, type, wanted);
+}
+
+void QueryDef::Execute() const
+{
+    m_database->Execute(m_query);
 }
 
 int Database::RecordsAffected() const
@@ -159,7 +210,7 @@ QString Database::nativeSchema() const
 QString Database::nativeSql(const QString &sql) const
 {
     d->requireOpen();
-    return d->translate(sql).sql;
+    return d->translate(sql, BoundParameters({})).sql;
 }
 
 const Catalog &Database::catalog() const

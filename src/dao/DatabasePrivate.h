@@ -16,9 +16,10 @@ struct Database::Private {
     // definitions read anew, but only when they really changed.
     template <typename Work>
     auto withCurrentNames(Work work) const;
-    Translation translate(const QString &sql) const;
+    Translation translate(const QString &sql, const BoundParameters &parameters) const;
+    QVariantList nativeValues(const Translation &translation, const BoundParameters &parameters) const;
     Translation wholeTable(const TableInfo &table) const;
-    int execute(const QString &sql);
+    int execute(const Query &query);
 
     // --- definitions
     QString nativeName(const QString &table) const;

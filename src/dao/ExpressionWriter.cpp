@@ -73,6 +73,12 @@ void ExpressionWriter::checkGrouped()
 Operand ExpressionWriter::field(const Expression &expression)
 {
     Scope::Found found = m_scope.find(expression.qualifier, expression.name);
+    const int given = expression.qualifier.isEmpty() ? m_context.parameters.find(expression.name) : -1;
+    if (given >= 0) {
+        if (found.entry != nullptr)
+            throwFieldAndParameter(expression.place);
+        return parameter(given, false);
+    }
     if (found.entry == nullptr && expression.qualifier.isEmpty()) {
         // [table.field] in one pair of brackets
         const qsizetype point = expression.name.indexOf(u'.');
@@ -99,6 +105,19 @@ Operand ExpressionWriter::field(const Expression &expression)
     operand.column = found.column;
     if (found.table >= 0 && !m_inAggregate)
         m_looseFields.push_back(expression.place);
+    return operand;
+}
+
+Operand ExpressionWriter::parameter(int position, bool asGuid)
+{
+    const FieldType type = m_context.parameters.type(position);
+    if (type == FieldType::Null) {
+        m_context.parameters.mark({position, asGuid}); // it is used
+        return constantOperand(type, {});
+    }
+    Operand operand =
+        sqlOperand(m_context.dialect.parameter(type, m_context.parameters.mark({position, asGuid})), type);
+    operand.parameter = position;
     return operand;
 }
 

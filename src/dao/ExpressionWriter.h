@@ -2,6 +2,7 @@
 #pragma once
 
 #include "dao/Operand.h"
+#include "dao/ParameterMarks.h"
 #include "dao/Scope.h"
 #include "dao/Translator.h"
 
@@ -14,6 +15,7 @@ struct Context {
     const Dialect &dialect;
     const Catalog &catalog;
     const std::function<QDateTime()> &now;
+    ParameterMarks &parameters;
 };
 
 // Translates expressions in a scope. Operators are in ExpressionWriter.cpp and Comparisons.cpp, function
@@ -35,6 +37,7 @@ public:
 
 private:
     Operand field(const Expression &expression);
+    Operand parameter(int position, bool asGuid);
     Operand negate(const Expression &expression);
     Operand binary(const Expression &expression);
     Operand arithmetic(Operator op, const Operand &left, const Operand &right, QStringView place);
@@ -50,6 +53,7 @@ private:
     // Comparisons.cpp
     QString compare(Operator op, const Operand &left, const Operand &right, QStringView place);
     QString compareWithNumber(Operator op, const Operand &text, const Operand &number, bool textLeft);
+    Operand guidOperand(const Operand &operand);
     QString like(const Operand &text, const Operand &pattern);
 
     // FunctionCalls.cpp

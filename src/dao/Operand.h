@@ -20,6 +20,7 @@ struct Operand {
     int table = -1; // in the innermost scope
     int column = -1;
     int size = 0; // of a Text field
+    int parameter = -1; // position among the query's parameters
 };
 
 Operand constantOperand(FieldType type, const QVariant &value);

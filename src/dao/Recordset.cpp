@@ -22,14 +22,15 @@ Error noCurrentRecord()
 } // namespace
 
 Recordset::Private::Private(std::shared_ptr<Session> session_, std::shared_ptr<const TableSet> tables_,
-                            Translation translation_, RowsWanted wanted)
+                            Translation translation_, QVariantList parameterValues_, RowsWanted wanted)
     : session(std::move(session_))
     , tables(std::move(tables_))
     , translation(std::move(translation_))
+    , parameterValues(std::move(parameterValues_))
     , rowsWanted(wanted)
     , rows(session, int(translation.columns.size()) + hiddenColumns(translation))
 {
-    rows.start({{translation.sql, {}}}, wanted);
+    rows.start({{translation.sql, parameterValues}}, wanted);
 }
 
 void Recordset::Private::requireOpen() const
@@ -62,7 +63,8 @@ bool Recordset::Private::moveTo(int row)
 // The rows from the beginning, in the order of the index.
 void Recordset::Private::restart()
 {
-    rows.start(type == RecordsetType::Table ? orderedQueries() : QList<NativeQuery>{{translation.sql, {}}},
+    rows.start(type == RecordsetType::Table ? orderedQueries()
+                                            : QList<NativeQuery>{{translation.sql, parameterValues}},
                rowsWanted);
     partial = false;
     position = 0;

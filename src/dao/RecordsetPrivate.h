@@ -13,7 +13,7 @@ enum class Standing { OnRow, Deleted, NoMatch };
 
 struct Recordset::Private {
     Private(std::shared_ptr<Session> session_, std::shared_ptr<const TableSet> tables_,
-            Translation translation_, RowsWanted wanted);
+            Translation translation_, QVariantList parameterValues_, RowsWanted wanted);
 
     // --- rows
     void requireOpen() const;
@@ -55,6 +55,7 @@ struct Recordset::Private {
     std::shared_ptr<Session> session;
     std::shared_ptr<const TableSet> tables; // keeps what the translation points to
     Translation translation;
+    QVariantList parameterValues; // native, of the translation
     QString name;
     RecordsetType type = RecordsetType::Dynaset;
     RowsWanted rowsWanted;

@@ -50,16 +50,19 @@ Translator::Translator(const Dialect &dialect, const Catalog &catalog, std::func
 {
 }
 
-Translation Translator::translate(const QString &jetSql) const
+Translation Translator::translate(const QString &jetSql, const sql::ParameterTypes &parameters) const
 {
     try {
+        sql::ParameterMarks marks(parameters);
         const sql::Statement statement = sql::Parser(jetSql).parse();
         bool usesClock = false;
         const std::function<QDateTime()> now = [this, &usesClock] {
             usesClock = true;
             return m_now();
         };
-        Translation translation = translateStatement(statement, sql::Context{m_dialect, m_catalog, now});
+        Translation translation =
+            translateStatement(statement, sql::Context{m_dialect, m_catalog, now, marks});
+        translation.parameters = marks.resolve(translation.sql);
         translation.usesClock = usesClock;
         return translation;
     } catch (const Error &error) {

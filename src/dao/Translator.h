@@ -2,6 +2,7 @@
 #pragma once
 
 #include "jetsql/Ast.h"
+#include "jetsql/Parameters.h"
 
 #include <QDateTime>
 #include <QList>
@@ -33,7 +34,8 @@ struct RowSource {
 
 struct Translation {
     StatementKind kind = StatementKind::Select;
-    QString sql; // native SQL; empty for definitions
+    QString sql; // native SQL, "?" where a parameter stands; empty for definitions
+    QList<sql::ParameterUse> parameters; // for each "?"
     QList<ResultColumn> columns; // SELECT: the visible fields, first in the native result, in order
     QList<RowSource> sources; // SELECT: the tables; hidden identity columns follow the visible ones
     const TableInfo *target = nullptr; // INSERT, UPDATE, DELETE: the table written
@@ -52,8 +54,9 @@ public:
     Translator(const Dialect &dialect, const Catalog &catalog, std::function<QDateTime()> now);
 
     // Throws Error: SyntaxError with the offending place, ObjectNotFound for an unknown table,
-    // TooFewParameters for an unknown field.
-    Translation translate(const QString &jetSql) const;
+    // TooFewParameters for a name that is neither a field nor a parameter, ItemNotFound for a parameter that does not
+    // stand in the SQL, AmbiguousField for a name that is both.
+    Translation translate(const QString &jetSql, const sql::ParameterTypes &parameters = {}) const;
 
 private:
     const Dialect &m_dialect;

@@ -53,6 +53,11 @@ void throwAmbiguousField(QStringView name)
                QStringLiteral("Il campo può riferirsi a più di una tabella della clausola FROM"), name);
 }
 
+void throwFieldAndParameter(QStringView name)
+{
+    throwError(AmbiguousField, QStringLiteral("Il nome è sia di un campo sia di un parametro"), name);
+}
+
 void throwTypeMismatch(QStringView place)
 {
     throwError(TypeMismatch, QStringLiteral("Tipo di dati non corrispondente"), place);

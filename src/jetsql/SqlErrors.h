@@ -16,6 +16,8 @@ namespace dao::sql {
 [[noreturn]] void throwUnknownField(QStringView name);
 [[noreturn]] void throwUnknownFunction(QStringView name);
 [[noreturn]] void throwAmbiguousField(QStringView name);
+// A name that is both a field's and a parameter's.
+[[noreturn]] void throwFieldAndParameter(QStringView name);
 [[noreturn]] void throwTypeMismatch(QStringView place);
 [[noreturn]] void throwNotGrouped(QStringView place);
 [[noreturn]] void throwAggregateHere(QStringView place);

@@ -24,6 +24,8 @@ public:
     virtual QString dateLiteral(const QDateTime &date) const = 0; // compares with stored dates by their index
     virtual QString numberLiteral(double value) const; // not negative
     virtual QString booleanLiteral(bool value) const = 0; // as a stored value
+    // The value of a parameter of that type, bound at `place`.
+    virtual QString parameter(FieldType, const QString &place) const { return place; }
     // A Yes/No value as a condition, and a condition (true, false or Null) as a Yes/No value.
     virtual QString conditionFromBoolean(const QString &value) const = 0;
     virtual QString booleanFromCondition(const QString &condition) const = 0;

@@ -80,6 +80,21 @@ QString PostgresDialect::numberFromBoolean(const QString &value) const
     return QStringLiteral("(-((") + value + QStringLiteral(")::int))");
 }
 
+QString PostgresDialect::parameter(FieldType type, const QString &place) const
+{
+    // Without a type of its own the server would choose one, or compare a text with regard to case.
+    switch (sql::classOf(type)) {
+    case sql::TypeClass::Boolean:
+        return place + QStringLiteral("::boolean");
+    case sql::TypeClass::Number:
+        return place + (type == FieldType::Long ? QStringLiteral("::int") : QStringLiteral("::float8"));
+    case sql::TypeClass::Date:
+        return place + QStringLiteral("::timestamp");
+    default:
+        return place + textType;
+    }
+}
+
 QString PostgresDialect::nullLiteral(FieldType type) const
 {
     switch (sql::classOf(type)) {

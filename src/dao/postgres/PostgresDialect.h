@@ -17,6 +17,7 @@ public:
     QString conditionFromBoolean(const QString &value) const override;
     QString booleanFromCondition(const QString &condition) const override;
     QString numberFromBoolean(const QString &value) const override;
+    QString parameter(FieldType type, const QString &place) const override;
     QString nullLiteral(FieldType type) const override;
     QString computed(const QString &number) const override;
     QString concatenated(const QString &texts) const override;
