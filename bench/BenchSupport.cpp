@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BenchSupport.h"
 
-#include <QSqlDriver>
+#include "dao/sqlite/SqliteConnection.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <sqlite3.h>
@@ -30,7 +31,7 @@ int patientWithMostRows(dao::Database &clinical)
 
 sqlite3 *connectionOf(dao::Database &database)
 {
-    return *static_cast<sqlite3 *const *>(database.nativeConnection().driver()->handle().constData());
+    return dynamic_cast<dao::SqliteConnection &>(database.nativeConnection()).handle();
 }
 
 qint64 readThroughEngine(dao::Database &database, const QString &query, dao::RecordsetType type)

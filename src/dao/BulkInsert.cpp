@@ -30,8 +30,7 @@ BulkInsert::BulkInsert(Database &database, const QString &table, const QStringLi
                         QStringLiteral("Elemento non trovato in questo insieme: '%1'").arg(field));
         columns.append(info->columns[column]);
     }
-    QSqlDatabase connection = from.session->connection();
-    auto insert = from.session->storage().openInsert(connection, info->nativeName, columns);
+    auto insert = from.session->connection().openInsert(info->nativeName, columns);
     d = std::make_unique<Private>(
         Private{from.session, columns, from.catalog->tables(), *info, std::move(insert), {}});
 }

@@ -20,15 +20,13 @@ BulkLoad::BulkLoad(Database &database)
     : m_database(database)
 {
     database.d->requireWritable();
-    QSqlDatabase connection = database.d->session->connection();
-    database.d->session->storage().beginLoad(connection, database.d->attachment->schema);
+    database.d->session->storage().beginLoad(database.d->attachment->schema);
 }
 
 void BulkLoad::finish()
 {
     Session &session = *m_database.d->session;
-    QSqlDatabase connection = session.connection();
-    session.storage().endLoad(connection, m_database.d->attachment->schema);
+    session.storage().endLoad(m_database.d->attachment->schema);
 }
 
 void BulkLoad::prepareLinks()
@@ -84,9 +82,7 @@ void BulkLoad::dropIndex(const QString &table, const QString &index)
 void BulkLoad::setLastAutoNumber(const QString &table, qint64 number)
 {
     Session &session = *m_database.d->session;
-    QSqlDatabase connection = session.connection();
-    session.storage().setLastAutoNumber(connection, m_database.d->attachment->schema, describe(table).name,
-                                        number);
+    session.storage().setLastAutoNumber(m_database.d->attachment->schema, describe(table).name, number);
 }
 
 struct BulkReader::Private {
@@ -139,8 +135,7 @@ qint64 lastAutoNumber(Database &database, const QString &table)
                     [](const ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
     if (!isNumbered)
         return 0;
-    QSqlDatabase connection = from.session->connection();
-    return from.session->storage().lastAutoNumber(connection, from.attachment->schema, *info);
+    return from.session->storage().lastAutoNumber(from.attachment->schema, *info);
 }
 
 bool BulkReader::next()

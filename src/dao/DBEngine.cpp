@@ -64,9 +64,10 @@ Workspace::~Workspace()
 
 std::shared_ptr<Database> Workspace::OpenDatabase(const QString &name, bool readOnly)
 {
-    const QString path = m_session->fullName(name);
+    const auto attachment = m_session->attach(name, readOnly);
+    const QString path = fullName(name);
     return std::shared_ptr<Database>(
-        new Database(std::make_unique<Database::Private>(m_session->attach(name, readOnly), path, readOnly)));
+        new Database(std::make_unique<Database::Private>(attachment, path, readOnly)));
 }
 
 std::shared_ptr<Database> Workspace::CreateDatabase(const QString &name)

@@ -2,21 +2,22 @@
 #pragma once
 
 #include "dao/Query.h"
+#include "dao/native/StorageKind.h"
 #include "jetsql/Catalog.h"
 #include "jetsql/Error.h"
 
 #include <QDateTime>
-#include <QSqlDatabase>
 #include <QString>
 #include <QVariant>
 #include <functional>
 #include <memory>
 
-// The DAO object model over Qt SQL. Members keep DAO's names. All databases opened in one workspace share one
+// The DAO object model. Members keep DAO's names. All databases opened in one workspace share one
 // native connection, so that a transaction of the workspace spans them and a table of one can be linked into
 // another. One thread at a time. Every member that touches the database throws dao::Error.
 namespace dao {
 
+class Connection; // of a native engine
 class Database;
 class QueryDef;
 class Recordset;
@@ -193,9 +194,14 @@ public:
     TableDef CreateTableDef(const QString &name);
     void Close();
 
+    StorageKind kind() const;
+    // What is wrong with the file, a line each and at most so many; empty when it is whole, and for a database of a
+    // server, which watches over its own pages.
+    QStringList damage(Thoroughness thoroughness, int most) const;
+
     // The native connection and this database's schema name there, for bulk loading and measuring by hosts.
     // The chart never uses it.
-    QSqlDatabase nativeConnection() const;
+    Connection &nativeConnection() const;
     QString nativeSchema() const;
     // The native SQL of a SELECT, as OpenRecordset would run it; for measuring and for error reports.
     QString nativeSql(const QString &sql) const;

@@ -196,9 +196,20 @@ void Database::Close()
     d->attachment.reset();
 }
 
-QSqlDatabase Database::nativeConnection() const
+Connection &Database::nativeConnection() const
 {
     return d->session->connection();
+}
+
+StorageKind Database::kind() const
+{
+    return d->session->storage().kind();
+}
+
+QStringList Database::damage(Thoroughness thoroughness, int most) const
+{
+    d->requireOpen();
+    return d->session->storage().damage(d->attachment->schema, thoroughness, most);
 }
 
 QString Database::nativeSchema() const

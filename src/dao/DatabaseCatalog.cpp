@@ -58,11 +58,10 @@ std::shared_ptr<const TableSet> DatabaseCatalog::tables() const
     const Session &session = *m_attachment->session;
     if (m_tables && m_tables->generation == session.definitionsGeneration())
         return m_tables;
-    QSqlDatabase connection = session.connection();
     auto tables = std::make_shared<TableSet>();
     tables->generation = session.definitionsGeneration();
-    tables->version = session.storage().definitionVersion(connection, m_attachment->schema);
-    tables->names = session.storage().tables(connection, m_attachment->schema);
+    tables->version = session.storage().definitionVersion(m_attachment->schema);
+    tables->names = session.storage().tables(m_attachment->schema);
     tables->hasLinks = tables->names.removeAll(linksTable) > 0;
     for (const QString &name : std::as_const(tables->names))
         tables->own.insert(folded(name), name);
@@ -121,9 +120,7 @@ const TableInfo *DatabaseCatalog::table(QStringView name) const
     std::shared_ptr<const TableInfo> info;
     if (const auto own = set->own.constFind(key); own != set->own.constEnd()) {
         const Session &session = *m_attachment->session;
-        QSqlDatabase connection = session.connection();
-        info =
-            std::make_shared<TableInfo>(session.storage().describe(connection, m_attachment->schema, *own));
+        info = std::make_shared<TableInfo>(session.storage().describe(m_attachment->schema, *own));
     } else if (const auto link = set->links.constFind(key); link != set->links.constEnd()) {
         if (m_withheld.contains(key))
             throw Error(InvalidOperation,
@@ -141,12 +138,11 @@ std::shared_ptr<const TableInfo> DatabaseCatalog::describeLink(const TableLink &
 {
     Session &session = *m_attachment->session;
     const std::shared_ptr<Attachment> target = session.attach(TableLink::path(link.connect), false);
-    QSqlDatabase connection = session.connection();
-    const QStringList names = session.storage().tables(connection, target->schema);
+    const QStringList names = session.storage().tables(target->schema);
     for (const QString &name : names) {
         if (name.compare(link.source, Qt::CaseInsensitive) != 0)
             continue;
-        auto info = std::make_shared<TableInfo>(session.storage().describe(connection, target->schema, name));
+        auto info = std::make_shared<TableInfo>(session.storage().describe(target->schema, name));
         info->name = link.name;
         if (!set.attachments.contains(target))
             set.attachments.append(target);
@@ -160,8 +156,7 @@ bool DatabaseCatalog::isOutdated() const
     if (!m_tables)
         return false;
     const Session &session = *m_attachment->session;
-    QSqlDatabase connection = session.connection();
-    return session.storage().definitionVersion(connection, m_attachment->schema) != m_tables->version;
+    return session.storage().definitionVersion(m_attachment->schema) != m_tables->version;
 }
 
 void DatabaseCatalog::setLink(const TableLink &link)

@@ -19,41 +19,17 @@ Attachment::~Attachment()
 Session::Session(std::shared_ptr<const Now> now, std::shared_ptr<const Account> account)
     : m_now(std::move(now))
     , m_account(std::move(account))
-    , m_connectionName(QStringLiteral("dao-%1").arg(quintptr(this), 0, 16))
 {
-}
-
-Session::~Session()
-{
-    closeConnection();
-}
-
-void Session::closeConnection()
-{
-    // The connection's end rolls back what is open. Qt wants the last copy gone before the name is.
-    m_connection.close();
-    m_connection = QSqlDatabase();
-    QSqlDatabase::removeDatabase(m_connectionName);
 }
 
 void Session::open(const QString &name)
 {
-    std::unique_ptr<Storage> storage = makeStorage(name);
-    if (m_storage) {
-        if (storage->driverName() != m_storage->driverName())
-            throw Error(InvalidOperation,
-                        QStringLiteral("Non si possono aprire insieme database di tipo diverso: '%1'")
-                            .arg(storage->fullName(name)));
-        return;
-    }
-    m_connection = QSqlDatabase::addDatabase(storage->driverName(), m_connectionName);
-    try {
-        storage->openConnection(m_connection, name, *m_account);
-    } catch (const Error &) {
-        closeConnection();
-        throw;
-    }
-    m_storage = std::move(storage);
+    if (!m_storage)
+        m_storage = openStorage(name, *m_account);
+    else if (m_storage->kind() != storageKind(name))
+        throw Error(InvalidOperation,
+                    QStringLiteral("Non si possono aprire insieme database di tipo diverso: '%1'")
+                        .arg(fullName(name)));
 }
 
 QDateTime Session::now() const
@@ -77,12 +53,11 @@ std::shared_ptr<Attachment> Session::attach(const QString &path, bool readOnly)
             return existing;
     }
     detachUnused();
-    const QString schema =
-        m_storage->attach(m_connection, path, QStringLiteral("db%1").arg(m_schemas + 1), readOnly);
+    const QString schema = m_storage->attach(path, QStringLiteral("db%1").arg(m_schemas + 1), readOnly);
     ++m_schemas;
     auto attachment = std::make_shared<Attachment>();
     attachment->session = shared_from_this();
-    attachment->name = m_storage->fullName(path);
+    attachment->name = fullName(path);
     attachment->schema = schema;
     attachment->key = readOnly ? canonical + QStringLiteral("|ro") : shared;
     m_attached.insert(attachment->key, attachment);
@@ -93,7 +68,7 @@ void Session::createDatabase(const QString &path)
 {
     open(path);
     detachUnused();
-    m_storage->createDatabase(m_connection, path);
+    m_storage->createDatabase(path);
 }
 
 void Session::release(const QString &schema)
@@ -107,7 +82,7 @@ void Session::detachUnused()
 {
     m_unused.removeIf([this](const QString &schema) {
         try {
-            m_storage->detach(m_connection, schema);
+            m_storage->detach(schema);
             return true;
         } catch (const Error &) {
             return false; // still read from; the next time
@@ -118,23 +93,20 @@ void Session::detachUnused()
 std::unique_ptr<NativeCursor> Session::select(const QString &sql, const QVariantList &values) const
 {
     requireTransaction();
-    QSqlDatabase handle = m_connection;
-    return m_storage->openCursor(handle, sql, values);
+    return connection().select(sql, values);
 }
 
 std::unique_ptr<NativeCursor> Session::selectFirst(int rows, const QString &sql,
                                                    const QVariantList &values) const
 {
     requireTransaction();
-    QSqlDatabase handle = m_connection;
-    return m_storage->openFirstRows(handle, sql, values, rows);
+    return connection().selectFirst(rows, sql, values);
 }
 
 std::unique_ptr<NativeCursor> Session::stream(const QString &sql) const
 {
     requireTransaction();
-    QSqlDatabase handle = m_connection;
-    return m_storage->openStream(handle, sql);
+    return connection().stream(sql);
 }
 
 int Session::execute(const QString &sql, const QVariantList &values)
@@ -142,7 +114,7 @@ int Session::execute(const QString &sql, const QVariantList &values)
     drainReaders();
     requireTransaction();
     requireInPlace();
-    return m_storage->execute(m_connection, sql, values);
+    return connection().execute(sql, values);
 }
 
 qint64 Session::insertRow(const QString &sql, const QVariantList &values, const QString &autoNumber)
@@ -150,7 +122,7 @@ qint64 Session::insertRow(const QString &sql, const QVariantList &values, const 
     drainReaders();
     requireTransaction();
     requireInPlace();
-    return m_storage->insertRow(m_connection, sql, values, autoNumber);
+    return connection().insertRow(sql, values, autoNumber);
 }
 
 void Session::insert(NativeInsert &prepared, const QVariantList &values)
@@ -181,20 +153,14 @@ void Session::drainReaders()
 // inside it must not be saved on its own then, and what is read outside it may be another state.
 void Session::requireTransaction() const
 {
-    QSqlDatabase handle = m_connection;
-    if (m_depth > 0 && !m_storage->inTransaction(handle))
-        throw m_storage->goneTransaction();
+    if (m_depth > 0 && !connection().inTransaction())
+        throw connection().goneTransaction();
 }
 
 void Session::requireInPlace() const
 {
     if (m_depth == 0)
         m_storage->requireInPlace();
-}
-
-void Session::control(const QString &sql)
-{
-    m_storage->control(m_connection, sql);
 }
 
 void Session::begin()
@@ -204,11 +170,11 @@ void Session::begin()
     drainReaders();
     requireTransaction();
     if (m_depth > 0) {
-        control(QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
+        connection().control(QStringLiteral("SAVEPOINT ") + savepoint(m_depth));
         ++m_depth;
         return;
     }
-    m_storage->begin(m_connection);
+    connection().begin();
     ++m_depth;
     try {
         m_storage->requireInPlace();
@@ -223,7 +189,7 @@ void Session::beginReading()
     if (m_depth > 0)
         throw Error(TransactionError, QStringLiteral("Una transazione è già in corso"));
     drainReaders();
-    m_storage->beginReading(m_connection);
+    connection().beginReading();
     ++m_depth;
 }
 
@@ -236,8 +202,10 @@ void Session::commit()
         requireTransaction();
         if (m_depth == 1)
             m_storage->requireInPlace();
-        control(m_depth == 1 ? QStringLiteral("COMMIT")
-                             : QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
+        if (m_depth == 1)
+            connection().commit();
+        else
+            connection().control(QStringLiteral("RELEASE ") + savepoint(m_depth - 1));
     } catch (const Error &) {
         rollback();
         throw;
@@ -254,12 +222,12 @@ void Session::rollback()
     drainReaders();
     --m_depth;
     definitionsChanged();
-    if (m_storage->inTransaction(m_connection)) {
+    if (connection().inTransaction()) {
         if (m_depth == 0) {
-            control(QStringLiteral("ROLLBACK"));
+            connection().control(QStringLiteral("ROLLBACK"));
         } else {
-            control(QStringLiteral("ROLLBACK TO ") + savepoint(m_depth));
-            control(QStringLiteral("RELEASE ") + savepoint(m_depth));
+            connection().control(QStringLiteral("ROLLBACK TO ") + savepoint(m_depth));
+            connection().control(QStringLiteral("RELEASE ") + savepoint(m_depth));
         }
     }
     if (m_depth == 0)

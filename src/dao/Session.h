@@ -5,7 +5,6 @@
 #include "jetsql/Error.h"
 
 #include <QHash>
-#include <QSqlDatabase>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -40,15 +39,12 @@ class Session : public std::enable_shared_from_this<Session> {
 public:
     // `account` is asked for when a database of a server is opened.
     Session(std::shared_ptr<const Now> now, std::shared_ptr<const Account> account);
-    ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
     const Dialect &dialect() const { return m_storage->dialect(); }
-    const Storage &storage() const { return *m_storage; }
-    QSqlDatabase connection() const { return m_connection; }
-    // The full name of a database, as its engine has it.
-    QString fullName(const QString &name) const { return makeStorage(name)->fullName(name); }
+    Storage &storage() const { return *m_storage; }
+    Connection &connection() const { return m_storage->connection(); }
     QDateTime now() const;
 
     std::shared_ptr<Attachment> attach(const QString &path, bool readOnly);
@@ -94,14 +90,10 @@ private:
     void requireInPlace() const;
     // Opens the native connection for the first database. Later ones must be of the same engine: InvalidOperation.
     void open(const QString &name);
-    void control(const QString &sql);
-    void closeConnection();
 
     std::unique_ptr<Storage> m_storage;
     std::shared_ptr<const Now> m_now;
     std::shared_ptr<const Account> m_account;
-    QString m_connectionName;
-    QSqlDatabase m_connection;
     QHash<QString, std::weak_ptr<Attachment>> m_attached; // by key
     QStringList m_unused; // schemas that could not be detached yet
     std::vector<Reader *> m_readers;

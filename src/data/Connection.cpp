@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "data/Connection.h"
 
-#include "dao/postgres/PostgresAddress.h"
+#include "dao/Engines.h"
 #include "support/Seams.h"
 #include "support/SettingsStore.h"
 #include "values/JetValues.h"
@@ -26,7 +26,7 @@ QString practiceExtension(const HostEnvironment &environment)
     if (!environment.clinical)
         throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio clinico non disponibile"));
     // With a practice on a server these are files of the workstation.
-    if (dao::isServerAddress(environment.clinical->Name()))
+    if (environment.clinical->kind() == dao::StorageKind::Server)
         return QStringLiteral(".sqlite");
     const QString suffix = QFileInfo(environment.clinical->Name()).suffix();
     return suffix.isEmpty() ? QString() : QLatin1Char('.') + suffix;
@@ -48,10 +48,7 @@ bool leadsTo(const QString &connect, const QString &database)
 {
     const QString linked =
         connect.startsWith(linkPrefix, Qt::CaseInsensitive) ? connect.mid(linkPrefix.size()) : QString();
-    if (dao::isServerAddress(database))
-        return linked.compare(database, Qt::CaseInsensitive) == 0;
-    const QString file = QFileInfo(linked).canonicalFilePath();
-    return !file.isEmpty() && file == QFileInfo(database).canonicalFilePath();
+    return dao::isSameDatabase(linked, database);
 }
 
 // Empties the entries whose table is linked to the source already.

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PracticeFixture.h"
 
-#include <QSqlDatabase>
-#include <QSqlQuery>
+#include "dao/sqlite/SqliteHandle.h"
+#include "dao/sqlite/SqliteStatement.h"
+
+#include <sqlite3.h>
 #include <unistd.h>
 
 namespace {
@@ -50,14 +52,9 @@ TEST_F(PracticeTest, RefusesToOpenAndChangesNothing)
     const QByteArray whole = readFile(clinical);
     ASSERT_GT(whole.size(), 20 * 4096);
     const auto foreign = [&](const QString &name) { // another program's file
-        {
-            QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "other");
-            QFile::remove(path(name));
-            other.setDatabaseName(path(name));
-            ASSERT_TRUE(other.open());
-            QSqlQuery(other).exec("CREATE TABLE notes (a, b)");
-        }
-        QSqlDatabase::removeDatabase("other");
+        QFile::remove(path(name));
+        const dao::SqliteHandle other(path(name), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+        dao::SqliteStatement(other.get(), "CREATE TABLE notes (a, b)").run();
     };
     const struct {
         const char *name;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/Dao.h"
 #include "dao/BulkLoad.h"
+#include "dao/native/Connection.h"
 #include "server/TestEngine.h"
 #include "values/JetValues.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -583,10 +583,8 @@ TEST_F(DaoTest, CommitThatFailsIsRolledBack)
                 "CREATE TABLE %1.figlio (p INTEGER REFERENCES pazienti(id) DEFERRABLE INITIALLY DEFERRED)",
                 "CREATE TRIGGER %1.strappo BEFORE DELETE ON pazienti "
                 "BEGIN SELECT RAISE(ROLLBACK, 'no'); END"};
-    QSqlQuery native(database->nativeConnection());
     for (const QString &definition : definitions)
-        ASSERT_TRUE(native.exec(definition.arg(database->nativeSchema())));
-    native.finish();
+        database->nativeConnection().execute(definition.arg(database->nativeSchema()));
     database->TableDefs().Refresh();
     dao::Workspace &workspace = m_engine.DefaultWorkspace();
     workspace.BeginTrans();

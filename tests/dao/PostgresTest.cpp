@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/BulkLoad.h"
 #include "dao/Engines.h"
+#include "dao/native/Connection.h"
 #include "dao/postgres/PostgresAddress.h"
 #include "jetsql/NameLookup.h"
 #include "server/TestEngine.h"
 #include "values/JetValues.h"
 
 #include <QSemaphore>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <functional>
 #include <gtest/gtest.h>
@@ -93,10 +93,7 @@ protected:
     {
         return m_engine.DefaultWorkspace().CreateDatabase(name(file));
     }
-    static bool tell(dao::Database &database, const QString &sql)
-    {
-        return QSqlQuery(database.nativeConnection()).exec(sql);
-    }
+    static void tell(dao::Database &database, const QString &sql) { database.nativeConnection().select(sql); }
 
     QTemporaryDir m_folder;
     dao::DBEngine m_engine;
@@ -117,9 +114,9 @@ TEST_F(PostgresTest, WhatCannotBeOpenedIsToldInOneLine)
     // Files and the server are not opened together; the definitions of a newer program are left alone.
     EXPECT_EQ(errorOf([&] { m_engine.OpenDatabase(m_folder.filePath("c.sqlite")); }), dao::InvalidOperation);
     const auto database = m_engine.OpenDatabase(name("a"));
-    ASSERT_TRUE(tell(*database, "COMMENT ON SCHEMA jet IS 'orvale 99'"));
+    tell(*database, "COMMENT ON SCHEMA jet IS 'orvale 99'");
     EXPECT_EQ(errorOf([&] { m_engine.CreateWorkspace()->OpenDatabase(name("a")); }), dao::NotADatabase);
-    ASSERT_TRUE(tell(*database, "COMMENT ON SCHEMA jet IS 'orvale 1'"));
+    tell(*database, "COMMENT ON SCHEMA jet IS 'orvale 1'");
 }
 
 TEST_F(PostgresTest, ConnectionThatWasLostComesBackForTheNextStatement)
@@ -128,8 +125,8 @@ TEST_F(PostgresTest, ConnectionThatWasLostComesBackForTheNextStatement)
     database->Execute("CREATE TABLE numeri (n LONG)");
     const auto admin = m_engine.CreateWorkspace()->OpenDatabase(name("a"));
     const auto cut = [&] {
-        ASSERT_TRUE(tell(*admin, "SELECT pg_terminate_backend(pid, 5000) FROM pg_stat_activity "
-                                 "WHERE application_name = 'orvale' AND pid <> pg_backend_pid()"));
+        tell(*admin, "SELECT pg_terminate_backend(pid, 5000) FROM pg_stat_activity "
+                     "WHERE application_name = 'orvale' AND pid <> pg_backend_pid()");
     };
     cut();
     database->Execute("INSERT INTO numeri (n) VALUES (2)"); // nothing was lost with it
@@ -186,10 +183,10 @@ TEST_F(PostgresTest, LinksHoldWhereverThePracticeIs)
     local->TableDefs().Append(link);
     local->Execute("INSERT INTO problemi (n) VALUES (7)");
 
-    QSqlQuery stored(QStringLiteral("SELECT connect FROM \"%1\".engine_links").arg(local->nativeSchema()),
-                     local->nativeConnection());
-    ASSERT_TRUE(stored.next());
-    EXPECT_EQ(stored.value(0).toString(), ";DATABASE=#" + clinical->nativeSchema());
+    const auto stored = local->nativeConnection().select(
+        QStringLiteral("SELECT connect FROM \"%1\".engine_links").arg(local->nativeSchema()));
+    ASSERT_TRUE(stored->next());
+    EXPECT_EQ(stored->value(0).toString(), ";DATABASE=#" + clinical->nativeSchema());
     // Another workstation says the server's address in another way.
     dao::DBEngine other;
     const QString address =

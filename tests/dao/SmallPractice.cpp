@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/SmallPractice.h"
 
-#include "dao/Engines.h"
+#include "dao/native/Connection.h"
+#include "dao/postgres/PostgresDialect.h"
+#include "dao/sqlite/SqliteDialect.h"
 #include "jetsql/Error.h"
 #include "server/TestEngine.h"
 #include "values/JetValues.h"
@@ -107,39 +109,45 @@ SmallPractice::SmallPractice()
         testengine::databaseName(m_folder.path(), QStringLiteral("small%1.sqlite").arg(++made));
     m_workspace = m_engine.CreateWorkspace();
     m_database = m_workspace->CreateDatabase(name);
-    m_storage = dao::makeStorage(name);
-    const QString schemaName = m_storage->dialect().identifier(m_database->nativeSchema());
+    const QString schemaName = dialect().identifier(m_database->nativeSchema());
     dao::Transaction transaction(*m_workspace);
     for (const auto &[tableName, columns] : schema) {
         dao::TableInfo table;
         table.name = QString::fromLatin1(tableName);
-        table.nativeName = schemaName + u'.' + m_storage->dialect().identifier(table.name);
+        table.nativeName = schemaName + u'.' + dialect().identifier(table.name);
         QStringList declarations;
         for (const Column &column : columns) {
             table.columns.append({column.name, column.type, column.size, false});
-            declarations.append(m_storage->dialect().columnDeclaration(table.columns.last()));
+            declarations.append(dialect().columnDeclaration(table.columns.last()));
         }
-        declarations.append(m_storage->dialect().hiddenColumns());
+        declarations.append(dialect().hiddenColumns());
         nativeExec(QStringLiteral("CREATE TABLE ") + table.nativeName + QStringLiteral(" (")
                    + declarations.join(", ") + u')');
         m_tables[table.name.toLower()] = table;
     }
     for (const auto &[tableName, rows] : content) {
         nativeExec(QStringLiteral("INSERT INTO %1.%2 VALUES ")
-                       .arg(schemaName, m_storage->dialect().identifier(QString::fromLatin1(tableName)))
+                       .arg(schemaName, dialect().identifier(QString::fromLatin1(tableName)))
                    + QString::fromUtf8(rows)
-                         .replace(u" Yes"_qs, u' ' + m_storage->dialect().booleanLiteral(true))
-                         .replace(u" No"_qs, u' ' + m_storage->dialect().booleanLiteral(false)));
+                         .replace(u" Yes"_qs, u' ' + dialect().booleanLiteral(true))
+                         .replace(u" No"_qs, u' ' + dialect().booleanLiteral(false)));
     }
     for (const auto &index : indexes)
-        nativeExec(m_storage->dialect().createIndex(m_database->nativeSchema(), index.table,
-                                                    {index.name, {index.field}}));
+        nativeExec(
+            dialect().createIndex(m_database->nativeSchema(), index.table, {index.name, {index.field}}));
     transaction.commit();
     m_translator = std::make_unique<dao::Translator>(
-        m_storage->dialect(), *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });
+        dialect(), *this, [] { return clivara::jet::dateTime(2024, 5, 11, 14, 30, 15); });
 }
 
 SmallPractice::~SmallPractice() = default;
+
+const dao::Dialect &SmallPractice::dialect() const
+{
+    static const dao::SqliteDialect ofFiles;
+    static const dao::PostgresDialect ofServer;
+    return testengine::isServer() ? static_cast<const dao::Dialect &>(ofServer) : ofFiles;
+}
 
 const dao::TableInfo *SmallPractice::table(QStringView name) const
 {
@@ -156,8 +164,7 @@ template <typename Work>
 auto SmallPractice::natively(const QString &native, Work work) const
 {
     try {
-        QSqlDatabase connection = m_database->nativeConnection();
-        return work(connection);
+        return work(m_database->nativeConnection());
     } catch (const dao::Error &error) {
         // What the native engine does not take is a fault of the translation; what its functions do not, is not.
         if (error.number() == dao::Failed || error.number() == dao::ObjectNotFound
@@ -169,14 +176,14 @@ auto SmallPractice::natively(const QString &native, Work work) const
 
 void SmallPractice::nativeExec(const QString &sql) const
 {
-    natively(sql, [&](QSqlDatabase &connection) { return m_storage->execute(connection, sql, {}); });
+    natively(sql, [&](dao::Connection &connection) { return connection.execute(sql); });
 }
 
 QString SmallPractice::run(const QString &native, int columns) const
 {
-    return natively(native, [&](QSqlDatabase &connection) {
+    return natively(native, [&](dao::Connection &connection) {
         QStringList lines;
-        const auto cursor = m_storage->openCursor(connection, native, {});
+        const auto cursor = connection.select(native);
         while (cursor->next()) {
             QStringList values;
             for (int i = 0; i < columns; ++i)
@@ -196,8 +203,7 @@ QString SmallPractice::rows(const QString &sql) const
 int SmallPractice::execute(const QString &sql) const
 {
     const QString native = translate(sql).sql;
-    return natively(native,
-                    [&](QSqlDatabase &connection) { return m_storage->execute(connection, native, {}); });
+    return natively(native, [&](dao::Connection &connection) { return connection.execute(native); });
 }
 
 QString SmallPractice::value(const QString &expression) const

@@ -3,7 +3,7 @@
 
 #include "dao/Dao.h"
 #include "dao/Translator.h"
-#include "dao/native/Storage.h"
+#include "dao/native/Dialect.h"
 
 #include <QTemporaryDir>
 #include <map>
@@ -36,6 +36,7 @@ public:
     void nativeExec(const QString &sql) const;
 
 private:
+    const dao::Dialect &dialect() const;
     template <typename Work>
     auto natively(const QString &native, Work work) const;
     QString run(const QString &native, int columns) const;
@@ -44,7 +45,6 @@ private:
     dao::DBEngine m_engine;
     std::unique_ptr<dao::Workspace> m_workspace;
     std::shared_ptr<dao::Database> m_database;
-    std::unique_ptr<dao::Storage> m_storage;
     std::map<QString, dao::TableInfo> m_tables; // by lower-case name
     std::unique_ptr<dao::Translator> m_translator;
 };

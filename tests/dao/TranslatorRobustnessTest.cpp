@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/SmallPractice.h"
-#include "dao/native/FunctionErrors.h"
+#include "dao/native/NativeErrors.h"
 #include "jetsql/Error.h"
 #include "server/TestEngine.h"
 

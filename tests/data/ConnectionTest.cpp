@@ -3,9 +3,9 @@
 
 #include "DataFixture.h"
 #include "LockHolder.h"
+#include "dao/native/Connection.h"
 #include "support/Seams.h"
 
-#include <QSqlQuery>
 #include <stdexcept>
 
 namespace {
@@ -100,15 +100,14 @@ protected:
         clinical->Execute(QStringLiteral("INSERT INTO VISITAPROBL VALUES ('%1')").arg(name));
         const auto local = own.DefaultWorkspace().CreateDatabase(in + "/Locale.sqlite");
         if (!connect.isEmpty()) {
-            QSqlQuery links(local->nativeConnection());
+            dao::Connection &links = local->nativeConnection();
             const QString table = local->nativeSchema() + ".engine_links";
-            EXPECT_TRUE(links.exec("CREATE TABLE " + table
-                                   + " (position INTEGER PRIMARY KEY, name TEXT NOT NULL, connect TEXT NOT "
-                                     "NULL, source TEXT NOT NULL)"));
-            EXPECT_TRUE(links.exec(
-                QStringLiteral(
-                    "INSERT INTO %1 (name, connect, source) VALUES ('VISITAPROBL', '%2', 'VISITAPROBL')")
-                    .arg(table, connect)));
+            links.execute("CREATE TABLE " + table
+                          + " (position INTEGER PRIMARY KEY, name TEXT NOT NULL, connect TEXT NOT "
+                            "NULL, source TEXT NOT NULL)");
+            links.execute("INSERT INTO " + table
+                              + " (name, connect, source) VALUES ('VISITAPROBL', ?, 'VISITAPROBL')",
+                          {connect});
         }
         return in;
     }
@@ -168,11 +167,10 @@ TEST_F(LinkedFoldersTest, ALinkIsStoredRelativeToItsDatabase)
         EXPECT_EQ(shownVisit(environment), "archivio");
         EXPECT_EQ(environment.local->TableDefs()["VISITAPROBL"].Connect(),
                   ";DATABASE=" + practice + "/Orvale.sqlite");
-        QSqlQuery stored(
-            QStringLiteral("SELECT connect FROM %1.engine_links").arg(environment.local->nativeSchema()),
-            environment.local->nativeConnection());
-        ASSERT_TRUE(stored.next());
-        EXPECT_EQ(stored.value(0), ";DATABASE=Orvale.sqlite");
+        const auto stored = environment.local->nativeConnection().select(
+            QStringLiteral("SELECT connect FROM %1.engine_links").arg(environment.local->nativeSchema()));
+        ASSERT_TRUE(stored->next());
+        EXPECT_EQ(stored->value(0), ";DATABASE=Orvale.sqlite");
     }
     const QString moved = folder.filePath("spostato");
     QDir().rename(practice, moved);

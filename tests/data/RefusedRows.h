@@ -2,10 +2,7 @@
 #pragma once
 
 #include "dao/Dao.h"
-
-#include <QSqlError>
-#include <QSqlQuery>
-#include <gtest/gtest.h>
+#include "dao/native/Connection.h"
 
 // While it lives no row of the table can be added or changed. Only for databases in files.
 class RefusedRows {
@@ -28,10 +25,6 @@ public:
     RefusedRows &operator=(const RefusedRows &) = delete;
 
 private:
-    void run(const QString &sql)
-    {
-        QSqlQuery query(m_database.nativeConnection());
-        EXPECT_TRUE(query.exec(sql)) << query.lastError().text().toStdString();
-    }
+    void run(const QString &sql) { m_database.nativeConnection().execute(sql); }
     dao::Database &m_database;
 };

@@ -36,10 +36,9 @@ protected:
 
 TEST_F(LostNetworkTest, TheDialogSaysSoInTimeAndSavesOnceWhenTheNetworkIsBack)
 {
-    QSqlQuery tls("SELECT ssl FROM pg_stat_ssl WHERE pid = pg_backend_pid()",
-                  environment.clinical->nativeConnection());
-    EXPECT_TRUE(tls.next() && tls.value(0).toBool());
-    tls.finish();
+    const auto tls = environment.clinical->nativeConnection().select(
+        "SELECT ssl FROM pg_stat_ssl WHERE pid = pg_backend_pid()");
+    EXPECT_TRUE(tls->next() && tls->value(0).toBool());
     inVisit([&] {
         server("unplug");
         QElapsedTimer time;

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "DialogFixture.h"
+#include "dao/native/Connection.h"
 #include "problems/Visita2.h"
 
 #include <QProcess>
-#include <QSqlError>
 
 namespace clivara {
 
@@ -36,9 +36,8 @@ protected:
     void native(const QString &sql)
     {
         const auto other = otherWorkstation();
-        QSqlQuery query(other->nativeConnection());
-        EXPECT_TRUE(query.exec(QString(sql).replace("SCHEMA", u'"' + other->nativeSchema() + u'"')))
-            << query.lastError().text().toStdString();
+        other->nativeConnection().execute(
+            QString(sql).replace("SCHEMA", u'"' + other->nativeSchema() + u'"'));
     }
     // Cuts the connection that does something to the table.
     void cutConnectionOf(const char *event, const char *table, const char *deferred = "")

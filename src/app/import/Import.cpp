@@ -58,8 +58,7 @@ private:
 // Beside the practice's folder; for a practice on a server, in the folder where the program was started.
 QString reportPath(const QString &practice)
 {
-    const QString name =
-        dao::isServerAddress(practice) ? dao::PostgresAddress::parse(practice).database : practice;
+    const QString name = isOnServer(practice) ? dao::PostgresAddress::parse(practice).database : practice;
     return QFileInfo(name + QStringLiteral(".import.tsv")).absoluteFilePath();
 }
 

@@ -9,8 +9,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStandardPaths>
 
 namespace orvale {
@@ -19,19 +17,11 @@ namespace {
 
 UserError cannotOpen(const QString &path, const dao::Error &error)
 {
-    if (dao::isServerAddress(path))
+    if (isOnServer(path))
         return UserError(error.text());
     if (error.number() == dao::Corrupt || error.number() == dao::NotADatabase)
         return UserError(QStringLiteral("L'archivio %1 è danneggiato: %2").arg(path, error.text()));
     return UserError(QStringLiteral("L'archivio %1 non si apre: %2").arg(path, error.text()));
-}
-
-bool allPagesRead(dao::Database &database)
-{
-    QSqlQuery query(database.nativeConnection());
-    query.setForwardOnly(true);
-    return query.exec(QStringLiteral("PRAGMA \"%1\".quick_check(1)").arg(database.nativeSchema()))
-           && query.next() && query.value(0).toString() == QLatin1String("ok");
 }
 
 } // namespace
@@ -42,7 +32,7 @@ Practice::Practice(const QString &path, const QString &given)
 {
     m_environment.programFolder = QCoreApplication::applicationDirPath();
     m_environment.dataFolder = workstationFolder();
-    if (dao::isServerAddress(path)) {
+    if (isOnServer(path)) {
         const dao::Account account = accountOf(given.isEmpty() ? path : given);
         m_engine->setDefaultUser(account.user);
         m_engine->setDefaultPassword(account.password);
@@ -51,7 +41,7 @@ Practice::Practice(const QString &path, const QString &given)
 
 QString Practice::workstationFolder() const
 {
-    return dao::isServerAddress(m_path) ? QFileInfo(defaultPracticePath()).path() : m_path;
+    return isOnServer(m_path) ? QFileInfo(defaultPracticePath()).path() : m_path;
 }
 
 Practice::~Practice() = default;
@@ -84,13 +74,13 @@ QMap<QString, std::shared_ptr<dao::Database>> Practice::databases() const
 
 QString Practice::damagedFile(const QString &path)
 {
-    if (dao::isServerAddress(path))
+    if (isOnServer(path))
         return {}; // a server watches over its own pages
     dao::DBEngine engine;
     for (const PracticeFile &file : practiceFiles()) {
         const QString name = QDir(path).filePath(file.fileName);
         try {
-            if (!allPagesRead(*engine.OpenDatabase(name, true)))
+            if (!engine.OpenDatabase(name, true)->damage(dao::Thoroughness::Pages, 1).isEmpty())
                 return name;
         } catch (const dao::Error &) {
             return name;
@@ -102,7 +92,7 @@ QString Practice::damagedFile(const QString &path)
 std::unique_ptr<Practice> Practice::open(const QString &path, const Schema &schema, Pages pages)
 {
     const QString folder = practicePath(path);
-    if (!dao::isServerAddress(folder))
+    if (!isOnServer(folder))
         probePractice(folder, schema);
     std::unique_ptr<Practice> practice(new Practice(folder, path));
     try {
@@ -174,12 +164,12 @@ dao::Account accountOf(const QString &address)
 
 QString shownPractice(const QString &path)
 {
-    return dao::isServerAddress(path) ? practicePath(path) : path;
+    return isOnServer(path) ? practicePath(path) : path;
 }
 
 QString practicePath(const QString &path)
 {
-    if (dao::isServerAddress(path)) {
+    if (isOnServer(path)) {
         try {
             auto address = dao::PostgresAddress::parse(path);
             address.schema.clear();

@@ -4,7 +4,6 @@
 #include "app/practice/NetworkShare.h"
 #include "app/practice/PracticeProbe.h"
 #include "dao/Engines.h"
-#include "dao/postgres/PostgresAddress.h"
 #include "problems/ProblemItems.h"
 
 #include <QDateTime>
@@ -57,7 +56,7 @@ PracticeBuild::PracticeBuild(const QString &path, Existing existing, Tables tabl
     : m_target(practicePath(path))
     , m_given(path)
 {
-    if (dao::isServerAddress(m_target)) {
+    if (isOnServer(m_target)) {
         if (existing == Existing::Replaced)
             throw UserError(QStringLiteral("Un archivio su un server non si sostituisce: indicare un altro "
                                            "database del server."));

@@ -3,10 +3,7 @@
 
 #include "app/practice/Practice.h"
 #include "app/practice/Schema.h"
-#include "dao/postgres/PostgresAddress.h"
 
-#include <QSqlError>
-#include <QSqlQuery>
 #include <algorithm>
 
 namespace orvale {
@@ -205,28 +202,14 @@ void applyRule(const Databases &databases, const Rule &rule, int mostKeys, QList
         found.append(finding);
 }
 
-// What the native engine says of pages and indexes, when it is not "ok".
 void checkFile(dao::Database &database, QList<Finding> &found)
 {
-    if (dao::isServerAddress(database.Name()))
-        return; // a server watches over its own pages
     Finding finding;
     finding.text = QStringLiteral("%1: il file è danneggiato").arg(database.Name());
-    QSqlQuery query(database.nativeConnection());
-    query.setForwardOnly(true);
-    if (!query.exec(QStringLiteral("PRAGMA \"%1\".integrity_check(%2)")
-                        .arg(database.nativeSchema())
-                        .arg(mostFileLines))) {
-        finding.count = 1;
-        finding.keys = QStringList{query.lastError().databaseText()};
-    }
-    while (query.next()) {
-        const QString line = query.value(0).toString();
-        if (line == QLatin1String("ok"))
-            continue;
-        ++finding.count;
+    const QStringList lines = database.damage(dao::Thoroughness::PagesAndIndexes, mostFileLines);
+    for (const QString &line : lines)
         finding.keys.append(line.simplified());
-    }
+    finding.count = int(lines.size());
     if (finding.count > 0)
         found.append(finding);
 }

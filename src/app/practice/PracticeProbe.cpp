@@ -5,18 +5,16 @@
 #include "app/practice/Schema.h"
 #include "app/practice/UserError.h"
 #include "dao/sqlite/DatabaseFile.h"
+#include "dao/sqlite/SqliteHandle.h"
+#include "dao/sqlite/SqliteStatement.h"
 #include "jetsql/Error.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QUrl>
-#include <QUuid>
 #include <QtEndian>
-#include <functional>
+#include <sqlite3.h>
 #include <utility>
 
 namespace orvale {
@@ -68,65 +66,42 @@ void probeHeader(const QString &path)
         throw damaged(path);
 }
 
-// A connection that reads the file as it stands and never writes.
-class ReadOnlyConnection {
-public:
-    explicit ReadOnlyConnection(const QString &path)
-        : m_name(QUuid::createUuid().toString())
-    {
-        QSqlDatabase connection = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
-        connection.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
-        connection.setDatabaseName(QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded())
-                                   + QStringLiteral("?immutable=1"));
-        connection.open();
-    }
-    ~ReadOnlyConnection()
-    {
-        QSqlDatabase::database(m_name, false).close();
-        QSqlDatabase::removeDatabase(m_name);
-    }
-    ReadOnlyConnection(const ReadOnlyConnection &) = delete;
-    ReadOnlyConnection &operator=(const ReadOnlyConnection &) = delete;
-
-    // False when the file cannot be read so far.
-    bool select(const QString &sql, const std::function<void(const QSqlQuery &)> &row) const
-    {
-        QSqlQuery query(QSqlDatabase::database(m_name, false));
-        query.setForwardOnly(true);
-        if (!query.exec(sql))
-            return false;
-        while (query.next())
-            row(query);
-        return !query.lastError().isValid();
-    }
-
-private:
-    QString m_name;
-};
-
-void probeTables(const QString &path, const QString &database, const Schema &schema)
+// Reads the file as it stands and never writes. Throws dao::Error when it cannot be read so far.
+void readTables(const QString &path, const QString &database, const Schema &schema)
 {
-    const ReadOnlyConnection connection(path);
+    const QString address =
+        QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded()) + QStringLiteral("?immutable=1");
+    const dao::SqliteHandle file(address, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    dao::SqliteStatement names(file.get(),
+                               QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
     QStringList tables;
-    if (!connection.select(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"),
-                           [&](const QSqlQuery &row) { tables.append(row.value(0).toString()); }))
-        throw damaged(path);
+    while (names.step())
+        tables.append(names.value(0).toString());
     if (database == QLatin1String("clinical")) {
         if (!tables.contains(QStringLiteral("orvale_properties"), Qt::CaseInsensitive))
             throw notAPractice(path);
         int version = 0;
-        if (!connection.select(QStringLiteral("SELECT name, value FROM orvale_properties"),
-                               [&](const QSqlQuery &row) {
-                                   if (row.value(0).toString() == QLatin1String("schema_version"))
-                                       version = row.value(1).toInt();
-                               }))
-            throw damaged(path);
+        dao::SqliteStatement properties(file.get(),
+                                        QStringLiteral("SELECT name, value FROM orvale_properties"));
+        while (properties.step()) {
+            if (properties.value(0).toString() == QLatin1String("schema_version"))
+                version = properties.value(1).toInt();
+        }
         checkVersion(QFileInfo(path).path(), version, schema);
     }
     const QStringList expected = schema.firstTables(database);
     for (const QString &table : expected) {
         if (!tables.contains(table, Qt::CaseInsensitive))
             throw notAPractice(path);
+    }
+}
+
+void probeTables(const QString &path, const QString &database, const Schema &schema)
+{
+    try {
+        readTables(path, database, schema);
+    } catch (const dao::Error &) {
+        throw damaged(path);
     }
 }
 

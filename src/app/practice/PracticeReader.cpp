@@ -2,13 +2,12 @@
 #include "app/practice/PracticeReader.h"
 
 #include "app/practice/Practice.h"
-#include "dao/postgres/PostgresAddress.h"
 
 namespace orvale {
 
 PracticeReader::PracticeReader(const QString &path, const QString &given)
 {
-    if (dao::isServerAddress(path)) {
+    if (isOnServer(path)) {
         const dao::Account account = accountOf(given);
         m_engine.setDefaultUser(account.user);
         m_engine.setDefaultPassword(account.password);

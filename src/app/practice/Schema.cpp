@@ -2,7 +2,7 @@
 #include "app/practice/Schema.h"
 
 #include "app/practice/UserError.h"
-#include "dao/postgres/PostgresAddress.h"
+#include "dao/Engines.h"
 
 #include <QDir>
 #include <QFile>
@@ -58,9 +58,14 @@ const QList<PracticeFile> &practiceFiles()
     return files;
 }
 
+bool isOnServer(const QString &practice)
+{
+    return dao::storageKind(practice) == dao::StorageKind::Server;
+}
+
 QString databaseName(const QString &practice, const PracticeFile &file)
 {
-    if (!dao::isServerAddress(practice))
+    if (!isOnServer(practice))
         return QDir(practice).filePath(file.fileName);
     // In the making its schemas have another beginning.
     return practice + (practice.contains(u'#') ? u'_' : u'#') + file.database;

@@ -17,6 +17,9 @@ struct PracticeFile {
 };
 const QList<PracticeFile> &practiceFiles();
 
+// Whether a practice of that name is a database of a server, rather than a folder.
+bool isOnServer(const QString &practice);
+
 // The name of one of a practice's databases: a file in its folder, or a schema of its database on a server.
 QString databaseName(const QString &practice, const PracticeFile &file);
 

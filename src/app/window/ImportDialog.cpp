@@ -5,7 +5,6 @@
 #include "app/practice/Schema.h"
 #include "app/window/ImportSummary.h"
 #include "app/window/WorkDialog.h"
-#include "dao/postgres/PostgresAddress.h"
 #include "support/Prompts.h"
 #include "support/ui/FileChoice.h"
 #include "ui_ImportDialog.h"
@@ -32,7 +31,7 @@ QString folderOf(const QLineEdit &field)
 QString targetOf(const QLineEdit &field)
 {
     const QString text = field.text().trimmed();
-    return dao::isServerAddress(text) ? text : folderOf(field);
+    return isOnServer(text) ? text : folderOf(field);
 }
 
 bool isPractice(const QString &folder)
@@ -127,9 +126,8 @@ ImportDialog::~ImportDialog() = default;
 
 QString ImportDialog::proposedTarget(const QString &openPractice)
 {
-    return freeFolder(dao::isServerAddress(openPractice)
-                          ? QDir::home()
-                          : QFileInfo(QDir::cleanPath(openPractice)).absoluteDir());
+    return freeFolder(isOnServer(openPractice) ? QDir::home()
+                                               : QFileInfo(QDir::cleanPath(openPractice)).absoluteDir());
 }
 
 QString ImportDialog::targetWithin(const QString &folder)
@@ -185,7 +183,7 @@ bool ImportDialog::acceptsFields(const ImportOptions &options)
     if (options.target.isEmpty())
         return refuse(*m_ui->target, QStringLiteral("Indicare la cartella del nuovo archivio."));
     // A server's database that holds anything is refused by the import itself.
-    if (!dao::isServerAddress(options.target) && isWithin(options.target, m_openPractice))
+    if (!isOnServer(options.target) && isWithin(options.target, m_openPractice))
         return refuse(*m_ui->target,
                       QStringLiteral("L'archivio %1 è aperto in questa finestra: non si può importare al suo "
                                      "posto.\n\nIndicare un'altra cartella per il nuovo archivio.")
@@ -229,8 +227,7 @@ void ImportDialog::import()
     hide();
     ImportSummary summary(report, parentWidget());
     if (summary.exec() == Accepted)
-        m_practiceToOpen =
-            dao::isServerAddress(wanted.target) ? wanted.target : report.practice; // with its password
+        m_practiceToOpen = isOnServer(wanted.target) ? wanted.target : report.practice; // with its password
     done(m_practiceToOpen.isEmpty() ? Rejected : Accepted);
 }
 

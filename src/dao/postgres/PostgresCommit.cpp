@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresCommit.h"
 
-#include "dao/postgres/PostgresConnection.h"
+#include "dao/postgres/PostgresCursor.h"
 #include "jetsql/Error.h"
 
 #include <QDeadlineTimer>
@@ -31,7 +31,7 @@ QString PostgresCommit::lock() const
     return QStringLiteral("pg_advisory_xact_lock(%1)").arg(m_session);
 }
 
-void PostgresCommit::commit(PostgresConnection &connection)
+void PostgresCommit::commit(PostgresChannel &channel)
 {
     ++m_number;
     const QDeadlineTimer end(longestCommitMs);
@@ -40,19 +40,19 @@ void PostgresCommit::commit(PostgresConnection &connection)
         m_number == 1 ? QStringLiteral("DELETE FROM jet.commits WHERE at < now() - interval '1 day'; ")
                       : QString();
     try {
-        connection.commit(
+        channel.commit(
             purge
             + QStringLiteral("INSERT INTO jet.commits VALUES (%1, %2, now()) ON CONFLICT (session) "
                              "DO UPDATE SET number = excluded.number, at = excluded.at")
                   .arg(m_session)
                   .arg(m_number));
     } catch (const Error &error) {
-        if (error.number() != ConnectionLost || !isDone(connection, end))
+        if (error.number() != ConnectionLost || !isDone(channel, end))
             throw;
     }
 }
 
-bool PostgresCommit::isDone(PostgresConnection &connection, const QDeadlineTimer &end) const
+bool PostgresCommit::isDone(PostgresChannel &channel, const QDeadlineTimer &end) const
 {
     const qint64 limit = std::min(longestDoubtMs, end.remainingTime());
     QElapsedTimer doubt;
@@ -62,9 +62,9 @@ bool PostgresCommit::isDone(PostgresConnection &connection, const QDeadlineTimer
         try {
             // The lock is free when the server has done with the transaction, one way or the other.
             PostgresCursor row(
-                connection.run(QStringLiteral("SELECT %1; SELECT number FROM jet.commits WHERE session = %2")
-                                   .arg(lock())
-                                   .arg(m_session)));
+                channel.run(QStringLiteral("SELECT %1; SELECT number FROM jet.commits WHERE session = %2")
+                                .arg(lock())
+                                .arg(m_session)));
             return row.next() && row.value(0).toLongLong() == m_number;
         } catch (const Error &error) {
             longestAttempt = std::max(longestAttempt, doubt.elapsed() - before);

@@ -7,7 +7,7 @@ class QDeadlineTimer;
 
 namespace dao {
 
-class PostgresConnection;
+class PostgresChannel;
 
 // The commits of one connection, numbered in a row of the server that is written with each of them. So a commit whose
 // answer was lost with the connection can be told from one that was not done: what is repeated then is not saved twice.
@@ -19,10 +19,10 @@ public:
     QString lock() const;
     // Commits. When the connection is lost meanwhile, finds out what became of it: throws ConnectionLost when nothing
     // was saved and CommitInDoubt when the server does not come back in time to tell.
-    void commit(PostgresConnection &connection);
+    void commit(PostgresChannel &channel);
 
 private:
-    bool isDone(PostgresConnection &connection, const QDeadlineTimer &end) const;
+    bool isDone(PostgresChannel &channel, const QDeadlineTimer &end) const;
 
     const qint64 m_session; // this connection's number among all
     qint64 m_number = 0; // of its last commit

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresDialect.h"
 
-#include "dao/postgres/PostgresSql.h"
 #include "jetsql/Error.h"
 #include "jetsql/JetFunctions.h"
 #include "values/JetValues.h"
@@ -257,7 +256,7 @@ QStringList PostgresDialect::completeTable(const QString &nativeName, const QLis
                            "EXECUTE format('CREATE TRIGGER engine_numbers AFTER INSERT ON %3 FOR EACH ROW "
                            "WHEN (NEW.%4 > coalesce(pg_sequence_last_value(%L::regclass), 0)) "
                            "EXECUTE FUNCTION jet.keep_number(%L)', numbers, %2); END $do$")
-                .arg(quotedText(nativeName), quotedText(column.name),
+                .arg(Dialect::textLiteral(nativeName), Dialect::textLiteral(column.name),
                      QString(nativeName)
                          .replace(u'%', QStringLiteral("%%"))
                          .replace(u'\'', QStringLiteral("''")),
@@ -290,22 +289,22 @@ QString PostgresDialect::createIndex(const QString &schema, const QString &table
 {
     QStringList fields;
     for (const QString &field : index.fields)
-        fields.append(quotedName(field) + QStringLiteral(" NULLS FIRST"));
+        fields.append(identifier(field) + QStringLiteral(" NULLS FIRST"));
     const QString name = indexName(table, index);
     const QString whole = nativeIndexName(table, index);
     const QString sql =
         QStringLiteral("CREATE %1 %2 ON %3 (%4)")
             .arg(index.unique || index.primary ? QStringLiteral("UNIQUE INDEX") : QStringLiteral("INDEX"),
-                 quotedName(name), qualifiedName(schema, table), fields.join(QStringLiteral(", ")));
+                 identifier(name), qualified(schema, table), fields.join(QStringLiteral(", ")));
     return name == whole ? sql
                          : sql
                                + QStringLiteral("; COMMENT ON INDEX %1 IS %2")
-                                     .arg(qualifiedName(schema, name), quotedText(whole));
+                                     .arg(qualified(schema, name), Dialect::textLiteral(whole));
 }
 
 QString PostgresDialect::dropIndex(const QString &schema, const QString &table, const IndexInfo &index) const
 {
-    return QStringLiteral("DROP INDEX ") + qualifiedName(schema, indexName(table, index));
+    return QStringLiteral("DROP INDEX ") + qualified(schema, indexName(table, index));
 }
 
 } // namespace dao

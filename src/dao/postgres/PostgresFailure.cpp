@@ -3,62 +3,23 @@
 
 #include <QByteArray>
 #include <libpq-fe.h>
-#include <memory>
-#include <vector>
 
 namespace dao {
 namespace {
 
-struct FinishConnection {
-    void operator()(PGconn *connection) const { PQfinish(connection); }
-};
-using Connection = std::unique_ptr<PGconn, FinishConnection>;
-
-// The options as two lists that end with a null, the last ones in the place of earlier ones of the same name.
-class OptionLists {
-public:
-    explicit OptionLists(const PostgresOptions &options)
-    {
-        for (const auto &[key, value] : options) {
-            m_texts.push_back(key.toUtf8());
-            m_texts.push_back(value.toUtf8());
-        }
-        for (size_t i = 0; i < m_texts.size(); i += 2) {
-            m_keys.push_back(m_texts[i].constData());
-            m_values.push_back(m_texts[i + 1].constData());
-        }
-        m_keys.push_back(nullptr);
-        m_values.push_back(nullptr);
-    }
-    const char *const *keys() const { return m_keys.data(); }
-    const char *const *values() const { return m_values.data(); }
-
-private:
-    std::vector<QByteArray> m_texts;
-    std::vector<const char *> m_keys, m_values;
-};
-
-Connection connectTo(const PostgresOptions &options)
-{
-    const OptionLists lists(options);
-    return Connection(PQconnectdbParams(lists.keys(), lists.values(), 0));
-}
-
-bool isOpen(const Connection &connection)
+bool isOpen(const PostgresHandle &connection)
 {
     return PQstatus(connection.get()) == CONNECTION_OK;
 }
 
 // Whether the server's list has the database; the account may see the list even if it may not open the database.
-bool hasDatabase(const Connection &connection, const QString &name)
+bool hasDatabase(const PostgresHandle &connection, const QString &name)
 {
     const QByteArray text = name.toUtf8();
     const char *values[] = {text.constData()};
-    PGresult *result = PQexecParams(connection.get(), "SELECT 1 FROM pg_database WHERE datname = $1", 1,
-                                    nullptr, values, nullptr, nullptr, 0);
-    const bool found = PQresultStatus(result) == PGRES_TUPLES_OK && PQntuples(result) == 1;
-    PQclear(result);
-    return found;
+    const PostgresResult result(PQexecParams(connection.get(), "SELECT 1 FROM pg_database WHERE datname = $1",
+                                             1, nullptr, values, nullptr, nullptr, 0));
+    return PQresultStatus(result.get()) == PGRES_TUPLES_OK && PQntuples(result.get()) == 1;
 }
 
 // The library tries several ways and addresses; what it says of the first one is what was meant.
@@ -77,21 +38,16 @@ QString valueOf(const PostgresOptions &options, const QString &key, const QStrin
     return found;
 }
 
-PGPing ping(const PostgresOptions &options)
-{
-    const OptionLists lists(options);
-    return PQpingParams(lists.keys(), lists.values(), 0);
-}
-
 } // namespace
 
 PostgresFailure PostgresFailure::find(const PostgresOptions &options, const QString &answer)
 {
     const QString modeKey = QStringLiteral("sslmode");
-    switch (ping(options)) {
+    switch (pingPostgres(options)) {
     case PQPING_NO_RESPONSE:
         // Nothing is told to a server whose certificate is not the one that was asked for.
-        if (ping(options + PostgresOptions{{modeKey, QStringLiteral("disable")}}) != PQPING_NO_RESPONSE)
+        if (pingPostgres(options + PostgresOptions{{modeKey, QStringLiteral("disable")}})
+            != PQPING_NO_RESPONSE)
             return {Reason::Other, QStringLiteral("il collegamento cifrato con il server non riesce (%1)")
                                        .arg(firstLine(answer))};
         return {Reason::NoAnswer, QStringLiteral("a questo indirizzo non risponde nessun server")};
@@ -113,7 +69,7 @@ PostgresFailure PostgresFailure::find(const PostgresOptions &options, const QStr
     if (mode == u"prefer" || mode == u"allow")
         tries.prepend(common + PostgresOptions{{modeKey, QStringLiteral("require")}});
     for (const PostgresOptions &each : std::as_const(tries)) {
-        const Connection connection = connectTo(each);
+        const PostgresHandle connection = connectPostgres(each);
         if (isOpen(connection)) {
             if (!hasDatabase(connection, valueOf(options, QStringLiteral("dbname"), {})))
                 return {Reason::NoSuchDatabase, QStringLiteral("il server non ha questo database")};

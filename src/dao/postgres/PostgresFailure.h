@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QList>
-#include <QString>
-#include <utility>
+#include "dao/postgres/PostgresHandle.h"
 
 namespace dao {
-
-// The options of a connection as the server's library takes them: "host", "dbname", "password"...
-using PostgresOptions = QList<std::pair<QString, QString>>;
 
 // Why a connection cannot be opened, in a few Italian words. It is found out by asking the server, not by reading
 // its answer, which comes in the language of the server or of the workstation.

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresFirstRows.h"
 
-#include "dao/postgres/PostgresSql.h"
-
 namespace dao {
 
-PostgresFirstRows::PostgresFirstRows(const Storage &storage, const QSqlDatabase &connection,
-                                     const QString &sql, const QVariantList &values, int rows)
-    : m_storage(storage)
-    , m_connection(connection)
+PostgresFirstRows::PostgresFirstRows(PostgresChannel &channel, const QString &sql, const QVariantList &values,
+                                     int rows)
+    : m_channel(channel)
     , m_sql(sql)
     , m_values(values)
     , m_cursor(query(QStringLiteral("SELECT * FROM (%1) AS query LIMIT %2").arg(sql, QString::number(rows))))
@@ -18,7 +15,7 @@ PostgresFirstRows::PostgresFirstRows(const Storage &storage, const QSqlDatabase 
 
 std::unique_ptr<PostgresCursor> PostgresFirstRows::query(const QString &sql) const
 {
-    return std::make_unique<PostgresCursor>(runPostgres(m_storage, m_connection, sql, m_values));
+    return std::make_unique<PostgresCursor>(m_channel.run(sql, m_values));
 }
 
 QVariantList PostgresFirstRows::row() const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dao/postgres/PostgresConnection.h"
+#include "dao/postgres/PostgresCursor.h"
 
 namespace dao {
 
@@ -10,8 +10,7 @@ namespace dao {
 // already are left out of the second result wherever they stand there; none is missing and none comes twice.
 class PostgresFirstRows final : public NativeCursor {
 public:
-    PostgresFirstRows(const Storage &storage, const QSqlDatabase &connection, const QString &sql,
-                      const QVariantList &values, int rows);
+    PostgresFirstRows(PostgresChannel &channel, const QString &sql, const QVariantList &values, int rows);
     bool next() override;
     QVariant value(int column) const override { return m_cursor->value(column); }
 
@@ -20,8 +19,7 @@ private:
     QVariantList row() const;
     void readAll();
 
-    const Storage &m_storage;
-    QSqlDatabase m_connection;
+    PostgresChannel &m_channel;
     QString m_sql;
     QVariantList m_values;
     bool m_isCut = false; // there may be more rows than came

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresSchemas.h"
 
-#include "dao/postgres/PostgresSql.h"
-#include "dao/postgres/PostgresStorage.h"
-
-#include <QUuid>
-#include <libpq-fe.h>
+#include "dao/postgres/PostgresCursor.h"
+#include "dao/postgres/PostgresDialect.h"
+#include "dao/postgres/PostgresOpening.h"
 
 namespace dao {
 
@@ -14,37 +12,34 @@ namespace {
 // The one that every server has, for what cannot be done from within a database.
 const QString commonDatabase = QStringLiteral("postgres");
 
+QString quotedName(const QString &name)
+{
+    return PostgresDialect().identifier(name);
+}
+
 } // namespace
 
 struct PostgresSchemas::Private {
-    PostgresStorage storage;
-    QString name = QUuid::createUuid().toString();
-    QSqlDatabase connection;
     PostgresAddress address;
     Account account;
+    std::unique_ptr<PostgresChannel> channel;
     bool hasCreated = false;
 
     void open(const QString &database)
     {
-        connection = QSqlDatabase::addDatabase(storage.driverName(), name);
-        try {
-            openPostgres(storage, connection, address, account, database);
-        } catch (const Error &) {
-            close();
-            throw;
-        }
+        channel.reset(); // nobody may be left in a database that is to go
+        channel = openPostgres(address, account, database);
     }
-    void close()
+    PostgresResult run(const QString &sql) { return channel->run(sql); }
+    void removeDatabase()
     {
-        connection.close();
-        connection = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name);
+        open(commonDatabase);
+        run(QStringLiteral("DROP DATABASE ") + quotedName(address.database));
+        channel.reset();
     }
-    PostgresResult run(const QString &sql) { return PostgresConnection(storage, connection).run(sql); }
-    void removeDatabase() { run(QStringLiteral("DROP DATABASE ") + quotedName(address.database)); }
     void runTogether(const QStringList &statements)
     {
-        PostgresConnection(storage, connection).beginLongWork(PostgresWire::LongWork::Session);
+        channel->beginLongWork(PostgresWire::LongWork::Session);
         run(QStringLiteral("BEGIN; ") + statements.join(QStringLiteral("; ")) + QStringLiteral("; COMMIT"));
     }
 };
@@ -63,23 +58,17 @@ PostgresSchemas::PostgresSchemas(const QString &address, const Account &account,
         d->run(QStringLiteral("CREATE DATABASE %1 TEMPLATE template0 ENCODING 'UTF8' LOCALE_PROVIDER icu "
                               "ICU_LOCALE 'und' LC_COLLATE 'C' LC_CTYPE 'C.UTF-8'")
                    .arg(quotedName(d->address.database)));
-        d->close();
         try {
             d->open(d->address.database);
         } catch (const Error &) {
-            d->open(commonDatabase);
             d->removeDatabase();
-            d->close();
             throw;
         }
         d->hasCreated = true;
     }
 }
 
-PostgresSchemas::~PostgresSchemas()
-{
-    d->close();
-}
+PostgresSchemas::~PostgresSchemas() = default;
 
 bool PostgresSchemas::hasCreated() const
 {
@@ -88,8 +77,6 @@ bool PostgresSchemas::hasCreated() const
 
 void PostgresSchemas::removeCreated()
 {
-    d->close();
-    d->open(commonDatabase);
     d->removeDatabase();
 }
 

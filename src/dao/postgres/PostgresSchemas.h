@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dao/native/Storage.h"
+#include "dao/native/Account.h"
 
 #include <QList>
 #include <QString>

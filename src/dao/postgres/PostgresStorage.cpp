@@ -1,159 +1,277 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresStorage.h"
 
-#include "dao/native/FunctionErrors.h"
-#include "dao/postgres/PostgresFirstRows.h"
-#include "dao/postgres/PostgresSql.h"
-
-#include <QSqlError>
+#include "dao/postgres/PostgresCursor.h"
+#include "dao/postgres/PostgresExclusiveUse.h"
+#include "dao/postgres/PostgresFunctions.h"
+#include "dao/postgres/PostgresOpening.h"
 
 namespace dao {
 namespace {
 
-// A lock of the whole practice, by a number that nothing else uses there, which each transaction holds.
-const QString writeLock = QStringLiteral("pg_advisory_xact_lock(1869769079, 1)");
+// Whether the database is such as a practice needs.
+void requireSuitable(PostgresChannel &channel, const QString &name)
+{
+    PostgresCursor row(channel.run(QStringLiteral("SELECT pg_encoding_to_char(encoding) = 'UTF8' AND "
+                                                  "datlocprovider = 'i', "
+                                                  "current_setting('transaction_read_only')::boolean "
+                                                  "FROM pg_database WHERE datname = current_database()")));
+    row.next();
+    if (!row.value(0).toBool())
+        throw Error(NotADatabase,
+                    QStringLiteral("Il database '%1' non ha la codifica UTF8 e le regole ICU che occorrono")
+                        .arg(name));
+    if (row.value(1).toBool())
+        throw Error(ReadOnly, QStringLiteral("Il server del database '%1' è di sola lettura").arg(name));
+}
+
+// Of the text that the schema of the definitions is marked with; 0 when there is none.
+int definitionsVersion(const QVariant &mark)
+{
+    return mark.toString().section(u' ', 1).toInt();
+}
+
+QVariantList rowOf(NativeCursor &rows, int columns)
+{
+    QVariantList values;
+    for (int i = 0; i < columns; ++i)
+        values.append(rows.value(i));
+    return values;
+}
 
 } // namespace
 
-QString PostgresStorage::driverName() const
+PostgresStorage::PostgresStorage(const QString &address, const Account &account)
+    : m_address(PostgresAddress::parse(address))
+    , m_connection(openPostgres(m_address, account, m_address.database))
 {
-    return QStringLiteral("QPSQL");
+    requireSuitable(m_connection.channel(), m_address.server());
+    run(PostgresExclusiveUse::sharing());
+    m_connection.channel().wire().addToGreeting("; " + PostgresExclusiveUse::sharing().toLatin1());
 }
 
-int PostgresStorage::execute(QSqlDatabase &connection, const QString &sql, const QVariantList &values) const
+PostgresResult PostgresStorage::run(const QString &sql, const QVariantList &values) const
 {
-    int affected = 0;
-    write(connection, [&] {
-        affected = PostgresConnection::affected(runPostgres(*this, connection, sql, values).get());
-    });
-    return affected;
+    return m_connection.channel().run(sql, values);
 }
 
-qint64 PostgresStorage::insertRow(QSqlDatabase &connection, const QString &sql, const QVariantList &values,
-                                  const QString &autoNumber) const
+QString PostgresStorage::sameName(const QString &name) const
 {
-    if (autoNumber.isEmpty()) {
-        execute(connection, sql, values);
-        return 0;
-    }
-    qint64 number = 0;
-    write(connection, [&] {
-        PostgresCursor row(runPostgres(*this, connection,
-                                       sql + QStringLiteral(" RETURNING ") + quotedName(autoNumber), values));
-        number = row.next() ? row.value(0).toLongLong() : 0;
-    });
-    return number;
+    return PostgresAddress::parse(name).name();
 }
 
-void PostgresStorage::write(QSqlDatabase &connection, const std::function<void()> &write) const
+QString PostgresStorage::linkedName(const QString &name, const QString &holder) const
 {
-    PostgresConnection native(*this, connection);
-    if (native.inTransaction()) {
-        write();
-        return;
-    }
+    // Workstations reach the same practice by several addresses, and it may be restored under another name.
+    const PostgresAddress address = PostgresAddress::parse(name);
+    return address.server() == PostgresAddress::parse(holder).server() ? u'#' + address.schema
+                                                                       : address.name();
+}
+
+QString PostgresStorage::nameOfLinked(const QString &linked, const QString &holder) const
+{
+    if (!linked.startsWith(u'#'))
+        return linked;
+    PostgresAddress address = PostgresAddress::parse(holder);
+    address.schema = linked.mid(1);
+    return address.name();
+}
+
+QString PostgresStorage::attach(const QString &name, const QString &, bool)
+{
+    const PostgresAddress address = PostgresAddress::parse(name);
+    if (address.database != m_address.database || address.host != m_address.host)
+        throw Error(CannotFindFile,
+                    QStringLiteral("Il database '%1' non è quello aperto").arg(address.name()));
+    PostgresCursor found(run(QStringLiteral("SELECT obj_description(to_regnamespace('jet'), 'pg_namespace'), "
+                                            "has_schema_privilege(oid, 'USAGE') "
+                                            "FROM pg_namespace WHERE nspname = ?"),
+                             {address.schema}));
+    if (!found.next())
+        throw Error(CannotFindFile,
+                    QStringLiteral("Impossibile trovare il database '%1'").arg(address.name()));
+    const int version = definitionsVersion(found.value(0));
+    if (version > postgresDefinitionsVersion)
+        throw Error(NotADatabase,
+                    QStringLiteral("Il database '%1' è di una versione più recente del programma")
+                        .arg(address.name()));
+    if (!found.value(1).toBool())
+        throw Error(NoPermission,
+                    QStringLiteral("Manca il permesso di usare il database '%1'").arg(address.name()));
+    if (version > 0 && version < postgresDefinitionsVersion)
+        renewDefinitions(address);
+    return address.schema;
+}
+
+void PostgresStorage::define()
+{
+    for (const QString &statement : postgresDefinitions())
+        run(statement);
+}
+
+// What an earlier version of the program has defined gives way to this one's. Programs that begin at once wait for one
+// another; to define the same again does no harm.
+void PostgresStorage::renewDefinitions(const PostgresAddress &address)
+{
+    if (m_connection.inTransaction())
+        return; // when the next database is opened
+    m_connection.begin();
     try {
-        native.control(QStringLiteral("BEGIN; SELECT ") + m_commit.lock());
-        write();
-        m_commit.commit(native);
+        define();
+        m_connection.commit();
+    } catch (const Error &error) {
+        if (m_connection.inTransaction())
+            m_connection.control(QStringLiteral("ROLLBACK"));
+        if (error.number() != NoPermission)
+            throw;
+        throw Error(NoPermission,
+                    QStringLiteral("Il database '%1' è di una versione precedente del programma: "
+                                   "deve aprirlo per primo il suo proprietario")
+                        .arg(address.name()));
+    }
+}
+
+void PostgresStorage::createDatabase(const QString &name)
+{
+    const PostgresAddress address = PostgresAddress::parse(name);
+    if (address.schema.isEmpty())
+        throw Error(CannotFindFile, QStringLiteral("Manca il nome del database in '%1'").arg(address.name()));
+    // Two programs that begin at once wait for one another.
+    m_connection.begin();
+    try {
+        PostgresCursor found(run(QStringLiteral("SELECT to_regnamespace(quote_ident(?)) IS NOT NULL, "
+                                                "obj_description(to_regnamespace('jet'), 'pg_namespace')"),
+                                 {address.schema}));
+        found.next();
+        if (found.value(0).toBool())
+            throw Error(TableExists, QStringLiteral("Il database '%1' esiste già").arg(address.name()));
+        if (definitionsVersion(found.value(1)) < postgresDefinitionsVersion)
+            define();
+        run(QStringLiteral("CREATE SCHEMA ") + m_dialect.identifier(address.schema));
+        m_connection.commit();
     } catch (const Error &) {
-        if (native.inTransaction())
-            native.control(QStringLiteral("ROLLBACK"));
+        if (m_connection.inTransaction())
+            m_connection.control(QStringLiteral("ROLLBACK"));
         throw;
     }
 }
 
-void PostgresStorage::begin(QSqlDatabase &connection) const
+QStringList PostgresStorage::tables(const QString &schema) const
 {
-    // Takes the practice's write lock at once: a number that is the highest plus one stays the next one until
-    // the transaction has written it.
-    PostgresConnection native(*this, connection);
-    try {
-        native.control(QStringLiteral("BEGIN; SELECT %1, %2").arg(writeLock, m_commit.lock()));
-        m_writing = true;
-    } catch (const Error &) {
-        if (native.inTransaction())
-            native.control(QStringLiteral("ROLLBACK"));
-        throw;
+    PostgresCursor rows(run(QStringLiteral("SELECT relname FROM pg_class WHERE relkind = 'r' "
+                                           "AND relnamespace = to_regnamespace(?) ORDER BY oid"),
+                            {m_dialect.identifier(schema)}));
+    QStringList names;
+    while (rows.next())
+        names.append(rows.value(0).toString());
+    return names;
+}
+
+TableInfo PostgresStorage::describe(const QString &schema, const QString &table) const
+{
+    TableInfo info;
+    info.name = table;
+    info.nativeName = m_dialect.qualified(schema, table);
+    // Columns first, then the indexes with their fields.
+    PostgresCursor rows(run(
+        QStringLiteral(
+            "SELECT 0, attname, format_type(atttypid, atttypmod), attidentity <> '', attnotnull, attnum::int "
+            "FROM pg_attribute WHERE attrelid = to_regclass(?) AND attnum > 0 AND NOT attisdropped "
+            "AND attname <> 'engine_row' "
+            "UNION ALL "
+            "SELECT i.indexrelid::int8, a.attname, coalesce(obj_description(i.indexrelid, 'pg_class'), "
+            "c.relname), "
+            "i.indisunique, true, k.place::int "
+            "FROM pg_index i JOIN pg_class c ON c.oid = i.indexrelid "
+            "CROSS JOIN unnest(i.indkey::int2[]) WITH ORDINALITY AS k(number, place) "
+            "JOIN pg_attribute a ON a.attrelid = i.indrelid AND a.attnum = k.number "
+            "WHERE i.indrelid = to_regclass(?) "
+            "AND NOT EXISTS (SELECT 1 FROM pg_constraint WHERE conindid = i.indexrelid) "
+            "ORDER BY 1, 6"),
+        {info.nativeName, info.nativeName}));
+    qlonglong index = 0;
+    while (rows.next()) {
+        const QVariantList row = rowOf(rows, 5);
+        if (row[0].toLongLong() == 0) {
+            info.columns.append(PostgresDialect::declaredColumn(row[1].toString(), row[2].toString(),
+                                                                row[3].toBool(), row[4].toBool()));
+            continue;
+        }
+        if (row[0].toLongLong() != index) {
+            index = row[0].toLongLong();
+            info.indexes.append(indexOfNativeName(table, row[2].toString()));
+            info.indexes.last().unique = row[3].toBool();
+        }
+        info.indexes.last().fields.append(row[1].toString());
+    }
+    if (info.columns.isEmpty())
+        throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));
+    return info;
+}
+
+qint64 PostgresStorage::definitionVersion(const QString &schema) const
+{
+    PostgresCursor row(
+        run(QStringLiteral(
+                "SELECT hashtextextended(string_agg(concat_ws(' ', c.oid, c.relname, a.attname, a.atttypid, "
+                "a.attnotnull), ',' ORDER BY c.oid, a.attnum), 0) "
+                "FROM pg_class c LEFT JOIN pg_attribute a ON a.attrelid = c.oid AND a.attnum > 0 "
+                "WHERE c.relnamespace = to_regnamespace(?) AND c.relkind IN ('r', 'i')"),
+            {m_dialect.identifier(schema)}));
+    return row.next() ? row.value(0).toLongLong() : 0;
+}
+
+const IndexInfo *PostgresStorage::brokenIndex(const Error &error, const TableInfo &table) const
+{
+    // The server names the index: "duplicate key value violates unique constraint "name"".
+    for (const IndexInfo &index : table.indexes) {
+        if ((index.unique || index.primary)
+            && error.text().endsWith(m_dialect.identifier(PostgresDialect::indexName(table.name, index))))
+            return &index;
+    }
+    return nullptr;
+}
+
+void PostgresStorage::setLastAutoNumber(const QString &schema, const QString &table, qint64 number)
+{
+    const TableInfo info = describe(schema, table);
+    for (const ColumnInfo &column : info.columns) {
+        if (column.type == FieldType::AutoNumber)
+            run(QStringLiteral("SELECT setval(pg_get_serial_sequence(?, ?), greatest(max(%1), ?, 1)) FROM %2")
+                    .arg(m_dialect.identifier(column.name), info.nativeName),
+                {info.nativeName, column.name, number});
     }
 }
 
-void PostgresStorage::beginReading(QSqlDatabase &connection) const
+qint64 PostgresStorage::lastAutoNumber(const QString &, const TableInfo &table) const
 {
-    m_writing = false;
-    PostgresConnection native(*this, connection);
-    native.control(QStringLiteral("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"));
-    native.beginLongWork(PostgresWire::LongWork::Transaction);
-}
-
-void PostgresStorage::control(QSqlDatabase &connection, const QString &sql) const
-{
-    PostgresConnection native(*this, connection);
-    if (sql == u"COMMIT" && std::exchange(m_writing, false))
-        m_commit.commit(native);
-    else
-        native.control(sql);
-}
-
-bool PostgresStorage::inTransaction(QSqlDatabase &connection) const
-{
-    return PostgresConnection(*this, connection).inTransaction();
-}
-
-Error PostgresStorage::goneTransaction() const
-{
-    // A statement that fails is undone alone: only the end of the connection takes the transaction with it.
-    return Error(TransactionLost, connectionLost().text());
-}
-
-std::unique_ptr<NativeCursor> PostgresStorage::openCursor(QSqlDatabase &connection, const QString &sql,
-                                                          const QVariantList &values) const
-{
-    return std::make_unique<PostgresCursor>(runPostgres(*this, connection, sql, values));
-}
-
-std::unique_ptr<NativeCursor> PostgresStorage::openFirstRows(QSqlDatabase &connection, const QString &sql,
-                                                             const QVariantList &values, int rows) const
-{
-    return std::make_unique<PostgresFirstRows>(*this, connection, sql, values, rows);
-}
-
-int PostgresStorage::errorNumber(const QSqlError &error) const
-{
-    if (const auto function = functionError(error.databaseText()))
-        return function->first;
-    const QString state = error.nativeErrorCode();
-    static const std::pair<QLatin1String, int> numbers[] = {
-        {QLatin1String("23505"), DuplicateKey},     {QLatin1String("23502"), FieldRequired},
-        {QLatin1String("55P03"), Locked},           {QLatin1String("40P01"), Locked},
-        {QLatin1String("40001"), Locked},           {QLatin1String("57014"), Locked},
-        {QLatin1String("25006"), ReadOnly},         {QLatin1String("42501"), NoPermission},
-        {QLatin1String("22003"), Overflow},         {QLatin1String("22012"), DivisionByZero},
-        {QLatin1String("42P01"), ObjectNotFound},   {QLatin1String("3F000"), ObjectNotFound},
-        {QLatin1String("42703"), TooFewParameters}, {QLatin1String("42P07"), TableExists},
-        {QLatin1String("54000"), RecordTooLarge},   {QLatin1String("53100"), DiskFull},
-        {QLatin1String("58030"), DiskError},        {QLatin1String("XX001"), Corrupt},
-        {QLatin1String("XX002"), Corrupt},
-    };
-    for (const auto &[code, number] : numbers) {
-        if (state == code)
-            return number;
+    for (const ColumnInfo &column : table.columns) {
+        if (column.type != FieldType::AutoNumber)
+            continue;
+        PostgresCursor row(
+            run(QStringLiteral("SELECT pg_sequence_last_value(pg_get_serial_sequence(?, ?)::regclass)"),
+                {table.nativeName, column.name}));
+        return row.next() ? row.value(0).toLongLong() : 0;
     }
-    if (state.startsWith(QLatin1String("08")) || state.startsWith(QLatin1String("57P")))
-        return ConnectionLost;
-    return Failed;
+    return 0;
 }
 
-QString PostgresStorage::errorText(const QSqlError &error) const
+void PostgresStorage::beginLoad(const QString &)
 {
-    const auto function = functionError(error.databaseText());
-    if (function)
-        return function->second;
-    // In whatever language the server speaks, the index that a value would be twice in is named at the end.
-    const QString index = quotedName(error.driverText());
-    const bool isNamed = error.databaseText().endsWith(index);
-    return error.nativeErrorCode() != u"23505" || isNamed ? error.databaseText()
-                                                          : error.databaseText() + u' ' + index;
+    run(QStringLiteral("SET synchronous_commit = off"));
+    m_connection.channel().beginLongWork(PostgresWire::LongWork::Session);
+}
+
+void PostgresStorage::endLoad(const QString &schema)
+{
+    // The server plans by what it has counted: it would count only after a while by itself.
+    QStringList names;
+    for (const QString &table : tables(schema))
+        names.append(m_dialect.qualified(schema, table));
+    if (!names.isEmpty())
+        run(QStringLiteral("ANALYZE ") + names.join(QStringLiteral(", ")));
+    run(QStringLiteral("RESET synchronous_commit"));
+    m_connection.channel().endLongWork();
 }
 
 } // namespace dao

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresWire.h"
 
+#include "dao/postgres/PostgresParameters.h"
 #include "jetsql/NameLookup.h"
 
 #include <QElapsedTimer>
-#include <QSqlDriver>
-#include <QVariant>
 #include <algorithm>
 #include <cerrno>
 #include <libpq-fe.h>
-#include <memory>
 #include <poll.h>
 #include <sys/socket.h>
 #include <thread>
@@ -26,26 +24,13 @@ constexpr qint64 restMs = 1000;
 // Most answers come so soon that to sleep and be woken for them would take as long again.
 constexpr qint64 quickAnswerNs = 1'000'000;
 
-constexpr char property[] = "dao_wire";
-
 } // namespace
 
-PostgresWire &PostgresWire::of(const QSqlDatabase &connection)
+PostgresWire::PostgresWire(PostgresHandle connection, int answerTimeout)
+    : m_handle(std::move(connection))
+    , m_connection(m_handle.get())
+    , m_statementLimitMs(answerTimeout * 1000)
 {
-    using Shared = std::shared_ptr<PostgresWire>;
-    QSqlDriver *driver = connection.driver();
-    auto *native = *static_cast<PGconn *const *>(driver->handle().constData());
-    auto wire = driver->property(property).value<Shared>();
-    if (!wire || wire->m_connection != native) {
-        wire = Shared(new PostgresWire(native));
-        driver->setProperty(property, QVariant::fromValue(wire));
-    }
-    return *wire; // the driver holds it
-}
-
-void PostgresWire::setStatementLimit(int seconds)
-{
-    m_statementLimitMs = seconds * 1000;
 }
 
 bool PostgresWire::isOpen() const
@@ -118,24 +103,57 @@ bool PostgresWire::waitForServer(bool mayWrite)
     return PQconsumeInput(m_connection) == 1 && PQconsumeInput(m_connection) == 1;
 }
 
-void PostgresWire::send(const QByteArray &sql)
+void PostgresWire::prepareToSend()
 {
     // The limit of a transaction ends with it.
     if (m_longWork == LongWork::Transaction && !isInTransaction())
         m_longWork = LongWork::None;
     // A server that does not read must not keep the library from coming back.
     PQsetnonblocking(m_connection, 1);
+}
+
+void PostgresWire::send(const QByteArray &sql)
+{
+    prepareToSend();
     PQsendQuery(m_connection, sql.constData());
 }
 
-PGresult *PostgresWire::result()
+void PostgresWire::sendOne(const QByteArray &sql, const PostgresParameters &values)
+{
+    PQsendQueryParams(m_connection, sql.constData(), values.count(), values.types(), values.values(),
+                      values.lengths(), values.formats(), 0);
+}
+
+void PostgresWire::send(const QByteArray &sql, const PostgresParameters &values)
+{
+    prepareToSend();
+    sendOne(sql, values);
+}
+
+void PostgresWire::sendTogether(const QByteArray &sql, const PostgresParameters &values,
+                                const QList<QByteArray> &further)
+{
+    prepareToSend();
+    PQenterPipelineMode(m_connection);
+    sendOne(sql, values);
+    for (const QByteArray &each : further)
+        sendOne(each, {});
+    PQpipelineSync(m_connection);
+}
+
+void PostgresWire::endTogether()
+{
+    PQexitPipelineMode(m_connection);
+}
+
+PostgresResult PostgresWire::result()
 {
     while (isOpen()) {
         const bool isMoreToSend = PQflush(m_connection) == 1;
         if ((!isMoreToSend && PQisBusy(m_connection) == 0) || !waitForServer(isMoreToSend))
             break;
     }
-    return PQgetResult(m_connection);
+    return PostgresResult(PQgetResult(m_connection));
 }
 
 void PostgresWire::sendCopy(const QByteArray &rows)

@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "dao/postgres/PostgresHandle.h"
+
 #include <QByteArray>
 #include <QDeadlineTimer>
-#include <QSqlDatabase>
-
-typedef struct pg_conn PGconn;
-typedef struct pg_result PGresult;
 
 namespace dao {
 
-// The native connection that Qt's driver has opened, as something that may fall silent: whoever waits for the server
-// waits with a limit. The server itself cuts a statement that takes too long, so one that has not answered some time
-// after that will not answer any more; the connection is given up then, which takes no time and needs no answer.
+class PostgresParameters;
+
+// A native connection as something that may fall silent: whoever waits for the server waits with a limit. The server itself
+// cuts a statement that takes too long, so one that has not answered some time after that will not answer any more; the
+// connection is given up then, which takes no time and needs no answer.
 class PostgresWire {
 public:
-    // The one of this open connection, which lives as long as Qt's driver.
-    static PostgresWire &of(const QSqlDatabase &connection);
+    // A connection that is open; the server works on a statement for so many seconds.
+    PostgresWire(PostgresHandle connection, int answerTimeout);
 
-    // How long the server works on a statement. From now on nobody waits for a sign of it much longer.
-    void setStatementLimit(int seconds);
+    PGconn *connection() const { return m_connection; }
     // What every new connection is told first.
     QByteArray greeting() const { return m_greeting; }
     void addToGreeting(const QByteArray &sql) { m_greeting += sql; }
@@ -37,23 +36,30 @@ public:
     bool open();
     void giveUp();
 
-    // The statements as PQsendQuery takes them, and then their results as PQgetResult gives them.
+    // Statements without values, as PQsendQuery() takes them, or one with values, of which the marks are $1, $2... Their
+    // results follow.
     void send(const QByteArray &sql);
-    PGresult *result();
+    void send(const QByteArray &sql, const PostgresParameters &values);
+    // One with values and further ones without, in one message, each with results of its own; the last result is
+    // PGRES_PIPELINE_SYNC. Then endTogether().
+    void sendTogether(const QByteArray &sql, const PostgresParameters &values,
+                      const QList<QByteArray> &further);
+    void endTogether();
+    // Waits for the next result, as PQgetResult() gives it: null after the last one of a statement.
+    PostgresResult result();
     // The rows of a COPY, after which its result can be asked for.
     void sendCopy(const QByteArray &rows);
 
 private:
-    explicit PostgresWire(PGconn *connection)
-        : m_connection(connection)
-    {
-    }
+    void prepareToSend();
+    void sendOne(const QByteArray &sql, const PostgresParameters &values);
     QDeadlineTimer patience() const;
     bool waitForServer(bool mayWrite);
 
+    PostgresHandle m_handle;
     PGconn *m_connection;
     QByteArray m_greeting;
-    int m_statementLimitMs = 10000;
+    int m_statementLimitMs;
     LongWork m_longWork = LongWork::None;
     bool m_wasSilent = false;
     QDeadlineTimer m_rest; // no attempt to open the connection before
