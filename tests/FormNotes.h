@@ -2,6 +2,7 @@
 #pragma once
 
 #include "chart/FormOpener.h"
+#include "chart/FormRegistry.h"
 
 #include <QStringList>
 #include <functional>
@@ -17,12 +18,12 @@ struct FormNotes : FormOpener {
             act();
         return bool(act);
     }
-    bool isBuilt(const QString &name) const override { return !absent.contains(name); }
+    const FormRegistry &registry() const override { return built; }
     // The forms since the last call.
     QString take() { return std::exchange(opened, {}).join(u' '); }
 
     QStringList opened;
-    QStringList absent; // forms that the build does not have
+    FormRegistry built; // the forms that there are
     std::function<void()> act;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "chart/FormOpener.h"
+#include "chart/FormRegistry.h"
 #include "chart/WorkingState.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +36,7 @@ public:
     void queue(ConflictChoice choice) { m_choices.append(choice); }
     std::string told; // of the last one
 
+    const FormRegistry &registry() const override { return m_registry; }
     bool showForm(const QString &name) override
     {
         EXPECT_EQ(name, "Conflitto");
@@ -49,6 +51,7 @@ public:
 
 private:
     WorkingState &m_state;
+    FormRegistry m_registry;
     QList<ConflictChoice> m_choices;
 };
 

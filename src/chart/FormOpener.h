@@ -5,6 +5,8 @@
 
 namespace clivara {
 
+class FormRegistry;
+
 // Opens another form of the chart over the one that is open.
 class FormOpener {
 public:
@@ -13,8 +15,8 @@ public:
     // it or when it failed: the doctor has been told, and the log names the form. No error passes on, since
     // forms call this out of the event loop.
     virtual bool showForm(const QString &name) = 0;
-    // Whether this build has the form: what would open one that it has not is disabled and says so.
-    virtual bool isBuilt(const QString &) const { return true; }
+    // The forms that there are: what would open one that is not built is disabled and says so.
+    virtual const FormRegistry &registry() const = 0;
 };
 
 } // namespace clivara

@@ -2,6 +2,7 @@
 #include "problems/Problemi.h"
 
 #include "chart/FormOpener.h"
+#include "chart/FormRegistry.h"
 #include "chart/ListReading.h"
 #include "chart/WorkingState.h"
 #include "problems/ProblemRecords.h"
@@ -142,7 +143,7 @@ void Problemi::load()
     m_diagnosisNames.clear(); // the host may have changed its databases meanwhile
     const QString chart = diabetesChartOf(m_state.doctor.region);
     m_ui->BtnSchedaDiabete->setVisible(!chart.isEmpty());
-    enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->isBuilt(chart),
+    enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->registry().isBuilt(chart),
                  QStringLiteral("La scheda del diabete della regione non è ancora disponibile"));
     try {
         if (m_state.environment)

@@ -4,6 +4,7 @@
 #include "GeneralInfoFixture.h"
 #include "TestConflicts.h"
 #include "history/Allergie.h"
+#include "history/Forms.h"
 #include "history/InfGen.h"
 
 #include <QPushButton>
@@ -299,7 +300,8 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
     FormNotes forms;
     forms.act = [this] { state.header.allergies = judgedAllergies({}, false, true, "Nichel"); };
     state.forms = &forms;
-    InfGen launcher(state, [](const QString &form) { return form == QLatin1String("PregMalInf"); });
+    forms.built = FormRegistry(historyForms());
+    InfGen launcher(state);
     open(launcher, [&] {
         int on = 0;
         for (const auto *const button : launcher.findChildren<QPushButton *>()) {
@@ -309,7 +311,7 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
             EXPECT_EQ(button->isEnabled(), button->toolTip().isEmpty()) << button->objectName().toStdString();
             EXPECT_EQ(button->accessibleDescription(), button->toolTip());
         }
-        EXPECT_EQ(on, 1);
+        EXPECT_EQ(on, 2) << "but not the launcher itself";
         EXPECT_EQ(QApplication::focusWidget(), control("Apri_PregMalInf"));
         EXPECT_FALSE(control("Apri_Anagrafica")->isEnabled());
         click("Apri_PregMalInf");
