@@ -22,6 +22,8 @@ void fromExemptions(WorkingState &state, const QVariant &)
 std::vector<FormRow> historyForms()
 {
     constexpr auto kind = SectionKind::History;
+    // Of one component: a questionnaire whose row says nothing shows what another one has loaded.
+    const auto loadedCode = std::make_shared<QString>();
     return {
         {.name = QStringLiteral("Anagrafica"),
          .actions = {{1}},
@@ -39,11 +41,11 @@ std::vector<FormRow> historyForms()
          .kind = kind,
          .title = QStringLiteral("Anamnesi &familiare")},
         {.name = QStringLiteral("PregMalInf"),
-         .create = createForm<PregMalInf>,
+         .create = [=](WorkingState &state) { return std::make_unique<PregMalInf>(state, loadedCode); },
          .kind = kind,
          .title = QStringLiteral("Malattie &infettive pregresse")},
         {.name = QStringLiteral("Allergie"),
-         .create = createForm<Allergie>,
+         .create = [=](WorkingState &state) { return std::make_unique<Allergie>(state, loadedCode); },
          .actions = {{12}},
          .unloadOrder = 14,
          .kind = kind,

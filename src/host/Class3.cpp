@@ -2,6 +2,7 @@
 #include "host/Class3.h"
 
 #include "chart/ErrorLog.h"
+#include "chart/FormCall.h"
 #include "chart/FormOpener.h"
 #include "chart/HostContext.h"
 #include "chart/WorkingState.h"
@@ -63,8 +64,8 @@ struct Class3::Private : FormOpener {
     void initialize();
     void act(qint16 code, const QVariant &param);
     void open(const FormRegistry::Opened &opened, const QVariant &param);
-    bool showBuilt(const QString &name);
-    bool showForm(const QString &name) override;
+    bool showBuilt(const QString &name, FormCall *call = nullptr);
+    bool showForm(const QString &name, FormCall *call) override;
     const FormRegistry &registry() const override { return forms; }
     void logFailure(const QString &form, int number, const QString &text);
     void unloadAll();
@@ -119,7 +120,7 @@ void Class3::Private::logFailure(const QString &form, int number, const QString 
     state.log.write(QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, form).arg(number) + text);
 }
 
-bool Class3::Private::showBuilt(const QString &name)
+bool Class3::Private::showBuilt(const QString &name, FormCall *call)
 {
     ChartForm *const opened = form(name);
     if (!opened) {
@@ -127,18 +128,20 @@ bool Class3::Private::showBuilt(const QString &name)
                         + QStringLiteral(": maschera non disponibile"));
         return false;
     }
+    if (call)
+        dynamic_cast<CalledForm &>(*opened).take(*call);
     opened->showModal();
     return true;
 }
 
-bool Class3::Private::showForm(const QString &name)
+bool Class3::Private::showForm(const QString &name, FormCall *call)
 {
     QString reason;
     hasLoaded = false;
     // The form that opens this one is shown already.
     const auto closed = qScopeGuard([this] { hasLoaded = true; });
     try {
-        if (showBuilt(name))
+        if (showBuilt(name, call))
             return true;
         reason = QStringLiteral("Questa parte della cartella non è ancora disponibile.");
     } catch (const ToldError &error) {

@@ -28,7 +28,7 @@ void fromCaller(WorkingState &state, const QVariant &param)
 
 void selectNewProblem(WorkingState &state, const QVariant &)
 {
-    state.problemSelector = noProblem;
+    state.selected.id = noProblem;
 }
 
 void problemsFromCaller(WorkingState &state, const QVariant &param)
@@ -39,7 +39,7 @@ void problemsFromCaller(WorkingState &state, const QVariant &param)
 
 void selectProblem(WorkingState &state, const QVariant &param)
 {
-    state.problemSelector = longParameter(param);
+    state.selected.id = longParameter(param);
 }
 
 } // namespace

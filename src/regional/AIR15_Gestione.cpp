@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regional/AIR15_Gestione.h"
 
-#include "chart/FormOpener.h"
 #include "chart/ListReading.h"
 #include "chart/WorkingState.h"
+#include "regional/SheetForm.h"
 #include "regional/SheetLayout.h"
 #include "support/ui/Opener.h"
 #include "ui_AIR15_Gestione.h"
@@ -129,13 +129,12 @@ void AIR15_Gestione::open(int type, qint32 number)
     if (!layout)
         return; // a type that this program does not know
     const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    m_state.sheetNumber = number;
-    m_state.forms->showForm(layout->form);
+    const qint32 saved = openSheet(m_state, *layout, number);
     fill();
     // The sheet that was saved as a new one, else the row of before.
     for (int i = 0; i < m_sheets.size(); ++i) {
         const StoredSheet &sheet = m_sheets[i];
-        if (number < 1 && sheet.type == type && sheet.number == m_state.sheetNumber) {
+        if (number < 1 && sheet.type == type && sheet.number == saved) {
             selectRow(i);
             return;
         }

@@ -65,14 +65,14 @@ TEST_F(FormRegistryTest, OpensTheFormOfTheCodeInTheModeOfTheCaller)
     };
     for (const Case &c : cases) {
         state.callerMode = m;
-        state.problemSelector = s;
+        state.selected.id = s;
         const auto [form, action] = registry.opened(c.code, c.param);
         ASSERT_NE(form, nullptr) << c.code;
         if (action->prepare)
             action->prepare(state, c.param);
         EXPECT_EQ(form->name, c.form) << c.code;
         EXPECT_EQ(state.callerMode, c.mode) << c.code;
-        EXPECT_EQ(state.problemSelector, c.selector) << c.code;
+        EXPECT_EQ(state.selected.id, c.selector) << c.code;
     }
 }
 
