@@ -3,7 +3,7 @@
 // the server before it is painted, counted in the server's log.
 #include "BenchHost.h"
 #include "BenchSupport.h"
-#include "app/window/Sections.h"
+#include "host/Sections.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -47,10 +47,10 @@ void printRoundTrips(const QString &practice, int patient)
     if (statementsLogged() == 0)
         throw std::runtime_error("the server logs no statements");
     std::printf("%-30s %12s %12s\n", "round trips to painted form", "first time", "afterwards");
-    for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
-        for (const orvale::Section &section : group.sections) {
+    for (const clivara::SectionGroup &group : clivara::sectionGroups()) {
+        for (const clivara::Section &section : group.sections) {
             const int first = roundTrips(host, section.action, patient);
-            std::printf("%-30s %12d %12d\n", qPrintable(orvale::plainTitle(section)), first,
+            std::printf("%-30s %12d %12d\n", qPrintable(section.plainTitle()), first,
                         roundTrips(host, section.action, patient));
         }
     }

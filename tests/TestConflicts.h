@@ -2,6 +2,8 @@
 #pragma once
 
 #include "chart/FormOpener.h"
+#include "chart/FormRegistry.h"
+#include "chart/RecordConflict.h"
 #include "chart/WorkingState.h"
 
 #include <gtest/gtest.h>
@@ -9,10 +11,10 @@
 namespace clivara {
 
 // What the doctor is told of a conflict: the sentence, and a line "caption|mine|theirs" for each value that differs.
-inline std::string toldOf(WorkingState &state)
+inline std::string toldOf(WorkingState &state, const RecordConflict &conflict)
 {
-    QStringList told{conflictSentence(state, state.conflict)};
-    for (const ConflictField &field : std::as_const(state.conflict.fields)) {
+    QStringList told{conflictSentence(state, conflict)};
+    for (const ConflictField &field : conflict.fields) {
         if (field.mine != field.stored)
             told.append(field.caption + u'|' + field.mine + u'|' + field.stored);
     }
@@ -35,20 +37,23 @@ public:
     void queue(ConflictChoice choice) { m_choices.append(choice); }
     std::string told; // of the last one
 
-    bool showForm(const QString &name) override
+    const FormRegistry &registry() const override { return m_registry; }
+    bool showForm(const QString &name, FormCall *call) override
     {
         EXPECT_EQ(name, "Conflitto");
-        told = toldOf(m_state);
+        auto &shown = dynamic_cast<ConflictCall &>(*call);
+        told = toldOf(m_state, shown.conflict);
         if (m_choices.isEmpty()) {
             ADD_FAILURE() << "unexpected conflict: " << told;
             return true;
         }
-        m_state.conflict.choice = m_choices.takeFirst();
+        shown.choice = m_choices.takeFirst();
         return true;
     }
 
 private:
     WorkingState &m_state;
+    FormRegistry m_registry;
     QList<ConflictChoice> m_choices;
 };
 

@@ -8,6 +8,7 @@
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
+#include "support/Mnemonic.h"
 #include "support/ui/WaitCursor.h"
 #include "ui_EvaluationForm.h"
 #include "values/JetValues.h"
@@ -61,7 +62,7 @@ EvaluationForm::EvaluationForm(const QString &name, const Words &words, HistoryP
     m_ui->Grid1->setColumnWidth(0, fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + 32);
     m_ui->Grid1->setMinimumHeight(visibleRows * m_ui->Grid1->verticalHeader()->defaultSectionSize());
     m_ui->plotLabel->setText(words.course);
-    m_ui->plot->setAccessibleName(QString(words.course).remove(u'&'));
+    m_ui->plot->setAccessibleName(withoutMnemonic(words.course));
     m_ui->plot->setScale(scale);
     setUsualSize(usualSize);
 

@@ -70,7 +70,7 @@ Conflitto::~Conflitto() = default;
 
 void Conflitto::load()
 {
-    const RecordConflict &conflict = m_state.conflict;
+    const RecordConflict &conflict = call().conflict;
     m_ui->avviso->setText(QStringLiteral("⚠  ") + conflictSentence(m_state, conflict)
                           + QStringLiteral(" Niente è stato ancora sostituito."));
     m_ui->spiegazione->setText(
@@ -174,7 +174,7 @@ void Conflitto::showNext()
 
 void Conflitto::choose(ConflictChoice choice)
 {
-    m_state.conflict.choice = choice;
+    call().choice = choice;
     reject();
 }
 

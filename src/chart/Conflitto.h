@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/RecordConflict.h"
 #include "support/ui/ChartForm.h"
 
 #include <memory>
@@ -14,14 +15,11 @@ class Conflitto;
 namespace clivara {
 
 class VersionPane;
-enum class ConflictChoice;
-struct ConflictField;
-struct RecordConflict;
 struct WorkingState;
 
-// Shows WorkingState::conflict: who saved the record first and when, and both versions side by side where they differ.
-// The doctor's choice goes back there; whoever only closes the form goes back to editing.
-class Conflitto final : public ChartForm {
+// Shows a conflict: who saved the record first and when, and both versions side by side where they differ.
+// The doctor's choice is the answer; whoever only closes the form goes back to editing.
+class Conflitto final : public ChartForm, public CalledBy<ConflictCall> {
     Q_OBJECT
 
 public:

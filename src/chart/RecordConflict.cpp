@@ -47,11 +47,11 @@ QString conflictSentence(WorkingState &state, const RecordConflict &conflict)
 
 ConflictChoice askAboutConflict(WorkingState &state, const RecordConflict &conflict)
 {
-    state.conflict = conflict;
-    state.conflict.choice = ConflictChoice::BackToEditing;
-    if (!state.forms || !state.forms->showForm(QStringLiteral("Conflitto")))
+    ConflictCall call;
+    call.conflict = conflict;
+    if (!state.forms || !state.forms->showForm(QStringLiteral("Conflitto"), &call))
         state.prompts.warn(conflictSentence(state, conflict) + QStringLiteral("\nNiente è stato salvato."));
-    return std::exchange(state.conflict, {}).choice;
+    return call.choice;
 }
 
 } // namespace clivara

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/FormCall.h"
 #include "dao/Dao.h"
 
 #include <QDateTime>
@@ -42,6 +43,11 @@ struct RecordConflict {
     QList<ConflictField> fields; // all of them, also those that do not differ
     // Mine keeps what was written elsewhere where nothing was changed here; otherwise it replaces the whole record.
     bool mergesFields = true;
+};
+
+// Of the form "Conflitto".
+struct ConflictCall : FormCall {
+    RecordConflict conflict;
     ConflictChoice choice = ConflictChoice::BackToEditing; // the answer
 };
 

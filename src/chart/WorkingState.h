@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "chart/RecordConflict.h"
 #include "data/ChangeJournal.h"
 #include "data/HostEnvironment.h"
 #include "data/RecordsetOperations.h"
@@ -49,6 +48,11 @@ struct DoctorSettings {
     QString regionName; // REGIONE
 };
 
+struct SelectedProblem {
+    qint32 id = 0; // its idProblems, 0 for none or a new one, -1 for "unassociated"
+    QString text; // what it is called
+};
+
 // What the component holds for as long as the host keeps it loaded, shared by all its forms.
 struct WorkingState {
     explicit WorkingState(const Services &services)
@@ -81,20 +85,11 @@ struct WorkingState {
     QString uidMedicoT, uidMedicoP, uidAuthor; // plain form; the last two are both of medicoP
     qint16 callerMode = 0;
     FormOpener *forms = nullptr; // set by the component before any form is made
-    qint32 problemSelector =
-        0; // the selected problem: its idProblems, 0 for none or a new one, -1 for "unassociated"
-    QString problemText; // what the selected problem is called
-    QString visitMode; // "10" new, "11" edit
-    qint32 visitId = 0; // the visit being edited
-    qint32 stayId = 0; // the hospital stay being edited; 0 for a new one
-    qint32 identifierKey = 0; // of the record-identifier form: the row's key and the code of its table
-    QString identifierTable;
-    QString loadedCode; // the code string that the allergies or the past infections loaded last
+    SelectedProblem selected; // of the patient's problems
+    QString visitMode; // "10" new, "11" edit: of the visit that was opened last
     bool networkedPractice = false; // the setting "Mir_Attivo", as of the last saved allergies
     int failure = 0; // the error that the last write ended with; 0 when it ended without one
     bool unreachableTold = false; // the doctor knows that the server cannot be reached
-    RecordConflict conflict; // that the form of conflicts shows, and its answer
-    qint32 sheetNumber = 0; // of the regional sheet to open, 0 a new one
     GroupSettings group;
     DoctorSettings doctor;
     PatientHeader header;

@@ -2,6 +2,7 @@
 #include "data/AllergyCode.h"
 
 #include "data/CodePairs.h"
+#include "support/Mnemonic.h"
 
 namespace clivara {
 
@@ -13,7 +14,7 @@ QString allergenName(int allergen, const QString &catalogueName)
     while (group + 1 < allergenGroups.size() && firstAllergen(group + 1) <= allergen)
         ++group;
     return QStringLiteral("%1 n. %2")
-        .arg(QString::fromUtf16(allergenGroups[group].caption).remove(u'&'))
+        .arg(withoutMnemonic(QString::fromUtf16(allergenGroups[group].caption)))
         .arg(allergen - firstAllergen(group) + 1);
 }
 

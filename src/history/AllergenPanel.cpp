@@ -3,6 +3,7 @@
 
 #include "history/AllergenBox.h"
 #include "history/AllergenSearch.h"
+#include "support/Mnemonic.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -47,11 +48,6 @@ const std::vector<Arrangement> &arrangements()
          {{{Moulds, 1}}, {{Composites, 1}}, {{Dusts, 1}}, {{Epithelia, 1}}}},
     };
     return all;
-}
-
-QString withoutMnemonic(const char16_t *caption)
-{
-    return QString::fromUtf16(caption).remove(u'&');
 }
 
 // Parts a layout from the widgets that it holds, which stay.
@@ -139,8 +135,8 @@ int AllergenPanel::search(const QString &typed)
     int found = 0;
     for (std::size_t group = 0; group < allergenGroups.size(); ++group) {
         const AllergenGroup &known = allergenGroups[group];
-        const QString about =
-            withoutMnemonic(known.caption) + u' ' + QString::fromUtf16(known.searchWords) + u' ';
+        const QString about = withoutMnemonic(QString::fromUtf16(known.caption)) + u' '
+                              + QString::fromUtf16(known.searchWords) + u' ';
         for (int item = 0; item < known.items; ++item) {
             AllergenBox *const box = m_boxes[std::size_t(firstAllergen(group) + item)];
             const bool hit = words.finds(about + box->allergen());

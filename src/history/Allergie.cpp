@@ -11,8 +11,9 @@
 
 namespace clivara {
 
-Allergie::Allergie(WorkingState &state)
-    : QuestionnaireForm(QStringLiteral("Allergie"), state, QuestionnaireKind::Allergies)
+Allergie::Allergie(WorkingState &state, std::shared_ptr<QString> loadedCode)
+    : QuestionnaireForm(QStringLiteral("Allergie"), state, std::move(loadedCode),
+                        QuestionnaireKind::Allergies)
     , m_ui(std::make_unique<Ui::Allergie>())
 {
     m_ui->setupUi(contents());
@@ -44,8 +45,8 @@ void Allergie::load()
 
     const Loaded loaded = loadCode(isIntactAllergyCode);
     if (loaded == Loaded::NoRow)
-        m_state.loadedCode.clear();
-    m_ui->gruppi->setSelection(decodeAllergies(m_state.loadedCode));
+        m_loadedCode->clear();
+    m_ui->gruppi->setSelection(decodeAllergies(*m_loadedCode));
     // With a row that says nothing the free text is not shown either.
     if (loaded == Loaded::Blank)
         noteUnreadText();
@@ -180,7 +181,7 @@ bool Allergie::saveAll()
     showPatient();
     if (m_textRefused) {
         // The window stays open with the text, and only that is still to be saved.
-        m_state.loadedCode = m_read.code.value_or(QString());
+        *m_loadedCode = m_read.code.value_or(QString());
         m_state.prompts.warn(
             QStringLiteral("Gli allergeni segnati sono salvati, il testo di «Varie» no: il paziente "
                            "non ha la scheda delle informazioni generali."));

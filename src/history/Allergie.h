@@ -17,7 +17,7 @@ class Allergie final : public QuestionnaireForm {
     Q_OBJECT
 
 public:
-    explicit Allergie(WorkingState &state);
+    Allergie(WorkingState &state, std::shared_ptr<QString> loadedCode);
     ~Allergie() override;
 
 protected:

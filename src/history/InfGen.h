@@ -4,9 +4,9 @@
 #include "support/ui/ChartForm.h"
 
 #include <QList>
-#include <functional>
 #include <memory>
 
+class QBoxLayout;
 class QPushButton;
 
 namespace Ui {
@@ -15,6 +15,7 @@ class InfGen;
 
 namespace clivara {
 
+struct FormRow;
 struct WorkingState;
 
 // The general information: one button for each section of the chart, named `Apri_` and the section's form. Sections that
@@ -23,14 +24,15 @@ class InfGen final : public ChartForm {
     Q_OBJECT
 
 public:
-    // `isBuilt` tells which forms there are, by their names.
-    InfGen(WorkingState &state, const std::function<bool(const QString &form)> &isBuilt);
+    // Needs WorkingState::forms, whose registry says what there is.
+    explicit InfGen(WorkingState &state);
     ~InfGen() override;
 
 protected:
     void load() override;
 
 private:
+    void addButton(QBoxLayout *layout, const FormRow &section);
     void openSection(const QString &form);
 
     WorkingState &m_state;

@@ -9,8 +9,9 @@
 
 namespace clivara {
 
-PregMalInf::PregMalInf(WorkingState &state)
-    : QuestionnaireForm(QStringLiteral("PregMalInf"), state, QuestionnaireKind::Infections)
+PregMalInf::PregMalInf(WorkingState &state, std::shared_ptr<QString> loadedCode)
+    : QuestionnaireForm(QStringLiteral("PregMalInf"), state, std::move(loadedCode),
+                        QuestionnaireKind::Infections)
     , m_ui(std::make_unique<Ui::PregMalInf>())
 {
     m_ui->setupUi(contents());
@@ -65,7 +66,7 @@ void PregMalInf::load()
 {
     const Loaded loaded = loadCode(isIntactInfectionCode);
     m_hasRow = loaded != Loaded::NoRow;
-    showAnswers(loaded == Loaded::Code ? decodeInfections(m_state.loadedCode) : InfectionAnswers());
+    showAnswers(loaded == Loaded::Code ? decodeInfections(*m_loadedCode) : InfectionAnswers());
     m_shownCode = encodeInfections(answers());
     adjustSize();
     m_boxes[std::size_t(plainInfections)]->setFocus();

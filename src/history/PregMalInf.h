@@ -25,7 +25,7 @@ class PregMalInf final : public QuestionnaireForm {
     Q_OBJECT
 
 public:
-    explicit PregMalInf(WorkingState &state);
+    PregMalInf(WorkingState &state, std::shared_ptr<QString> loadedCode);
     ~PregMalInf() override;
 
 protected:

@@ -8,9 +8,11 @@
 
 namespace clivara {
 
-QuestionnaireForm::QuestionnaireForm(const QString &name, WorkingState &state, QuestionnaireKind kind)
+QuestionnaireForm::QuestionnaireForm(const QString &name, WorkingState &state,
+                                     std::shared_ptr<QString> loadedCode, QuestionnaireKind kind)
     : ChartForm(name, state.header, state.clock)
     , m_state(state)
+    , m_loadedCode(std::move(loadedCode))
     , m_kind(kind)
 {
 }
@@ -38,10 +40,10 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
     if (!stored.exists)
         return Loaded::NoRow;
     if (stored.code)
-        m_state.loadedCode = *stored.code;
-    if (withoutOuterBlanks(m_state.loadedCode).isEmpty())
+        *m_loadedCode = *stored.code;
+    if (withoutOuterBlanks(*m_loadedCode).isEmpty())
         return Loaded::Blank;
-    m_isForeign = !stored.code || !isIntact(m_state.loadedCode);
+    m_isForeign = !stored.code || !isIntact(*m_loadedCode);
     if (!stored.code) {
         addNotice(QStringLiteral("La scheda registrata di questo paziente è vuota: le voci segnate vengono "
                                  "dall'ultima scheda aperta, forse di un altro paziente."));
@@ -54,7 +56,7 @@ QuestionnaireForm::Loaded QuestionnaireForm::loadCode(bool (*isIntact)(const QSt
 
 bool QuestionnaireForm::isChangedCode(const QString &code) const
 {
-    return withoutOuterBlanks(code) != withoutOuterBlanks(m_state.loadedCode);
+    return withoutOuterBlanks(code) != withoutOuterBlanks(*m_loadedCode);
 }
 
 WriteResult QuestionnaireForm::writeAll(const std::function<WriteResult()> &write)

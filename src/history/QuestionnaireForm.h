@@ -12,13 +12,15 @@ namespace clivara {
 struct WorkingState;
 
 // What the questionnaires have in common: their answers are one code string in a row of the patient, and the string
-// that was loaded last is one for all of them (WorkingState::loadedCode). A row without a string leaves what was
+// that was loaded last is one for all of them. A row without a string leaves what was
 // loaded before, be it another form's or another patient's; the form then says so.
 class QuestionnaireForm : public ChartForm, protected WrittenRecord {
     Q_OBJECT
 
 protected:
-    QuestionnaireForm(const QString &name, WorkingState &state, QuestionnaireKind kind);
+    // `loadedCode` is shared by all questionnaires.
+    QuestionnaireForm(const QString &name, WorkingState &state, std::shared_ptr<QString> loadedCode,
+                      QuestionnaireKind kind);
 
     // Where the notices stand: a label that is hidden while there are none.
     void setNotices(QLabel *label);
@@ -49,6 +51,7 @@ protected:
     bool isCodeReplaced(const QString &code);
 
     WorkingState &m_state;
+    const std::shared_ptr<QString> m_loadedCode;
     const QuestionnaireKind m_kind;
     StoredCode m_read; // the row as it was read
     StoredCode m_elsewhere; // the row as another workstation has stored it, when a save found that

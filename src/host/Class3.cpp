@@ -2,11 +2,12 @@
 #include "host/Class3.h"
 
 #include "chart/ErrorLog.h"
+#include "chart/FormCall.h"
 #include "chart/FormOpener.h"
 #include "chart/HostContext.h"
 #include "chart/WorkingState.h"
 #include "data/Connection.h"
-#include "host/ActionTable.h"
+#include "host/AllForms.h"
 #include "host/FormShelf.h"
 #include "host/WaitPointer.h"
 #include "support/ui/ChartForm.h"
@@ -62,10 +63,10 @@ struct Class3::Private : FormOpener {
 
     void initialize();
     void act(qint16 code, const QVariant &param);
-    void open(const ActionRow &action, const QVariant &param);
-    bool showBuilt(const QString &name);
-    bool showForm(const QString &name) override;
-    bool isBuilt(const QString &name) const override { return builtForms().contains(name); }
+    void open(const FormRegistry::Opened &opened, const QVariant &param);
+    bool showBuilt(const QString &name, FormCall *call = nullptr);
+    bool showForm(const QString &name, FormCall *call) override;
+    const FormRegistry &registry() const override { return forms; }
     void logFailure(const QString &form, int number, const QString &text);
     void unloadAll();
     ChartForm *form(const QString &name);
@@ -76,7 +77,8 @@ struct Class3::Private : FormOpener {
     WaitPointer pointer;
     QString failure; // of the last Action
     bool hasLoaded = false; // whether the form that was opened last has been shown
-    FormShelf shelf{state};
+    const FormRegistry forms = allForms();
+    FormShelf shelf{state, forms};
 };
 
 void Class3::Private::initialize()
@@ -97,12 +99,12 @@ ChartForm *Class3::Private::form(const QString &name)
     });
 }
 
-void Class3::Private::open(const ActionRow &action, const QVariant &param)
+void Class3::Private::open(const FormRegistry::Opened &opened, const QVariant &param)
 {
-    const QString name = QString::fromUtf16(action.form);
+    const QString &name = opened.form->name;
     try {
-        if (action.prepare)
-            action.prepare(state, param);
+        if (opened.action->prepare)
+            opened.action->prepare(state, param);
         showBuilt(name);
     } catch (const dao::Error &error) {
         logFailure(name, error.number(), error.text());
@@ -118,7 +120,7 @@ void Class3::Private::logFailure(const QString &form, int number, const QString 
     state.log.write(QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, form).arg(number) + text);
 }
 
-bool Class3::Private::showBuilt(const QString &name)
+bool Class3::Private::showBuilt(const QString &name, FormCall *call)
 {
     ChartForm *const opened = form(name);
     if (!opened) {
@@ -126,18 +128,20 @@ bool Class3::Private::showBuilt(const QString &name)
                         + QStringLiteral(": maschera non disponibile"));
         return false;
     }
+    if (call)
+        dynamic_cast<CalledForm &>(*opened).take(*call);
     opened->showModal();
     return true;
 }
 
-bool Class3::Private::showForm(const QString &name)
+bool Class3::Private::showForm(const QString &name, FormCall *call)
 {
     QString reason;
     hasLoaded = false;
     // The form that opens this one is shown already.
     const auto closed = qScopeGuard([this] { hasLoaded = true; });
     try {
-        if (showBuilt(name))
+        if (showBuilt(name, call))
             return true;
         reason = QStringLiteral("Questa parte della cartella non è ancora disponibile.");
     } catch (const ToldError &error) {
@@ -163,7 +167,7 @@ bool Class3::Private::showForm(const QString &name)
 
 void Class3::Private::unloadAll()
 {
-    for (const QString &name : unloadOrder()) {
+    for (const QString &name : forms.unloadOrder()) {
         if (ChartForm *const unneeded = form(name))
             unneeded->unload();
     }
@@ -180,8 +184,8 @@ void Class3::Private::act(qint16 code, const QVariant &param)
     pointer.show();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     reloadHostContext(state);
-    if (const ActionRow *const action = findAction(code, param))
-        open(*action, param);
+    if (const FormRegistry::Opened opened = forms.opened(code, param); opened.form)
+        open(opened, param);
     pointer.restore();
     state.log.write(QStringLiteral("+--- ") + state.componentName + QStringLiteral(".Action end"));
 }
@@ -255,10 +259,8 @@ QString Class3::failure() const
 
 bool Class3::isBuilt(qint16 code)
 {
-    const auto actions = actionTable();
-    return std::any_of(actions.begin(), actions.end(), [&](const ActionRow &action) {
-        return action.code == code && builtForms().contains(QString::fromUtf16(action.form));
-    });
+    static const FormRegistry forms = allForms();
+    return forms.opens(code);
 }
 
 } // namespace clivara

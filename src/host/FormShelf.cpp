@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/FormShelf.h"
 
+#include "chart/FormRegistry.h"
 #include "support/ui/ChartForm.h"
 
 namespace clivara {
 
-FormShelf::FormShelf(WorkingState &state, const FormFactories &factories)
+FormShelf::FormShelf(WorkingState &state, const FormRegistry &registry)
     : m_state(state)
-    , m_factories(factories)
+    , m_registry(registry)
 {
 }
 
@@ -17,10 +18,10 @@ ChartForm *FormShelf::form(const QString &name, const std::function<void(ChartFo
 {
     if (const auto kept = m_forms.find(name); kept != m_forms.end())
         return kept->second.get();
-    const auto factory = m_factories.constFind(name);
-    if (factory == m_factories.constEnd())
+    const FormRow *const row = m_registry.find(name);
+    if (!row || !row->create)
         return nullptr;
-    auto form = (*factory)(m_state);
+    auto form = row->create(m_state);
     if (created)
         created(*form);
     return m_forms.emplace(name, std::move(form)).first->second.get();

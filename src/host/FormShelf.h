@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QHash>
 #include <QString>
 #include <functional>
 #include <map>
@@ -10,18 +9,13 @@
 namespace clivara {
 
 class ChartForm;
+class FormRegistry;
 struct WorkingState;
-
-using FormFactory = std::function<std::unique_ptr<ChartForm>(WorkingState &)>;
-using FormFactories = QHash<QString, FormFactory>; // by the form's own name
-
-// The forms that this build has.
-const FormFactories &builtForms();
 
 // One instance of each form, created on first use and kept until the component goes away.
 class FormShelf {
 public:
-    explicit FormShelf(WorkingState &state, const FormFactories &factories = builtForms());
+    FormShelf(WorkingState &state, const FormRegistry &registry);
     ~FormShelf();
 
     // Null when the form is not built. `created` runs once, on a new instance. An error of the form's
@@ -30,7 +24,7 @@ public:
 
 private:
     WorkingState &m_state;
-    const FormFactories &m_factories;
+    const FormRegistry &m_registry;
     std::map<QString, std::unique_ptr<ChartForm>> m_forms;
 };
 

@@ -2,6 +2,7 @@
 #include "problems/Probl1.h"
 
 #include "chart/ErrorLog.h"
+#include "chart/FormOpener.h"
 #include "chart/RegionalNotice.h"
 #include "chart/ThreeWay.h"
 #include "chart/WorkingState.h"
@@ -16,6 +17,14 @@ namespace {
 constexpr QSize usualSize(960, 640);
 
 } // namespace
+
+std::optional<qint32> openProblem(WorkingState &state, std::optional<qint32> problem)
+{
+    ProblemCall call;
+    call.problem = problem;
+    state.forms->showForm(QStringLiteral("Probl1"), &call);
+    return call.saved;
+}
 
 Probl1::Probl1(WorkingState &state)
     : RecordDialog(QStringLiteral("Probl1"), state)
@@ -52,13 +61,13 @@ std::array<MemoEdit *, 4> Probl1::texts() const
 
 void Probl1::load()
 {
-    const bool isNew = m_state.problemSelector <= noProblem;
+    const bool isNew = !call().problem;
     ProblemDetail problem;
     if (isNew) {
         problem.opened = problem.started = m_state.clock.today();
         problem.state = qint16(ProblemState::Open);
     } else {
-        const auto found = readProblem(m_state.clinical(), m_state.problemSelector);
+        const auto found = readProblem(m_state.clinical(), *call().problem);
         if (!found)
             refuseToOpen(QStringLiteral("Il problema è stato eliminato da un'altra postazione."));
         problem = *found;
@@ -224,7 +233,6 @@ void Probl1::keepMine()
 void Probl1::becomeNew()
 {
     m_problem.id = noProblem;
-    m_state.problemSelector = noProblem;
     setWindowTitle(QStringLiteral("Nuovo problema"));
 }
 
@@ -236,7 +244,7 @@ QString Probl1::vanishedQuestion() const
 
 void Probl1::written()
 {
-    m_state.problemSelector = m_problem.id;
+    call().saved = m_problem.id;
     tellRegion(m_state, m_problem.id);
 }
 

@@ -14,9 +14,18 @@ namespace clivara {
 
 class MemoEdit;
 
-// Writes one problem: the selected one (WorkingState::problemSelector), or a new one when none is selected. A new
-// problem is the selected one once it is saved.
-class Probl1 : public RecordDialog {
+// Of the form "Probl1".
+struct ProblemCall : FormCall {
+    std::optional<qint32> problem; // to be edited; none: a new one
+    std::optional<qint32> saved; // the answer: another one when it was deleted meanwhile and saved anew
+};
+
+// Opens the dialog of a problem, of a new one without `problem`; the result is the problem that was saved, none when
+// none was. Raises nothing.
+std::optional<qint32> openProblem(WorkingState &state, std::optional<qint32> problem);
+
+// Writes one problem.
+class Probl1 : public RecordDialog, public CalledBy<ProblemCall> {
     Q_OBJECT
 
 public:

@@ -17,7 +17,7 @@ namespace clivara {
 
 struct WorkingState;
 
-// What the selected problem (WorkingState::problemSelector) is besides a problem's idProblems.
+// What the selected problem (WorkingState::selected) is besides a problem's idProblems.
 constexpr qint32 noProblem = 0; // none chosen, or a new one
 constexpr qint32 unassociated = -1; // the row of items that are filed against no problem
 

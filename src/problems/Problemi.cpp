@@ -2,8 +2,10 @@
 #include "problems/Problemi.h"
 
 #include "chart/FormOpener.h"
+#include "chart/FormRegistry.h"
 #include "chart/ListReading.h"
 #include "chart/WorkingState.h"
+#include "problems/Probl1.h"
 #include "problems/ProblemRecords.h"
 #include "problems/VisitCommands.h"
 #include "support/ui/Opener.h"
@@ -18,7 +20,6 @@ namespace {
 const auto vanishedText = QStringLiteral("Il problema era già stato cancellato da un'altra postazione.");
 
 constexpr QSize usualSize(1120, 704);
-const auto problemForm = QStringLiteral("Probl1");
 const auto problemTable = QStringLiteral("150"); // for the record-identifier form
 
 // The diabetes chart of a region; empty when it has none.
@@ -142,7 +143,7 @@ void Problemi::load()
     m_diagnosisNames.clear(); // the host may have changed its databases meanwhile
     const QString chart = diabetesChartOf(m_state.doctor.region);
     m_ui->BtnSchedaDiabete->setVisible(!chart.isEmpty());
-    enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->isBuilt(chart),
+    enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->registry().isBuilt(chart),
                  QStringLiteral("La scheda del diabete della regione non è ancora disponibile"));
     try {
         if (m_state.environment)
@@ -186,7 +187,7 @@ void Problemi::CaricaTab_Problemi()
                  [this] { return listProblems(m_state.clinical(), m_state.header.patientCode); });
     m_filling = true;
     m_problems->setProblems(problems, [this](const QString &code) { return diagnosisName(code); });
-    const int known = m_problems->rowOf(m_state.problemSelector);
+    const int known = m_problems->rowOf(m_state.selected.id);
     const QModelIndex selected = m_problems->index(std::max(known, 0), ProblemListModel::Problem);
     m_ui->ReportControl1_0->setCurrentIndex(selected);
     m_ui->ReportControl1_0->scrollTo(selected);
@@ -198,8 +199,7 @@ void Problemi::CaricaTab_Problemi()
 void Problemi::showProblem(int row, ItemTreeView::Place place)
 {
     const ProblemListModel::Row &problem = m_problems->at(row);
-    m_state.problemSelector = problem.id;
-    m_state.problemText = problem.problem;
+    m_state.selected = {problem.id, problem.problem};
     m_ui->lblProblema->setText(problem.id == unassociated ? QStringLiteral("nessun problema")
                                                           : problem.problem);
     CaricaTab_Visite(place);
@@ -272,11 +272,7 @@ void Problemi::runProblemCommand(ProblemCommand command)
     const ProblemListModel::Row problem = *selected; // the list may be read again meanwhile
     switch (command) {
     case ProblemCommand::Edit:
-        m_state.problemSelector = problem.id;
-        m_state.forms->showForm(problemForm);
-        // What the dialog saved: another one when it was deleted meanwhile and saved anew.
-        if (m_state.problemSelector <= noProblem)
-            m_state.problemSelector = problem.id;
+        m_state.selected.id = openProblem(m_state, problem.id).value_or(problem.id);
         CaricaTab_Problemi();
         break;
     case ProblemCommand::Delete:
@@ -290,12 +286,8 @@ void Problemi::runProblemCommand(ProblemCommand command)
 
 void Problemi::newProblem()
 {
-    const qint32 before = m_state.problemSelector;
-    m_state.problemSelector = noProblem;
-    m_state.forms->showForm(problemForm);
-    // A dialog that was cancelled, or that does not name what it saved, leaves the selection where it was.
-    if (m_state.problemSelector == noProblem)
-        m_state.problemSelector = before;
+    if (const auto created = openProblem(m_state, std::nullopt))
+        m_state.selected.id = *created;
     CaricaTab_Problemi();
 }
 
@@ -349,13 +341,12 @@ void Problemi::runVisitCommand(VisitCommand command)
 {
     const ProblemListModel::Row *const problem = selectedRow();
     const std::optional<qint32> visit = m_ui->ReportControl1_1->selectedVisit();
+    std::optional<qint32> created;
     switch (command) {
     case VisitCommand::New:
         if (!problem)
             return;
-        m_state.problemSelector = problem->id;
-        m_state.problemText = problem->problem;
-        newVisit(m_state);
+        created = newVisit(m_state, {problem->id, problem->problem});
         break;
     case VisitCommand::Edit:
         if (!visit)
@@ -368,12 +359,10 @@ void Problemi::runVisitCommand(VisitCommand command)
         break;
     }
     CaricaTab_Visite();
-    if (command != VisitCommand::New || m_state.visitId == 0)
-        return;
-    if (!m_ui->ReportControl1_1->selectVisit(m_state.visitId)) {
+    if (created && !m_ui->ReportControl1_1->selectVisit(*created)) {
         // Filed elsewhere: by the doctor, or because another workstation has deleted the problem.
         CaricaTab_Problemi();
-        m_ui->ReportControl1_1->selectVisit(m_state.visitId);
+        m_ui->ReportControl1_1->selectVisit(*created);
     }
 }
 

@@ -19,7 +19,7 @@ namespace clivara {
 struct WorkingState;
 
 // The problem-oriented record: the patient's problems above, and below what is filed against the selected one.
-// The selected problem is WorkingState::problemSelector, which outlives the form. On closing it asks the host to
+// The selected problem is WorkingState::selected, which outlives the form. On closing it asks the host to
 // refresh its diary.
 class Problemi final : public ChartForm {
     Q_OBJECT

@@ -2,10 +2,10 @@
 #include "problems/SelezProblema.h"
 
 #include "chart/ErrorLog.h"
-#include "chart/FormOpener.h"
 #include "chart/WorkingState.h"
 #include "jetsql/Error.h"
 #include "problems/DiagnosisAnswer.h"
+#include "problems/Probl1.h"
 #include "ui_SelezProblema.h"
 #include "values/JetValues.h"
 
@@ -55,12 +55,11 @@ SelezProblema::~SelezProblema() = default;
 
 void SelezProblema::load()
 {
-    const qint32 before = m_state.problemSelector;
+    const qint32 before = m_state.selected.id;
     m_chosen = -1;
     // Until one is chosen the answer is none, also when the form cannot be opened.
     writeDiagnosisAborted(m_state.settings, {});
-    m_state.problemSelector = noProblem;
-    m_state.problemText.clear();
+    m_state.selected = {};
     fill(before);
     m_ui->ReportControl1->setFocus();
 }
@@ -118,12 +117,9 @@ void SelezProblema::createProblem()
 {
     const int row = currentRow();
     const qint32 before = row < 0 ? noProblem : m_entries[row].id;
-    m_state.problemSelector = noProblem;
-    m_state.forms->showForm(QStringLiteral("Probl1"));
-    // A problem that was saved is the selected one now.
-    const qint32 created = std::exchange(m_state.problemSelector, noProblem);
+    const std::optional<qint32> created = openProblem(m_state, std::nullopt);
     try {
-        fill(created == noProblem ? before : created);
+        fill(created.value_or(before));
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("SelezProblema.Carica"), error);
     }
@@ -133,14 +129,12 @@ void SelezProblema::createProblem()
 void SelezProblema::unloading()
 {
     if (m_chosen < 0) {
-        m_state.problemSelector = noProblem;
-        m_state.problemText.clear();
+        m_state.selected = {};
         writeDiagnosisAborted(m_state.settings, {});
         return;
     }
     const Entry &chosen = m_entries[m_chosen];
-    m_state.problemSelector = chosen.id;
-    m_state.problemText = chosen.text;
+    m_state.selected = {chosen.id, chosen.text};
     writeDiagnosis(m_state.settings, {chosen.code, chosen.text});
 }
 

@@ -2,7 +2,6 @@
 #include "problems/VisitCommands.h"
 
 #include "chart/FormOpener.h"
-#include "chart/WorkingState.h"
 #include "problems/ProblemItems.h"
 #include "problems/VisitRecords.h"
 
@@ -15,20 +14,27 @@ const auto newMode = QStringLiteral("10");
 const auto editMode = QStringLiteral("11");
 const auto visitTable = QStringLiteral("103"); // for the record-identifier form
 
+std::optional<qint32> openVisit(WorkingState &state, VisitCall &call)
+{
+    state.visitMode = call.visit ? editMode : newMode;
+    state.forms->showForm(visitForm, &call);
+    return call.saved;
+}
+
 } // namespace
 
-void newVisit(WorkingState &state)
+std::optional<qint32> newVisit(WorkingState &state, const SelectedProblem &problem)
 {
-    state.visitMode = newMode;
-    state.visitId = 0;
-    state.forms->showForm(visitForm);
+    VisitCall call;
+    call.problem = problem;
+    return openVisit(state, call);
 }
 
 void editVisit(WorkingState &state, qint32 id)
 {
-    state.visitMode = editMode;
-    state.visitId = id;
-    state.forms->showForm(visitForm);
+    VisitCall call;
+    call.visit = id;
+    openVisit(state, call);
 }
 
 bool askAndDeleteVisit(WorkingState &state, const ItemRow &visit)
@@ -46,9 +52,10 @@ bool askAndDeleteVisit(WorkingState &state, const ItemRow &visit)
 
 void openIdentifier(WorkingState &state, qint32 key, const QString &table)
 {
-    state.identifierKey = key;
-    state.identifierTable = table;
-    state.forms->showForm(QStringLiteral("RM_Identificativi"));
+    IdentifierCall call;
+    call.key = key;
+    call.table = table;
+    state.forms->showForm(QStringLiteral("RM_Identificativi"), &call);
 }
 
 void openItemIdentifier(WorkingState &state, const ItemRow &item)

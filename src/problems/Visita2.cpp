@@ -13,7 +13,6 @@ namespace clivara {
 namespace {
 
 constexpr QSize usualSize(960, 680);
-const auto editMode = QStringLiteral("11");
 
 void fillList(ChoiceBox *list, const QList<CodeName> &entries)
 {
@@ -53,10 +52,7 @@ Visita2::Visita2(WorkingState &state)
     connect(m_ui->Problema, &QPushButton::clicked, this, &Visita2::chooseProblem);
     connect(m_ui->Togli, &QPushButton::clicked, this, &Visita2::removeProblem);
     // However the dialog goes away.
-    connect(this, &QDialog::finished, this, [this] {
-        m_state.problemSelector = m_callers.id;
-        m_state.problemText = m_callers.text;
-    });
+    connect(this, &QDialog::finished, this, [this] { m_state.selected = m_callers; });
 }
 
 Visita2::~Visita2() = default;
@@ -68,19 +64,19 @@ std::array<MemoEdit *, visitTexts> Visita2::texts() const
 
 void Visita2::load()
 {
-    const bool isNew = m_state.visitMode != editMode;
+    const bool isNew = !call().visit;
     VisitDetail visit;
     if (isNew) {
         visit.date = m_state.clock.today();
-        visit.problem = m_state.problemSelector;
+        visit.problem = call().problem.id;
     } else {
-        const auto found = readVisit(m_state.clinical(), m_state.header.patientCode, m_state.visitId);
+        const auto found = readVisit(m_state.clinical(), m_state.header.patientCode, *call().visit);
         if (!found)
             refuseToOpen(QStringLiteral("La visita è stata eliminata da un'altra postazione."));
         visit = *found;
     }
     fillLists();
-    const Selection callers{m_state.problemSelector, m_state.problemText};
+    const SelectedProblem callers = m_state.selected;
     show(visit);
     m_callers = callers;
     m_read = visit;
@@ -91,7 +87,7 @@ void Visita2::load()
 void Visita2::show(const VisitDetail &visit)
 {
     const Filing filing = filingOf(visit);
-    m_state.problemSelector = visit.problem.value_or(noProblem);
+    m_state.selected.id = visit.problem.value_or(noProblem);
     m_visit = visit;
     showStoredDate(m_ui->MaskEdBox1, visit.date);
     m_ui->MaskEdBox2->setDateText(jet::dashedDate(visit.validity));
@@ -121,7 +117,7 @@ Visita2::Filing Visita2::filingOf(const VisitDetail &visit) const
 
 void Visita2::showProblem(const Filing &filing)
 {
-    m_state.problemText = filing.text;
+    m_state.selected.text = filing.text;
     m_ui->Problema->setPlaceholder(
         filing.note.isEmpty() ? QStringLiteral("nessun problema: scegliere dall'elenco") : filing.note);
     // A warning is not shown as quietly as a field that is only empty.
@@ -136,12 +132,12 @@ void Visita2::showProblem(const Filing &filing)
 
 void Visita2::chooseProblem()
 {
-    const Selection before{m_state.problemSelector, m_state.problemText};
+    const SelectedProblem before = m_state.selected;
     try {
         const bool shown = m_state.forms->showForm(QStringLiteral("SelezProblema"));
-        if (shown && m_state.problemSelector > noProblem) {
+        if (shown && m_state.selected.id > noProblem) {
             VisitDetail visit = m_visit;
-            visit.problem = m_state.problemSelector;
+            visit.problem = m_state.selected.id;
             const Filing filing = filingOf(visit);
             m_visit = visit;
             showProblem(filing);
@@ -151,14 +147,13 @@ void Visita2::chooseProblem()
         logError(m_state, QStringLiteral("Visita2.Problema_Click"), error);
     }
     // Nothing was chosen: the visit stays where it is filed.
-    m_state.problemSelector = before.id;
-    m_state.problemText = before.text;
+    m_state.selected = before;
 }
 
 void Visita2::removeProblem()
 {
     m_visit.problem = noProblem;
-    m_state.problemSelector = noProblem;
+    m_state.selected.id = noProblem;
     showProblem({});
     m_ui->Problema->setFocus();
 }
@@ -236,7 +231,7 @@ WriteResult Visita2::write()
     VisitDetail read = m_read;
     const WriteResult result = saveVisit(m_state, visit, read);
     if (result == WriteResult::Done)
-        m_state.visitId = visit.id;
+        call().saved = visit.id;
     else if (result == WriteResult::Changed)
         m_elsewhere = read;
     return result;

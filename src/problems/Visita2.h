@@ -2,6 +2,7 @@
 #pragma once
 
 #include "chart/RecordDialog.h"
+#include "problems/VisitCommands.h"
 #include "problems/VisitRecords.h"
 
 #include <memory>
@@ -15,10 +16,9 @@ namespace clivara {
 class ChoiceBox;
 class MemoEdit;
 
-// Writes one visit: that of WorkingState::visitId in the mode "11", else a new one, filed against the selected
-// problem. While it is open the selected problem is that of the visit; whoever opened it finds the own one again. A new visit is the
-// one of visitId once it is saved.
-class Visita2 : public RecordDialog {
+// Writes one visit. While it is open the selected problem is that of the visit; whoever opened it finds the own one
+// again.
+class Visita2 : public RecordDialog, public CalledBy<VisitCall> {
     Q_OBJECT
 
 public:
@@ -54,11 +54,7 @@ private:
     std::unique_ptr<Ui::Visita2> m_ui;
     VisitDetail m_visit; // what the controls were filled from; its problem is the one that Problema shows
     VisitDetail m_read, m_elsewhere; // as in Probl1
-    struct Selection {
-        qint32 id = noProblem;
-        QString text;
-    };
-    Selection m_callers;
+    SelectedProblem m_callers;
 };
 
 } // namespace clivara

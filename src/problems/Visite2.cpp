@@ -89,16 +89,10 @@ void Visite2::addVisit()
 {
     // The problem that another form has selected may be another patient's: this visit is of none until the
     // doctor chooses one.
-    const qint32 selected = m_state.problemSelector;
-    const QString text = m_state.problemText;
-    m_state.problemSelector = noProblem;
-    m_state.problemText.clear();
-    newVisit(m_state);
-    m_state.problemSelector = selected;
-    m_state.problemText = text;
+    const std::optional<qint32> created = newVisit(m_state, {});
     CaricaTab_Visite(ItemTreeView::Place::AsBefore);
-    if (m_state.visitId != 0)
-        m_ui->ReportControl1->selectVisit(m_state.visitId);
+    if (created)
+        m_ui->ReportControl1->selectVisit(*created);
 }
 
 void Visite2::editSelected()

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regional/AIR15_Gestione.h"
 
-#include "chart/FormOpener.h"
 #include "chart/ListReading.h"
 #include "chart/WorkingState.h"
+#include "regional/SheetForm.h"
 #include "regional/SheetLayout.h"
 #include "support/ui/Opener.h"
 #include "ui_AIR15_Gestione.h"
 #include "values/JetValues.h"
 
+#include <QButtonGroup>
 #include <QStandardItemModel>
 
 namespace clivara {
@@ -25,6 +26,7 @@ AIR15_Gestione::AIR15_Gestione(WorkingState &state)
     , m_state(state)
     , m_ui(std::make_unique<Ui::AIR15_Gestione>())
     , m_model(new QStandardItemModel(this))
+    , m_types(new QButtonGroup(this))
 {
     m_ui->setupUi(contents());
     setWindowTitle(QStringLiteral("AIR Campania"));
@@ -39,9 +41,7 @@ AIR15_Gestione::AIR15_Gestione(WorkingState &state)
     connect(list, &ReportView::deleteRequested, this, &AIR15_Gestione::deleteSelected);
     connect(list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &AIR15_Gestione::enableButtons);
-    for (int type = firstSheetType; type <= lastSheetType; ++type)
-        typeOption(type)->setText(sheetTypeText(type));
-    typeOption(firstSheetType)->setChecked(true);
+    addTypes();
     connect(m_ui->Btm_Apri, &QPushButton::clicked, this, &AIR15_Gestione::openSelected);
     connect(m_ui->Btm_Elimina, &QPushButton::clicked, this, &AIR15_Gestione::deleteSelected);
     connect(m_ui->chameleonButton1_1, &QPushButton::clicked, this, &AIR15_Gestione::createSheet);
@@ -50,11 +50,19 @@ AIR15_Gestione::AIR15_Gestione(WorkingState &state)
 
 AIR15_Gestione::~AIR15_Gestione() = default;
 
-QRadioButton *AIR15_Gestione::typeOption(int type) const
+// One option for each layout, above the button that begins a sheet.
+void AIR15_Gestione::addTypes()
 {
-    const std::array options{m_ui->optTipo_1, m_ui->optTipo_2, m_ui->optTipo_3, m_ui->optTipo_4,
-                             m_ui->optTipo_5, m_ui->optTipo_6, m_ui->optTipo_7};
-    return options[std::size_t(type - firstSheetType)];
+    QWidget *before = m_ui->Btm_Elimina;
+    for (const SheetLayout &layout : sheetLayouts()) {
+        auto *const option = new QRadioButton(layout.listText);
+        option->setObjectName(QStringLiteral("optTipo_%1").arg(layout.type));
+        m_ui->types->insertWidget(int(m_types->buttons().size()), option);
+        m_types->addButton(option, layout.type);
+        setTabOrder(std::exchange(before, option), option);
+    }
+    setTabOrder(before, m_ui->chameleonButton1_1);
+    m_types->buttons().first()->setChecked(true);
 }
 
 void AIR15_Gestione::load()
@@ -121,13 +129,12 @@ void AIR15_Gestione::open(int type, qint32 number)
     if (!layout)
         return; // a type that this program does not know
     const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    m_state.sheetNumber = number;
-    m_state.forms->showForm(layout->form);
+    const qint32 saved = openSheet(m_state, *layout, number);
     fill();
     // The sheet that was saved as a new one, else the row of before.
     for (int i = 0; i < m_sheets.size(); ++i) {
         const StoredSheet &sheet = m_sheets[i];
-        if (number < 1 && sheet.type == type && sheet.number == m_state.sheetNumber) {
+        if (number < 1 && sheet.type == type && sheet.number == saved) {
             selectRow(i);
             return;
         }
@@ -143,12 +150,7 @@ void AIR15_Gestione::openSelected()
 
 void AIR15_Gestione::createSheet()
 {
-    for (int type = firstSheetType; type <= lastSheetType; ++type) {
-        if (typeOption(type)->isChecked()) {
-            open(type, 0);
-            return;
-        }
-    }
+    open(m_types->checkedId(), 0);
 }
 
 void AIR15_Gestione::deleteSelected()

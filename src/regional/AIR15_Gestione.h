@@ -6,7 +6,7 @@
 
 #include <memory>
 
-class QRadioButton;
+class QButtonGroup;
 class QStandardItemModel;
 
 namespace Ui {
@@ -30,7 +30,7 @@ protected:
     void unloading() override;
 
 private:
-    QRadioButton *typeOption(int type) const;
+    void addTypes();
     void fill();
     void selectRow(int row);
     const StoredSheet *selected() const; // null when no row is selected
@@ -44,6 +44,7 @@ private:
     WorkingState &m_state;
     std::unique_ptr<Ui::AIR15_Gestione> m_ui;
     QStandardItemModel *m_model;
+    QButtonGroup *m_types; // of a new sheet; the ids are the types
     QList<StoredSheet> m_sheets; // in the order of the rows
 };
 

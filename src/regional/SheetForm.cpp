@@ -2,6 +2,7 @@
 #include "regional/SheetForm.h"
 
 #include "chart/ErrorLog.h"
+#include "chart/FormOpener.h"
 #include "chart/WorkingState.h"
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
@@ -45,6 +46,14 @@ QString fileName(QString text)
 
 } // namespace
 
+qint32 openSheet(WorkingState &state, const SheetLayout &layout, qint32 sheet)
+{
+    SheetCall call;
+    call.sheet = sheet;
+    state.forms->showForm(layout.form, &call);
+    return call.saved;
+}
+
 SheetForm::SheetForm(WorkingState &state, const SheetLayout &layout)
     : ChartForm(layout.form, state.header, state.clock)
     , m_state(state)
@@ -75,7 +84,7 @@ SheetForm::~SheetForm() = default;
 
 void SheetForm::load()
 {
-    InitDati(m_state.sheetNumber);
+    InitDati(call().sheet);
 }
 
 void SheetForm::InitDati(qint32 number)
@@ -283,7 +292,7 @@ bool SheetForm::save()
     }
     m_shown = m_fields->texts();
     m_author = SheetAuthor::Marked; // it has the mark now
-    m_state.sheetNumber = m_sheet.number;
+    call().saved = m_sheet.number;
     showHeading();
     noteMessage(
         QStringLiteral("Scheda salvata alle %1.").arg(jet::formatDate(m_state.clock.local(), u"hh:nn")));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/FormCall.h"
 #include "chart/RecordSaving.h"
 #include "regional/SheetData.h"
 #include "regional/SheetRecords.h"
@@ -18,11 +19,20 @@ namespace clivara {
 class SheetFields;
 struct WorkingState;
 
-// One regional sheet, of whatever type: opens the sheet of WorkingState::sheetNumber, or a new one for 0,
-// which then has the number that it was saved under. Saving leaves it open; whoever closes it with changes is
+// Of the forms of the sheets.
+struct SheetCall : FormCall {
+    qint32 sheet = 0; // its number; 0 for a new one
+    qint32 saved = 0; // the answer: the number that it was saved under last; 0 when it was not
+};
+
+// Opens a sheet of a type, a new one for 0; the result is the number that it was saved under, 0 when it was not.
+// Raises nothing.
+qint32 openSheet(WorkingState &state, const SheetLayout &layout, qint32 sheet);
+
+// One regional sheet, of whatever type. Saving leaves it open; whoever closes it with changes is
 // asked. A stored sheet whose data do not fit the type's layout is shown as it is and never written; one that
 // only lacks this program's mark can be read by the layout when the doctor says that this program wrote it.
-class SheetForm final : public ChartForm, private WrittenRecord {
+class SheetForm final : public ChartForm, public CalledBy<SheetCall>, private WrittenRecord {
     Q_OBJECT
 
 public:

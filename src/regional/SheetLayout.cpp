@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regional/SheetLayout.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
+#include <vector>
 
 // In the global namespace, as Qt's macro wants it: a static library's resources have to be asked for.
 static void loadLayoutFiles()
@@ -243,22 +244,19 @@ SheetLayout LayoutParser::parse(const QString &text)
     return m_layout;
 }
 
-QString layoutFile(int type)
+std::vector<SheetLayout> readLayouts()
 {
     loadLayoutFiles();
-    QFile file(QStringLiteral(":/clivara/sheets/%1").arg(type));
-    if (!file.open(QIODevice::ReadOnly))
-        throw LayoutError("the layout file is not there");
-    return QString::fromUtf8(file.readAll());
-}
-
-using Layouts = std::array<SheetLayout, lastSheetType - firstSheetType + 1>;
-
-Layouts readLayouts()
-{
-    Layouts layouts;
-    for (int type = firstSheetType; type <= lastSheetType; ++type)
-        layouts[std::size_t(type - firstSheetType)] = parseSheetLayout(layoutFile(type));
+    std::vector<SheetLayout> layouts;
+    const QDir folder(QStringLiteral(":/clivara/layouts"));
+    for (const QString &name : folder.entryList()) {
+        QFile file(folder.filePath(name));
+        if (!file.open(QIODevice::ReadOnly))
+            throw LayoutError("a layout file cannot be read");
+        layouts.push_back(parseSheetLayout(QString::fromUtf8(file.readAll())));
+    }
+    std::sort(layouts.begin(), layouts.end(),
+              [](const SheetLayout &a, const SheetLayout &b) { return a.type < b.type; });
     return layouts;
 }
 
@@ -281,11 +279,18 @@ SheetLayout parseSheetLayout(const QString &text)
     return LayoutParser().parse(text);
 }
 
+std::span<const SheetLayout> sheetLayouts()
+{
+    static const std::vector<SheetLayout> layouts = readLayouts();
+    return layouts;
+}
+
 const SheetLayout *sheetLayout(int type)
 {
-    static const Layouts layouts = readLayouts();
-    return type < firstSheetType || type > lastSheetType ? nullptr
-                                                         : &layouts[std::size_t(type - firstSheetType)];
+    const auto layouts = sheetLayouts();
+    const auto found = std::find_if(layouts.begin(), layouts.end(),
+                                    [type](const SheetLayout &layout) { return layout.type == type; });
+    return found == layouts.end() ? nullptr : &*found;
 }
 
 QString sheetTypeText(int type)

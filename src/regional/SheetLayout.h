@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <span>
 #include <stdexcept>
 
 namespace clivara {
@@ -76,9 +77,9 @@ public:
 // does not understand, and for places that overlap or leave a gap.
 SheetLayout parseSheetLayout(const QString &text);
 
-constexpr int firstSheetType = 1;
-constexpr int lastSheetType = 7;
-// The layout of a type, read once; null for a type that there is none of.
+// The layouts of all types, in the order of their types; read once.
+std::span<const SheetLayout> sheetLayouts();
+// The layout of a type; null for a type that there is none of.
 const SheetLayout *sheetLayout(int type);
 // How the list of sheets calls a type; empty for an unknown one.
 QString sheetTypeText(int type);

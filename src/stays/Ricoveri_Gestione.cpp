@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Gestione.h"
 
-#include "chart/FormOpener.h"
 #include "chart/ListReading.h"
 #include "chart/WorkingState.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
 #include "stays/DayField.h"
+#include "stays/Ricoveri_Inserimento.h"
 #include "stays/StayRecords.h"
 #include "stays/StayRules.h"
 #include "ui_Ricoveri_Gestione.h"
@@ -136,17 +136,10 @@ qint32 Ricoveri_Gestione::selectedStay() const
     return m_stays->keyOf(m_ui->Griglia_Ricoveri->currentIndex());
 }
 
-void Ricoveri_Gestione::openDialog(qint32 id)
-{
-    m_state.stayId = id;
-    m_state.forms->showForm(QStringLiteral("Ricoveri_Inserimento"));
-}
-
 void Ricoveri_Gestione::newStay()
 {
     const qint32 before = selectedStay();
-    openDialog(0);
-    fill(m_state.stayId != 0 ? m_state.stayId : before, newest);
+    fill(openStay(m_state, std::nullopt).value_or(before), newest);
 }
 
 void Ricoveri_Gestione::editSelected()
@@ -155,8 +148,7 @@ void Ricoveri_Gestione::editSelected()
     if (id == 0)
         return;
     const int row = m_ui->Griglia_Ricoveri->currentIndex().row();
-    openDialog(id);
-    fill(m_state.stayId, row);
+    fill(openStay(m_state, id).value_or(id), row);
 }
 
 void Ricoveri_Gestione::deleteSelected()

@@ -37,7 +37,6 @@ private:
     void editSelected();
     void deleteSelected();
     // Opens the dialog for a stay, 0 for a new one.
-    void openDialog(qint32 id);
     qint32 selectedStay() const; // 0 when none is selected
 
     WorkingState &m_state;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "stays/Ricoveri_Inserimento.h"
 
+#include "chart/FormOpener.h"
 #include "chart/RegionalNotice.h"
 #include "chart/ThreeWay.h"
 #include "chart/WorkingState.h"
@@ -17,6 +18,14 @@ constexpr QSize usualSize(640, 360);
 const auto newTitle = QStringLiteral("Inserimento ricovero");
 
 } // namespace
+
+std::optional<qint32> openStay(WorkingState &state, std::optional<qint32> stay)
+{
+    StayCall call;
+    call.stay = stay;
+    state.forms->showForm(QStringLiteral("Ricoveri_Inserimento"), &call);
+    return call.saved;
+}
 
 Ricoveri_Inserimento::Ricoveri_Inserimento(WorkingState &state)
     : RecordDialog(QStringLiteral("Ricoveri_Inserimento"), state)
@@ -37,12 +46,12 @@ Ricoveri_Inserimento::~Ricoveri_Inserimento() = default;
 
 void Ricoveri_Inserimento::load()
 {
-    const bool isNew = m_state.stayId == 0;
+    const bool isNew = !call().stay;
     Stay stay;
     if (isNew) {
         stay.admitted = m_state.clock.today();
     } else {
-        const auto found = readStay(m_state.clinical(), m_state.stayId);
+        const auto found = readStay(m_state.clinical(), *call().stay);
         if (!found)
             refuseToOpen(QStringLiteral("Il ricovero è stato eliminato da un'altra postazione."));
         stay = *found;
@@ -235,7 +244,6 @@ void Ricoveri_Inserimento::keepMine()
 void Ricoveri_Inserimento::becomeNew()
 {
     m_stay.id = 0;
-    m_state.stayId = 0;
     setWindowTitle(newTitle);
 }
 
@@ -247,7 +255,7 @@ QString Ricoveri_Inserimento::vanishedQuestion() const
 
 void Ricoveri_Inserimento::written()
 {
-    m_state.stayId = m_stay.id;
+    call().saved = m_stay.id;
     tellRegion(m_state, m_stay.id);
 }
 

@@ -12,9 +12,18 @@ class Ricoveri_Inserimento;
 
 namespace clivara {
 
-// Writes one hospital stay: that of WorkingState::stayId, 0 for a new one, which then gets its key there once it is
-// saved.
-class Ricoveri_Inserimento final : public RecordDialog {
+// Of the form "Ricoveri_Inserimento".
+struct StayCall : FormCall {
+    std::optional<qint32> stay; // to be edited; none: a new one
+    std::optional<qint32> saved; // the answer: another one when it was deleted meanwhile and saved anew
+};
+
+// Opens the dialog of a hospital stay, of a new one without `stay`; the result is the stay that was saved, none when
+// none was. Raises nothing.
+std::optional<qint32> openStay(WorkingState &state, std::optional<qint32> stay);
+
+// Writes one hospital stay.
+class Ricoveri_Inserimento final : public RecordDialog, public CalledBy<StayCall> {
     Q_OBJECT
 
 public:

@@ -2,8 +2,8 @@
 #include "app/window/HostWindow.h"
 #include "SmallPractice.h"
 #include "app/window/HostStyle.h"
-#include "app/window/Sections.h"
 #include "host/Class3.h"
+#include "host/Sections.h"
 
 #include <QAction>
 #include <QApplication>
@@ -18,8 +18,8 @@
 #include <QTest>
 #include <QWheelEvent>
 
+using clivara::Section;
 using orvale::HostWindow;
-using orvale::Section;
 
 class HostWindowTest : public SmallPractice {
 protected:
@@ -196,7 +196,7 @@ TEST_F(HostWindowTest, OffersTheBuiltSectionsOfAPatient)
 {
     const auto states = [this] {
         QMap<qint16, QPair<bool, QString>> found;
-        for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
+        for (const clivara::SectionGroup &group : clivara::sectionGroups()) {
             for (const Section &section : group.sections) {
                 const auto &button =
                     widget<QPushButton>(qPrintable(QStringLiteral("section_%1").arg(section.action)));
@@ -327,7 +327,7 @@ TEST_F(HostWindowTest, NamesTheProblemThatWasChosenForTheHost)
     };
     openSection(5); // a diagnosis that the problem's own dialog asked for
     EXPECT_EQ(m_window->statusBar()->currentMessage(), QString());
-    m_window->openSection(Section{24, QStringLiteral("Scelta del problema"), {}, {}});
+    m_window->openSection(Section{24, {}, QStringLiteral("Scelta del problema"), {}, {}});
     EXPECT_EQ(m_window->statusBar()->currentMessage(), "Problema scelto: 401.9 Ipertensione");
 }
 

@@ -3,11 +3,11 @@
 #include "app/demo/Demo.h"
 #include "app/practice/PracticeCheck.h"
 #include "app/window/HostWindow.h"
-#include "app/window/Sections.h"
 #include "app/window/WorkingDoctor.h"
 #include "chart/WorkingState.h"
 #include "data/Identity.h"
 #include "host/Class3.h"
+#include "host/Sections.h"
 #include "support/ui/ChartForm.h"
 
 #include <QAbstractButton>
@@ -286,8 +286,8 @@ TEST_F(RandomUseTest, LeavesACoherentPracticeAndNoWindow)
     clivara::SystemMiddleware middleware;
     clivara::Class3 chart({settings, clock, hand, pauses, guids, middleware});
     chart.InitDbConn(practice->environment());
-    for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
-        for (const orvale::Section &section : group.sections) {
+    for (const clivara::SectionGroup &group : clivara::sectionGroups()) {
+        for (const clivara::Section &section : group.sections) {
             SCOPED_TRACE(section.title.toStdString());
             settings.write(QStringLiteral("CODICE PAZIENTE"), QString::number(1 + section.action % 4));
             hand.use(steps, [&] {
@@ -368,8 +368,8 @@ TEST_F(RandomUseTest, EachWindowShowsItsPatientOnly)
     });
     sit(desks[0], 0);
     sit(desks[1], 1);
-    QList<orvale::Section> sections;
-    for (const orvale::SectionGroup &group : orvale::sectionGroups())
+    QList<clivara::Section> sections;
+    for (const clivara::SectionGroup &group : clivara::sectionGroups())
         sections += group.sections;
     const int rounds = stepsOr(40);
     for (int round = 0; round < rounds && !HasFailure(); ++round) {
@@ -383,7 +383,7 @@ TEST_F(RandomUseTest, EachWindowShowsItsPatientOnly)
             doctor->setCurrentIndex(hand.below(doctor->count()));
             emit doctor->activated(doctor->currentIndex());
         }
-        const orvale::Section section =
+        const clivara::Section section =
             sections.at(round < sections.size() ? round : hand.below(sections.size()));
         SCOPED_TRACE(QStringLiteral("round %1: %2").arg(round).arg(section.title).toStdString());
         hand.use(8, [&] {

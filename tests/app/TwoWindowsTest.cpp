@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SmallPractice.h"
 #include "app/window/HostSession.h"
-#include "app/window/Sections.h"
 #include "app/window/WindowSettings.h"
 #include "host/Class3.h"
+#include "host/Sections.h"
 #include "support/ui/ChartForm.h"
 
 #include <QApplication>
@@ -108,8 +108,8 @@ TEST_F(TwoWindowsTest, EverySectionIsAboutThePatientOfItsWindow)
     ASSERT_TRUE(first.selectPatient(11));
     HostSession second(*m_other, with(m_settings)); // says that nobody is current
     int sections = 0;
-    for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
-        for (const orvale::Section &section : group.sections) {
+    for (const clivara::SectionGroup &group : clivara::sectionGroups()) {
+        for (const clivara::Section &section : group.sections) {
             SCOPED_TRACE(section.title.toStdString());
             if (sections == 1) {
                 ASSERT_TRUE(second.selectPatient(12));
@@ -148,8 +148,8 @@ TEST_F(TwoWindowsTest, NothingOfAnotherWindowReachesASection)
     HostSession session(*m_practice, with(shared));
     session.chooseDoctor("102");
     ASSERT_TRUE(session.selectPatient(11));
-    for (const orvale::SectionGroup &group : orvale::sectionGroups()) {
-        for (const orvale::Section &section : group.sections)
+    for (const clivara::SectionGroup &group : clivara::sectionGroups()) {
+        for (const clivara::Section &section : group.sections)
             EXPECT_EQ(stripOf(session, section.action), "D'Ambrogio Mariangela")
                 << section.title.toStdString();
     }

@@ -15,18 +15,20 @@ class ConflittoTest : public ChartFixture, protected FormDriver {
 protected:
     ConflittoTest()
     {
-        state.conflict.event = "La visita è stata salvata";
-        state.conflict.there.when = QDateTime(QDate(2026, 11, 21), QTime(10, 5), Qt::UTC);
-        state.conflict.fields = {{"Data", "01-11-2026", "01-11-2026", "01-11-2026"},
+        asked.conflict.event = "La visita è stata salvata";
+        asked.conflict.there.when = QDateTime(QDate(2026, 11, 21), QTime(10, 5), Qt::UTC);
+        asked.conflict.fields = {{"Data", "01-11-2026", "01-11-2026", "01-11-2026"},
                                  {"Anamnesi", "prima", "tosse secca", "tosse grassa"},
                                  {"Note", "nota", "nota", "altra\r\nnota"},
                                  {"Conclusioni", "", "mie", ""}};
+        form.take(asked);
     }
     std::string pane(const char *name) const
     {
         return control<VersionPane>(name)->toPlainText().toStdString();
     }
 
+    ConflictCall asked;
     Conflitto form{state};
 };
 
@@ -51,8 +53,8 @@ TEST_F(ConflittoTest, ShowsWhoAndWhenAndOnlyWhatDiffers)
         EXPECT_EQ(control<VersionPane>("altro_1")->textCursor().position(), 0);
         EXPECT_TRUE(control<VersionPane>("mio_0")->isReadOnly());
     });
-    state.conflict.fields = {{"Rischio", "10%", "12%", "11%"}};
-    state.conflict.mergesFields = false;
+    asked.conflict.fields = {{"Rischio", "10%", "12%", "11%"}};
+    asked.conflict.mergesFields = false;
     open(form, [&] {
         EXPECT_EQ(form.findChildren<VersionPane *>().size(), 2) << "nothing is left of the conflict before";
         EXPECT_EQ(text("spiegazione").find("dove qui non si è modificato niente"), std::string::npos);
@@ -82,12 +84,12 @@ TEST_F(ConflittoTest, EveryWayOutIsAChoice)
          ConflictChoice::Mine},
     };
     for (const Case &c : cases) {
-        state.conflict.choice = ConflictChoice::BackToEditing;
+        asked.choice = ConflictChoice::BackToEditing;
         open(form, [&] {
             c.leave();
             EXPECT_FALSE(form.isVisible()) << c.name;
         });
-        EXPECT_EQ(state.conflict.choice, c.choice) << c.name;
+        EXPECT_EQ(asked.choice, c.choice) << c.name;
     }
 }
 
@@ -113,9 +115,9 @@ TEST_F(ConflittoTest, TheSentenceSaysOnlyWhatIsKnown)
          "registrato."},
     };
     for (const Case &c : cases) {
-        state.conflict.before = c.before;
-        state.conflict.there = c.there;
-        EXPECT_EQ(conflictSentence(state, state.conflict).toStdString(),
+        asked.conflict.before = c.before;
+        asked.conflict.there = c.there;
+        EXPECT_EQ(conflictSentence(state, asked.conflict).toStdString(),
                   "La visita è stata salvata" + std::string(c.sentence));
     }
 }
@@ -126,7 +128,7 @@ TEST_F(ConflittoTest, ALongTextOpensAtItsDifference)
     const QString text = QStringLiteral("Riga di una lunga anamnesi.\r\n").repeated(2000);
     QString changed = text;
     changed.replace(text.size() / 2, 4, "ecco");
-    state.conflict.fields = {{"Anamnesi", text, text, changed}};
+    asked.conflict.fields = {{"Anamnesi", text, text, changed}};
     open(form, [&] {
         auto *const theirs = control<VersionPane>("altro_0");
         ASSERT_EQ(theirs->extraSelections().size(), 1);

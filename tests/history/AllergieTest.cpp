@@ -25,7 +25,8 @@ protected:
     QPlainTextEdit *freeTextField() const { return control<QPlainTextEdit>("Text1"); }
     std::string selected() const { return text("selezionati"); }
 
-    Allergie form{state};
+    const std::shared_ptr<QString> loadedCode = std::make_shared<QString>();
+    Allergie form{state, loadedCode};
 };
 
 TEST_F(AllergieTest, ShowsCatalogueSelectionAndFreeText)
@@ -102,7 +103,7 @@ TEST_F(AllergieTest, NoSavesNothingAndCancelStays)
 
 TEST_F(AllergieTest, TheFirstCloseAsksThoughNothingWasDone)
 {
-    state.loadedCode = milk(); // of the patient before
+    *loadedCode = milk(); // of the patient before
     open(form, [&] {
         EXPECT_FALSE(isChecked("alim_1"));
         EXPECT_EQ(freeTextField()->toPlainText(), "Nichel");
@@ -131,7 +132,7 @@ TEST_F(AllergieTest, EnterStoresOnlyWhatTheDoctorGave)
         execute("DELETE * FROM ESAME_OB");
         if (each.stored != "-")
             store("X", each.stored);
-        state.loadedCode = milk();
+        *loadedCode = milk();
         prompts.boxes.clear();
         open(form, [&] {
             if (each.ticks)
@@ -265,7 +266,7 @@ TEST_F(AllergieTest, ABlankRowHidesTheFreeTextButDoesNotLoseIt)
 TEST_F(AllergieTest, ANullCodeShowsTheLastLoadedOneAndSaysSo)
 {
     store("X", "Null");
-    state.loadedCode = milk();
+    *loadedCode = milk();
     open(form, [&] {
         EXPECT_TRUE(isChecked("alim_1"));
         EXPECT_TRUE(notices().contains("forse di un altro paziente"));

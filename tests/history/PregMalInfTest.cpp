@@ -4,6 +4,7 @@
 #include "GeneralInfoFixture.h"
 #include "TestConflicts.h"
 #include "history/Allergie.h"
+#include "history/Forms.h"
 #include "history/InfGen.h"
 
 #include <QPushButton>
@@ -21,13 +22,14 @@ protected:
         return clinical("SELECT cod_paz, data_reg, dati_paz FROM ESAME_OB WHERE tipo_dati = 'M'");
     }
 
-    PregMalInf form{state};
+    const std::shared_ptr<QString> loadedCode = std::make_shared<QString>();
+    PregMalInf form{state, loadedCode};
 };
 
 TEST_F(PregMalInfTest, TheFirstCloseWritesARowAndTheNextDoesNot)
 {
     // Even when the answers are those of the patient before.
-    state.loadedCode = none();
+    *loadedCode = none();
     open(form, [&] {
         EXPECT_EQ(form.windowTitle(), "Pregresse malattie infettive");
         esc();
@@ -105,7 +107,7 @@ TEST_F(PregMalInfTest, BothFormsShareTheLoadedCode)
     const QString milk = nines(25) + QStringLiteral("01") + nines(89);
     store("X", milk);
     store("M", "Null");
-    Allergie allergies(state);
+    Allergie allergies(state, loadedCode);
     open(allergies, [&] { esc(); });
     open(form, [&] {
         // The string of the allergies, read as if it were one of infections.
@@ -149,7 +151,7 @@ TEST_F(PregMalInfTest, LookingAtADamagedOrNullRowStoresNothing)
           Case{"Null", {}, true, ""}, Case{"Null", none(), false, ""}}) {
         execute("DELETE * FROM ESAME_OB");
         store("M", each.stored);
-        state.loadedCode = each.loaded;
+        *loadedCode = each.loaded;
         prompts.boxes.clear();
         InfectionAnswers shown;
         open(form, [&] {
@@ -177,7 +179,7 @@ TEST_F(PregMalInfTest, LookingAtADamagedOrNullRowStoresNothing)
         EXPECT_EQ(codes("M"), QStringList{each.stored}) << "No leaves it as it is";
         if (!each.touches)
             continue;
-        state.loadedCode = each.loaded;
+        *loadedCode = each.loaded;
         open(form, [&] {
             click("SSCheck1_3");
             prompts.queue(PromptButton::Cancel);
@@ -299,7 +301,8 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
     FormNotes forms;
     forms.act = [this] { state.header.allergies = judgedAllergies({}, false, true, "Nichel"); };
     state.forms = &forms;
-    InfGen launcher(state, [](const QString &form) { return form == QLatin1String("PregMalInf"); });
+    forms.built = FormRegistry(historyForms());
+    InfGen launcher(state);
     open(launcher, [&] {
         int on = 0;
         for (const auto *const button : launcher.findChildren<QPushButton *>()) {
@@ -309,7 +312,7 @@ TEST_F(GeneralInfoFixture, TheLauncherOpensWhatIsBuilt)
             EXPECT_EQ(button->isEnabled(), button->toolTip().isEmpty()) << button->objectName().toStdString();
             EXPECT_EQ(button->accessibleDescription(), button->toolTip());
         }
-        EXPECT_EQ(on, 1);
+        EXPECT_EQ(on, 2) << "but not the launcher itself";
         EXPECT_EQ(QApplication::focusWidget(), control("Apri_PregMalInf"));
         EXPECT_FALSE(control("Apri_Anagrafica")->isEnabled());
         click("Apri_PregMalInf");

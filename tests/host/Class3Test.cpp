@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Class3.h"
 
+#include "chart/FormRegistry.h"
 #include "host/FormShelf.h"
 #include "host/HostFixture.h"
 #include "host/WaitPointer.h"
@@ -263,18 +264,22 @@ TEST_F(FormShelfTest, CreatesEachFormOnceOnFirstUse)
 {
     WorkingState state(services());
     int constructed = 0;
-    const FormFactories factories{{"conta", [&](WorkingState &working) {
-                                       ++constructed;
-                                       return std::make_unique<CountingForm>(working);
-                                   }}};
-    FormShelf shelf(state, factories);
+    const FormRegistry registry({{.name = "conta",
+                                  .create =
+                                      [&](WorkingState &working) {
+                                          ++constructed;
+                                          return std::make_unique<CountingForm>(working);
+                                      }},
+                                 {.name = "assente"}});
+    FormShelf shelf(state, registry);
     EXPECT_EQ(constructed, 0);
     int noticed = 0;
     ChartForm *const form = shelf.form("conta", [&](ChartForm &) { ++noticed; });
     EXPECT_EQ(shelf.form("conta", [&](ChartForm &) { ++noticed; }), form);
     EXPECT_EQ(constructed, 1);
     EXPECT_EQ(noticed, 1);
-    EXPECT_EQ(shelf.form("manca"), nullptr);
+    for (const char *const missing : {"assente", "manca"})
+        EXPECT_EQ(shelf.form(missing), nullptr) << missing;
 }
 
 } // namespace

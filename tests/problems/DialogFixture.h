@@ -30,8 +30,9 @@ protected:
     {
         std::string told;
         forms.act = [&] {
-            told = toldOf(state);
-            state.conflict.choice = choice;
+            auto &call = forms.call<ConflictCall>();
+            told = toldOf(state, call.conflict);
+            call.choice = choice;
         };
         click(button);
         settle();

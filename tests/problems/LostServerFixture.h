@@ -20,7 +20,7 @@ protected:
     // In the dialog of a new visit in which something was written.
     void inVisit(const std::function<void()> &act)
     {
-        state.visitMode = "10";
+        visit.take(asked);
         open(visit, [&] {
             type("Text1_0", "scritto");
             act();
@@ -50,6 +50,7 @@ protected:
     void repair() { native("DROP FUNCTION SCHEMA.cut() CASCADE"); }
 
     Visita2 visit{state};
+    VisitCall asked; // a new one
     inline static const std::string unreachable =
         "Attenzione!|Salvataggio non riuscito: il server dell'archivio non è raggiungibile.\n"
         "Niente è stato salvato. Quanto scritto resta nella finestra: riprovare tra poco.|warning";

@@ -98,8 +98,10 @@ TEST_F(LostServerTest, AListThatCannotBeReadSaysSoOnce)
 
 TEST_F(LostServerTest, AnEditThatWasCutIsNotHalfThere)
 {
-    state.problemSelector = addProblem("", "Tosse");
+    ProblemCall call;
+    call.problem = addProblem("", "Tosse");
     Probl1 form(state);
+    form.take(call);
     open(form, [&] {
         type("Text1_0", "scritto");
         cutConnectionOf("TRIGGER cut BEFORE UPDATE", "\"PROBLEMS\"");
@@ -117,7 +119,8 @@ TEST_F(LostServerTest, AnEditThatWasCutIsNotHalfThere)
 TEST_F(LostServerTest, ACommitThatWasCutIsWrittenAgain)
 {
     Probl1 form(state);
-    state.problemSelector = noProblem;
+    ProblemCall call;
+    form.take(call);
     open(form, [&] {
         type("txtDescr", "Tosse");
         cutConnectionOf("CONSTRAINT TRIGGER cut AFTER INSERT", "\"PROBLEMS\"",
@@ -176,7 +179,7 @@ TEST_F(UnconfirmedTest, ASaveThatTheServerDidNotConfirmIsFoundToBeThere)
     });
     EXPECT_TRUE(killer.waitForFinished());
     EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList("scritto"));
-    EXPECT_EQ(state.visitId, 1);
+    EXPECT_EQ(asked.saved, 1);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "problems/SelezProblema.h"
 
 #include "DialogFixture.h"
+#include "problems/Probl1.h"
 
 namespace clivara {
 namespace {
@@ -19,7 +20,7 @@ protected:
     }
     std::string selection() const
     {
-        return QStringLiteral("%1|%2").arg(state.problemSelector).arg(state.problemText).toStdString();
+        return QStringLiteral("%1|%2").arg(state.selected.id).arg(state.selected.text).toStdString();
     }
     int row() const { return control<QTreeView>(list)->currentIndex().row(); }
 };
@@ -32,7 +33,7 @@ TEST_F(PickersTest, ListsThePatientsProblemsNewestFirst)
     execute(QStringLiteral("UPDATE PROBLEMS SET CodICDFinale = '466' WHERE idProblems = %1").arg(both));
     addProblem("zzz", "", QDate(2026, 5, 6));
     execute("INSERT INTO PROBLEMS (cod_paz, descr_mal) VALUES (18, 'di un altro')");
-    state.problemSelector = both;
+    state.selected.id = both;
     SelezProblema form(state);
     open(form, [&] {
         EXPECT_EQ(columns(list), (QStringList{"DATA", "ICD-9", "PROBLEMA"}));
@@ -69,7 +70,7 @@ TEST_F(PickersTest, AProblemIsChosenOrNot)
         {[&] { form.close(); }, "*ABORT*|", "0|"},
     };
     for (const auto &way : ways) {
-        state.problemSelector = noProblem;
+        state.selected.id = noProblem;
         open(form, [&] {
             way.act();
             EXPECT_FALSE(form.isVisible());
@@ -92,9 +93,10 @@ TEST_F(PickersTest, ANewProblemCanBeWrittenAndIsTheOneToChoose)
         key(list, Qt::Key_Return);
         EXPECT_TRUE(form.isVisible()) << "there is nothing to choose";
         forms.act = [&] {
-            EXPECT_EQ(state.problemSelector, noProblem);
+            auto &call = forms.call<ProblemCall>();
+            EXPECT_FALSE(call.problem);
             addProblem("", "Febbre", QDate(2026, 2, 2));
-            state.problemSelector = addProblem("", "Tosse", QDate(2026, 1, 1));
+            call.saved = addProblem("", "Tosse", QDate(2026, 1, 1));
         };
         key(list, Qt::Key_Insert);
         EXPECT_EQ(forms.take(), "Probl1");

@@ -19,6 +19,11 @@ struct NotedConnector : RegionalConnector {
 
 class Probl1Test : public DialogFixture {
 protected:
+    void open(Probl1 &form, const std::function<void()> &act)
+    {
+        form.take(asked);
+        DialogFixture::open(form, act);
+    }
     // The problems' own fields, as they are stored; a line each.
     std::string stored()
     {
@@ -38,6 +43,8 @@ protected:
             settings.write("DIAGNOSI", name);
         };
     }
+
+    ProblemCall asked;
 };
 
 TEST_F(Probl1Test, ANewProblemIsOpenAndOfToday)
@@ -64,10 +71,10 @@ TEST_F(Probl1Test, ANewProblemIsOpenAndOfToday)
         stored(),
         "Dolore all'anca 100% *[x]||1|2026-11-21 00:00:00|2026-11-21 00:00:00|Null|prima riga\r\nseconda|||");
     EXPECT_EQ(clinical("SELECT cod_paz, idProblems FROM PROBLEMS"),
-              QStringList(QStringLiteral("17|%1").arg(state.problemSelector)))
-        << "the saved problem is the selected one";
+              QStringList(QStringLiteral("17|%1").arg(*asked.saved)))
+        << "the caller is told which one it is";
 
-    state.problemSelector = noProblem;
+    asked.problem.reset();
     open(form, [&] {
         EXPECT_EQ(value("txtDescr") + value("Text1_0"), "") << "opened again it is another new one";
         QTest::keyClick(&form, Qt::Key_Escape);
@@ -77,7 +84,7 @@ TEST_F(Probl1Test, ANewProblemIsOpenAndOfToday)
 
 TEST_F(Probl1Test, WhatTheDoctorDoesNotEditStaysAsItIs)
 {
-    state.problemSelector = addProblem("zzz", "due\r\nrighe", {}, 7);
+    asked.problem = addProblem("zzz", "due\r\nrighe", {}, 7);
     const auto table = environment.clinical->OpenRecordset("PROBLEMS");
     table->Edit();
     table->Fields("anamnesi").setValue(awkwardText());
@@ -173,7 +180,7 @@ TEST_F(Probl1Test, RefusesNothingAndTheSameTwice)
         click(save);
         EXPECT_FALSE(form.isVisible());
     });
-    state.problemSelector = described;
+    asked.problem = described;
     open(form, [&] { click(save); });
     EXPECT_FALSE(form.isVisible()) << "a problem is no duplicate of itself";
     EXPECT_EQ(count(), 4);
@@ -181,7 +188,7 @@ TEST_F(Probl1Test, RefusesNothingAndTheSameTwice)
 
 TEST_F(Probl1Test, TheDiagnosisIsPickedKeptAndTakenAway)
 {
-    state.problemSelector = addProblem("ML001", "");
+    asked.problem = addProblem("ML001", "");
     Probl1 form(state);
     open(form, [&] {
         EXPECT_EQ(diagnosis(), "CATARRO D'ESTATE");
@@ -209,7 +216,7 @@ TEST_F(Probl1Test, TheDiagnosisIsPickedKeptAndTakenAway)
 
 TEST_F(Probl1Test, OnlyAClosedProblemTakesAClosingDate)
 {
-    state.problemSelector = addProblem("", "Frattura", QDate(2026, 5, 5));
+    asked.problem = addProblem("", "Frattura", QDate(2026, 5, 5));
     Probl1 form(state);
     open(form, [&] {
         EXPECT_FALSE(control("MaskEdBox3")->isEnabled());
@@ -286,6 +293,7 @@ TEST_F(Probl1Test, TheKeyboardWritesAndSaves)
         EXPECT_FALSE(form.isVisible());
     });
     EXPECT_EQ(clinical("SELECT descr_mal, pianificazione FROM PROBLEMS"), QStringList("Tosse|a\r\nb"));
+    asked.problem = asked.saved;
     open(form, [&] {
         type("Text1_3", "c");
         QTest::keyClick(control("Text1_3"), Qt::Key_Return, Qt::ControlModifier);
@@ -297,7 +305,7 @@ TEST_F(Probl1Test, TheKeyboardWritesAndSaves)
 TEST_F(Probl1Test, AProblemDeletedMeanwhileIsSavedAsANewOneIfTheDoctorWants)
 {
     const qint32 deleted = addProblem("", "Tosse", QDate(2026, 5, 5));
-    state.problemSelector = deleted;
+    asked.problem = deleted;
     Probl1 form(state);
     open(form, [&] {
         type("Text1_0", "scritto intanto");
@@ -314,7 +322,7 @@ TEST_F(Probl1Test, AProblemDeletedMeanwhileIsSavedAsANewOneIfTheDoctorWants)
     });
     EXPECT_EQ(stored(), "Tosse||1|Null|2026-05-05 00:00:00|Null|scritto intanto|||");
 
-    state.problemSelector = 4711;
+    asked.problem = 4711;
     prompts.queue();
     EXPECT_THROW(form.showModal(), dao::Error);
     EXPECT_EQ(prompts.last(), "Attenzione!|Il problema è stato eliminato da un'altra postazione.|warning");
@@ -323,7 +331,7 @@ TEST_F(Probl1Test, AProblemDeletedMeanwhileIsSavedAsANewOneIfTheDoctorWants)
 
 TEST_F(Probl1Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
 {
-    state.problemSelector = addProblem("", "Tosse", QDate(2026, 5, 5));
+    asked.problem = addProblem("", "Tosse", QDate(2026, 5, 5));
     Probl1 form(state);
     open(form, [&] {
         type("Text1_0", "di qua");
@@ -362,7 +370,7 @@ TEST_F(Probl1Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
     EXPECT_EQ(stored(), "Tosse|ML001|2|Null|2026-05-05 00:00:00|2026-11-20 00:00:00|di qua|||controllo");
 
     // A second problem of the same description, written elsewhere while this save was waiting.
-    state.problemSelector = noProblem;
+    asked.problem.reset();
     const auto other = otherWorkstation();
     std::optional<dao::Transaction> theirs;
     pauses.taken.clear();
@@ -376,7 +384,7 @@ TEST_F(Probl1Test, WhatAnotherWorkstationWroteIsNotReplacedUnasked)
         EXPECT_TRUE(form.isVisible());
     });
     EXPECT_EQ(count(), 2);
-    state.problemSelector = addProblem("", "FEBBRE"); // there twice by now
+    asked.problem = addProblem("", "FEBBRE"); // there twice by now
     open(form, [&] {
         type("Text1_0", "modificato");
         click(save);
@@ -420,7 +428,7 @@ TEST_F(Probl1Test, TellsTheRegionOfASavedProblem)
     const auto saveNew = [&](const char *network, const char *active) {
         settings.write("TIPORETE", network);
         settings.write("MIR_ATTIVO", active);
-        networked.problemSelector = noProblem;
+        asked = {};
         open(form, [&] {
             type("txtDescr", QString("%1 %2").arg(network, active));
             click(save);
@@ -435,7 +443,7 @@ TEST_F(Probl1Test, TellsTheRegionOfASavedProblem)
 
     prompts.queue();
     saveNew("1", "-1");
-    EXPECT_EQ(connector.sent, QStringList(QStringLiteral("%1|17|RIF1").arg(networked.problemSelector)));
+    EXPECT_EQ(connector.sent, QStringList(QStringLiteral("%1|17|RIF1").arg(*asked.saved)));
     EXPECT_EQ(prompts.last(), "OSM connector|Operazione effettuata con successo.|information");
     connector.answer = "Servizio non raggiungibile";
     prompts.queue();

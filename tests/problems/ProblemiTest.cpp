@@ -2,6 +2,8 @@
 #include "problems/Problemi.h"
 
 #include "ListFixture.h"
+#include "problems/Probl1.h"
+#include "problems/VisitCommands.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -59,7 +61,7 @@ TEST_F(ProblemiTest, ShowsProblemsAndWhatIsFiledUnderTheSelectedOne)
     execute("INSERT INTO riepil2 (idriepil2, cod_rie, esame, unita, data_eff) "
             "VALUES (1, 'E72', 'Glicemia', '126', #06/08/2021#)");
     addVisit("Null", "#01/01/2021#");
-    state.problemSelector = diabetes;
+    state.selected.id = diabetes;
     state.doctor.region = "16";
 
     Problemi form(state);
@@ -95,7 +97,7 @@ TEST_F(ProblemiTest, ShowsProblemsAndWhatIsFiledUnderTheSelectedOne)
         EXPECT_FALSE(isShown("SSPanel1"));
 
         key(problems, Qt::Key_Home);
-        EXPECT_EQ(state.problemSelector, unassociated);
+        EXPECT_EQ(state.selected.id, unassociated);
         EXPECT_EQ(rows(items), QStringList("01/01/21|Visita ambulatoriale|Visita"));
         key(problems, Qt::Key_Down);
         EXPECT_FALSE(isShown(items));
@@ -104,7 +106,7 @@ TEST_F(ProblemiTest, ShowsProblemsAndWhatIsFiledUnderTheSelectedOne)
                   "Nessuna visita, terapia o accertamento effettuato per questo problema.");
         clickRow(problems, "2");
         EXPECT_EQ(rows(items).size(), 8) << "with the mouse, too";
-        EXPECT_EQ(state.problemSelector, diabetes);
+        EXPECT_EQ(state.selected.id, diabetes);
         click("bt_Esci");
         EXPECT_FALSE(form.isVisible());
     });
@@ -119,11 +121,11 @@ TEST_F(ProblemiTest, ShowsProblemsAndWhatIsFiledUnderTheSelectedOne)
 
 TEST_F(ProblemiTest, WithoutProblemsOnlyNewOnesCanBeMade)
 {
-    state.problemSelector = 4711; // of the patient before
+    state.selected.id = 4711; // of the patient before
     Problemi form(state);
     open(form, [&] {
         EXPECT_EQ(rows(problems), QStringList("||| Elementi non associati a problemi|"));
-        EXPECT_EQ(state.problemSelector, unassociated);
+        EXPECT_EQ(state.selected.id, unassociated);
         EXPECT_TRUE(isShown("SSPanel1"));
         EXPECT_GT(control("itemsPart")->height(), control("problemsPart")->height())
             << "the room for what is to come";
@@ -135,8 +137,9 @@ TEST_F(ProblemiTest, WithoutProblemsOnlyNewOnesCanBeMade)
         EXPECT_EQ(forms.take(), "") << "there is no problem and no visit";
 
         forms.act = [&] {
-            EXPECT_EQ(state.problemSelector, noProblem);
-            state.problemSelector = addProblem("466", "Bronchite", clock.today());
+            auto &call = forms.call<ProblemCall>();
+            EXPECT_FALSE(call.problem);
+            call.saved = addProblem("466", "Bronchite", clock.today());
         };
         key(problems, Qt::Key_Insert);
         EXPECT_EQ(forms.take(), "Probl1");
@@ -154,7 +157,7 @@ TEST_F(ProblemiTest, EveryWayOpensTheSelectedProblemAndKeepsIt)
 {
     const qint32 problem = addProblem("466", "Bronchite", QDate(2026, 1, 2));
     addProblem("250.00", "Diabete", QDate(2026, 1, 3));
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         const std::pair<const char *, std::function<void()>> ways[]{
@@ -165,8 +168,7 @@ TEST_F(ProblemiTest, EveryWayOpensTheSelectedProblemAndKeepsIt)
         };
         int edits = 0;
         forms.act = [&] {
-            EXPECT_EQ(state.problemSelector, problem);
-            state.problemSelector = noProblem; // a dialog may use it for itself
+            EXPECT_EQ(forms.call<ProblemCall>().problem, problem);
             execute(QStringLiteral("UPDATE PROBLEMS SET descr_mal = 'B%1' WHERE CodICDSospetto = '466'")
                         .arg(++edits));
         };
@@ -183,7 +185,7 @@ TEST_F(ProblemiTest, ADeletedProblemLeavesItsVisits)
 {
     const qint32 problem = addProblem("466", "L'altra 50%", QDate(2026, 1, 2));
     addVisit(QString::number(problem), "#01/03/2026#");
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         prompts.queue(PromptButton::No);
@@ -207,7 +209,7 @@ TEST_F(ProblemiTest, OnlyOpenProblemsAreClosed)
     const qint32 open_ = addProblem("466", "Bronchite", QDate(2026, 1, 4), 1);
     for (const qint16 other : {0, 2, 3})
         addProblem("401", "Altro", QDate(2026, 1, 1), other);
-    state.problemSelector = open_;
+    state.selected.id = open_;
     Problemi form(state);
     open(form, [&] {
         for (const char *row : {"2", "3", "4"}) {
@@ -237,7 +239,7 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotClosedUnseen)
     const qint32 problem = addProblem("466", "Bronchite", QDate(2026, 1, 4), 1);
     environment.doctors->Execute("INSERT INTO medici_gruppo (cod_smi, cognome, nome, idRowGuid) VALUES (2, "
                                  "'Verdi', 'Bruno', '{6C4C00A9-60AC-45AF-B5C3-FD30774041A6}')");
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         const auto close = [&](const char *stateElsewhere, const char *stamp) {
@@ -266,11 +268,11 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotClosedUnseen)
 // The list was not renewed, and the doctor has kept the visit without its problem.
 TEST_F(ProblemiTest, AVisitThatWasFiledElsewhereIsShownThere)
 {
-    state.problemSelector = addProblem("466", "Bronchite", QDate(2026, 1, 4));
+    state.selected.id = addProblem("466", "Bronchite", QDate(2026, 1, 4));
     Problemi form(state);
     open(form, [&] {
         otherWorkstation()->Execute("DELETE * FROM PROBLEMS");
-        forms.act = [&] { state.visitId = addVisit("0", "#01/05/2026#"); };
+        forms.act = [&] { forms.call<VisitCall>().saved = addVisit("0", "#01/05/2026#"); };
         click("bt_Visita_1");
         EXPECT_EQ(rows(problems).size(), 1);
         EXPECT_EQ(rows(items), QStringList("05/01/26|Visita ambulatoriale|Visita"));
@@ -281,7 +283,7 @@ TEST_F(ProblemiTest, TellsWhatCouldNotBeDone)
 {
     const qint32 problem = addProblem("466", "Bronchite", QDate(2026, 1, 4), 1);
     const qint32 visit = addVisit(QString::number(problem), "#01/05/2026#");
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         execute("DROP TABLE DELETIONS"); // without its trace nothing is deleted
@@ -324,7 +326,7 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotDeletedUnseen)
 {
     const qint32 problem = addProblem("466", "Tosse", QDate(2026, 1, 2));
     addVisit(QString::number(problem), "#01/03/2026#");
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         const auto saveElsewhere = [&](const char *table, int minute) {
@@ -370,14 +372,15 @@ TEST_F(ProblemiTest, VisitsAreMadeOpenedAndDeletedFromTheLowerList)
     const qint32 older = addVisit(id, "#01/03/2021#", "conclusioni", "'Bene'");
     addVisit(id, "#01/03/2022#");
     addDrug(70, "#05/06/2021#", "'250.00'");
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         forms.act = [&] {
             EXPECT_EQ(state.visitMode, "10");
-            EXPECT_EQ(state.problemSelector, problem);
-            EXPECT_EQ(state.problemText, "Diabete");
-            state.visitId = addVisit(id, "#01/03/2023#");
+            auto &call = forms.call<VisitCall>();
+            EXPECT_EQ(call.problem.id, problem);
+            EXPECT_EQ(call.problem.text, "Diabete");
+            call.saved = addVisit(id, "#01/03/2023#");
         };
         click("bt_Visita_1");
         EXPECT_EQ(forms.take(), "Visita2");
@@ -386,7 +389,7 @@ TEST_F(ProblemiTest, VisitsAreMadeOpenedAndDeletedFromTheLowerList)
 
         forms.act = [&] {
             EXPECT_EQ(state.visitMode, "11");
-            EXPECT_EQ(state.visitId, older);
+            EXPECT_EQ(forms.call<VisitCall>().visit, older);
         };
         clickRow(items, "2", true);
         EXPECT_EQ(forms.take(), "Visita2");
@@ -418,7 +421,7 @@ TEST_F(ProblemiTest, MenusAndTheIdentifierFormGoByTheRow)
     const qint32 problem = addProblem("250.00", "Diabete", QDate(2020, 1, 2));
     const qint32 visit = addVisit(QString::number(problem), "#01/03/2021#");
     addDrug(70, "#05/06/2021#", "'250.00'");
-    state.problemSelector = problem;
+    state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
         const auto menu = [&](const char *list, const char *name) {
@@ -442,10 +445,13 @@ TEST_F(ProblemiTest, MenusAndTheIdentifierFormGoByTheRow)
         const std::tuple<const char *, const char *, qint32, const char *> rowsOfTables[]{
             {problems, "1", problem, "150"}, {items, "0", visit, "103"}, {items, "1", 70, "F"}};
         for (const auto &[list, row, identifier, table] : rowsOfTables) {
+            forms.act = [&, key = identifier, letter = table] {
+                const auto &call = forms.call<IdentifierCall>();
+                EXPECT_EQ(call.key, key);
+                EXPECT_EQ(call.table, letter);
+            };
             clickRow(list, row, false, all);
             EXPECT_EQ(forms.take(), "RM_Identificativi") << table;
-            EXPECT_EQ(state.identifierKey, identifier);
-            EXPECT_EQ(state.identifierTable, table);
         }
         clickRow(problems, "0", false, all);
         EXPECT_EQ(forms.take(), "") << "no row of a table";
@@ -463,6 +469,7 @@ TEST_F(ProblemiTest, TheDiabetesChartIsTheRegions)
     Problemi form(state);
     for (const auto &[region, chart] : charts) {
         state.doctor.region = region;
+        forms.built = FormRegistry({{.name = chart, .create = createForm<Problemi>}});
         open(form, [&, name = QString(chart)] {
             EXPECT_EQ(isShown("BtnSchedaDiabete"), !name.isEmpty());
             if (!name.isEmpty())
@@ -471,7 +478,7 @@ TEST_F(ProblemiTest, TheDiabetesChartIsTheRegions)
         });
         if (!*chart)
             continue;
-        forms.absent = QStringList{chart};
+        forms.built = {};
         open(form, [&] {
             QWidget &button = *control("BtnSchedaDiabete");
             EXPECT_FALSE(button.isEnabled()) << chart;

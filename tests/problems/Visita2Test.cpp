@@ -11,8 +11,11 @@ protected:
     // Opens the dialog for a visit; 0 for a new one.
     void openVisit(qint32 id, const std::function<void()> &act)
     {
-        state.visitMode = id == 0 ? "10" : "11";
-        state.visitId = id;
+        asked = {};
+        if (id != 0)
+            asked.visit = id;
+        asked.problem = state.selected;
+        form.take(asked);
         open(form, act);
     }
     // The visits, a line each.
@@ -26,13 +29,14 @@ protected:
     }
 
     Visita2 form{state};
+    VisitCall asked;
 };
 
 TEST_F(Visita2Test, ANewVisitIsOfTodayAndOfTheSelectedProblem)
 {
-    state.problemSelector = addProblem("250.00", "Diabete");
-    state.problemText = "come lo chiama l'elenco";
-    const qint32 problem = state.problemSelector;
+    state.selected.id = addProblem("250.00", "Diabete");
+    state.selected.text = "come lo chiama l'elenco";
+    const qint32 problem = state.selected.id;
     openVisit(0, [&] {
         EXPECT_EQ(form.windowTitle(), "Nuova visita");
         EXPECT_EQ(value("MaskEdBox1") + value("MaskEdBox2"), "21-11-2026__-__-____");
@@ -52,8 +56,8 @@ TEST_F(Visita2Test, ANewVisitIsOfTodayAndOfTheSelectedProblem)
                   .arg(problem)
                   .toStdString());
     EXPECT_EQ(stored("IdVisitaProbl, cod_paz"), "1|17") << "the first visit ever";
-    EXPECT_EQ(state.visitId, 1) << "the list can show which one it is";
-    EXPECT_EQ(state.problemText, "come lo chiama l'elenco");
+    EXPECT_EQ(asked.saved, 1) << "the list can show which one it is";
+    EXPECT_EQ(state.selected.text, "come lo chiama l'elenco");
 }
 
 TEST_F(Visita2Test, WhatTheDoctorDoesNotEditStaysAsItIs)
@@ -135,7 +139,7 @@ TEST_F(Visita2Test, ADayHasOneVisitAndAVisitADay)
         click(save);
         EXPECT_FALSE(form.isVisible()) << "the other visit of today is another patient's";
     });
-    EXPECT_EQ(state.visitId, 91);
+    EXPECT_EQ(asked.saved, 91);
 }
 
 TEST_F(Visita2Test, TheProblemIsChosenKeptAndTakenAway)
@@ -144,21 +148,21 @@ TEST_F(Visita2Test, TheProblemIsChosenKeptAndTakenAway)
     const qint32 fever = addProblem("", "Febbre");
     const qint32 visit = addVisit(QString::number(cough), "#11/19/2026#");
     openVisit(visit, [&] {
-        EXPECT_EQ(state.problemSelector, cough);
+        EXPECT_EQ(state.selected.id, cough);
         EXPECT_EQ(value("Problema"), "Tosse");
         forms.act = {}; // the chooser cannot be opened
         click("Problema");
         EXPECT_EQ(forms.take(), "SelezProblema");
         forms.act = [&] {
-            EXPECT_EQ(state.problemSelector, cough);
-            state.problemSelector = noProblem;
-            state.problemText.clear();
+            EXPECT_EQ(state.selected.id, cough);
+            state.selected.id = noProblem;
+            state.selected.text.clear();
         };
         click("Problema");
         EXPECT_EQ(value("Problema"), "Tosse") << "whoever cancels keeps what was there";
-        EXPECT_EQ(state.problemSelector, cough);
-        EXPECT_EQ(state.problemText, "Tosse");
-        forms.act = [&] { state.problemSelector = fever; };
+        EXPECT_EQ(state.selected.id, cough);
+        EXPECT_EQ(state.selected.text, "Tosse");
+        forms.act = [&] { state.selected.id = fever; };
         QTest::keyClick(control("Problema"), Qt::Key_Space);
         EXPECT_EQ(value("Problema"), "Febbre");
         click(save);
@@ -168,7 +172,7 @@ TEST_F(Visita2Test, TheProblemIsChosenKeptAndTakenAway)
         EXPECT_EQ(value("Problema"), "Febbre");
         click("Togli");
         EXPECT_EQ(value("Problema"), "");
-        EXPECT_EQ(state.problemSelector, noProblem);
+        EXPECT_EQ(state.selected.id, noProblem);
         click(save);
     });
     EXPECT_EQ(stored("id_Probl"), "0");
@@ -183,22 +187,22 @@ TEST_F(Visita2Test, TheCallersSelectionComesBackOnEveryWayOut)
         [&] { form.close(); }, [&] { form.unload(); }, [&] { form.abandon(); },
     };
     for (const auto &wayOut : waysOut) {
-        state.problemSelector = 4711;
-        state.problemText = "di chi chiama";
+        state.selected.id = 4711;
+        state.selected.text = "di chi chiama";
         openVisit(visit, [&] {
-            EXPECT_EQ(state.problemSelector, own);
+            EXPECT_EQ(state.selected.id, own);
             type("Text1_0", "mai salvato");
             type("Text1_0", "");
             wayOut();
             EXPECT_FALSE(form.isVisible());
         });
-        EXPECT_EQ(state.problemSelector, 4711);
-        EXPECT_EQ(state.problemText, "di chi chiama");
+        EXPECT_EQ(state.selected.id, 4711);
+        EXPECT_EQ(state.selected.text, "di chi chiama");
     }
     prompts.queue();
     EXPECT_THROW(openVisit(99, [] {}), dao::Error);
     EXPECT_EQ(prompts.last(), "Attenzione!|La visita è stata eliminata da un'altra postazione.|warning");
-    EXPECT_EQ(state.problemSelector, 4711);
+    EXPECT_EQ(state.selected.id, 4711);
 }
 
 TEST_F(Visita2Test, ClosingWithoutSavingWritesNothing)
@@ -257,7 +261,7 @@ TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
     const qint32 fever = addProblem("", "Febbre");
     for (const std::string when : {"list", "chooser", "writing", "save"}) {
         const qint32 cough = addProblem("", "Tosse");
-        state.problemSelector = when == "chooser" ? fever : cough;
+        state.selected.id = when == "chooser" ? fever : cough;
         if (when == "list")
             remove();
         openVisit(0, [&] {
@@ -265,7 +269,7 @@ TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
             type("Text1_0", "scritto");
             if (when == "chooser") {
                 forms.act = [&] {
-                    state.problemSelector = cough;
+                    state.selected.id = cough;
                     remove();
                 };
                 click("Problema");
@@ -285,7 +289,7 @@ TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
             EXPECT_EQ(value("Text1_0") + value("Problema"), "scritto") << when;
             EXPECT_TRUE(control("Problema")->hasFocus()) << when;
             EXPECT_EQ(stored(), "") << when;
-            forms.act = [&] { state.problemSelector = fever; };
+            forms.act = [&] { state.selected.id = fever; };
             click("Problema");
             click(save);
             EXPECT_FALSE(form.isVisible()) << when;
@@ -389,9 +393,10 @@ TEST_F(Visita2Test, WhatChangesWhileTheDoctorChoosesIsShownToo)
         otherWorkstation()->Execute("UPDATE VISITAPROBL SET anamnesi = 'seconda'");
         QStringList seen;
         forms.act = [&] {
-            seen.append(state.conflict.fields[5].stored);
+            auto &call = forms.call<ConflictCall>();
+            seen.append(call.conflict.fields[5].stored);
             otherWorkstation()->Execute("UPDATE VISITAPROBL SET anamnesi = 'terza', esameob = 'terza'");
-            state.conflict.choice = ConflictChoice::Mine;
+            call.choice = ConflictChoice::Mine;
         };
         click(save);
         EXPECT_FALSE(form.isVisible());
@@ -424,7 +429,7 @@ TEST_F(Visita2Test, ASaveThatFailsKeepsTheDialogOpen)
             EXPECT_EQ(boxOf(save), notSaved);
         }
         EXPECT_TRUE(form.isVisible());
-        EXPECT_EQ(state.visitId, 0);
+        EXPECT_FALSE(asked.saved);
         QTest::keyClick(control("Text1_0"), Qt::Key_S, Qt::ControlModifier);
         EXPECT_FALSE(form.isVisible());
     });

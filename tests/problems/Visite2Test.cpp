@@ -2,6 +2,7 @@
 #include "problems/Visite2.h"
 
 #include "ListFixture.h"
+#include "problems/VisitCommands.h"
 
 namespace clivara {
 namespace {
@@ -37,25 +38,27 @@ TEST_F(Visite2Test, ListsAllVisitsWhateverTheirProblem)
 TEST_F(Visite2Test, MakesOpensAndDeletesVisits)
 {
     const qint32 visit = addVisit("Null", "#02/01/2026#", "txtNote", "'Una nota'");
-    state.problemSelector = 4711; // what another form has selected
-    state.problemText = "Altro";
+    state.selected.id = 4711; // what another form has selected
+    state.selected.text = "Altro";
     Visite2 form(state);
     open(form, [&] {
         forms.act = [&] {
             EXPECT_EQ(state.visitMode, "10");
-            EXPECT_EQ(state.problemSelector, noProblem) << "may be another patient's problem";
-            EXPECT_EQ(state.problemText, "");
-            state.visitId = addVisit("0", "#02/05/2026#");
+            auto &call = forms.call<VisitCall>();
+            EXPECT_FALSE(call.visit);
+            EXPECT_EQ(call.problem.id, noProblem) << "may be another patient's problem";
+            EXPECT_EQ(call.problem.text, "");
+            call.saved = addVisit("0", "#02/05/2026#");
         };
         key(visits, Qt::Key_Insert);
         EXPECT_EQ(forms.take(), "Visita2");
-        EXPECT_EQ(state.problemSelector, 4711);
-        EXPECT_EQ(state.problemText, "Altro");
+        EXPECT_EQ(state.selected.id, 4711);
+        EXPECT_EQ(state.selected.text, "Altro");
         EXPECT_EQ(control<QTreeView>(visits)->currentIndex().row(), 0);
 
         forms.act = [&] {
             EXPECT_EQ(state.visitMode, "11");
-            EXPECT_EQ(state.visitId, visit);
+            EXPECT_EQ(forms.call<VisitCall>().visit, visit);
             execute("UPDATE VISITAPROBL SET txtNote = 'Altra nota' WHERE IdVisitaProbl = 1");
         };
         clickRow(visits, "1.0", true);

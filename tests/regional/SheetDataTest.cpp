@@ -126,7 +126,7 @@ TEST_P(SheetRoundTrip, ADamagedStringIsRefusedOrReadAsItStands)
     EXPECT_GT(refused, 1300);
 }
 
-INSTANTIATE_TEST_SUITE_P(AllTypes, SheetRoundTrip, testing::Range(firstSheetType, lastSheetType + 1));
+INSTANTIATE_TEST_SUITE_P(AllTypes, SheetRoundTrip, testing::Range(1, 8));
 
 TEST(SheetDataTest, PacksTypedValues)
 {

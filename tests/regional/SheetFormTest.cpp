@@ -20,8 +20,10 @@ protected:
 
     void openSheet(int type, int number, const std::function<void()> &act)
     {
-        state.sheetNumber = number;
+        asked = {};
+        asked.sheet = number;
         SheetForm form(state, *sheetLayout(type));
+        form.take(asked);
         open(form, act);
     }
 
@@ -29,6 +31,7 @@ protected:
     static QString blank(int type) { return CreaStringaDati(SheetData(*sheetLayout(type))); }
 
     FormNotes forms;
+    SheetCall asked;
 };
 
 constexpr auto save = "ctrlButt_1";
@@ -50,7 +53,7 @@ TEST_F(SheetFormTest, NumbersCountByTypeOverAllPatients)
     });
     EXPECT_EQ(stored().size(), 2);
     EXPECT_TRUE(stored()[1].startsWith("1|17|2|2026-11-21 00:00:00|03")) << stored()[1].toStdString();
-    EXPECT_EQ(state.sheetNumber, 1);
+    EXPECT_EQ(asked.saved, 1);
 }
 
 TEST_F(SheetFormTest, WhatIsTypedIsStoredAndShownAgain)
@@ -215,9 +218,10 @@ TEST_F(SheetFormTest, TheSameFormOpensAReadableSheetAfterAnUnreadableOne)
 {
     addSheetRow(1, 1, "#1/1/2026#", quoted("x"));
     SheetForm form(state, *sheetLayout(1));
-    state.sheetNumber = 1;
+    asked.sheet = 1;
+    form.take(asked);
     open(form, [&] { click(leave); });
-    state.sheetNumber = 0;
+    asked.sheet = 0;
     open(form, [&] {
         EXPECT_TRUE(control(save)->isEnabled());
         EXPECT_TRUE(control("cmbFumo")->isVisible());
@@ -241,8 +245,9 @@ TEST_F(SheetFormTest, OtherWorkstationsAreNotOverwrittenUnasked)
     ConflictChoice choice = ConflictChoice::BackToEditing;
     forms.act = [&] {
         EXPECT_EQ(forms.take(), "Conflitto");
-        told = toldOf(state);
-        state.conflict.choice = choice;
+        auto &call = forms.call<ConflictCall>();
+        told = toldOf(state, call.conflict);
+        call.choice = choice;
     };
     openSheet(2, 1, [&] {
         choose("cmbAderenza", "buona");
@@ -444,7 +449,8 @@ TEST_F(SheetFormTest, TheFormKeepsNothingOfThePatientBefore)
     SheetForm form(state, *sheetLayout(1));
     const auto openFor = [&](int patient, int number, const std::function<void()> &act) {
         state.header.patientCode = patient;
-        state.sheetNumber = number;
+        asked.sheet = number;
+        form.take(asked);
         open(form, act);
     };
     openFor(17, 1, [&] {
@@ -507,7 +513,7 @@ TEST_F(SheetFormTest, TheManagerListsOpensAndDeletes)
         };
         EXPECT_EQ(rows(), (QStringList{"01/02/2026|Scheda valutazione fragilità (Art. 13)",
                                        "01/01/2026|Scheda diabetologica (Art. 7)", "senza data|"}));
-        forms.act = [&] { EXPECT_EQ(state.sheetNumber, 1); };
+        forms.act = [&] { EXPECT_EQ(forms.call<SheetCall>().sheet, 1); };
         click("Btm_Apri");
         EXPECT_EQ(forms.take(), "AIR15_7_4");
 
@@ -523,9 +529,10 @@ TEST_F(SheetFormTest, TheManagerListsOpensAndDeletes)
         // A new one of the chosen type; the list then shows it.
         click("optTipo_6");
         forms.act = [&] {
-            EXPECT_EQ(state.sheetNumber, 0);
+            auto &call = forms.call<SheetCall>();
+            EXPECT_EQ(call.sheet, 0);
             addSheetRow(6, 5, "#4/1/2026#", "Null");
-            state.sheetNumber = 5;
+            call.saved = 5;
         };
         click("chameleonButton1_1");
         EXPECT_EQ(forms.take(), "AIR15_7_6");

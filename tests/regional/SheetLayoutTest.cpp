@@ -93,6 +93,7 @@ TEST(SheetLayoutTest, AllSevenTypesAreWhole)
         {"AIR15_7_7", "Scheda malattie respiratorie (Art. 7) - BPCO",
          "AIR Campania - Art. 7 - Scheda Malattie respiratorie - BPCO"},
     };
+    EXPECT_EQ(sheetLayouts().size(), std::size(types));
     int type = 0;
     for (const auto &[form, listText, caption] : types) {
         const SheetLayout *const layout = sheetLayout(++type);

@@ -74,8 +74,8 @@ TEST_F(SheetSourcesTest, AnEmptyRecordLeavesTheTemplate)
     for (const char *drug : {"Statine", "Antipertensivi", "AceSartani", "Antiaggreganti"})
         expected.setValue(sheetLayout(1)->indexOf(drug), "1");
     EXPECT_EQ(CreaStringaDati(recovered(1)), CreaStringaDati(expected));
-    for (int type = firstSheetType; type <= lastSheetType; ++type)
-        EXPECT_TRUE(readSheetString(*sheetLayout(type), CreaStringaDati(recovered(type))).data) << type;
+    for (const SheetLayout &layout : sheetLayouts())
+        EXPECT_TRUE(readSheetString(layout, CreaStringaDati(recovered(layout.type))).data) << layout.type;
     EXPECT_TRUE(last.remarks.isEmpty());
     EXPECT_TRUE(logged().filter("Error").isEmpty());
 }
@@ -170,14 +170,14 @@ TEST_F(SheetSourcesTest, TakesAResultOnlyInTheUnitOfTheField)
 
 TEST_F(SheetSourcesTest, EveryExamOfTheLayoutsHasARuleForItsUnit)
 {
-    for (int type = firstSheetType; type <= lastSheetType; ++type) {
-        for (const SheetField &field : sheetLayout(type)->fields) {
+    for (const SheetLayout &layout : sheetLayouts()) {
+        for (const SheetField &field : layout.fields) {
             const bool isResult = field.source.name == "esame";
             if (!isResult && field.source.name != "dataesame")
                 continue;
             const QString unit = field.source.arguments.value(2);
             EXPECT_TRUE(resultInUnit(field.source.arguments.value(0), 5, unit, unit))
-                << type << field.name.toStdString();
+                << layout.type << field.name.toStdString();
             EXPECT_TRUE(!isResult || field.caption.contains('(' + unit + ')'))
                 << "the doctor reads another unit: " << field.caption.toStdString();
         }

@@ -28,7 +28,10 @@ protected:
     }
     void openStay(qint32 id, const std::function<void()> &act)
     {
-        state.stayId = id;
+        asked = {};
+        if (id != 0)
+            asked.stay = id;
+        dialog.take(asked);
         open(dialog, act);
     }
     void typeHospital(const QString &text) const
@@ -54,6 +57,7 @@ protected:
 
     static constexpr auto memorise = "Btm_Memorizza";
     Ricoveri_Inserimento dialog{state};
+    StayCall asked;
 };
 
 TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
@@ -93,7 +97,7 @@ TEST_F(RicoveriTest, TheListMarksWhoIsStillInHospitalAndTellsTheLength)
         key("Griglia_Ricoveri", Qt::Key_Home);
         EXPECT_EQ(text("lblDurata"), "Date di accesso e di uscita non indicate.");
         clickRow("Griglia_Ricoveri", "2");
-        forms.act = [&] { EXPECT_EQ(state.stayId, 3); };
+        forms.act = [&] { EXPECT_EQ(forms.call<StayCall>().stay, 3); };
         key("Griglia_Ricoveri", Qt::Key_Return);
         EXPECT_EQ(forms.take(), "Ricoveri_Inserimento");
         EXPECT_EQ(control<QTreeView>("Griglia_Ricoveri")->currentIndex().row(), 2);
@@ -136,12 +140,12 @@ TEST_F(RicoveriTest, AStayThatIsNotSavedDoesNotExtendTheList)
         }
         EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/Ospedale Sant'Anna");
         EXPECT_EQ(control<CompletingBox>("Combo1")->text(), "L'Aquila");
-        EXPECT_EQ(state.stayId, 0);
+        EXPECT_FALSE(asked.saved);
         click(memorise); // the doctor has answered already
         EXPECT_FALSE(dialog.isVisible());
     });
     EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/L'Aquila/Ospedale Sant'Anna");
-    EXPECT_EQ(state.stayId, 1);
+    EXPECT_EQ(asked.saved, 1);
 }
 
 TEST_F(RicoveriTest, TheDialogSaysInHospitalOfTheNewestStayOnly)

@@ -2,6 +2,7 @@
 #include "app/scenario/ControlReading.h"
 
 #include "app/practice/UserError.h"
+#include "support/Mnemonic.h"
 
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
@@ -13,7 +14,6 @@
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QRegularExpression>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QTextDocument>
@@ -25,13 +25,6 @@ namespace orvale {
 
 namespace {
 
-QString withoutMnemonic(const QString &text)
-{
-    // "&&" is a real ampersand, a lone one marks the letter after it.
-    static const QRegularExpression mark(QStringLiteral("&(.)"));
-    return QString(text).replace(mark, QStringLiteral("\\1"));
-}
-
 QString labelText(const QLabel &label)
 {
     const bool rich = label.textFormat() == Qt::RichText
@@ -41,7 +34,7 @@ QString labelText(const QLabel &label)
         document.setHtml(label.text());
         return document.toPlainText();
     }
-    return label.buddy() ? withoutMnemonic(label.text()) : label.text();
+    return label.buddy() ? clivara::withoutMnemonic(label.text()) : label.text();
 }
 
 bool isField(const QWidget &control)
@@ -160,7 +153,7 @@ QString shownText(const QWidget &control)
     if (const auto line = qobject_cast<const QLineEdit *>(&control))
         return line->displayText();
     if (const auto button = qobject_cast<const QAbstractButton *>(&control))
-        return withoutMnemonic(button->text());
+        return clivara::withoutMnemonic(button->text());
     if (const auto combo = qobject_cast<const QComboBox *>(&control))
         return combo->currentText();
     if (const auto plain = qobject_cast<const QPlainTextEdit *>(&control))
@@ -168,7 +161,7 @@ QString shownText(const QWidget &control)
     if (const auto rich = qobject_cast<const QTextEdit *>(&control))
         return rich->toPlainText();
     if (const auto group = qobject_cast<const QGroupBox *>(&control))
-        return withoutMnemonic(group->title());
+        return clivara::withoutMnemonic(group->title());
     if (const auto spin = qobject_cast<const QAbstractSpinBox *>(&control))
         return spin->text();
     if (const auto progress = qobject_cast<const QProgressBar *>(&control))

@@ -5,9 +5,9 @@
 #include "app/window/PatientLoader.h"
 #include "app/window/PatientPanel.h"
 #include "app/window/PatientSearch.h"
-#include "app/window/Sections.h"
 #include "chart/WorkingState.h"
 #include "host/Class3.h"
+#include "host/Sections.h"
 #include "ui_HostWindow.h"
 #include "values/JetValues.h"
 
@@ -134,21 +134,21 @@ void HostWindow::makePatientMenu()
 
 void HostWindow::makeSections()
 {
-    const QList<SectionGroup> groups = sectionGroups();
-    for (const SectionGroup &group : groups) {
+    const QList<clivara::SectionGroup> groups = clivara::sectionGroups();
+    for (const clivara::SectionGroup &group : groups) {
         QMenu *menu = m_ui->menubar->addMenu(group.menu);
         menu->setToolTipsVisible(true);
         const auto title = new QLabel(group.title, m_ui->sectionsContents);
         title->setProperty("cardTitle", true);
         title->setContentsMargins(8, m_sectionActions.isEmpty() ? 4 : 10, 8, 2);
         m_ui->sectionsLayout->addWidget(title);
-        for (const Section &section : group.sections) {
+        for (const clivara::Section &section : group.sections) {
             QAction *action = menu->addAction(QIcon(section.icon), section.title, this,
                                               [this, section] { openSection(section); });
             action->setShortcut(section.shortcut);
             action->setObjectName(QStringLiteral("action_%1").arg(section.action));
             m_sectionActions.insert(section.action, action);
-            QPushButton *button = buttonFor(*action, plainTitle(section), m_ui->sectionsContents);
+            QPushButton *button = buttonFor(*action, section.plainTitle(), m_ui->sectionsContents);
             button->setObjectName(QStringLiteral("section_%1").arg(section.action));
             m_ui->sectionsLayout->addWidget(button);
         }
@@ -254,7 +254,7 @@ void HostWindow::selectPatient(qint32 code)
     m_search->mark(m_session.currentPatient());
 }
 
-void HostWindow::openSection(const Section &section)
+void HostWindow::openSection(const clivara::Section &section)
 {
     if (m_session.currentPatient() < 0)
         return;
@@ -264,7 +264,7 @@ void HostWindow::openSection(const Section &section)
     if (!outcome.failure.isEmpty()) {
         QGuiApplication::restoreOverrideCursor();
         warn(QStringLiteral("Non è stato possibile aprire la sezione %1.\n\n%2")
-                 .arg(plainTitle(section), outcome.failure));
+                 .arg(section.plainTitle(), outcome.failure));
     }
     if (outcome.patient)
         selectPatient(*outcome.patient);
@@ -279,7 +279,7 @@ void HostWindow::openSection(const Section &section)
             messageMilliseconds);
     } else if (outcome.evaluation && *outcome.evaluation != 0) {
         m_ui->statusbar->showMessage(
-            QStringLiteral("%1: %2").arg(plainTitle(section),
+            QStringLiteral("%1: %2").arg(section.plainTitle(),
                                          clivara::jet::formatNumber(*outcome.evaluation, u"0.00")),
             messageMilliseconds);
     }

@@ -16,6 +16,7 @@ class QPushButton;
 namespace clivara {
 class Clock;
 class Prompts;
+struct Section;
 } // namespace clivara
 namespace Ui {
 class HostWindow;
@@ -26,7 +27,6 @@ namespace orvale {
 class PatientLoader;
 class PatientPanel;
 class PatientSearch;
-struct Section;
 
 // The window of the host: patient search, the patient at a glance and the sections of the chart. A database
 // error is told in a message box and leaves the window usable.
@@ -45,7 +45,7 @@ public:
     // Makes the patient current and shows the patient; an unknown code is told.
     void selectPatient(qint32 code);
     // Opens a section for the current patient and acts on what it asks of the host when it has closed.
-    void openSection(const Section &section);
+    void openSection(const clivara::Section &section);
 
 signals:
     void patientsLoaded();

@@ -4,11 +4,11 @@
 #include "app/practice/Practice.h"
 #include "app/window/HostWindow.h"
 #include "app/window/PatientRecords.h"
-#include "app/window/Sections.h"
 #include "chart/WorkingState.h"
 #include "dao/Dao.h"
 #include "data/Identity.h"
 #include "host/Class3.h"
+#include "host/Sections.h"
 #include "support/ui/ChartForm.h"
 
 #include <QAbstractButton>
@@ -286,9 +286,9 @@ QStringList takeTour(Practice &practice, clivara::Clock &clock, const QString &f
     settle();
     pictures.save(window, QStringLiteral("finestra"));
 
-    const QList<SectionGroup> groups = sectionGroups();
-    for (const SectionGroup &group : groups) {
-        for (const Section &section : group.sections) {
+    const QList<clivara::SectionGroup> groups = clivara::sectionGroups();
+    for (const clivara::SectionGroup &group : groups) {
+        for (const clivara::Section &section : group.sections) {
             if (!clivara::Class3::isBuilt(section.action))
                 continue;
             FormVisit visit(pictures, nullptr, [&] {
@@ -297,10 +297,10 @@ QStringList takeTour(Practice &practice, clivara::Clock &clock, const QString &f
             window.openSection(section);
             visit.rethrow();
             if (!visit.tookPicture())
-                throw UserError(QStringLiteral("La sezione %1 non si è aperta.").arg(plainTitle(section)));
+                throw UserError(QStringLiteral("La sezione %1 non si è aperta.").arg(section.plainTitle()));
             if (const QStringList texts = prompts.takeTexts(); !texts.isEmpty())
                 throw UserError(QStringLiteral("La sezione %1 ha avvisato: %2")
-                                    .arg(plainTitle(section), texts.join(u' ')));
+                                    .arg(section.plainTitle(), texts.join(u' ')));
         }
     }
     return pictures.written();

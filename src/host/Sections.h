@@ -5,26 +5,26 @@
 #include <QList>
 #include <QString>
 
-namespace orvale {
+namespace clivara {
 
-// A section of the chart as the host offers it.
+// A section of the chart as a host offers it.
 struct Section {
     qint16 action; // the code that opens it
+    QString form; // the form that the code opens
     QString title; // with its mnemonic
     QString icon; // resource path
     QKeySequence shortcut;
+
+    QString plainTitle() const; // without the mnemonic
 };
 
 struct SectionGroup {
     QString title;
-    QString menu; // the title with its mnemonic
+    QString menu; // what its menu is called, with its mnemonic
     QList<Section> sections;
 };
 
-// All sections in the order of the menu; each action code once.
+// All sections of this build in the order of a menu; each action code once.
 QList<SectionGroup> sectionGroups();
 
-// The title without its mnemonic.
-QString plainTitle(const Section &section);
-
-} // namespace orvale
+} // namespace clivara
