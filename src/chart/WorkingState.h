@@ -91,7 +91,6 @@ struct WorkingState {
     QString identifierTable;
     QString loadedCode; // the code string that the allergies or the past infections loaded last
     bool networkedPractice = false; // the setting "Mir_Attivo", as of the last saved allergies
-    int failure = 0; // the error that the last write ended with; 0 when it ended without one
     bool unreachableTold = false; // the doctor knows that the server cannot be reached
     RecordConflict conflict; // that the form of conflicts shows, and its answer
     qint32 sheetNumber = 0; // of the regional sheet to open, 0 a new one
