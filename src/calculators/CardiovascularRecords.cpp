@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CardiovascularRecords.h"
 
-#include "chart/SharedWrites.h"
 #include "dao/Dao.h"
 #include "values/JetValues.h"
 
@@ -9,16 +8,9 @@ namespace clivara {
 
 namespace {
 
-const auto riskTable = QStringLiteral("Rischio_Cardio");
-
 std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
 {
     return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
-}
-
-bool isSet(dao::Recordset &row, const QString &field)
-{
-    return row.Fields(field).number() != 0;
 }
 
 QString jetBoolean(bool value)
@@ -38,59 +30,23 @@ QList<HistoryRow> readCardiovascularHistory(dao::Database &clinical, qint32 pati
             .arg(patientCode));
 }
 
-std::optional<CardiovascularEvaluation> readCardiovascular(dao::Database &clinical, qint32 patientCode,
-                                                           const QDateTime &when)
-{
-    const auto row = open(clinical, evaluationQuery(riskTable, patientCode, when));
-    if (row->Eof())
-        return std::nullopt;
-    CardiovascularEvaluation evaluation;
-    if (const auto age = optionalNumber(*row, QStringLiteral("eta")))
-        evaluation.ageYears = int(*age);
-    evaluation.risk = optionalNumber(*row, QStringLiteral("pct_rischio"));
-    evaluation.systolicMmHg = optionalNumber(*row, QStringLiteral("pressione"));
-    evaluation.totalCholesterolMgDl = optionalNumber(*row, QStringLiteral("colesterolo"));
-    evaluation.hdlMgDl = optionalNumber(*row, QStringLiteral("hdl"));
-    evaluation.smoker = isSet(*row, QStringLiteral("fumatore"));
-    evaluation.diabetic = isSet(*row, QStringLiteral("diabetico"));
-    evaluation.treatedHypertension = isSet(*row, QStringLiteral("ipertens"));
-    return evaluation;
-}
-
-SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
-                               const CardiovascularEvaluation &evaluation, Existing existing,
+WriteResult saveCardiovascular(WorkingState &state, const QDateTime &when,
+                               const CardiovascularEvaluation &evaluation, bool isNew,
                                EvaluationVersions &versions)
 {
-    const auto fill = [&evaluation](dao::Recordset &row) {
-        row.Fields(QStringLiteral("eta"))
-            .setValue(evaluation.ageYears ? QVariant(*evaluation.ageYears) : QVariant());
-        row.Fields(QStringLiteral("pct_rischio")).setValue(numberValue(evaluation.risk));
-        row.Fields(QStringLiteral("pressione")).setValue(numberValue(evaluation.systolicMmHg));
-        row.Fields(QStringLiteral("colesterolo")).setValue(numberValue(evaluation.totalCholesterolMgDl));
-        row.Fields(QStringLiteral("hdl")).setValue(numberValue(evaluation.hdlMgDl));
-        row.Fields(QStringLiteral("fumatore")).setValue(evaluation.smoker);
-        row.Fields(QStringLiteral("diabetico")).setValue(evaluation.diabetic);
-        row.Fields(QStringLiteral("ipertens")).setValue(evaluation.treatedHypertension);
-    };
-    return saveEvaluation(state, storedCardiovascular(), when, existing, fill, versions);
+    const auto fill = [&](dao::Recordset &row) { writeFields(row, evaluation); };
+    return saveEvaluation(state, storedCardiovascular(), when, isNew, fill, versions);
+}
+
+QString percentText(const std::optional<double> &fraction)
+{
+    return fraction ? jet::formatNumber(*fraction, u"0.0%") : QString();
 }
 
 const StoredEvaluation &storedCardiovascular()
 {
-    static const StoredEvaluation stored{
-        riskTable,
-        CardiovascularRisk,
-        {{QStringLiteral("pct_rischio"), QStringLiteral("Rischio"),
-          [](const QVariant &risk) {
-              return risk.isValid() ? jet::formatNumber(risk.toDouble(), u"0.0%") : QString();
-          }},
-         {QStringLiteral("eta"), QStringLiteral("Età"), numberAsText},
-         {QStringLiteral("pressione"), QStringLiteral("Pressione sistolica"), numberAsText},
-         {QStringLiteral("colesterolo"), QStringLiteral("Colesterolemia totale"), numberAsText},
-         {QStringLiteral("hdl"), QStringLiteral("HDL-colesterolemia"), numberAsText},
-         {QStringLiteral("fumatore"), QStringLiteral("Fumatore"), yesOrNo},
-         {QStringLiteral("diabetico"), QStringLiteral("Diabetico"), yesOrNo},
-         {QStringLiteral("ipertens"), QStringLiteral("Ipertensione in trattamento"), yesOrNo}}};
+    static const auto stored = storedEvaluation<CardiovascularEvaluation>(
+        QStringLiteral("Rischio_Cardio"), CardiovascularRisk, Existing::Refuse);
     return stored;
 }
 

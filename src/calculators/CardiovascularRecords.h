@@ -10,6 +10,9 @@
 // every function throws dao::Error.
 namespace clivara {
 
+// "12.5%" of a fraction; empty for none.
+QString percentText(const std::optional<double> &fraction);
+
 struct CardiovascularEvaluation {
     std::optional<int> ageYears; // empty when unknown
     std::optional<double> risk; // a fraction
@@ -17,16 +20,28 @@ struct CardiovascularEvaluation {
     bool smoker = false;
     bool diabetic = false;
     bool treatedHypertension = false;
+
+    static constexpr auto fields()
+    {
+        using Evaluation = CardiovascularEvaluation;
+        return std::tuple{
+            RecordField{"pct_rischio", &Evaluation::risk, "Rischio", {}, {}, percentText},
+            RecordField{"eta", &Evaluation::ageYears, "Età"},
+            RecordField{"pressione", &Evaluation::systolicMmHg, "Pressione sistolica"},
+            RecordField{"colesterolo", &Evaluation::totalCholesterolMgDl, "Colesterolemia totale"},
+            RecordField{"hdl", &Evaluation::hdlMgDl, "HDL-colesterolemia"},
+            RecordField{"fumatore", &Evaluation::smoker, "Fumatore"},
+            RecordField{"diabetico", &Evaluation::diabetic, "Diabetico"},
+            RecordField{"ipertens", &Evaluation::treatedHypertension, "Ipertensione in trattamento"},
+        };
+    }
 };
+const StoredEvaluation &storedCardiovascular();
 
 QList<HistoryRow> readCardiovascularHistory(dao::Database &clinical, qint32 patientCode);
-// Empty when there is no such evaluation (any more). A Null of the row is an empty value, a Null box is not set.
-std::optional<CardiovascularEvaluation> readCardiovascular(dao::Database &clinical, qint32 patientCode,
-                                                           const QDateTime &when);
-SaveOutcome saveCardiovascular(WorkingState &state, const QDateTime &when,
-                               const CardiovascularEvaluation &evaluation, Existing existing,
+WriteResult saveCardiovascular(WorkingState &state, const QDateTime &when,
+                               const CardiovascularEvaluation &evaluation, bool isNew,
                                EvaluationVersions &versions);
-const StoredEvaluation &storedCardiovascular();
 
 // A condition that the chart knows of the patient, and in Italian where that stands.
 struct Condition {

@@ -293,72 +293,73 @@ void EvaluationForm::saveOn(QDate day)
 {
     // A chosen evaluation that gets another date is a new one: it must not replace the one of that date.
     const bool isNew = !m_chosen.isValid() || m_chosen.date() != day;
-    switch (trySaveOn(isNew ? jet::dateTime(day) : m_chosen, isNew)) {
-    case SaveOutcome::AlreadyThere:
-        state().prompts.ask({windowTitle(),
-                             QStringLiteral("Esiste già una rilevazione effettuata nella stessa data."),
-                             PromptIcon::None,
-                             {PromptButton::Ok},
-                             PromptButton::Ok});
+    m_saving = {isNew ? jet::dateTime(day) : m_chosen, isNew, {}};
+    const WriteResult result = saveRecord(state(), objectName(), *this);
+    if (result == WriteResult::TheirsKept)
+        showTheirs(m_saving.when);
+    if (result != WriteResult::Done)
         return;
-    case SaveOutcome::Failed:
-        warnNotSaved(state());
-        return;
-    case SaveOutcome::Vanished:
-    case SaveOutcome::Changed: // the doctor has chosen
-        return;
-    case SaveOutcome::Saved:
-        break;
-    }
     refreshHistory();
     afterSave();
     showStatus(QStringLiteral("✓ Rilevazione del %1 salvata.").arg(jet::slashedDate(day)));
 }
 
-SaveOutcome EvaluationForm::trySaveOn(const QDateTime &when, bool isNew)
+bool EvaluationForm::mayWrite()
 {
-    for (;;) {
-        EvaluationVersions versions;
-        versions.read = m_read.value(when);
-        SaveOutcome outcome = SaveOutcome::Failed;
-        {
-            const WaitCursor waiting; // for another workstation it takes some seconds
-            guarded([&] { outcome = save(when, isNew, versions); });
-        }
-        if (outcome == SaveOutcome::Vanished) {
-            if (!isNew
-                && !state().prompts.confirm(
-                    QStringLiteral("Un'altra postazione ha eliminato la rilevazione mentre era aperta.\n"
-                                   "Salvarla come nuova?")))
-                return outcome;
-            m_read.remove(when);
-        } else if (outcome != SaveOutcome::Changed || !mayReplace(when, versions)) {
-            return outcome;
-        } else {
-            m_read[when] = versions.stored;
-        }
-    }
+    if (!m_saving.isNew || storedAs().ofSameDate != Existing::Refuse
+        || !hasEvaluation(state().clinical(), storedAs(), state().header.patientCode, m_saving.when))
+        return true;
+    state().prompts.ask({windowTitle(),
+                         QStringLiteral("Esiste già una rilevazione effettuata nella stessa data."),
+                         PromptIcon::None,
+                         {PromptButton::Ok},
+                         PromptButton::Ok});
+    return false;
 }
 
-// Shows both versions; true when the doctor wants the one of this window.
-bool EvaluationForm::mayReplace(const QDateTime &when, const EvaluationVersions &versions)
+WriteResult EvaluationForm::write()
+{
+    m_saving.versions.read = m_read.value(m_saving.when);
+    const WriteResult result = save(m_saving.when, m_saving.isNew, m_saving.versions);
+    if (result != WriteResult::Vanished || !m_saving.isNew)
+        return result;
+    // The history shows one that is gone; what is saved here is a new one in any case.
+    becomeNew();
+    return write();
+}
+
+void EvaluationForm::becomeNew()
+{
+    m_read.remove(m_saving.when);
+}
+
+QString EvaluationForm::vanishedQuestion() const
+{
+    return QStringLiteral("Un'altra postazione ha eliminato la rilevazione mentre era aperta.\n"
+                          "Salvarla come nuova?");
+}
+
+RecordConflict EvaluationForm::conflict() const
 {
     RecordConflict conflict;
     conflict.event =
-        QStringLiteral("La rilevazione del %1 è stata salvata").arg(jet::slashedDate(when.date()));
+        QStringLiteral("La rilevazione del %1 è stata salvata").arg(jet::slashedDate(m_saving.when.date()));
     conflict.mergesFields = false; // the result follows from all values
     const QList<StoredEvaluation::Value> &values = storedAs().values;
     for (qsizetype i = 0; i < values.size(); ++i) {
         const auto text = [&](const EvaluationValues &version) {
             return version.isEmpty() ? QString() : values[i].text(version[i]);
         };
+        const EvaluationVersions &versions = m_saving.versions;
         conflict.fields.append(
             {values[i].caption, text(versions.read), text(versions.mine), text(versions.stored)});
     }
-    const ConflictChoice choice = askAboutConflict(state(), conflict);
-    if (choice == ConflictChoice::Theirs)
-        showTheirs(when);
-    return choice == ConflictChoice::Mine;
+    return conflict;
+}
+
+void EvaluationForm::keepMine()
+{
+    m_read[m_saving.when] = m_saving.versions.stored;
 }
 
 void EvaluationForm::showTheirs(const QDateTime &when)
@@ -383,20 +384,15 @@ void EvaluationForm::deleteChosen()
         const WaitCursor waiting;
         return deleteEvaluation(state(), storedAs(), m_chosen, seen);
     };
-    switch (deleteListed(state(), {}, remove,
-                         {QStringLiteral("La rilevazione del %1 è stata salvata").arg(day),
-                          QStringLiteral("La rilevazione era già stata eliminata da un'altra postazione."),
-                          QStringLiteral("Non è stato possibile eliminare la rilevazione")})) {
-    case WriteResult::Refused:
-    case WriteResult::Failed:
-        return;
-    case WriteResult::Changed:
+    const WriteResult result =
+        deleteListed(state(), {}, remove,
+                     {QStringLiteral("La rilevazione del %1 è stata salvata").arg(day),
+                      QStringLiteral("La rilevazione era già stata eliminata da un'altra postazione."),
+                      QStringLiteral("Non è stato possibile eliminare la rilevazione")});
+    if (result == WriteResult::Changed)
         showTheirs(m_chosen);
+    if (result != WriteResult::Done && result != WriteResult::Vanished)
         return;
-    case WriteResult::Vanished:
-    case WriteResult::Done:
-        break;
-    }
     refreshHistory();
     newEvaluation();
     showStatus(QStringLiteral("Rilevazione del %1 eliminata.").arg(day));

@@ -4,6 +4,7 @@
 #include "calculators/EvaluationRecords.h"
 #include "calculators/HistoryPlot.h"
 #include "calculators/PatientInputForm.h"
+#include "chart/RecordSaving.h"
 
 namespace Ui {
 class EvaluationForm;
@@ -15,7 +16,7 @@ class HistoryModel;
 
 // The frame of the evaluations that are kept: inputs with their proposals, the result, the patient's saved evaluations
 // as a list and as a course over time, and the buttons for a new evaluation, for deleting, computing and saving.
-class EvaluationForm : public PatientInputForm {
+class EvaluationForm : public PatientInputForm, private WrittenRecord {
     Q_OBJECT
 
 public:
@@ -38,7 +39,7 @@ protected:
     virtual bool showSaved(const QDateTime &when) = 0;
     // Saves what was computed. `isNew`: the doctor has not chosen the evaluation of that date from the history.
     // `versions` says what may be replaced and gets what is in the way.
-    virtual SaveOutcome save(const QDateTime &when, bool isNew, EvaluationVersions &versions) = 0;
+    virtual WriteResult save(const QDateTime &when, bool isNew, EvaluationVersions &versions) = 0;
     virtual const StoredEvaluation &storedAs() const = 0;
     // After a save, the history being up to date.
     virtual void afterSave() { }
@@ -74,8 +75,12 @@ private:
     void showChosen(const QDateTime &when);
     void trySave();
     void saveOn(QDate day);
-    SaveOutcome trySaveOn(const QDateTime &when, bool isNew);
-    bool mayReplace(const QDateTime &when, const EvaluationVersions &versions);
+    bool mayWrite() override;
+    WriteResult write() override;
+    void becomeNew() override;
+    QString vanishedQuestion() const override;
+    RecordConflict conflict() const override;
+    void keepMine() override;
     void showTheirs(const QDateTime &when);
     void deleteChosen();
     // What the date field holds is no date, and the doctor has been told.
@@ -86,6 +91,12 @@ private:
     HistoryModel *m_history;
     QLabel *m_referenceLabel; // Label2(1)
     QHash<QDateTime, EvaluationValues> m_read; // what the history was read with
+    struct Saving {
+        QDateTime when;
+        bool isNew = true; // the doctor has not chosen the evaluation of that date from the history
+        EvaluationVersions versions;
+    };
+    Saving m_saving; // what is being saved
     QList<int> m_plotted; // the history's row of each point
     QDateTime m_chosen; // the evaluation that the inputs were filled from; invalid for a new one
     int m_referenceAge = 0;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/EvaluationRecords.h"
 
-#include "chart/SharedWrites.h"
 #include "chart/WorkingState.h"
 #include "dao/Dao.h"
 #include "values/JetValues.h"
@@ -31,21 +30,11 @@ EvaluationValues valuesOf(dao::Recordset &row, const StoredEvaluation &stored)
 {
     EvaluationValues values;
     for (const StoredEvaluation::Value &value : stored.values)
-        values.append(row.Fields(value.field).Value());
+        values.append(row.Fields(value.column).Value());
     return values;
 }
 
 } // namespace
-
-QString numberAsText(const QVariant &value)
-{
-    return value.isValid() ? jet::numberText(value.toDouble()) : QString();
-}
-
-QString yesOrNo(const QVariant &value)
-{
-    return value.toBool() ? QStringLiteral("sì") : QStringLiteral("no");
-}
 
 QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query)
 {
@@ -77,66 +66,54 @@ QHash<QDateTime, EvaluationValues> readEvaluations(dao::Database &clinical, cons
     return evaluations;
 }
 
-SaveOutcome saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
-                           Existing existing, const std::function<void(dao::Recordset &)> &fill,
+bool hasEvaluation(dao::Database &clinical, const StoredEvaluation &stored, qint32 patientCode,
+                   const QDateTime &when)
+{
+    return !clinical
+                .OpenRecordset(evaluationQuery(stored.table, patientCode, when), dao::RecordsetType::Snapshot)
+                ->Eof();
+}
+
+WriteResult saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
+                           bool isNew, const std::function<void(dao::Recordset &)> &fill,
                            EvaluationVersions &versions)
 {
-    const QString query = evaluationQuery(stored.table, state.header.patientCode, when);
-    bool refused = false;
-    const auto write = [&] {
-        const auto row = state.clinical().OpenRecordset(query);
-        const bool isNew = row->Eof();
-        refused = !isNew && existing == Existing::Refuse;
-        if (refused)
-            return WriteResult::Failed;
-        if (isNew && !versions.read.isEmpty())
+    return writeTogether(state, stored.table, [&]() -> WriteResult {
+        const auto row =
+            state.clinical().OpenRecordset(evaluationQuery(stored.table, state.header.patientCode, when));
+        const bool isThere = !row->Eof();
+        if (isThere && isNew && stored.ofSameDate == Existing::Refuse)
+            return WriteResult::Refused;
+        if (!isThere && !versions.read.isEmpty())
             return WriteResult::Vanished;
-        const EvaluationValues now = isNew ? EvaluationValues() : valuesOf(*row, stored);
-        if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
-            return WriteResult::Failed;
-        if (isNew)
+        const EvaluationValues now = isThere ? valuesOf(*row, stored) : EvaluationValues();
+        if (isThere) {
+            state.operations.Recordset_Edit(*row);
+        } else {
+            state.operations.Recordset_AddNew(*row);
             row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
+        }
         row->Fields(QStringLiteral("Data_Val")).setValue(when);
         fill(*row);
+        // As the row holds them: a value may lose decimals there.
         if (const EvaluationValues mine = valuesOf(*row, stored);
-            !isNew && now != versions.read && now != mine) {
+            isThere && now != versions.read && now != mine) {
             row->CancelUpdate();
             versions.mine = mine;
             versions.stored = now;
             return WriteResult::Changed;
         }
-        if (state.operations.Recordset_Update(*row) != 0)
-            return WriteResult::Failed;
+        state.operations.Recordset_Update(*row);
         journal(state, stored, when, false);
         return WriteResult::Done;
-    };
-    try {
-        // Told at once, without waiting for other workstations; the transaction looks again.
-        if (existing == Existing::Refuse
-            && !state.clinical().OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof())
-            return SaveOutcome::AlreadyThere;
-    } catch (const dao::Error &) {
-        // The transaction finds the same error and logs it.
-    }
-    switch (writeTogether(state, stored.table, write)) {
-    case WriteResult::Done:
-        return SaveOutcome::Saved;
-    case WriteResult::Changed:
-        return SaveOutcome::Changed;
-    case WriteResult::Vanished:
-        return SaveOutcome::Vanished;
-    case WriteResult::Refused:
-    case WriteResult::Failed:
-        break;
-    }
-    return refused ? SaveOutcome::AlreadyThere : SaveOutcome::Failed;
+    });
 }
 
 WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
                              EvaluationValues &seen)
 {
     const qint32 patient = state.header.patientCode;
-    return writeTogether(state, stored.table, [&] {
+    return writeTogether(state, stored.table, [&]() -> WriteResult {
         const auto row = state.clinical().OpenRecordset(evaluationQuery(stored.table, patient, when),
                                                         dao::RecordsetType::Snapshot);
         if (row->Eof())
@@ -156,11 +133,6 @@ std::optional<double> optionalNumber(dao::Recordset &row, const QString &field)
 {
     const dao::Field value = row.Fields(field);
     return value.isNull() ? std::nullopt : std::optional(value.number());
-}
-
-QVariant numberValue(const std::optional<double> &number)
-{
-    return number ? QVariant(*number) : QVariant();
 }
 
 QString optionalText(const std::optional<double> &number)

@@ -2,15 +2,12 @@
 #include "calculators/MetabolicRecords.h"
 
 #include "calculators/CalculatorRules.h"
-#include "chart/SharedWrites.h"
 #include "dao/Dao.h"
 #include "values/JetValues.h"
 
 namespace clivara {
 
 namespace {
-
-const auto metabolicTable = QStringLiteral("SindrMetabolica");
 
 std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
 {
@@ -28,50 +25,22 @@ QList<HistoryRow> readMetabolicHistory(dao::Database &clinical, qint32 patientCo
             .arg(patientCode));
 }
 
-std::optional<MetabolicEvaluation> readMetabolic(dao::Database &clinical, qint32 patientCode,
-                                                 const QDateTime &when)
+WriteResult saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
+                          bool isNew, EvaluationVersions &versions)
 {
-    const auto row = open(clinical, evaluationQuery(metabolicTable, patientCode, when));
-    if (row->Eof())
-        return std::nullopt;
-    MetabolicEvaluation evaluation;
-    evaluation.verdict = int(row->Fields(QStringLiteral("valutazione")).number());
-    evaluation.waistCm = optionalNumber(*row, QStringLiteral("circAdd"));
-    evaluation.systolicMmHg = optionalNumber(*row, QStringLiteral("pressSist"));
-    evaluation.diastolicMmHg = optionalNumber(*row, QStringLiteral("pressDiast"));
-    evaluation.glucoseMgDl = optionalNumber(*row, QStringLiteral("glicemia"));
-    evaluation.triglyceridesMgDl = optionalNumber(*row, QStringLiteral("trigliceridi"));
-    return evaluation;
+    const auto fill = [&](dao::Recordset &row) { writeFields(row, evaluation); };
+    return saveEvaluation(state, storedMetabolic(), when, isNew, fill, versions);
 }
 
-SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
-                          EvaluationVersions &versions)
+QString verdictText(const int &verdict)
 {
-    const auto fill = [&evaluation](dao::Recordset &row) {
-        row.Fields(QStringLiteral("valutazione")).setValue(evaluation.verdict);
-        row.Fields(QStringLiteral("circAdd")).setValue(numberValue(evaluation.waistCm));
-        row.Fields(QStringLiteral("pressSist")).setValue(numberValue(evaluation.systolicMmHg));
-        row.Fields(QStringLiteral("pressDiast")).setValue(numberValue(evaluation.diastolicMmHg));
-        row.Fields(QStringLiteral("glicemia")).setValue(numberValue(evaluation.glucoseMgDl));
-        row.Fields(QStringLiteral("trigliceridi")).setValue(numberValue(evaluation.triglyceridesMgDl));
-    };
-    return saveEvaluation(state, storedMetabolic(), when, Existing::Replace, fill, versions);
+    return verdict == 1 ? QStringLiteral("SI") : QStringLiteral("NO");
 }
 
 const StoredEvaluation &storedMetabolic()
 {
-    static const StoredEvaluation stored{
-        metabolicTable,
-        MetabolicSyndrome,
-        {{QStringLiteral("valutazione"), QStringLiteral("Sindrome metabolica"),
-          [](const QVariant &verdict) {
-              return verdict.toInt() == 1 ? QStringLiteral("SI") : QStringLiteral("NO");
-          }},
-         {QStringLiteral("circAdd"), QStringLiteral("Circonferenza addominale"), numberAsText},
-         {QStringLiteral("pressSist"), QStringLiteral("Pressione sistolica"), numberAsText},
-         {QStringLiteral("pressDiast"), QStringLiteral("Pressione diastolica"), numberAsText},
-         {QStringLiteral("glicemia"), QStringLiteral("Glicemia"), numberAsText},
-         {QStringLiteral("trigliceridi"), QStringLiteral("Trigliceridi"), numberAsText}}};
+    static const auto stored = storedEvaluation<MetabolicEvaluation>(QStringLiteral("SindrMetabolica"),
+                                                                     MetabolicSyndrome, Existing::Replace);
     return stored;
 }
 

@@ -9,20 +9,32 @@
 // every function throws dao::Error.
 namespace clivara {
 
+// "SI" or "NO", as the history has it.
+QString verdictText(const int &verdict);
+
 // HDL is not stored.
 struct MetabolicEvaluation {
     int verdict = 0; // 1 when the syndrome was present
     std::optional<double> waistCm, systolicMmHg, diastolicMmHg, glucoseMgDl, triglyceridesMgDl;
+
+    static constexpr auto fields()
+    {
+        using Evaluation = MetabolicEvaluation;
+        return std::tuple{
+            RecordField{"valutazione", &Evaluation::verdict, "Sindrome metabolica", {}, {}, verdictText},
+            RecordField{"circAdd", &Evaluation::waistCm, "Circonferenza addominale"},
+            RecordField{"pressSist", &Evaluation::systolicMmHg, "Pressione sistolica"},
+            RecordField{"pressDiast", &Evaluation::diastolicMmHg, "Pressione diastolica"},
+            RecordField{"glicemia", &Evaluation::glucoseMgDl, "Glicemia"},
+            RecordField{"trigliceridi", &Evaluation::triglyceridesMgDl, "Trigliceridi"},
+        };
+    }
 };
+const StoredEvaluation &storedMetabolic();
 
 QList<HistoryRow> readMetabolicHistory(dao::Database &clinical, qint32 patientCode);
-// Empty when there is no such evaluation (any more). A row without a verdict counts as 0.
-std::optional<MetabolicEvaluation> readMetabolic(dao::Database &clinical, qint32 patientCode,
-                                                 const QDateTime &when);
-// An evaluation of the same date is overwritten.
-SaveOutcome saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
-                          EvaluationVersions &versions);
-const StoredEvaluation &storedMetabolic();
+WriteResult saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
+                          bool isNew, EvaluationVersions &versions);
 
 // The thresholds of the region ("03") that came into force last; empty when it has none, and for an empty code.
 std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinical,

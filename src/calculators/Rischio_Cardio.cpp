@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/Rischio_Cardio.h"
 
-#include "chart/SharedWrites.h"
 #include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"
 #include "ui_RischioCardioInputs.h"
@@ -207,7 +206,8 @@ QList<HistoryRow> Rischio_Cardio::history()
 
 bool Rischio_Cardio::showSaved(const QDateTime &when)
 {
-    const auto saved = readCardiovascular(state().clinical(), state().header.patientCode, when);
+    const auto saved = readEvaluation<CardiovascularEvaluation>(state().clinical(), storedAs(),
+                                                                state().header.patientCode, when);
     if (!saved)
         return false;
     showStored(m_inputs->me_pas, optionalText(saved->systolicMmHg));
@@ -222,10 +222,9 @@ bool Rischio_Cardio::showSaved(const QDateTime &when)
     return true;
 }
 
-SaveOutcome Rischio_Cardio::save(const QDateTime &when, bool isNew, EvaluationVersions &versions)
+WriteResult Rischio_Cardio::save(const QDateTime &when, bool isNew, EvaluationVersions &versions)
 {
-    return saveCardiovascular(state(), when, m_computed, isNew ? Existing::Refuse : Existing::Replace,
-                              versions);
+    return saveCardiovascular(state(), when, m_computed, isNew, versions);
 }
 
 void Rischio_Cardio::afterSave()

@@ -31,7 +31,7 @@ protected:
     QList<HistoryRow> history() override;
     bool showSaved(const QDateTime &when) override;
     const StoredEvaluation &storedAs() const override { return storedCardiovascular(); }
-    SaveOutcome save(const QDateTime &when, bool isNew, EvaluationVersions &versions) override;
+    WriteResult save(const QDateTime &when, bool isNew, EvaluationVersions &versions) override;
     void afterSave() override;
     void load() override;
     void unloading() override;

@@ -2,7 +2,6 @@
 #include "calculators/SindrMetabolica.h"
 
 #include "calculators/CardiovascularRules.h"
-#include "chart/SharedWrites.h"
 #include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"
 #include "ui_SindrMetabolicaInputs.h"
@@ -216,7 +215,8 @@ QList<HistoryRow> SindrMetabolica::history()
 
 bool SindrMetabolica::showSaved(const QDateTime &when)
 {
-    const auto saved = readMetabolic(state().clinical(), state().header.patientCode, when);
+    const auto saved =
+        readEvaluation<MetabolicEvaluation>(state().clinical(), storedAs(), state().header.patientCode, when);
     if (!saved)
         return false;
     showStored(m_inputs->me_ca, optionalText(saved->waistCm));
@@ -229,9 +229,9 @@ bool SindrMetabolica::showSaved(const QDateTime &when)
     return true;
 }
 
-SaveOutcome SindrMetabolica::save(const QDateTime &when, bool, EvaluationVersions &versions)
+WriteResult SindrMetabolica::save(const QDateTime &when, bool isNew, EvaluationVersions &versions)
 {
-    return saveMetabolic(state(), when, m_computed, versions);
+    return saveMetabolic(state(), when, m_computed, isNew, versions);
 }
 
 } // namespace clivara

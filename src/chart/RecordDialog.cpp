@@ -31,9 +31,10 @@ void setQuiet(MaskedDateEdit *edit, bool quiet)
 
 } // namespace
 
-RecordDialog::RecordDialog(const QString &name, WorkingState &state)
+RecordDialog::RecordDialog(const QString &name, WorkingState &state, WrittenRecord &record)
     : ChartForm(name, state.header, state.clock)
     , m_state(state)
+    , m_record(record)
     , m_dates(state.clock, state.prompts,
               // Saving checks the dates itself, and whoever leaves is asked for none any more.
               [this] {
@@ -66,12 +67,11 @@ void RecordDialog::save()
         return;
     m_saving = true;
     const auto done = qScopeGuard([this] { m_saving = false; });
-    const SaveEnd end = saveRecord(m_state, objectName(), *this);
-    if (end == SaveEnd::NotSaved)
-        return;
-    if (end == SaveEnd::Saved)
+    const WriteResult result = saveRecord(m_state, objectName(), m_record);
+    if (result == WriteResult::Done)
         written();
-    unload();
+    if (result == WriteResult::Done || result == WriteResult::TheirsKept)
+        unload();
 }
 
 void RecordDialog::refuseToOpen(const QString &text)

@@ -18,11 +18,12 @@ struct WorkingState;
 // closes without saving, Ctrl+S and Ctrl+Enter, and what happens when a save does not succeed. Until a save has
 // succeeded the dialog stays open with everything that was typed. Enter leads from field to field; in a long text it
 // is a new line.
-class RecordDialog : public ChartForm, protected WrittenRecord {
+class RecordDialog : public ChartForm {
     Q_OBJECT
 
 protected:
-    RecordDialog(const QString &name, WorkingState &state);
+    // The record is what the derived dialog writes.
+    RecordDialog(const QString &name, WorkingState &state, WrittenRecord &record);
 
     // The buttons of the .ui file, once they are there.
     void setButtons(QAbstractButton *save, QAbstractButton *exit);
@@ -43,6 +44,7 @@ protected:
 private:
     void save();
 
+    WrittenRecord &m_record;
     DateFieldGuard m_dates;
     QAbstractButton *m_save = nullptr;
     QAbstractButton *m_exit = nullptr;

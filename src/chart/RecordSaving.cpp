@@ -18,23 +18,25 @@ WriteResult writeWaiting(WrittenRecord &record)
     return record.write();
 }
 
-SaveEnd trySave(WorkingState &state, WrittenRecord &record)
+WriteResult trySave(WorkingState &state, WrittenRecord &record)
 {
     if (!record.mayWrite())
-        return SaveEnd::NotSaved;
+        return WriteResult::Refused;
     for (int refusals = 0;;) {
-        switch (writeWaiting(record)) {
+        const WriteResult result = writeWaiting(record);
+        switch (result.outcome) {
         case WriteResult::Done:
-            return SaveEnd::Saved;
+        case WriteResult::TheirsKept:
+            return result;
         case WriteResult::Failed:
-            record.tellNotSaved(state);
-            return SaveEnd::NotSaved;
+            record.tellNotSaved(state, result.error);
+            return result;
         case WriteResult::Changed:
             switch (askAboutConflict(state, record.conflict())) {
             case ConflictChoice::BackToEditing:
-                return SaveEnd::NotSaved;
+                return result;
             case ConflictChoice::Theirs:
-                return SaveEnd::TheirsKept;
+                return WriteResult::TheirsKept;
             case ConflictChoice::Mine:
                 record.keepMine();
             }
@@ -42,11 +44,11 @@ SaveEnd trySave(WorkingState &state, WrittenRecord &record)
         case WriteResult::Refused:
             // Another workstation has been quicker: the check sees now what the write has seen.
             if (!record.mayWrite())
-                return SaveEnd::NotSaved;
+                return result;
             if (++refusals < maximumRefusals)
                 break;
-            record.tellNotSaved(state);
-            return SaveEnd::NotSaved;
+            record.tellNotSaved(state, result.error);
+            return result;
         case WriteResult::Vanished:
             if (state.prompts.ask({QStringLiteral("Attenzione!"),
                                    record.vanishedQuestion(),
@@ -54,10 +56,10 @@ SaveEnd trySave(WorkingState &state, WrittenRecord &record)
                                    {PromptButton::Yes, PromptButton::No},
                                    PromptButton::Yes})
                 != PromptButton::Yes)
-                return SaveEnd::NotSaved;
+                return result;
             record.becomeNew();
             if (!record.mayWrite())
-                return SaveEnd::NotSaved;
+                return WriteResult::Refused;
         }
     }
 }
@@ -76,16 +78,15 @@ RecordConflict conflictOf(const QString &event, const QStringList &captions, con
     return conflict;
 }
 
-SaveEnd saveRecord(WorkingState &state, const QString &form, WrittenRecord &record)
+WriteResult saveRecord(WorkingState &state, const QString &form, WrittenRecord &record)
 {
     try {
         return trySave(state, record);
     } catch (const dao::Error &error) {
-        state.failure = error.number();
         state.unreachableTold = true; // in the words of a save
         logError(state, form + QStringLiteral(".Salva"), error);
-        record.tellNotSaved(state);
-        return SaveEnd::NotSaved;
+        record.tellNotSaved(state, error.number());
+        return {WriteResult::Failed, error.number()};
     }
 }
 

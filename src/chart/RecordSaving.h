@@ -25,8 +25,8 @@ public:
     // The doctor has seen both and wants what is typed: from now on it may replace what was stored elsewhere. Where
     // nothing was changed here, what was stored elsewhere is taken. May throw dao::Error.
     virtual void keepMine() = 0;
-    // Nothing was written, and WorkingState::failure tells why.
-    virtual void tellNotSaved(WorkingState &state) { warnNotSaved(state); }
+    // Nothing was written, for that error.
+    virtual void tellNotSaved(WorkingState &state, int error) { warnNotSaved(state, error); }
 
 protected:
     ~WrittenRecord() = default;
@@ -40,15 +40,10 @@ struct ShownVersions {
 RecordConflict conflictOf(const QString &event, const QStringList &captions, const ShownVersions &shown,
                           const LastWrite &before, const LastWrite &there);
 
-enum class SaveEnd {
-    Saved,
-    TheirsKept, // the doctor gave up what is typed: the record is as another workstation has stored it
-    NotSaved // the doctor has been told, and the form keeps what is typed
-};
-
 // Saves the record and tells the doctor when that does not succeed. A record that was deleted meanwhile is offered to
-// be saved as a new one; of one that was changed meanwhile the doctor sees both versions and chooses. Raises
-// nothing; `form` is what the log calls it.
-SaveEnd saveRecord(WorkingState &state, const QString &form, WrittenRecord &record);
+// be saved as a new one; of one that was changed meanwhile the doctor sees both versions and chooses. Unless it is Done
+// or TheirsKept the doctor has been told, and the form keeps what is typed. Raises nothing; `form` is what the log
+// calls it.
+WriteResult saveRecord(WorkingState &state, const QString &form, WrittenRecord &record);
 
 } // namespace clivara

@@ -8,12 +8,12 @@ namespace clivara {
 namespace {
 
 // A row without a patient appears in no chart, and later in that of the patient who is given its code.
-void tellNobody(WorkingState &state, const QString &subject, int failure)
+WriteResult refuseWithoutPatient(WorkingState &state, const QString &subject, int failure)
 {
-    state.failure = failure;
     state.log.write(QStringLiteral("%1 - %2 (codice %3), niente è stato scritto")
                         .arg(subject, failureReason(failure))
                         .arg(state.header.patientCode));
+    return {WriteResult::Failed, failure};
 }
 
 // Asked again inside the transaction: the patient may have been removed since the section was opened, and the header
@@ -26,35 +26,25 @@ bool isPatientInRegistry(const WorkingState &state)
     return !rows->Eof();
 }
 
-// One attempt, the waiting for the transaction apart. What it ended with is WorkingState::failure.
+// One attempt, the waiting for the transaction apart.
 WriteResult writeOnce(WorkingState &state, const QString &subject, const std::function<WriteResult()> &write,
                       Attempts &attempts)
 {
-    state.failure = 0;
-    state.operations.takeFailure();
     try {
         if (!state.environment || !state.environment->workspace)
             throw dao::Error(dao::InvalidOperation, QStringLiteral("Archivio dell'ospite non disponibile"));
         std::optional<dao::Transaction> transaction;
-        if (state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction, attempts)
-            != 0) {
-            state.failure = state.operations.takeFailure();
-            return WriteResult::Failed;
-        }
-        if (!isPatientInRegistry(state)) {
-            tellNobody(state, subject, state.header.identified ? patientGoneFailure : noPatientFailure);
-            return WriteResult::Failed;
-        }
+        state.operations.Workspace_BeginTrans(*state.environment->workspace, transaction, attempts);
+        if (!isPatientInRegistry(state))
+            return refuseWithoutPatient(state, subject,
+                                        state.header.identified ? patientGoneFailure : noPatientFailure);
         const WriteResult result = write();
         if (result == WriteResult::Done)
             transaction->commit();
-        state.failure = state.operations.takeFailure();
         return result;
     } catch (const dao::Error &error) {
-        const int first = state.operations.takeFailure();
-        state.failure = first != 0 ? first : error.number();
         state.log.write(QStringLiteral("%1 - Error %2 - ").arg(subject).arg(error.number()) + error.text());
-        return WriteResult::Failed;
+        return {WriteResult::Failed, error.number()};
     }
 }
 
@@ -114,16 +104,13 @@ QString commandAdvice(int errorNumber)
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write)
 {
-    if (state.header.patientCode <= 0) {
-        tellNobody(state, subject, noPatientFailure);
-        return WriteResult::Failed;
-    }
+    if (state.header.patientCode <= 0)
+        return refuseWithoutPatient(state, subject, noPatientFailure);
     Attempts attempts;
     WriteResult result;
     do
         result = writeOnce(state, subject, write, attempts);
-    while (result == WriteResult::Failed
-           && state.operations.waitToTryAgain(subject, state.failure, attempts));
+    while (result == WriteResult::Failed && state.operations.waitToTryAgain(subject, result.error, attempts));
     if (result == WriteResult::Done)
         state.unreachableTold = false;
     return result;
@@ -178,47 +165,25 @@ QString failureReason(int errorNumber)
     }
 }
 
-void warnNotSaved(WorkingState &state)
+void warnNotSaved(WorkingState &state, int error)
 {
     const auto text =
-        state.failure == dao::CommitInDoubt
+        error == dao::CommitInDoubt
             ? QStringLiteral("Salvataggio incerto: %1.\nQuanto scritto resta nella finestra: %2.")
             : QStringLiteral("Salvataggio non riuscito: %1.\nNiente è stato salvato. Quanto scritto "
                              "resta nella finestra: %2.");
-    state.prompts.warn(text.arg(failureReason(state.failure), adviceFor(state.failure)));
+    state.prompts.warn(text.arg(failureReason(error), adviceFor(error)));
 }
 
-void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed)
+void tellCommand(WorkingState &state, const WriteResult &result, const QString &vanished,
+                 const QString &failed)
 {
     if (result == WriteResult::Vanished) {
         if (!vanished.isEmpty())
             state.prompts.warn(vanished);
     } else if (result != WriteResult::Done)
         state.prompts.warn(QStringLiteral("%1: %2.\n%3")
-                               .arg(failed, failureReason(state.failure), commandAdvice(state.failure)));
-}
-
-WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode,
-                            LastWrite &seen)
-{
-    const auto rows = state.clinical().OpenRecordset(query);
-    if (rows->Eof())
-        return WriteResult::Vanished;
-    if (const LastWrite stored = lastWrite(*rows); stored != seen) {
-        seen = stored;
-        return WriteResult::Changed;
-    }
-    if (state.operations.Recordset_Edit(*rows) != 0)
-        return WriteResult::Failed;
-    SharedRows shared = state.sharedRows();
-    const QString uid = shared.ensureRecordUid(*rows);
-    rows->Fields(QStringLiteral("sOwnerUid")).setValue(state.uidAuthor);
-    if (state.operations.Recordset_Update(*rows) != 0)
-        return WriteResult::Failed;
-    if (shared.recordDeletion(state.clinical(), uid, tableCode, state.uidAuthor).isEmpty())
-        return WriteResult::Failed;
-    rows->Delete();
-    return WriteResult::Done;
+                               .arg(failed, failureReason(result.error), commandAdvice(result.error)));
 }
 
 WriteResult deleteListed(WorkingState &state, LastWrite seen,

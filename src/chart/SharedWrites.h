@@ -10,16 +10,35 @@ namespace clivara {
 
 struct WorkingState;
 
-enum class WriteResult {
-    Done,
-    Vanished, // another workstation deleted the row
-    Changed, // another workstation changed what would be replaced
-    Refused, // the stored data do not allow it; the form's own check, made again, tells why
-    Failed // still not possible after the retries; the log tells why
+// What a save or a command came to.
+struct WriteResult {
+    enum Outcome {
+        Done,
+        TheirsKept, // the doctor gave up what was typed: the record is as another workstation has stored it
+        Vanished, // another workstation deleted the row
+        Changed, // another workstation changed what would be replaced
+        Refused, // the stored data do not allow it; the form's own check, made again, tells why
+        Failed // still not possible after the retries; the log tells why
+    };
+    Outcome outcome = Failed;
+    int error = 0; // why it Failed: the error's number; 0 when it is not known
+
+    WriteResult() = default;
+    WriteResult(Outcome came, int number = 0)
+        : outcome(came)
+        , error(number)
+    {
+    }
+    bool operator==(Outcome other) const { return outcome == other; }
+};
+// The same of one record, with what another workstation has stored when it is Changed.
+template <typename Record>
+struct SaveResult : WriteResult {
+    Record stored;
 };
 
-// Values of WorkingState::failure when a write was refused because no patient is identified, or because the
-// patient was removed since the section was opened. No error of the engine has these numbers.
+// Errors of a write that was refused because no patient is identified, or because the patient was removed since
+// the section was opened. No error of the engine has these numbers.
 constexpr int noPatientFailure = -1;
 constexpr int patientGoneFailure = -2;
 
@@ -27,28 +46,20 @@ constexpr int patientGoneFailure = -2;
 // otherwise nothing of it stays. Waits for other workstations before it begins, and where one is in the way
 // later, rolls back, waits and does the whole again: `write` may run several times, and asks or tells the
 // doctor nothing, since all other workstations wait for its end. Any other error ends it at once. Raises
-// nothing: an error is Failed and leaves a line in the log that begins with `subject`. WorkingState::failure
-// tells the error's number; 0 where `write` itself refused. Nothing is written, and the result is Failed,
-// unless the registry has the current patient, who is looked for inside the transaction: every save and command
-// of the chart is about a patient.
+// nothing: an error that `write` throws is Failed and leaves a line in the log that begins with `subject`. Nothing is
+// written, and the result is Failed, unless the registry has the current patient, who is looked for inside the
+// transaction: every save and command of the chart is about a patient.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
 
 // Why an error of that number keeps the practice from being written, as the end of a sentence.
 QString failureReason(int errorNumber);
-// Tells the doctor that nothing was saved and why, by WorkingState::failure, and that the window keeps what
-// was typed.
-void warnNotSaved(WorkingState &state);
+// Tells the doctor that nothing was saved and why, by the error's number, and that the window keeps what was
+// typed.
+void warnNotSaved(WorkingState &state, int error);
 // Tells the doctor what a deletion or another command on a row of a list came to; nothing when it is Done.
-void tellCommand(WorkingState &state, WriteResult result, const QString &vanished, const QString &failed);
-
-// The part of a deletion that every shared row has in common, within writeTogether: opens the one row of the
-// query in the clinical database, makes the working doctor its owner, records the deletion under the table's
-// code ("DP") and deletes the row. A row without record UID gets one, so that its deletion can be passed on.
-// `seen` is the row's last write as the doctor knows it; when it was written again since then, the result is
-// Changed and `seen` becomes what is stored. Throws dao::Error.
-WriteResult deleteSharedRow(WorkingState &state, const QString &query, const QString &tableCode,
-                            LastWrite &seen);
+void tellCommand(WorkingState &state, const WriteResult &result, const QString &vanished,
+                 const QString &failed);
 
 // What the doctor is told of a record that is deleted from a list.
 struct DeletionTexts {

@@ -88,7 +88,6 @@ struct WorkingState {
     SelectedProblem selected; // of the patient's problems
     QString visitMode; // "10" new, "11" edit: of the visit that was opened last
     bool networkedPractice = false; // the setting "Mir_Attivo", as of the last saved allergies
-    int failure = 0; // the error that the last write ended with; 0 when it ended without one
     bool unreachableTold = false; // the doctor knows that the server cannot be reached
     GroupSettings group;
     DoctorSettings doctor;

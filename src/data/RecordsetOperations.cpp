@@ -55,23 +55,23 @@ void RecordsetOperations::pause(const QString &prefix)
 }
 
 template <typename Operation>
-qint16 RecordsetOperations::attempt(const QString &routine, const QString &source, bool once,
-                                    Attempts &attempts, Operation operation)
+void RecordsetOperations::attempt(const QString &routine, const QString &source, bool once,
+                                  Attempts &attempts, Operation operation)
 {
     const QString prefix = routine + QStringLiteral(" - ");
     m_log.write(prefix + QStringLiteral("begin"));
     // The first one, what follows being often only its consequence; a server that is gone above all.
-    int tellingError = 0;
+    std::optional<dao::Error> tellingError;
     for (;;) {
         attempts.begin();
         try {
             operation();
             m_log.write(prefix + QStringLiteral("0"));
-            return 0;
+            return;
         } catch (const dao::Error &error) {
             const bool isEnough = !attempts.fail(error.number()) || once;
-            if (tellingError == 0 || error.number() == dao::ConnectionLost)
-                tellingError = error.number();
+            if (!tellingError || error.number() == dao::ConnectionLost)
+                tellingError = error;
             m_log.write(QStringLiteral("%1iErr=%2 - Error %3 - ")
                             .arg(prefix)
                             .arg(attempts.failures())
@@ -84,39 +84,38 @@ qint16 RecordsetOperations::attempt(const QString &routine, const QString &sourc
         pause(prefix);
     }
     m_log.write(prefix + QStringLiteral("Failed"));
-    m_failure = tellingError;
-    return -1;
+    throw *tellingError;
 }
 
 template <typename Operation>
-qint16 RecordsetOperations::attempt(const QString &routine, const dao::Recordset &recordset,
-                                    Operation operation)
+void RecordsetOperations::attempt(const QString &routine, const dao::Recordset &recordset,
+                                  Operation operation)
 {
     Attempts attempts;
-    return attempt(routine, recordset.Name(), recordset.isInTransaction(), attempts, operation);
+    attempt(routine, recordset.Name(), recordset.isInTransaction(), attempts, operation);
 }
 
-qint16 RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
+void RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_AddNew"), recordset, [&] { recordset.AddNew(); });
+    attempt(QStringLiteral("Recordset_AddNew"), recordset, [&] { recordset.AddNew(); });
 }
 
-qint16 RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
+void RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_Edit"), recordset, [&] { recordset.Edit(); });
+    attempt(QStringLiteral("Recordset_Edit"), recordset, [&] { recordset.Edit(); });
 }
 
-qint16 RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
+void RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
 {
-    return attempt(QStringLiteral("Recordset_Update"), recordset, [&] { recordset.Update(); });
+    attempt(QStringLiteral("Recordset_Update"), recordset, [&] { recordset.Update(); });
 }
 
-qint16 RecordsetOperations::Workspace_BeginTrans(dao::Workspace &workspace,
-                                                 std::optional<dao::Transaction> &transaction,
-                                                 Attempts &attempts)
+void RecordsetOperations::Workspace_BeginTrans(dao::Workspace &workspace,
+                                               std::optional<dao::Transaction> &transaction,
+                                               Attempts &attempts)
 {
-    return attempt(QStringLiteral("Workspace_BeginTrans"), QStringLiteral("Workspace"), false, attempts,
-                   [&] { transaction.emplace(workspace); });
+    attempt(QStringLiteral("Workspace_BeginTrans"), QStringLiteral("Workspace"), false, attempts,
+            [&] { transaction.emplace(workspace); });
 }
 
 bool RecordsetOperations::waitToTryAgain(const QString &subject, int errorNumber, Attempts &attempts)

@@ -5,7 +5,6 @@
 
 #include <QElapsedTimer>
 #include <optional>
-#include <utility>
 
 namespace clivara {
 
@@ -33,9 +32,9 @@ private:
 
 // AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
 // step logged; a server that cannot be reached, or that is slow to refuse, is not tried for longer than the pauses may
-// take, and what stands in a transaction that is gone, or may have been saved, is not tried again. The result is a
-// failure flag: 0 done, -1 failed after the last attempt. No error is raised, and after a failed Update the edit buffer
-// is still there. The calling thread does not respond during the pauses.
+// take, and what stands in a transaction that is gone, or may have been saved, is not tried again. What fails for good
+// throws the dao::Error that it first failed with, or ConnectionLost where that came later; after a failed Update the
+// edit buffer is still there. The calling thread does not respond during the pauses.
 //
 // Inside a transaction there is one attempt only, since all other workstations wait for its end. Whoever
 // began it rolls it back and repeats the whole (see waitToTryAgain).
@@ -47,36 +46,31 @@ public:
     {
     }
 
-    qint16 Recordset_AddNew(dao::Recordset &recordset);
-    qint16 Recordset_Edit(dao::Recordset &recordset);
-    qint16 Recordset_Update(dao::Recordset &recordset);
+    void Recordset_AddNew(dao::Recordset &recordset);
+    void Recordset_Edit(dao::Recordset &recordset);
+    void Recordset_Update(dao::Recordset &recordset);
 
     // Begins a transaction with the same patience. Where rows are written together the waiting belongs here: once
     // the transaction has begun, no other workstation is in the way any more.
-    qint16 Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction,
-                                Attempts &attempts);
+    void Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction,
+                              Attempts &attempts);
 
     // To be called after a transaction failed with that error and was rolled back. When another workstation
     // was in the way and attempts are left, pauses as between two attempts and returns true; otherwise false
     // at once.
     bool waitToTryAgain(const QString &subject, int errorNumber, Attempts &attempts);
 
-    // The number of the error that the last operation to fail began with, or ConnectionLost where that came later; 0 when
-    // none has failed since the last call.
-    int takeFailure() { return std::exchange(m_failure, 0); }
-
 private:
     // `source` is what the log calls the thing that the operation is tried on.
     template <typename Operation>
-    qint16 attempt(const QString &routine, const QString &source, bool once, Attempts &attempts,
-                   Operation operation);
+    void attempt(const QString &routine, const QString &source, bool once, Attempts &attempts,
+                 Operation operation);
     template <typename Operation>
-    qint16 attempt(const QString &routine, const dao::Recordset &recordset, Operation operation);
+    void attempt(const QString &routine, const dao::Recordset &recordset, Operation operation);
     void pause(const QString &prefix);
 
     Log &m_log;
     Pauses &m_pauses;
-    int m_failure = 0;
 };
 
 } // namespace clivara

@@ -137,16 +137,18 @@ QString SharedRows::writePlainStamp(dao::Recordset &recordset, bool isNew, QStri
     return uid;
 }
 
-// Opens the edit buffer on the row with the key, or on a new one. False when it cannot be opened.
-bool SharedRows::begin(dao::Recordset &recordset, qint16 &isNew, const QString &key)
+// Opens the edit buffer on the row with the key, or on a new one.
+void SharedRows::begin(dao::Recordset &recordset, qint16 &isNew, const QString &key)
 {
     if (!isNew) {
         recordset.Seek(QStringLiteral("="), key);
-        if (!recordset.NoMatch())
-            return m_context.operations.Recordset_Edit(recordset) == 0;
+        if (!recordset.NoMatch()) {
+            m_context.operations.Recordset_Edit(recordset);
+            return;
+        }
         isNew = yes;
     }
-    return m_context.operations.Recordset_AddNew(recordset) == 0;
+    m_context.operations.Recordset_AddNew(recordset);
 }
 
 QString SharedRows::StampPatientRow(dao::Recordset &recordset, qint16 &isNew, const PatientStamp &stamp)
@@ -155,10 +157,10 @@ QString SharedRows::StampPatientRow(dao::Recordset &recordset, qint16 &isNew, co
     if (key.isEmpty())
         return {};
     try {
-        if (!begin(recordset, isNew, key))
-            return {};
+        begin(recordset, isNew, key);
         const QString uid = writePatientStamp(recordset, isNew != 0, stamp);
-        return m_context.operations.Recordset_Update(recordset) == 0 ? uid : QString();
+        m_context.operations.Recordset_Update(recordset);
+        return uid;
     } catch (const dao::Error &) {
         return {};
     }
@@ -170,22 +172,18 @@ QString SharedRows::recordDeletion(dao::Database &database, const QString &recor
     const QString key = normaliseUid(recordUid.trimmed());
     if (key.isEmpty())
         return {};
-    try {
-        const auto deletions = database.OpenRecordset(QStringLiteral("DELETIONS"), dao::RecordsetType::Table);
-        deletions->setIndex(QStringLiteral("sRecordUid"));
-        qint16 isNew = 0;
-        if (!begin(*deletions, isNew, key))
-            return {};
-        if (isNew)
-            set(*deletions, "sRecordUid", key);
-        set(*deletions, "sTableCode", tableCode);
-        const QDateTime now = m_context.clock.local();
-        QString owner;
-        const QString uid = writePlainStamp(*deletions, isNew != 0, owner, author, now, now);
-        return m_context.operations.Recordset_Update(*deletions) == 0 ? uid : QString();
-    } catch (const dao::Error &) {
-        return {};
-    }
+    const auto deletions = database.OpenRecordset(QStringLiteral("DELETIONS"), dao::RecordsetType::Table);
+    deletions->setIndex(QStringLiteral("sRecordUid"));
+    qint16 isNew = 0;
+    begin(*deletions, isNew, key);
+    if (isNew)
+        set(*deletions, "sRecordUid", key);
+    set(*deletions, "sTableCode", tableCode);
+    const QDateTime now = m_context.clock.local();
+    QString owner;
+    const QString uid = writePlainStamp(*deletions, isNew != 0, owner, author, now, now);
+    m_context.operations.Recordset_Update(*deletions);
+    return uid;
 }
 
 } // namespace clivara

@@ -81,15 +81,15 @@ public:
 
     // Records in DELETIONS that the row with that record UID was deleted from the table of that code ("DP"), so
     // that the deletion is passed on. A record that is deleted again keeps its one row, which then tells the
-    // last deletion. The result is the normalised idRowGuid of the row in DELETIONS; empty when nothing was
-    // written (an empty record UID, a failure).
+    // last deletion. The result is the normalised idRowGuid of the row in DELETIONS; empty, and nothing is written,
+    // for an empty record UID. Throws dao::Error.
     QString recordDeletion(dao::Database &database, const QString &recordUid, const QString &tableCode,
                            const QString &author = {});
 
 private:
     QString doctorUid();
     qint32 patientOf(dao::Recordset &recordset) const;
-    bool begin(dao::Recordset &recordset, qint16 &isNew, const QString &key);
+    void begin(dao::Recordset &recordset, qint16 &isNew, const QString &key);
     QString rowUid(dao::Recordset &recordset, bool isNew);
 
     Context m_context;

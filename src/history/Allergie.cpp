@@ -121,19 +121,16 @@ WriteResult Allergie::write()
     const QString code = encodeAllergies(m_ui->gruppi->selection());
     const QString text = freeTextToWrite();
     m_textRefused = false;
-    const WriteResult result = writeAll([&] {
+    const WriteResult result = writeAll([&]() -> WriteResult {
         m_textElsewhere = readFreeText(m_state.clinical(), m_state.header.patientCode);
         const bool isReplaced = isCodeReplaced(code);
         if (isReplaced && code == m_shownCode && !m_textChanged)
             return WriteResult::Done; // whoever has touched nothing has nothing to save any more
         if (isReplaced || isTextReplaced(m_textElsewhere))
             return WriteResult::Changed;
-        const WriteResult written = writeCode(m_state, m_kind, code);
-        if (written != WriteResult::Done || !m_textChanged)
-            return written;
-        const WriteResult textWritten = writeFreeText(m_state, text);
-        m_textRefused = textWritten == WriteResult::Vanished;
-        return m_textRefused ? WriteResult::Done : textWritten;
+        writeCode(m_state, m_kind, code);
+        m_textRefused = m_textChanged && !writeFreeText(m_state, text);
+        return WriteResult::Done;
     });
     if (result == WriteResult::Done)
         m_read = {true, code, m_read.written};
@@ -173,9 +170,9 @@ void Allergie::keepMine()
 
 bool Allergie::saveAll()
 {
-    const SaveEnd end = saveRecord(m_state, objectName(), *this);
-    if (end != SaveEnd::Saved)
-        return end == SaveEnd::TheirsKept;
+    const WriteResult result = saveRecord(m_state, objectName(), *this);
+    if (result != WriteResult::Done)
+        return result == WriteResult::TheirsKept;
     m_state.networkedPractice = m_state.settings.isOn(QStringLiteral("Mir_Attivo"));
     reloadAllergies(m_state);
     showPatient();

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "history/GeneralInfoRecords.h"
 
+#include "chart/RecordFields.h"
 #include "chart/WorkingState.h"
-#include "data/SqlText.h"
-#include "values/JetValues.h"
 
 namespace clivara {
 
@@ -44,13 +43,15 @@ StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKi
     return {true, code.isNull() ? std::nullopt : std::optional(code.text()), {{}, time.toDateTime()}};
 }
 
-WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code, const QDateTime &time)
+void writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code, const QDateTime &time)
 {
     const qint32 patientCode = state.header.patientCode;
     const auto rows = openQuestionnaire(state.clinical(), patientCode, letterOf(kind));
     const bool isNew = rows->Eof();
-    if ((isNew ? state.operations.Recordset_AddNew(*rows) : state.operations.Recordset_Edit(*rows)) != 0)
-        return WriteResult::Failed;
+    if (isNew)
+        state.operations.Recordset_AddNew(*rows);
+    else
+        state.operations.Recordset_Edit(*rows);
     rows->Fields(QStringLiteral("cod_paz")).setValue(patientCode);
     rows->Fields(QStringLiteral("dati_paz")).setValue(code);
     rows->Fields(QStringLiteral("tipo_dati")).setValue(letterOf(kind));
@@ -59,25 +60,21 @@ WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString
     // Who seeks the row by the index looks for an empty key, not for Null.
     if (isNew)
         rows->Fields(QStringLiteral("chiave")).setValue(QStringLiteral(""));
-    if (state.operations.Recordset_Update(*rows) != 0)
-        return WriteResult::Failed;
+    state.operations.Recordset_Update(*rows);
     state.changeJournal().recordChange(Questionnaire, patientCode, letterOf(kind), false);
-    return WriteResult::Done;
 }
 
-WriteResult writeFreeText(WorkingState &state, const QString &text)
+bool writeFreeText(WorkingState &state, const QString &text)
 {
     const qint32 patientCode = state.header.patientCode;
     const auto rows = openGeneralInformation(state.clinical(), patientCode);
     if (rows->Eof())
-        return WriteResult::Vanished;
-    if (state.operations.Recordset_Edit(*rows) != 0)
-        return WriteResult::Failed;
+        return false;
+    state.operations.Recordset_Edit(*rows);
     rows->Fields(QStringLiteral("Allergie")).setValue(text);
-    if (state.operations.Recordset_Update(*rows) != 0)
-        return WriteResult::Failed;
+    state.operations.Recordset_Update(*rows);
     state.changeJournal().recordChange(GeneralInformation, patientCode, {}, false);
-    return WriteResult::Done;
+    return true;
 }
 
 } // namespace clivara

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "chart/RecordConflict.h"
-#include "chart/SharedWrites.h"
 #include "data/AllergyRecords.h"
 
 #include <QChar>
@@ -14,7 +13,7 @@ namespace dao {
 class Database;
 }
 
-// What the forms of the general information read and write in the clinical database. Reading throws dao::Error;
+// What the forms of the general information read and write in the clinical database. Everything throws dao::Error;
 // writing belongs inside writeTogether().
 namespace clivara {
 
@@ -36,10 +35,9 @@ StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKi
 
 // Writes the current patient's row, which is added when it is missing, and journals it. `time` goes into
 // data_reg; an invalid one leaves that as it is.
-WriteResult writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code,
-                      const QDateTime &time = {});
+void writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code, const QDateTime &time = {});
 
-// Vanished when the current patient has no general information. Journals what it writes.
-WriteResult writeFreeText(WorkingState &state, const QString &text);
+// False when the current patient has no general information. Journals what it writes.
+bool writeFreeText(WorkingState &state, const QString &text);
 
 } // namespace clivara

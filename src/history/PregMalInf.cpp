@@ -126,7 +126,8 @@ bool PregMalInf::queryUnload()
             return answer == PromptButton::No;
     }
     m_closesUnsaved = false;
-    return saveRecord(m_state, objectName(), *this) != SaveEnd::NotSaved || m_closesUnsaved;
+    const WriteResult result = saveRecord(m_state, objectName(), *this);
+    return result == WriteResult::Done || result == WriteResult::TheirsKept || m_closesUnsaved;
 }
 
 // Whoever has only looked stores nothing by pressing Enter, and whoever has written loses nothing by it.
@@ -152,19 +153,20 @@ PromptButton PregMalInf::askForeign(bool isTouched)
 WriteResult PregMalInf::write()
 {
     const QString code = encodeInfections(answers());
-    return writeAll([&] {
+    return writeAll([&]() -> WriteResult {
         if (isCodeReplaced(code)) // whoever has only looked has nothing to save any more
             return code == m_shownCode ? WriteResult::Done : WriteResult::Changed;
-        return writeCode(m_state, m_kind, code, m_state.clock.local());
+        writeCode(m_state, m_kind, code, m_state.clock.local());
+        return WriteResult::Done;
     });
 }
 
-void PregMalInf::tellNotSaved(WorkingState &state)
+void PregMalInf::tellNotSaved(WorkingState &state, int error)
 {
     m_closesUnsaved =
         state.prompts.ask({QStringLiteral("Attenzione!"),
                            QStringLiteral("Salvataggio non riuscito: %1.\nChiudere senza salvare?")
-                               .arg(failureReason(state.failure)),
+                               .arg(failureReason(error)),
                            PromptIcon::Warning,
                            {PromptButton::Yes, PromptButton::No},
                            PromptButton::No})

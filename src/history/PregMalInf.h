@@ -34,7 +34,7 @@ protected:
     WriteResult write() override;
     RecordConflict conflict() const override;
     void keepMine() override;
-    void tellNotSaved(WorkingState &state) override;
+    void tellNotSaved(WorkingState &state, int error) override;
 
 private:
     void addBox(QBoxLayout *layout, const InfectionFrame::Item &item);

@@ -4,7 +4,6 @@
 #include "chart/ErrorLog.h"
 #include "chart/FormOpener.h"
 #include "chart/RegionalNotice.h"
-#include "chart/ThreeWay.h"
 #include "chart/WorkingState.h"
 #include "problems/DiagnosisAnswer.h"
 #include "ui_Probl1.h"
@@ -27,7 +26,7 @@ std::optional<qint32> openProblem(WorkingState &state, std::optional<qint32> pro
 }
 
 Probl1::Probl1(WorkingState &state)
-    : RecordDialog(QStringLiteral("Probl1"), state)
+    : RecordDialog(QStringLiteral("Probl1"), state, *this)
     , m_ui(std::make_unique<Ui::Probl1>())
 {
     m_ui->setupUi(contents());
@@ -46,7 +45,7 @@ Probl1::Probl1(WorkingState &state)
     connect(m_ui->txtDescr, &QLineEdit::textChanged, this, &Probl1::noteDescription);
     connect(m_ui->Problema, &QPushButton::clicked, this, &Probl1::chooseDiagnosis);
     connect(m_ui->Togli, &QPushButton::clicked, this, [this] {
-        m_problem.code.clear();
+        m_shown.code.clear();
         showDiagnosis({});
         m_ui->Problema->setFocus();
     });
@@ -54,7 +53,7 @@ Probl1::Probl1(WorkingState &state)
 
 Probl1::~Probl1() = default;
 
-std::array<MemoEdit *, 4> Probl1::texts() const
+std::array<MemoEdit *, problemTexts.size()> Probl1::texts() const
 {
     return {m_ui->Text1_0, m_ui->Text1_1, m_ui->Text1_2, m_ui->Text1_3};
 }
@@ -67,7 +66,7 @@ void Probl1::load()
         problem.opened = problem.started = m_state.clock.today();
         problem.state = qint16(ProblemState::Open);
     } else {
-        const auto found = readProblem(m_state.clinical(), *call().problem);
+        const auto found = readRecord<ProblemDetail>(m_state.clinical(), *call().problem);
         if (!found)
             refuseToOpen(QStringLiteral("Il problema è stato eliminato da un'altra postazione."));
         problem = *found;
@@ -84,7 +83,7 @@ void Probl1::load()
 void Probl1::show(const ProblemDetail &problem)
 {
     const QString diagnosis = diagnosisName(m_state.codes(), problem.code);
-    m_problem = problem;
+    m_shown = problem;
     showDiagnosis(diagnosis);
     m_ui->txtDescr->setText(problem.description);
     m_ui->txtDescr->home(false);
@@ -96,40 +95,35 @@ void Probl1::show(const ProblemDetail &problem)
     showStoredDate(m_ui->MaskEdBox2, problem.started);
     m_ui->MaskEdBox3->setDateText(jet::dashedDate(problem.closed));
     for (std::size_t i = 0; i < texts().size(); ++i)
-        texts()[i]->setStoredText(problem.texts[i]);
+        texts()[i]->setStoredText(problem.*problemTexts[i]);
 }
 
 // A description that was not edited is stored as it was.
-bool Probl1::isDescriptionTooLong() const
+QString Probl1::descriptionFault() const
 {
-    return m_ui->txtDescr->isModified() && m_ui->txtDescr->text().size() > longestDescription;
+    return m_ui->txtDescr->isModified() ? tooLong<&ProblemDetail::description>(entered()) : QString();
 }
 
 // The field takes any length, so that nothing of a pasted text is lost unseen; what is too much is said at once.
 void Probl1::noteDescription()
 {
-    const bool isTooLong = isDescriptionTooLong();
-    m_ui->descriptionNote->setVisible(isTooLong);
-    if (isTooLong)
-        m_ui->descriptionNote->setText(
-            QStringLiteral("La descrizione ha %L1 caratteri: può averne al massimo %L2.")
-                .arg(m_ui->txtDescr->text().size())
-                .arg(longestDescription));
+    m_ui->descriptionNote->setText(descriptionFault());
+    m_ui->descriptionNote->setVisible(!m_ui->descriptionNote->text().isEmpty());
 }
 
 void Probl1::showDiagnosis(const QString &name)
 {
     // A code that no list knows speaks for itself.
-    m_ui->Problema->setCode(name.isEmpty() ? QString() : m_problem.code);
-    m_ui->Problema->setValue(name.isEmpty() ? m_problem.code : name);
+    m_ui->Problema->setCode(name.isEmpty() ? QString() : m_shown.code);
+    m_ui->Problema->setValue(name.isEmpty() ? m_shown.code : name);
     m_ui->Togli->setEnabled(!m_ui->Problema->value().isEmpty());
 }
 
 void Probl1::chooseDiagnosis()
 {
     try {
-        const DiagnosisAnswer answer = askForDiagnosis(m_state, m_problem.code);
-        m_problem.code = answer.code;
+        const DiagnosisAnswer answer = askForDiagnosis(m_state, m_shown.code);
+        m_shown.code = answer.code;
         showDiagnosis(answer.name.isEmpty() ? diagnosisName(m_state.codes(), answer.code) : answer.name);
     } catch (const dao::Error &error) {
         logError(m_state, QStringLiteral("Probl1.Problema_Click"), error);
@@ -138,16 +132,16 @@ void Probl1::chooseDiagnosis()
 
 ProblemDetail Probl1::entered() const
 {
-    ProblemDetail problem = m_problem;
+    ProblemDetail problem = m_shown;
     if (m_ui->txtDescr->isModified())
         problem.description = m_ui->txtDescr->text();
     if (m_ui->Combo1->currentIndex() >= 0)
         problem.state = qint16(m_ui->Combo1->currentIndex());
-    problem.opened = enteredDate(m_ui->MaskEdBox1, m_problem.opened);
-    problem.started = enteredDate(m_ui->MaskEdBox2, m_problem.started);
-    problem.closed = enteredDate(m_ui->MaskEdBox3, m_problem.closed);
+    problem.opened = enteredDate(m_ui->MaskEdBox1, m_shown.opened);
+    problem.started = enteredDate(m_ui->MaskEdBox2, m_shown.started);
+    problem.closed = enteredDate(m_ui->MaskEdBox3, m_shown.closed);
     for (std::size_t i = 0; i < texts().size(); ++i)
-        problem.texts[i] = texts()[i]->storedText();
+        problem.*problemTexts[i] = texts()[i]->storedText();
     return problem;
 }
 
@@ -160,8 +154,8 @@ bool Probl1::mayWrite()
         m_ui->Problema->setFocus();
         return false;
     }
-    if (isDescriptionTooLong()) {
-        m_state.prompts.warn(m_ui->descriptionNote->text()
+    if (const QString fault = descriptionFault(); !fault.isEmpty()) {
+        m_state.prompts.warn(fault
                              + QStringLiteral("\nAccorciarla, o scriverne una parte in un altro testo."));
         m_ui->txtDescr->setFocus();
         return false;
@@ -181,71 +175,32 @@ bool Probl1::mayWrite()
     return true;
 }
 
-WriteResult Probl1::write()
+SaveResult<ProblemDetail> Probl1::save(ProblemDetail &mine, const ProblemDetail &read)
 {
-    ProblemDetail problem = entered();
-    ProblemDetail read = m_read;
-    const WriteResult result = saveProblem(m_state, problem, read);
-    if (result == WriteResult::Done)
-        m_problem = problem;
-    else if (result == WriteResult::Changed)
-        m_elsewhere = read;
-    return result;
+    return saveProblem(m_state, mine, read);
 }
 
-// In the order of the captions in conflict().
-QStringList Probl1::shownTexts(const ProblemDetail &problem) const
+std::optional<QString> Probl1::shownText(QLatin1String column, const ProblemDetail &problem) const
 {
-    const QString name = diagnosisName(m_state.codes(), problem.code);
-    QStringList shown{name.isEmpty() ? problem.code : u'[' + problem.code + QStringLiteral("] ") + name,
-                      problem.description,
-                      problem.state < m_ui->Combo1->count() ? problemStateText(problem.state)
-                                                            : QString::number(problem.state),
-                      jet::dashedDate(problem.opened),
-                      jet::dashedDate(problem.started),
-                      jet::dashedDate(problem.closed)};
-    for (const QString &text : problem.texts)
-        shown.append(text);
-    return shown;
-}
-
-RecordConflict Probl1::conflict() const
-{
-    return conflictOf(QStringLiteral("Il problema è stato salvato"),
-                      {QStringLiteral("Problema"), QStringLiteral("Descrizione"), QStringLiteral("Stato"),
-                       QStringLiteral("Data apertura"), QStringLiteral("Data inizio"),
-                       QStringLiteral("Data chiusura"), QStringLiteral("Sintomi"),
-                       QStringLiteral("Obiettivo"), QStringLiteral("Valutazione"),
-                       QStringLiteral("Pianificazione")},
-                      {shownTexts(m_read), shownTexts(entered()), shownTexts(m_elsewhere)}, m_read.written,
-                      m_elsewhere.written);
-}
-
-void Probl1::keepMine()
-{
-    ProblemDetail problem = entered();
-    takeUntouched(contentsOf(problem), contentsOf(std::as_const(m_read)),
-                  contentsOf(std::as_const(m_elsewhere)));
-    m_read = m_elsewhere;
-    show(problem);
+    if (column == QLatin1String("CodICDSospetto")) {
+        const QString name = diagnosisName(m_state.codes(), problem.code);
+        return name.isEmpty() ? problem.code : u'[' + problem.code + QStringLiteral("] ") + name;
+    }
+    if (column == QLatin1String("stato_probl") && problem.state < m_ui->Combo1->count())
+        return problemStateText(problem.state);
+    return std::nullopt;
 }
 
 void Probl1::becomeNew()
 {
-    m_problem.id = noProblem;
+    EditedRecord::becomeNew();
     setWindowTitle(QStringLiteral("Nuovo problema"));
-}
-
-QString Probl1::vanishedQuestion() const
-{
-    return QStringLiteral("Il problema è stato eliminato da un'altra postazione mentre lo si modificava.\n"
-                          "Quanto scritto è ancora nella finestra. Salvarlo come nuovo problema?");
 }
 
 void Probl1::written()
 {
-    call().saved = m_problem.id;
-    tellRegion(m_state, m_problem.id);
+    call().saved = m_shown.id;
+    tellRegion(m_state, m_shown.id);
 }
 
 } // namespace clivara

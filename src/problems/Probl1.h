@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/EditedRecord.h"
 #include "chart/RecordDialog.h"
 #include "problems/ProblemRecords.h"
 
@@ -25,7 +26,7 @@ struct ProblemCall : FormCall {
 std::optional<qint32> openProblem(WorkingState &state, std::optional<qint32> problem);
 
 // Writes one problem.
-class Probl1 : public RecordDialog, public CalledBy<ProblemCall> {
+class Probl1 : public RecordDialog, public CalledBy<ProblemCall>, private EditedRecord<ProblemDetail> {
     Q_OBJECT
 
 public:
@@ -34,28 +35,23 @@ public:
 
 protected:
     void load() override;
-    bool mayWrite() override;
-    WriteResult write() override;
-    void becomeNew() override;
-    QString vanishedQuestion() const override;
-    RecordConflict conflict() const override;
-    void keepMine() override;
     void written() override;
 
 private:
-    std::array<MemoEdit *, 4> texts() const;
-    ProblemDetail entered() const;
-    bool isDescriptionTooLong() const;
+    bool mayWrite() override;
+    void becomeNew() override;
+    ProblemDetail entered() const override;
+    void show(const ProblemDetail &problem) override;
+    SaveResult<ProblemDetail> save(ProblemDetail &mine, const ProblemDetail &read) override;
+    std::optional<QString> shownText(QLatin1String column, const ProblemDetail &problem) const override;
+
+    std::array<MemoEdit *, problemTexts.size()> texts() const;
+    QString descriptionFault() const; // empty when the description is not too long
     void noteDescription();
-    void show(const ProblemDetail &problem);
-    QStringList shownTexts(const ProblemDetail &problem) const;
     void showDiagnosis(const QString &name);
     void chooseDiagnosis();
 
-    std::unique_ptr<Ui::Probl1> m_ui;
-    ProblemDetail m_problem; // what the controls were filled from; its code is the one that Problema shows
-    ProblemDetail m_read; // as it was read, or as it was when the doctor chose between two versions
-    ProblemDetail m_elsewhere; // as another workstation has stored it, when a save found that
+    std::unique_ptr<Ui::Probl1> m_ui; // Problema shows the code of m_shown
 };
 
 } // namespace clivara

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/ProblemRecords.h"
 
-#include "chart/ThreeWay.h"
-#include "chart/WorkingState.h"
 #include "data/SqlText.h"
 #include "values/JetValues.h"
 
@@ -10,50 +8,9 @@ namespace clivara {
 
 namespace {
 
-const std::array problemTexts{"anamnesi", "esameob", "conclusioni", "pianificazione"};
-
-QString byId(qint32 id)
-{
-    return QStringLiteral("select * from Problems where (idProblems = %1)").arg(id);
-}
-
-// With the patient: a command of a list acts on nobody else's problem.
-QString byIdAndPatient(const WorkingState &state, qint32 id)
-{
-    return byId(id) + QStringLiteral(" and (COD_PAZ = %1)").arg(state.header.patientCode);
-}
-
 qint16 stateOf(dao::Recordset &row)
 {
     return qint16(row.Fields(QStringLiteral("stato_probl")).number());
-}
-
-void fill(dao::Recordset &row, const ProblemDetail &problem)
-{
-    writeDay(row.Fields(QStringLiteral("dataapertura")), problem.opened);
-    writeDay(row.Fields(QStringLiteral("datachiusura")), problem.closed);
-    writeDay(row.Fields(QStringLiteral("dataInizio")), problem.started);
-    row.Fields(QStringLiteral("stato_probl")).setValue(problem.state);
-    row.Fields(QStringLiteral("descr_mal")).setValue(problem.description);
-    row.Fields(QStringLiteral("CodICDSospetto")).setValue(problem.code);
-    for (std::size_t i = 0; i < problemTexts.size(); ++i)
-        row.Fields(QString::fromLatin1(problemTexts[i])).setValue(storedText(problem.texts[i]));
-}
-
-ProblemDetail detailFrom(dao::Recordset &row, qint32 id)
-{
-    ProblemDetail problem;
-    problem.id = id;
-    problem.code = row.Fields(QStringLiteral("CodICDSospetto")).text().trimmed();
-    problem.description = row.Fields(QStringLiteral("descr_mal")).text();
-    problem.state = stateOf(row);
-    problem.opened = row.Fields(QStringLiteral("dataapertura")).date().date();
-    problem.started = row.Fields(QStringLiteral("dataInizio")).date().date();
-    problem.closed = row.Fields(QStringLiteral("datachiusura")).date().date();
-    for (std::size_t i = 0; i < problemTexts.size(); ++i)
-        problem.texts[i] = row.Fields(QString::fromLatin1(problemTexts[i])).text();
-    problem.written = lastWrite(row);
-    return problem;
 }
 
 // Whether two problems are the same by their code or, without one, by their description.
@@ -109,12 +66,6 @@ QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode)
     return problems;
 }
 
-std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id)
-{
-    const auto row = clinical.OpenRecordset(byId(id), dao::RecordsetType::Snapshot);
-    return row->Eof() ? std::nullopt : std::optional(detailFrom(*row, id));
-}
-
 bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id)
 {
     return !clinical
@@ -141,46 +92,19 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
     return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
 }
 
-WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read)
+SaveResult<ProblemDetail> saveProblem(WorkingState &state, ProblemDetail &problem, const ProblemDetail &read)
 {
-    const bool isNew = problem.id == noProblem;
-    qint32 id = problem.id;
-    const WriteResult result = writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
-        const auto row =
-            state.clinical().OpenRecordset(isNew ? QStringLiteral("select * from Problems ") : byId(id));
-        if (!isNew && row->Eof())
-            return WriteResult::Vanished;
-        const ProblemDetail stored = isNew ? ProblemDetail() : detailFrom(*row, id);
-        if (!isNew
-            && wouldReplace(contentsOf(std::as_const(read)), contentsOf(std::as_const(problem)),
-                            contentsOf(stored))) {
-            read = stored;
-            return WriteResult::Changed;
-        }
-        if (isDuplicateProblem(state.clinical(), state.header.patientCode, problem, stored))
-            return WriteResult::Refused;
-        if ((isNew ? state.operations.Recordset_AddNew(*row) : state.operations.Recordset_Edit(*row)) != 0)
-            return WriteResult::Failed;
-        if (isNew)
-            row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
-        state.sharedRows().writeCurrentPatientStamp(*row, isNew, QStringLiteral("DP"), state.uidAuthor);
-        fill(*row, problem);
-        if (state.operations.Recordset_Update(*row) != 0)
-            return WriteResult::Failed;
-        if (isNew)
-            id = qint32(row->LastAutoNumber());
-        return WriteResult::Done;
-    });
-    if (result == WriteResult::Done)
-        problem.id = id;
-    return result;
+    const auto isOnlyOne = [&](const ProblemDetail &stored) {
+        return !isDuplicateProblem(state.clinical(), state.header.patientCode, problem, stored);
+    };
+    return saveShared<ProblemDetail>(state, problem, read, {.isAllowed = isOnlyOne});
 }
 
 WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen)
 {
-    return writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
-        const WriteResult result =
-            deleteSharedRow(state, byIdAndPatient(state, id), QStringLiteral("DP"), seen);
+    const RecordTable &table = ProblemDetail::table;
+    return writeTogether(state, QString::fromLatin1(table.name), [&] {
+        const WriteResult result = deleteSharedRow(state, table, id, seen);
         if (result == WriteResult::Done)
             state.clinical().Execute(
                 QStringLiteral("update VISITAPROBL set id_Probl='' where (id_Probl = %1)").arg(id));
@@ -190,8 +114,10 @@ WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen)
 
 WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen)
 {
-    return writeTogether(state, QStringLiteral("PROBLEMS"), [&] {
-        const auto row = state.clinical().OpenRecordset(byIdAndPatient(state, id));
+    const RecordTable &table = ProblemDetail::table;
+    return writeTogether(state, QString::fromLatin1(table.name), [&]() -> WriteResult {
+        const auto row =
+            openRecord(state.clinical(), table, id, state.header.patientCode, dao::RecordsetType::Dynaset);
         if (row->Eof())
             return WriteResult::Vanished;
         const ProblemStanding stored{stateOf(*row), lastWrite(*row)};
@@ -199,11 +125,10 @@ WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen)
             seen = stored;
             return WriteResult::Changed;
         }
-        if (state.operations.Recordset_Edit(*row) != 0)
-            return WriteResult::Failed;
+        beginRecord(state, *row, table, id);
         row->Fields(QStringLiteral("stato_probl")).setValue(qint16(ProblemState::Closed));
-        state.sharedRows().writeCurrentPatientStamp(*row, false, QStringLiteral("DP"), state.uidAuthor);
-        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+        state.operations.Recordset_Update(*row);
+        return WriteResult::Done;
     });
 }
 
@@ -226,7 +151,7 @@ QString problemText(dao::Database &clinical, dao::Database &codes, qint32 id)
 {
     if (id == noProblem || id == unassociated)
         return {};
-    const auto problem = readProblem(clinical, id);
+    const auto problem = readRecord<ProblemDetail>(clinical, id);
     if (!problem)
         return {};
     QString name = problem->description.trimmed();

@@ -1,17 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "chart/RecordConflict.h"
-#include "chart/SharedWrites.h"
-#include "dao/Dao.h"
+#include "chart/SharedRecord.h"
 
-#include <QDate>
 #include <QList>
-#include <QString>
 #include <array>
-#include <concepts>
-#include <optional>
-#include <tuple>
 
 namespace clivara {
 
@@ -46,28 +39,45 @@ struct ProblemRow {
 // Newest start first, then the higher key; those without a start last. Throws dao::Error.
 QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode);
 
-// So many characters the description of a problem may have (descr_mal).
-constexpr int longestDescription = 255;
-
 // A problem as its dialog edits it.
 struct ProblemDetail {
     qint32 id = noProblem; // noProblem: a new one
-    QString code; // CodICDSospetto
-    QString description; // descr_mal
+    QString code;
+    QString description;
     qint16 state = 0;
-    QDate opened, started, closed; // DataApertura, DataInizio, DataChiusura; null is Null
-    std::array<QString, 4> texts; // anamnesi, esameob, conclusioni, pianificazione
+    QDate opened, started, closed;
+    QString symptoms, findings, assessment, plan;
     LastWrite written; // as it was read
+
+    static constexpr auto fields()
+    {
+        using Problem = ProblemDetail;
+        return std::tuple{
+            RecordField{"CodICDSospetto", &Problem::code, "Problema", {}, Storage::Trimmed},
+            RecordField{"descr_mal", &Problem::description, "Descrizione", {255, "La descrizione"}},
+            RecordField{"stato_probl", &Problem::state, "Stato"},
+            RecordField{"DataApertura", &Problem::opened, "Data apertura", {}, {}, dashedDay},
+            RecordField{"DataInizio", &Problem::started, "Data inizio", {}, {}, dashedDay},
+            RecordField{"DataChiusura", &Problem::closed, "Data chiusura", {}, {}, dashedDay},
+            RecordField{"anamnesi", &Problem::symptoms, "Sintomi", {}, Storage::Memo},
+            RecordField{"esameob", &Problem::findings, "Obiettivo", {}, Storage::Memo},
+            RecordField{"conclusioni", &Problem::assessment, "Valutazione", {}, Storage::Memo},
+            RecordField{"pianificazione", &Problem::plan, "Pianificazione", {}, Storage::Memo},
+        };
+    }
+    static constexpr RecordTable table{
+        .name = "PROBLEMS",
+        .key = "idProblems",
+        .section = "DP",
+        .newKey = NewKey::Autonumber,
+        .saved = "Il problema è stato salvato",
+        .vanished = "Il problema è stato eliminato da un'altra postazione mentre lo si modificava.\n"
+                    "Quanto scritto è ancora nella finestra. Salvarlo come nuovo problema?",
+    };
 };
-// What of a problem its dialog writes, to be compared.
-template <typename Problem>
-auto contentsOf(Problem &problem) requires std::same_as<std::remove_const_t<Problem>, ProblemDetail>
-{
-    auto &[symptoms, findings, assessment, plan] = problem.texts;
-    return std::tie(problem.code, problem.description, problem.state, problem.opened, problem.started,
-                    problem.closed, symptoms, findings, assessment, plan);
-}
-std::optional<ProblemDetail> readProblem(dao::Database &clinical, qint32 id); // empty when it is not there
+// In the order in which the dialog shows them.
+inline constexpr std::array problemTexts{&ProblemDetail::symptoms, &ProblemDetail::findings,
+                                         &ProblemDetail::assessment, &ProblemDetail::plan};
 
 // False for noProblem, and for a problem of another patient.
 bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id);
@@ -77,14 +87,9 @@ bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id);
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem,
                         const ProblemDetail &before);
 
-// Writes the problem of the current patient, with its identity stamps; a new one gets its id. Texts that are
-// blank after trimming are stored as empty texts, the others as they are. Raises nothing; when nothing was
-// written the struct is as it was. `read` is the problem as it was read: when writing would replace what was
-// stored since then, the result is Changed and `read` becomes what is stored. Refused when it is a duplicate.
-// The hour of a date stays while its day does.
-WriteResult saveProblem(WorkingState &state, ProblemDetail &problem, ProblemDetail &read);
-// Sets the owner to the working doctor, records the deletion ("DP"), deletes the row and detaches its visits
-// (id_Probl becomes empty). All or nothing. Changed when it was written since `seen`, which becomes what is stored.
+// As saveShared(). Refused when it is a duplicate.
+SaveResult<ProblemDetail> saveProblem(WorkingState &state, ProblemDetail &problem, const ProblemDetail &read);
+// As deleteShared(); the problem's visits are detached (id_Probl becomes empty).
 WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen);
 // How a problem stood when it was last looked at.
 struct ProblemStanding {

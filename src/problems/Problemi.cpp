@@ -297,7 +297,7 @@ void Problemi::deleteProblem(const ProblemListModel::Row &problem)
         return;
     deleteListed(m_state, problem.written,
                  [&](LastWrite &seen) { return clivara::deleteProblem(m_state, problem.id, seen); },
-                 {QStringLiteral("Il problema è stato salvato"), vanishedText,
+                 {QString::fromUtf8(ProblemDetail::table.saved), vanishedText,
                   QStringLiteral("Non è stato possibile cancellare il problema")});
     CaricaTab_Problemi();
 }
@@ -326,7 +326,7 @@ void Problemi::closeProblem(const ProblemListModel::Row &problem)
 void Problemi::tellNotClosed(const ProblemListModel::Row &problem, const ProblemStanding &there)
 {
     RecordConflict conflict;
-    conflict.event = QStringLiteral("Il problema è stato salvato");
+    conflict.event = QString::fromUtf8(ProblemDetail::table.saved);
     conflict.before = problem.written;
     conflict.there = there.written;
     const QString now =

@@ -43,8 +43,8 @@ bool askAndDeleteVisit(WorkingState &state, const ItemRow &visit)
     const LastWrite written = visit.written; // the list may be read again meanwhile
     if (!state.prompts.confirm(QStringLiteral("Cancellare la voce?")))
         return false;
-    deleteListed(state, written, [&](LastWrite &seen) { return deleteVisit(state, id, seen); },
-                 {QStringLiteral("La visita è stata salvata"),
+    deleteListed(state, written, [&](LastWrite &seen) { return deleteShared<VisitDetail>(state, id, seen); },
+                 {QString::fromUtf8(VisitDetail::table.saved),
                   QStringLiteral("La visita era già stata cancellata da un'altra postazione."),
                   QStringLiteral("Non è stato possibile cancellare la visita")});
     return true;

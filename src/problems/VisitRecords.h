@@ -5,31 +5,55 @@
 
 namespace clivara {
 
-// The texts of a visit in the order in which they are written and shown: anamnesi, esameob, conclusioni,
-// pianificazione, txtNote.
-constexpr int visitTexts = 5;
+// However it is said that a visit is filed against no problem, it is the same.
+inline bool isSameFiling(const std::optional<qint32> &a, const std::optional<qint32> &b)
+{
+    const auto problem = [](const std::optional<qint32> &id) {
+        return std::max(id.value_or(noProblem), noProblem);
+    };
+    return problem(a) == problem(b);
+}
 
 // A visit as its dialog edits it.
 struct VisitDetail {
     qint32 id = 0; // IdVisitaProbl; 0: a new one
-    std::optional<qint32> problem; // id_Probl as stored or as chosen; empty for Null
-    QDate date; // DataReg
-    QDate validity; // null is Null
-    std::optional<qint32> type; // idtipo
-    QString symptom; // SINTOMO; empty when none
-    std::array<QString, visitTexts> texts;
+    QDate date;
+    QDate validity; // null is Null in a new visit, and leaves a stored one's as it is
+    std::optional<qint32> type;
+    QString symptom; // empty when none
+    std::optional<qint32> problem; // as stored or as chosen; empty for Null
+    QString history, findings, conclusions, plan, notes;
     LastWrite written; // as it was read
+
+    static constexpr auto fields()
+    {
+        using Visit = VisitDetail;
+        return std::tuple{
+            RecordField{"DataReg", &Visit::date, "Data", {}, {}, dashedDay},
+            RecordField{"validita", &Visit::validity, "Validità", {}, Storage::KeptWhenEmpty, dashedDay},
+            RecordField{"idtipo", &Visit::type, "Tipo"},
+            RecordField{"SINTOMO", &Visit::symptom, "Sintomo", {}, Storage::NullWhenEmpty},
+            RecordField{"id_Probl", &Visit::problem, "Problema associato", {}, {}, nullptr, isSameFiling},
+            RecordField{"anamnesi", &Visit::history, "Anamnesi", {}, Storage::Memo},
+            RecordField{"esameob", &Visit::findings, "Esame obiettivo", {}, Storage::Memo},
+            RecordField{"conclusioni", &Visit::conclusions, "Conclusioni", {}, Storage::Memo},
+            RecordField{"pianificazione", &Visit::plan, "Pianificazione", {}, Storage::Memo},
+            RecordField{"txtNote", &Visit::notes, "Note", {}, Storage::Memo},
+        };
+    }
+    static constexpr RecordTable table{
+        .name = "VISITAPROBL",
+        .key = "IdVisitaProbl",
+        .section = "DV",
+        .newKey = NewKey::HighestPlusOne,
+        .saved = "La visita è stata salvata",
+        .vanished = "La visita è stata eliminata da un'altra postazione mentre la si modificava.\n"
+                    "Quanto scritto è ancora nella finestra. Salvarla come nuova visita?",
+    };
 };
-// What of a visit its dialog writes, to be compared.
-template <typename Visit>
-auto contentsOf(Visit &visit) requires std::same_as<std::remove_const_t<Visit>, VisitDetail>
-{
-    auto &[history, findings, conclusions, plan, notes] = visit.texts;
-    return std::tie(visit.problem, visit.date, visit.validity, visit.type, visit.symptom, history, findings,
-                    conclusions, plan, notes);
-}
-// Empty when it is not there, or not of this patient.
-std::optional<VisitDetail> readVisit(dao::Database &clinical, qint32 patientCode, qint32 id);
+// In the order in which the dialog shows them.
+inline constexpr std::array visitTexts{&VisitDetail::history, &VisitDetail::findings,
+                                       &VisitDetail::conclusions, &VisitDetail::plan, &VisitDetail::notes};
 
 // True when the patient has another visit on the visit's day. False for a stored visit whose day is still
 // `before`: it may go on sharing its day.
@@ -38,12 +62,8 @@ bool isDayTaken(dao::Database &clinical, qint32 patientCode, const VisitDetail &
 // in no list of a problem.
 bool isProblemGone(dao::Database &clinical, qint32 patientCode, const VisitDetail &visit);
 
-// As saveProblem and deleteProblem ("DV"). A new visit gets the highest key plus 1 (1 in an empty table)
-// within the transaction that writes it. A validity that is null is left out for a new visit and leaves an
-// edited one's as it was; the hour of a date stays while its day does. Refused when the day is taken or the
-// problem is gone.
-WriteResult saveVisit(WorkingState &state, VisitDetail &visit, VisitDetail &read);
-WriteResult deleteVisit(WorkingState &state, qint32 id, LastWrite &seen);
+// As saveShared(). Refused when the day is taken or the problem is gone.
+SaveResult<VisitDetail> saveVisit(WorkingState &state, VisitDetail &visit, const VisitDetail &read);
 
 struct CodeName {
     QString code;

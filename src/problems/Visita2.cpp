@@ -3,7 +3,6 @@
 
 #include "chart/ErrorLog.h"
 #include "chart/FormOpener.h"
-#include "chart/ThreeWay.h"
 #include "chart/WorkingState.h"
 #include "ui_Visita2.h"
 #include "values/JetValues.h"
@@ -38,7 +37,7 @@ QString typeCode(const VisitDetail &visit)
 } // namespace
 
 Visita2::Visita2(WorkingState &state)
-    : RecordDialog(QStringLiteral("Visita2"), state)
+    : RecordDialog(QStringLiteral("Visita2"), state, *this)
     , m_ui(std::make_unique<Ui::Visita2>())
 {
     m_ui->setupUi(contents());
@@ -57,7 +56,7 @@ Visita2::Visita2(WorkingState &state)
 
 Visita2::~Visita2() = default;
 
-std::array<MemoEdit *, visitTexts> Visita2::texts() const
+std::array<MemoEdit *, visitTexts.size()> Visita2::texts() const
 {
     return {m_ui->Text1_0, m_ui->Text1_1, m_ui->Text1_2, m_ui->Text1_3, m_ui->Text1_4};
 }
@@ -70,7 +69,8 @@ void Visita2::load()
         visit.date = m_state.clock.today();
         visit.problem = call().problem.id;
     } else {
-        const auto found = readVisit(m_state.clinical(), m_state.header.patientCode, *call().visit);
+        const auto found =
+            readRecord<VisitDetail>(m_state.clinical(), *call().visit, m_state.header.patientCode);
         if (!found)
             refuseToOpen(QStringLiteral("La visita è stata eliminata da un'altra postazione."));
         visit = *found;
@@ -88,7 +88,7 @@ void Visita2::show(const VisitDetail &visit)
 {
     const Filing filing = filingOf(visit);
     m_state.selected.id = visit.problem.value_or(noProblem);
-    m_visit = visit;
+    m_shown = visit;
     showStoredDate(m_ui->MaskEdBox1, visit.date);
     m_ui->MaskEdBox2->setDateText(jet::dashedDate(visit.validity));
     noteValidity();
@@ -96,7 +96,7 @@ void Visita2::show(const VisitDetail &visit)
     m_ui->Combo2->showIndex(indexOfCode(m_ui->Combo2, visit.symptom));
     showProblem(filing);
     for (std::size_t i = 0; i < texts().size(); ++i)
-        texts()[i]->setStoredText(visit.texts[i]);
+        texts()[i]->setStoredText(visit.*visitTexts[i]);
 }
 
 void Visita2::fillLists()
@@ -136,10 +136,10 @@ void Visita2::chooseProblem()
     try {
         const bool shown = m_state.forms->showForm(QStringLiteral("SelezProblema"));
         if (shown && m_state.selected.id > noProblem) {
-            VisitDetail visit = m_visit;
+            VisitDetail visit = m_shown;
             visit.problem = m_state.selected.id;
             const Filing filing = filingOf(visit);
-            m_visit = visit;
+            m_shown = visit;
             showProblem(filing);
             return;
         }
@@ -152,7 +152,7 @@ void Visita2::chooseProblem()
 
 void Visita2::removeProblem()
 {
-    m_visit.problem = noProblem;
+    m_shown.problem = noProblem;
     m_state.selected.id = noProblem;
     showProblem({});
     m_ui->Problema->setFocus();
@@ -164,19 +164,19 @@ void Visita2::noteValidity()
     QString note;
     if (holdsNoDate(m_ui->MaskEdBox2))
         note = QStringLiteral("La validità non è una data: non sarà salvata.");
-    else if (m_ui->MaskEdBox2->isEmptyDate() && m_visit.validity.isValid())
-        note = QStringLiteral("Resta la validità registrata: %1.").arg(jet::dashedDate(m_visit.validity));
+    else if (m_ui->MaskEdBox2->isEmptyDate() && m_shown.validity.isValid())
+        note = QStringLiteral("Resta la validità registrata: %1.").arg(jet::dashedDate(m_shown.validity));
     m_ui->validityNote->setText(note);
     m_ui->validityNote->setVisible(!note.isEmpty());
 }
 
 VisitDetail Visita2::entered() const
 {
-    VisitDetail visit = m_visit;
-    visit.date = enteredDate(m_ui->MaskEdBox1, m_visit.date);
-    visit.validity = enteredDate(m_ui->MaskEdBox2, m_visit.validity);
+    VisitDetail visit = m_shown;
+    visit.date = enteredDate(m_ui->MaskEdBox1, m_shown.date);
+    visit.validity = enteredDate(m_ui->MaskEdBox2, m_shown.validity);
     if (!visit.validity.isValid()) // stays as it is
-        visit.validity = m_visit.validity;
+        visit.validity = m_shown.validity;
     // A code that its list does not have stays until another entry is chosen or the field is emptied.
     if (m_ui->Combo1->isChosen()) {
         const QVariant type = m_ui->Combo1->currentData();
@@ -185,7 +185,7 @@ VisitDetail Visita2::entered() const
     if (m_ui->Combo2->isChosen())
         visit.symptom = m_ui->Combo2->currentData().toString();
     for (std::size_t i = 0; i < texts().size(); ++i)
-        visit.texts[i] = texts()[i]->storedText();
+        visit.*visitTexts[i] = texts()[i]->storedText();
     return visit;
 }
 
@@ -211,7 +211,7 @@ bool Visita2::mayWrite()
 
 bool Visita2::mayKeepProblem()
 {
-    if (!isProblemGone(m_state.clinical(), m_state.header.patientCode, m_visit))
+    if (!isProblemGone(m_state.clinical(), m_state.header.patientCode, m_shown))
         return true;
     const PromptButton answer = m_state.prompts.ask(
         {QStringLiteral("Attenzione!"),
@@ -225,68 +225,37 @@ bool Visita2::mayKeepProblem()
     return answer == PromptButton::Yes;
 }
 
-WriteResult Visita2::write()
+SaveResult<VisitDetail> Visita2::save(VisitDetail &mine, const VisitDetail &read)
 {
-    VisitDetail visit = entered();
-    VisitDetail read = m_read;
-    const WriteResult result = saveVisit(m_state, visit, read);
-    if (result == WriteResult::Done)
-        call().saved = visit.id;
-    else if (result == WriteResult::Changed)
-        m_elsewhere = read;
-    return result;
+    return saveVisit(m_state, mine, read);
 }
 
-// In the order of the captions in conflict().
-QStringList Visita2::shownTexts(const VisitDetail &visit) const
+void Visita2::written()
+{
+    call().saved = m_shown.id;
+}
+
+std::optional<QString> Visita2::shownText(QLatin1String column, const VisitDetail &visit) const
 {
     const auto entryOf = [](const ChoiceBox *list, const QString &code) {
         const int index = indexOfCode(list, code);
         return index < 0 ? code : list->itemText(index);
     };
-    QString filed;
+    if (column == QLatin1String("idtipo"))
+        return entryOf(m_ui->Combo1, typeCode(visit));
+    if (column == QLatin1String("SINTOMO"))
+        return entryOf(m_ui->Combo2, visit.symptom);
+    if (column != QLatin1String("id_Probl"))
+        return std::nullopt;
     if (isProblemGone(m_state.clinical(), m_state.header.patientCode, visit))
-        filed = QStringLiteral("problema %1, eliminato").arg(*visit.problem);
-    else
-        filed = problemText(m_state.clinical(), m_state.codes(), visit.problem.value_or(noProblem));
-    QStringList shown{jet::dashedDate(visit.date), jet::dashedDate(visit.validity),
-                      entryOf(m_ui->Combo1, typeCode(visit)), entryOf(m_ui->Combo2, visit.symptom), filed};
-    for (const QString &text : visit.texts)
-        shown.append(text);
-    return shown;
-}
-
-RecordConflict Visita2::conflict() const
-{
-    return conflictOf(QStringLiteral("La visita è stata salvata"),
-                      {QStringLiteral("Data"), QStringLiteral("Validità"), QStringLiteral("Tipo"),
-                       QStringLiteral("Sintomo"), QStringLiteral("Problema associato"),
-                       QStringLiteral("Anamnesi"), QStringLiteral("Esame obiettivo"),
-                       QStringLiteral("Conclusioni"), QStringLiteral("Pianificazione"),
-                       QStringLiteral("Note")},
-                      {shownTexts(m_read), shownTexts(entered()), shownTexts(m_elsewhere)}, m_read.written,
-                      m_elsewhere.written);
-}
-
-void Visita2::keepMine()
-{
-    VisitDetail visit = entered();
-    takeUntouched(contentsOf(visit), contentsOf(std::as_const(m_read)),
-                  contentsOf(std::as_const(m_elsewhere)));
-    m_read = m_elsewhere;
-    show(visit);
+        return QStringLiteral("problema %1, eliminato").arg(*visit.problem);
+    return problemText(m_state.clinical(), m_state.codes(), visit.problem.value_or(noProblem));
 }
 
 void Visita2::becomeNew()
 {
-    m_visit.id = 0;
+    EditedRecord::becomeNew();
     setWindowTitle(QStringLiteral("Nuova visita"));
-}
-
-QString Visita2::vanishedQuestion() const
-{
-    return QStringLiteral("La visita è stata eliminata da un'altra postazione mentre la si modificava.\n"
-                          "Quanto scritto è ancora nella finestra. Salvarla come nuova visita?");
 }
 
 } // namespace clivara

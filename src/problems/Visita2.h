@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/EditedRecord.h"
 #include "chart/RecordDialog.h"
 #include "problems/VisitCommands.h"
 #include "problems/VisitRecords.h"
@@ -18,7 +19,7 @@ class MemoEdit;
 
 // Writes one visit. While it is open the selected problem is that of the visit; whoever opened it finds the own one
 // again.
-class Visita2 : public RecordDialog, public CalledBy<VisitCall> {
+class Visita2 : public RecordDialog, public CalledBy<VisitCall>, private EditedRecord<VisitDetail> {
     Q_OBJECT
 
 public:
@@ -27,16 +28,17 @@ public:
 
 protected:
     void load() override;
-    bool mayWrite() override;
-    WriteResult write() override;
-    void becomeNew() override;
-    QString vanishedQuestion() const override;
-    RecordConflict conflict() const override;
-    void keepMine() override;
+    void written() override;
 
 private:
-    std::array<MemoEdit *, visitTexts> texts() const;
-    VisitDetail entered() const;
+    bool mayWrite() override;
+    void becomeNew() override;
+    VisitDetail entered() const override;
+    void show(const VisitDetail &visit) override;
+    SaveResult<VisitDetail> save(VisitDetail &mine, const VisitDetail &read) override;
+    std::optional<QString> shownText(QLatin1String column, const VisitDetail &visit) const override;
+
+    std::array<MemoEdit *, visitTexts.size()> texts() const;
     void fillLists();
     // What Problema shows: the problem's text, and what stands there without one.
     struct Filing {
@@ -47,13 +49,9 @@ private:
     void chooseProblem();
     void removeProblem();
     bool mayKeepProblem();
-    void show(const VisitDetail &visit);
-    QStringList shownTexts(const VisitDetail &visit) const;
     void noteValidity();
 
-    std::unique_ptr<Ui::Visita2> m_ui;
-    VisitDetail m_visit; // what the controls were filled from; its problem is the one that Problema shows
-    VisitDetail m_read, m_elsewhere; // as in Probl1
+    std::unique_ptr<Ui::Visita2> m_ui; // Problema shows the problem of m_shown
     SelectedProblem m_callers;
 };
 

@@ -281,15 +281,11 @@ bool SheetForm::save()
         return false;
     m_saving = true;
     const auto done = qScopeGuard([this] { m_saving = false; });
-    switch (saveRecord(m_state, objectName(), *this)) {
-    case SaveEnd::NotSaved:
-        return false;
-    case SaveEnd::TheirsKept:
+    const WriteResult result = saveRecord(m_state, objectName(), *this);
+    if (result == WriteResult::TheirsKept)
         showTheirs();
-        return true;
-    case SaveEnd::Saved:
-        break;
-    }
+    if (result != WriteResult::Done)
+        return result == WriteResult::TheirsKept;
     m_shown = m_fields->texts();
     m_author = SheetAuthor::Marked; // it has the mark now
     call().saved = m_sheet.number;
@@ -310,14 +306,14 @@ StoredSheet SheetForm::entered() const
 WriteResult SheetForm::write()
 {
     StoredSheet sheet = entered();
-    StoredSheet read = m_sheet;
-    const WriteResult result = m_isStored ? changeSheet(m_state, sheet, read) : addSheet(m_state, sheet);
+    const SaveResult<StoredSheet> result = m_isStored ? changeSheet(m_state, sheet, m_sheet)
+                                                      : SaveResult<StoredSheet>{addSheet(m_state, sheet), {}};
     if (result == WriteResult::Changed)
-        m_elsewhere = read;
-    if (result != WriteResult::Done)
-        return result;
-    m_sheet = sheet;
-    m_isStored = true;
+        m_elsewhere = result.stored;
+    if (result == WriteResult::Done) {
+        m_sheet = sheet;
+        m_isStored = true;
+    }
     return result;
 }
 

@@ -3,7 +3,6 @@
 
 #include "chart/SharedWrites.h"
 #include "chart/WorkingState.h"
-#include "data/SqlText.h"
 
 namespace clivara {
 
@@ -25,8 +24,11 @@ dao::Field field(dao::Recordset &rows, const char *name)
 
 StoredSheet sheetOf(dao::Recordset &rows)
 {
-    return {qint32(field(rows, "idScheda").number()), int(field(rows, "idTipo").number()),
-            field(rows, "DataReg").date().date(), field(rows, "SEQDATI").text()};
+    StoredSheet sheet;
+    sheet.number = qint32(field(rows, "idScheda").number());
+    sheet.type = int(field(rows, "idTipo").number());
+    readFields(rows, sheet);
+    return sheet;
 }
 
 bool isOf(dao::Recordset &rows, qint32 patient)
@@ -67,46 +69,45 @@ qint32 nextSheetNumber(dao::Database &clinical, int type)
 WriteResult addSheet(WorkingState &state, StoredSheet &sheet)
 {
     qint32 number = sheet.number;
-    const WriteResult result = writeTogether(state, table, [&] {
+    const WriteResult result = writeTogether(state, table, [&]() -> WriteResult {
         dao::Database &clinical = state.clinical();
         if (number < 1 || !clinical.OpenRecordset(byNumber(sheet.type, number))->Eof())
             number = nextSheetNumber(clinical, sheet.type);
         const auto rows = clinical.OpenRecordset(QStringLiteral("select * from AIR15_7 "));
-        if (state.operations.Recordset_AddNew(*rows) != 0)
-            return WriteResult::Failed;
+        state.operations.Recordset_AddNew(*rows);
         field(*rows, "idScheda").setValue(number);
         field(*rows, "cod_paz").setValue(state.header.patientCode);
         field(*rows, "idTipo").setValue(sheet.type);
-        field(*rows, "DataReg").setValue(dateValue(sheet.date));
-        field(*rows, "SEQDATI").setValue(sheet.data);
-        return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
+        writeFields(*rows, sheet);
+        state.operations.Recordset_Update(*rows);
+        return WriteResult::Done;
     });
     if (result == WriteResult::Done)
         sheet.number = number;
     return result;
 }
 
-WriteResult changeSheet(WorkingState &state, const StoredSheet &sheet, StoredSheet &read)
+SaveResult<StoredSheet> changeSheet(WorkingState &state, const StoredSheet &sheet, const StoredSheet &read)
 {
-    return writeTogether(state, table, [&] {
+    StoredSheet stored;
+    const WriteResult result = writeTogether(state, table, [&]() -> WriteResult {
         const auto rows = state.clinical().OpenRecordset(byNumber(sheet.type, sheet.number));
         if (rows->Eof() || !isOf(*rows, state.header.patientCode))
             return WriteResult::Vanished;
-        if (const StoredSheet stored = sheetOf(*rows); stored != read && stored != sheet) {
-            read = stored;
+        stored = sheetOf(*rows);
+        if (stored != read && stored != sheet)
             return WriteResult::Changed;
-        }
-        if (state.operations.Recordset_Edit(*rows) != 0)
-            return WriteResult::Failed;
-        field(*rows, "DataReg").setValue(dateValue(sheet.date));
-        field(*rows, "SEQDATI").setValue(sheet.data);
-        return state.operations.Recordset_Update(*rows) == 0 ? WriteResult::Done : WriteResult::Failed;
+        state.operations.Recordset_Edit(*rows);
+        writeFields(*rows, sheet);
+        state.operations.Recordset_Update(*rows);
+        return WriteResult::Done;
     });
+    return {result, stored};
 }
 
 WriteResult deleteSheet(WorkingState &state, StoredSheet &seen)
 {
-    return writeTogether(state, table, [&] {
+    return writeTogether(state, table, [&]() -> WriteResult {
         const auto rows = state.clinical().OpenRecordset(
             QStringLiteral("select * from AIR15_7 where (idScheda = %1) and (cod_paz = %2) and (idTipo = %3)")
                 .arg(seen.number)

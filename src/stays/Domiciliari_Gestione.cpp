@@ -2,7 +2,6 @@
 #include "stays/Domiciliari_Gestione.h"
 
 #include "chart/ListReading.h"
-#include "chart/ThreeWay.h"
 #include "chart/WorkingState.h"
 #include "controls/ReportIcons.h"
 #include "controls/ReportTableModel.h"
@@ -67,11 +66,11 @@ void Domiciliari_Gestione::connectControls()
     connect(m_ui->btGestione_0, &QPushButton::clicked, this, &Domiciliari_Gestione::newEntry);
     connect(m_ui->btGestione_1, &QPushButton::clicked, this, &Domiciliari_Gestione::editSelected);
     connect(m_ui->btGestione_2, &QPushButton::clicked, this, &Domiciliari_Gestione::deleteSelected);
-    connect(m_ui->btGestione_3, &QPushButton::clicked, this, &Domiciliari_Gestione::save);
+    connect(m_ui->btGestione_3, &QPushButton::clicked, this, &Domiciliari_Gestione::saveEntry);
     connect(m_ui->btGestione_4, &QPushButton::clicked, this, &Domiciliari_Gestione::cancel);
     connect(m_ui->Btm_Uscita, &QPushButton::clicked, this, &Domiciliari_Gestione::leave);
     for (const auto keys : {Qt::CTRL | Qt::Key_S, Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter})
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, &Domiciliari_Gestione::save);
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, &Domiciliari_Gestione::saveEntry);
 }
 
 void Domiciliari_Gestione::load()
@@ -147,12 +146,12 @@ void Domiciliari_Gestione::showSelected()
     if (m_mode != Mode::Browse)
         return;
     const HomeCareEntry *const entry = selectedEntry();
-    showEntry(entry ? *entry : HomeCareEntry());
+    show(entry ? *entry : HomeCareEntry());
 }
 
-void Domiciliari_Gestione::showEntry(const HomeCareEntry &entry)
+void Domiciliari_Gestione::show(const HomeCareEntry &entry)
 {
-    m_entry = entry;
+    m_shown = entry;
     showDay(*m_ui->Data_Dom, entry.date);
     showDay(*m_ui->Data_Val, entry.validity);
     chooseType(entry);
@@ -173,7 +172,7 @@ void Domiciliari_Gestione::chooseType(const HomeCareEntry &entry)
 
 HomeCareEntry Domiciliari_Gestione::entered() const
 {
-    HomeCareEntry entry = m_entry;
+    HomeCareEntry entry = m_shown;
     entry.date = shownDay(*m_ui->Data_Dom);
     entry.validity = shownDay(*m_ui->Data_Val);
     const QVariant type = m_ui->cbTipoDomiciliare->currentData();
@@ -186,7 +185,7 @@ void Domiciliari_Gestione::newEntry()
     HomeCareEntry entry;
     entry.date = m_state.clock.today();
     setMode(Mode::New);
-    showEntry(entry);
+    show(entry);
 }
 
 void Domiciliari_Gestione::editSelected()
@@ -196,7 +195,7 @@ void Domiciliari_Gestione::editSelected()
         return;
     setMode(Mode::Edit);
     m_read = *entry;
-    showEntry(*entry);
+    show(*entry);
 }
 
 void Domiciliari_Gestione::deleteSelected()
@@ -271,16 +270,9 @@ bool Domiciliari_Gestione::mayWrite()
     return true;
 }
 
-WriteResult Domiciliari_Gestione::write()
+SaveResult<HomeCareEntry> Domiciliari_Gestione::save(HomeCareEntry &mine, const HomeCareEntry &read)
 {
-    HomeCareEntry entry = entered();
-    HomeCareEntry read = m_read;
-    const WriteResult result = saveHomeCare(m_state, entry, read);
-    if (result == WriteResult::Done)
-        m_entry = entry;
-    else if (result == WriteResult::Changed)
-        m_elsewhere = read;
-    return result;
+    return saveHomeCare(m_state, mine, read);
 }
 
 QString Domiciliari_Gestione::typeName(const HomeCareEntry &entry) const
@@ -292,44 +284,26 @@ QString Domiciliari_Gestione::typeName(const HomeCareEntry &entry) const
     return entry.type ? QStringLiteral("Tipo %1 (non è una prestazione)").arg(*entry.type) : QString();
 }
 
-RecordConflict Domiciliari_Gestione::conflict() const
+std::optional<QString> Domiciliari_Gestione::shownText(QLatin1String column, const HomeCareEntry &entry) const
 {
-    const auto shown = [this](const HomeCareEntry &entry) {
-        return QStringList{jet::slashedDate(entry.date), jet::slashedDate(entry.validity), typeName(entry)};
-    };
-    return conflictOf(
-        QStringLiteral("L'elemento è stato salvato"),
-        {QStringLiteral("Data Domiciliare"), QStringLiteral("Data Inizio Validità"), QStringLiteral("Tipo")},
-        {shown(m_read), shown(entered()), shown(m_elsewhere)}, m_read.written, m_elsewhere.written);
-}
-
-void Domiciliari_Gestione::keepMine()
-{
-    HomeCareEntry entry = entered();
-    takeUntouched(contentsOf(entry), contentsOf(std::as_const(m_read)),
-                  contentsOf(std::as_const(m_elsewhere)));
-    m_read = m_elsewhere;
-    showEntry(entry);
+    return column == QLatin1String("idtipo") ? std::optional(typeName(entry)) : std::nullopt;
 }
 
 void Domiciliari_Gestione::becomeNew()
 {
-    m_entry.id = 0;
+    EditedRecord::becomeNew();
     m_mode = Mode::New;
     m_ui->frDati->setTitle(newTitle);
 }
 
-QString Domiciliari_Gestione::vanishedQuestion() const
+void Domiciliari_Gestione::saveEntry()
 {
-    return QStringLiteral("L'elemento è stato eliminato da un'altra postazione mentre lo si modificava.\n"
-                          "Quanto scritto è ancora nella finestra. Salvarlo come nuovo?");
-}
-
-void Domiciliari_Gestione::save()
-{
-    if (m_mode == Mode::Browse || saveRecord(m_state, objectName(), *this) == SaveEnd::NotSaved)
+    if (m_mode == Mode::Browse)
         return;
-    const qint32 saved = m_entry.id;
+    const WriteResult result = saveRecord(m_state, objectName(), *this);
+    if (result != WriteResult::Done && result != WriteResult::TheirsKept)
+        return;
+    const qint32 saved = m_shown.id;
     setMode(Mode::Browse);
     Carica_Domiciliari(saved);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "chart/RecordSaving.h"
+#include "chart/EditedRecord.h"
 #include "stays/HomeCareRecords.h"
 #include "support/ui/ChartForm.h"
 
@@ -19,7 +19,7 @@ struct WorkingState;
 // The patient's home care and the other services that the region has a code for. While browsing, the list is active
 // and the fields below show the selected entry; while an entry is written it is the other way round. Esc and "Annulla" lead
 // back to the list, and from there Esc closes. On closing it asks the host to refresh its views.
-class Domiciliari_Gestione final : public ChartForm, private WrittenRecord {
+class Domiciliari_Gestione final : public ChartForm, private EditedRecord<HomeCareEntry> {
     Q_OBJECT
 
 public:
@@ -36,11 +36,11 @@ private:
 
     bool mayWrite() override;
     QString typeName(const HomeCareEntry &entry) const;
-    WriteResult write() override;
     void becomeNew() override;
-    QString vanishedQuestion() const override;
-    RecordConflict conflict() const override;
-    void keepMine() override;
+    void show(const HomeCareEntry &entry) override;
+    HomeCareEntry entered() const override;
+    SaveResult<HomeCareEntry> save(HomeCareEntry &mine, const HomeCareEntry &read) override;
+    std::optional<QString> shownText(QLatin1String column, const HomeCareEntry &entry) const override;
 
     void connectControls();
     void setMode(Mode mode);
@@ -49,16 +49,14 @@ private:
     // there. The focus goes to the grid.
     void Carica_Domiciliari(qint32 selected, int otherwise = 0);
     void showSelected();
-    void showEntry(const HomeCareEntry &entry);
     void chooseType(const HomeCareEntry &entry);
-    HomeCareEntry entered() const;
     const HomeCareEntry *selectedEntry() const; // null when none is selected
 
     void newEntry();
     void editSelected();
     void deleteSelected();
     std::optional<QStringList> readContents(qint32 id);
-    void save();
+    void saveEntry();
     void cancel();
     void leave();
 
@@ -68,8 +66,6 @@ private:
     Mode m_mode = Mode::Browse;
     QList<HomeCareEntry> m_entries; // as the grid shows them
     QList<ServiceType> m_types;
-    HomeCareEntry m_entry; // the one that is written, as the controls were filled
-    HomeCareEntry m_read, m_elsewhere; // as it was listed, and as a save found it stored
 };
 
 } // namespace clivara

@@ -163,7 +163,8 @@ void Ricoveri_Gestione::deleteSelected()
                != PromptButton::Ok)
         return;
     const int row = m_ui->Griglia_Ricoveri->currentIndex().row();
-    deleteListed(m_state, m_written.value(id), [&](LastWrite &seen) { return deleteStay(m_state, id, seen); },
+    deleteListed(m_state, m_written.value(id),
+                 [&](LastWrite &seen) { return deleteShared<Stay>(m_state, id, seen); },
                  {QStringLiteral("Il ricovero è stato salvato"),
                   QStringLiteral("Il ricovero era già stato eliminato da un'altra postazione."),
                   QStringLiteral("Non è stato possibile eliminare il ricovero")});

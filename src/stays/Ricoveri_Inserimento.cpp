@@ -3,7 +3,6 @@
 
 #include "chart/FormOpener.h"
 #include "chart/RegionalNotice.h"
-#include "chart/ThreeWay.h"
 #include "chart/WorkingState.h"
 #include "stays/DayField.h"
 #include "stays/StayRules.h"
@@ -28,7 +27,7 @@ std::optional<qint32> openStay(WorkingState &state, std::optional<qint32> stay)
 }
 
 Ricoveri_Inserimento::Ricoveri_Inserimento(WorkingState &state)
-    : RecordDialog(QStringLiteral("Ricoveri_Inserimento"), state)
+    : RecordDialog(QStringLiteral("Ricoveri_Inserimento"), state, *this)
     , m_ui(std::make_unique<Ui::Ricoveri_Inserimento>())
 {
     m_ui->setupUi(contents());
@@ -51,7 +50,7 @@ void Ricoveri_Inserimento::load()
     if (isNew) {
         stay.admitted = m_state.clock.today();
     } else {
-        const auto found = readStay(m_state.clinical(), *call().stay);
+        const auto found = readRecord<Stay>(m_state.clinical(), *call().stay);
         if (!found)
             refuseToOpen(QStringLiteral("Il ricovero è stato eliminato da un'altra postazione."));
         stay = *found;
@@ -67,7 +66,7 @@ void Ricoveri_Inserimento::load()
 
 void Ricoveri_Inserimento::show(const Stay &stay)
 {
-    m_stay = stay;
+    m_shown = stay;
     showDay(*m_ui->Data_Dom, stay.admitted);
     showDay(*m_ui->Data_Val, stay.discharged);
     m_ui->Combo1->showText(stay.hospital);
@@ -112,22 +111,18 @@ void Ricoveri_Inserimento::noteLength()
 // Says at once when the name is longer than the practice can store.
 void Ricoveri_Inserimento::noteHospital()
 {
-    const auto length = m_ui->Combo1->text().size();
-    const bool isTooLong = length > longestHospital;
-    m_ui->lblSede->setVisible(isTooLong);
-    if (isTooLong)
-        m_ui->lblSede->setText(QStringLiteral("⚠ La sede ha %1 caratteri: può averne al massimo %2.")
-                                   .arg(length)
-                                   .arg(longestHospital));
+    const QString fault = tooLong<&Stay::hospital>(entered());
+    m_ui->lblSede->setVisible(!fault.isEmpty());
+    m_ui->lblSede->setText(QStringLiteral("⚠ ") + fault);
 }
 
 Stay Ricoveri_Inserimento::entered() const
 {
-    Stay stay = m_stay;
+    Stay stay = m_shown;
     stay.admitted = shownDay(*m_ui->Data_Dom);
     stay.discharged = shownDay(*m_ui->Data_Val);
     const QString typed = m_ui->Combo1->text();
-    if (typed != m_stay.hospital.trimmed()) {
+    if (typed != m_shown.hospital.trimmed()) {
         const QString listed = nameInList(m_hospitals, typed);
         stay.hospital = listed.isEmpty() ? typed : listed;
     }
@@ -159,11 +154,8 @@ bool Ricoveri_Inserimento::isComplete()
 bool Ricoveri_Inserimento::isConsistent()
 {
     const Stay stay = entered();
-    if (stay.hospital.trimmed().size() > longestHospital) {
-        m_state.prompts.warn(
-            QStringLiteral("La sede ha %1 caratteri: può averne al massimo %2.\nAccorciarla.")
-                .arg(stay.hospital.trimmed().size())
-                .arg(longestHospital));
+    if (const QString fault = tooLong<&Stay::hospital>(stay); !fault.isEmpty()) {
+        m_state.prompts.warn(fault + QStringLiteral("\nAccorciarla."));
         m_ui->Combo1->setFocus(Qt::TabFocusReason);
         return false;
     }
@@ -206,57 +198,21 @@ bool Ricoveri_Inserimento::mayWrite()
     return true;
 }
 
-WriteResult Ricoveri_Inserimento::write()
+SaveResult<Stay> Ricoveri_Inserimento::save(Stay &mine, const Stay &read)
 {
-    Stay stay = entered();
-    Stay read = m_read;
-    const WriteResult result =
-        saveStay(m_state, stay, read, m_answer.extendList && m_answer.hospital == stay.hospital.trimmed());
-    if (result == WriteResult::Done)
-        m_stay = stay;
-    else if (result == WriteResult::Changed)
-        m_elsewhere = read;
-    return result;
-}
-
-RecordConflict Ricoveri_Inserimento::conflict() const
-{
-    const auto shown = [](const Stay &stay) {
-        return QStringList{jet::slashedDate(stay.admitted), jet::slashedDate(stay.discharged), stay.hospital,
-                           stay.ward};
-    };
-    return conflictOf(QStringLiteral("Il ricovero è stato salvato"),
-                      {QStringLiteral("Data accesso"), QStringLiteral("Data fine ricovero"),
-                       QStringLiteral("Sede"), QStringLiteral("Reparto")},
-                      {shown(m_read), shown(entered()), shown(m_elsewhere)}, m_read.written,
-                      m_elsewhere.written);
-}
-
-void Ricoveri_Inserimento::keepMine()
-{
-    Stay stay = entered();
-    takeUntouched(contentsOf(stay), contentsOf(std::as_const(m_read)),
-                  contentsOf(std::as_const(m_elsewhere)));
-    m_read = m_elsewhere;
-    show(stay);
+    return saveStay(m_state, mine, read, m_answer.extendList && m_answer.hospital == mine.hospital.trimmed());
 }
 
 void Ricoveri_Inserimento::becomeNew()
 {
-    m_stay.id = 0;
+    EditedRecord::becomeNew();
     setWindowTitle(newTitle);
-}
-
-QString Ricoveri_Inserimento::vanishedQuestion() const
-{
-    return QStringLiteral("Il ricovero è stato eliminato da un'altra postazione mentre lo si modificava.\n"
-                          "Quanto scritto è ancora nella finestra. Salvarlo come nuovo ricovero?");
 }
 
 void Ricoveri_Inserimento::written()
 {
-    call().saved = m_stay.id;
-    tellRegion(m_state, m_stay.id);
+    call().saved = m_shown.id;
+    tellRegion(m_state, m_shown.id);
 }
 
 } // namespace clivara

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/EditedRecord.h"
 #include "chart/RecordDialog.h"
 #include "stays/StayRecords.h"
 
@@ -23,7 +24,7 @@ struct StayCall : FormCall {
 std::optional<qint32> openStay(WorkingState &state, std::optional<qint32> stay);
 
 // Writes one hospital stay.
-class Ricoveri_Inserimento final : public RecordDialog, public CalledBy<StayCall> {
+class Ricoveri_Inserimento final : public RecordDialog, public CalledBy<StayCall>, private EditedRecord<Stay> {
     Q_OBJECT
 
 public:
@@ -32,31 +33,26 @@ public:
 
 protected:
     void load() override;
-    bool mayWrite() override;
-    WriteResult write() override;
-    void becomeNew() override;
-    QString vanishedQuestion() const override;
-    RecordConflict conflict() const override;
-    void keepMine() override;
     void written() override;
 
 private:
+    bool mayWrite() override;
+    void becomeNew() override;
     void fillLists();
     void showWard(const QString &stored);
     void noteLength();
     void noteHospital();
     // What is typed; a hospital of the list as the list spells it.
-    Stay entered() const;
+    Stay entered() const override;
     // The rules of mayWrite: a text that is missing or wrong, and dates that contradict each other.
     bool isComplete();
     bool isConsistent();
-    void show(const Stay &stay);
+    void show(const Stay &stay) override;
+    SaveResult<Stay> save(Stay &mine, const Stay &read) override;
     void askAboutList();
     bool refuse(const QString &text, QWidget *field);
 
     std::unique_ptr<Ui::Ricoveri_Inserimento> m_ui;
-    Stay m_stay; // what the controls were filled from
-    Stay m_read, m_elsewhere; // as it was read, and as a save found it stored
     QStringList m_hospitals; // the list as it was when it was last read
     QList<Stay> m_stays; // of the patient, as they were when the dialog opened
     // The hospital that the doctor was last asked about, and whether the list is to have it; not asked twice.

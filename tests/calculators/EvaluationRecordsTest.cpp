@@ -227,25 +227,24 @@ TEST_F(EvaluationRecordsTest, SavesRefusesAndReplaces)
     evaluation.diabetic = true;
     const auto all = QStringLiteral("SELECT * FROM Rischio_Cardio WHERE cod_paz = 17");
     EvaluationVersions versions;
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse, versions), SaveOutcome::Saved);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, true, versions), WriteResult::Done);
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|60|0.125|140|220|50|false|true|false"});
     evaluation.ageYears.reset();
     evaluation.smoker = true;
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Refuse, versions),
-              SaveOutcome::AlreadyThere);
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Changed)
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, true, versions), WriteResult::Refused);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, false, versions), WriteResult::Changed)
         << "what was never read";
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|60|0.125|140|220|50|false|true|false"});
     versions.read = readEvaluations(database(), storedCardiovascular(), 17).value(day);
     EXPECT_EQ(versions.read, versions.stored);
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Saved);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, false, versions), WriteResult::Done);
     EXPECT_EQ(clinical(all), QStringList{"17|2026-11-21 00:00:00|Null|0.125|140|220|50|true|true|false"});
 
     EvaluationValues seen = versions.read;
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Changed);
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Done) << "seen now";
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), day, seen), WriteResult::Vanished);
-    EXPECT_EQ(saveCardiovascular(state, day, evaluation, Existing::Replace, versions), SaveOutcome::Vanished);
+    EXPECT_EQ(saveCardiovascular(state, day, evaluation, false, versions), WriteResult::Vanished);
     EXPECT_EQ(clinical("SELECT cod_paz FROM Rischio_Cardio"), QStringList{"18"});
 }
 
@@ -260,21 +259,21 @@ TEST_F(EvaluationRecordsTest, WhatIsStoredIsJournalledAndNothingElse)
     CardiovascularEvaluation risk;
     MetabolicEvaluation metabolic;
     EvaluationVersions none;
-    EXPECT_EQ(saveCardiovascular(state, earlier, risk, Existing::Refuse, none), SaveOutcome::Saved);
+    EXPECT_EQ(saveCardiovascular(state, earlier, risk, true, none), WriteResult::Done);
     QStringList wanted{"101|2026-11-21 00:00:00|17|01/02/2026|Null|false"};
     EXPECT_EQ(journal(), wanted) << "the day of the change, and the evaluation's own";
     risk.smoker = true;
-    EXPECT_EQ(saveCardiovascular(state, earlier, risk, Existing::Refuse, none), SaveOutcome::AlreadyThere);
-    EXPECT_EQ(saveCardiovascular(state, earlier, risk, Existing::Replace, none), SaveOutcome::Changed);
+    EXPECT_EQ(saveCardiovascular(state, earlier, risk, true, none), WriteResult::Refused);
+    EXPECT_EQ(saveCardiovascular(state, earlier, risk, false, none), WriteResult::Changed);
     EvaluationValues unseen;
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), earlier, unseen), WriteResult::Changed);
     EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, unseen), WriteResult::Vanished);
     EXPECT_EQ(journal(), wanted);
 
-    EXPECT_EQ(saveMetabolic(state, day, metabolic, none), SaveOutcome::Saved);
+    EXPECT_EQ(saveMetabolic(state, day, metabolic, true, none), WriteResult::Done);
     metabolic.verdict = 1;
     none.read = readEvaluations(database(), storedMetabolic(), 17).value(day);
-    EXPECT_EQ(saveMetabolic(state, day, metabolic, none), SaveOutcome::Saved);
+    EXPECT_EQ(saveMetabolic(state, day, metabolic, true, none), WriteResult::Done);
     EvaluationValues seen = readEvaluations(database(), storedMetabolic(), 17).value(day);
     EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, seen), WriteResult::Done);
     EXPECT_EQ(deleteEvaluation(state, storedCardiovascular(), earlier, unseen), WriteResult::Done);
@@ -285,7 +284,7 @@ TEST_F(EvaluationRecordsTest, WhatIsStoredIsJournalledAndNothingElse)
 
     // A change that cannot be stored is none.
     execute("DROP TABLE SindrMetabolica");
-    EXPECT_EQ(saveMetabolic(state, day, metabolic, none), SaveOutcome::Failed);
+    EXPECT_EQ(saveMetabolic(state, day, metabolic, true, none), WriteResult::Failed);
     EXPECT_EQ(journal(), wanted);
 }
 
@@ -298,19 +297,22 @@ TEST_F(EvaluationRecordsTest, RowsOfOtherProgramsMayHaveATimeAndNulls)
     EXPECT_EQ(history[0].date.toStdString(), "02/05/2026");
     EXPECT_EQ(history[0].value.toStdString(), "");
     EXPECT_FALSE(history[0].number);
-    const auto risk = readCardiovascular(database(), 17, history[0].when);
+    const auto risk =
+        readEvaluation<CardiovascularEvaluation>(database(), storedCardiovascular(), 17, history[0].when);
     ASSERT_TRUE(risk);
     EXPECT_FALSE(risk->risk || risk->systolicMmHg || risk->ageYears || risk->smoker);
 
     const auto verdicts = readMetabolicHistory(database(), 17);
     ASSERT_EQ(verdicts.size(), 1);
     EXPECT_EQ(verdicts[0].value.toStdString(), "NO");
-    const auto metabolic = readMetabolic(database(), 17, verdicts[0].when);
+    const auto metabolic =
+        readEvaluation<MetabolicEvaluation>(database(), storedMetabolic(), 17, verdicts[0].when);
     ASSERT_TRUE(metabolic);
     EXPECT_EQ(metabolic->verdict, 0);
     EXPECT_FALSE(metabolic->waistCm);
 
-    EXPECT_FALSE(readCardiovascular(database(), 17, jet::dateTime(2026, 5, 2)));
+    EXPECT_FALSE(readEvaluation<CardiovascularEvaluation>(database(), storedCardiovascular(), 17,
+                                                          jet::dateTime(2026, 5, 2)));
     EvaluationValues seen = readEvaluations(database(), storedMetabolic(), 17).value(verdicts[0].when);
     EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), verdicts[0].when, seen), WriteResult::Done);
     EXPECT_TRUE(readMetabolicHistory(database(), 17).isEmpty());
@@ -324,7 +326,7 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
     EvaluationVersions versions;
     {
         LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(saveMetabolic(state, day, evaluation, versions), SaveOutcome::Failed);
+        EXPECT_EQ(saveMetabolic(state, day, evaluation, true, versions), WriteResult::Failed);
         EXPECT_EQ(pauses.taken.size(), 19);
         EvaluationValues none;
         EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, none), WriteResult::Failed);
@@ -335,7 +337,7 @@ TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
         LockHolder other(path("Orvale.sqlite"));
         pauses.actAt = 2;
         pauses.during = [&] { other.release(); };
-        EXPECT_EQ(saveMetabolic(state, day, evaluation, versions), SaveOutcome::Saved);
+        EXPECT_EQ(saveMetabolic(state, day, evaluation, true, versions), WriteResult::Done);
     }
     EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"),
               QStringList{"17|2026-11-21 00:00:00|1|101.5|Null|Null|Null|Null"});

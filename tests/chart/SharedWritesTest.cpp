@@ -21,11 +21,11 @@ protected:
     WriteResult add(const QVariant &key, const QString &note)
     {
         const auto row = database().OpenRecordset("VISITE");
-        if (state.operations.Recordset_AddNew(*row) != 0)
-            return WriteResult::Failed;
+        state.operations.Recordset_AddNew(*row);
         row->Fields("chiave").setValue(key);
         row->Fields("nota").setValue(note);
-        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+        state.operations.Recordset_Update(*row);
+        return WriteResult::Done;
     }
     // Another workstation saves, without waiting.
     void saveElsewhere(int key)
@@ -52,11 +52,12 @@ TEST_F(SharedWritesTest, APermanentErrorEndsTheSaveAtOnceAndIsTold)
     int key = 100;
     for (const auto &c : cases) {
         SCOPED_TRACE(c.reason);
-        EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(c.key, c.note); }), WriteResult::Failed);
+        const WriteResult result = writeTogether(state, "VISITE", [&] { return add(c.key, c.note); });
+        EXPECT_EQ(result, WriteResult::Failed);
         EXPECT_TRUE(pauses.taken.isEmpty());
         saveElsewhere(++key);
         prompts.queue();
-        warnNotSaved(state);
+        warnNotSaved(state, result.error);
         EXPECT_TRUE(prompts.last().contains(c.reason)) << qPrintable(prompts.last());
         EXPECT_TRUE(prompts.last().contains(c.advice)) << qPrintable(prompts.last());
         EXPECT_FALSE(prompts.last().contains("occupato")) << qPrintable(prompts.last());
@@ -86,21 +87,22 @@ TEST_F(SharedWritesTest, WhatAnotherWorkstationIsDoingIsWaitedForOutsideTheTrans
     }
     pauses.taken.clear();
     pauses.actAt = 0;
-    EXPECT_EQ(
-        writeTogether(state, "VISITE", []() -> WriteResult { throw dao::Error(dao::Locked, "occupato"); }),
-        WriteResult::Failed);
+    const WriteResult result =
+        writeTogether(state, "VISITE", []() -> WriteResult { throw dao::Error(dao::Locked, "occupato"); });
+    EXPECT_EQ(result, WriteResult::Failed);
+    EXPECT_EQ(result.error, dao::Locked);
     EXPECT_EQ(pauses.taken.size(), 19) << "as often as anything is tried";
-    EXPECT_EQ(state.failure, dao::Locked);
 }
 
 TEST_F(SharedWritesTest, APatientWhoWasRemovedMeanwhileGetsNoRows)
 {
     execute("DELETE * FROM archivio");
-    EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(2, "x"); }), WriteResult::Failed);
+    const WriteResult result = writeTogether(state, "VISITE", [&] { return add(2, "x"); });
+    EXPECT_EQ(result, WriteResult::Failed);
     EXPECT_EQ(clinical("SELECT chiave FROM VISITE"), QStringList{"1"});
     EXPECT_TRUE(pauses.taken.isEmpty());
     prompts.queue();
-    warnNotSaved(state);
+    warnNotSaved(state, result.error);
     EXPECT_TRUE(prompts.last().contains("il paziente non è più in archivio")) << qPrintable(prompts.last());
     execute("INSERT INTO archivio VALUES (17)");
     EXPECT_EQ(writeTogether(state, "VISITE", [&] { return add(2, "x"); }), WriteResult::Done);
@@ -134,7 +136,7 @@ TEST_F(SharedWritesTest, ARefusalIsToldAtTheFirstAttempt)
         bool isTaken = false;
     } record(prompts);
     prompts.queue();
-    EXPECT_EQ(saveRecord(state, "Prova", record), SaveEnd::NotSaved);
+    EXPECT_EQ(saveRecord(state, "Prova", record), WriteResult::Refused);
     EXPECT_TRUE(prompts.last().contains("Esiste già.")) << qPrintable(prompts.last());
 }
 
@@ -150,7 +152,7 @@ TEST_F(SharedWritesTest, ARefusalThatTheFormDoesNotSeeEnds)
         int attempts = 0;
     } record;
     prompts.queue();
-    EXPECT_EQ(saveRecord(state, "Prova", record), SaveEnd::NotSaved);
+    EXPECT_EQ(saveRecord(state, "Prova", record), WriteResult::Refused);
     EXPECT_TRUE(prompts.last().contains("Salvataggio non riuscito")) << qPrintable(prompts.last());
 }
 

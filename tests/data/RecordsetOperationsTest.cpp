@@ -55,13 +55,13 @@ protected:
 TEST_F(RecordsetOperationsTest, SucceedAtOnceWithTwoLinesEach)
 {
     const auto visits = database->OpenRecordset("VISITE");
-    EXPECT_EQ(operations.Recordset_AddNew(*visits), 0);
+    operations.Recordset_AddNew(*visits);
     visits->Fields("chiave").setValue(2);
-    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
+    operations.Recordset_Update(*visits);
     visits->MoveFirst();
-    EXPECT_EQ(operations.Recordset_Edit(*visits), 0);
+    operations.Recordset_Edit(*visits);
     visits->Fields("nota").setValue("cambiata");
-    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
+    operations.Recordset_Update(*visits);
 
     EXPECT_EQ(logged(),
               (QStringList{"Recordset_AddNew - begin", "Recordset_AddNew - 0", "Recordset_Update - begin",
@@ -84,7 +84,7 @@ TEST_F(RecordsetOperationsTest, ALockThatAnotherProcessReleasesIsWaitedFor)
 
     pauses.actAt = 2;
     pauses.during = [&] { other.release(); };
-    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
+    operations.Recordset_Update(*visits);
 
     QStringList expected{"Recordset_Update - begin"};
     for (int attempt = 1; attempt <= 2; ++attempt)
@@ -102,7 +102,7 @@ TEST_F(RecordsetOperationsTest, ALockThatStaysFailsAfterTwentyAttempts)
     visits->Fields("chiave").setValue(2);
     {
         const LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(operations.Recordset_Update(*visits), -1);
+        EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::Locked);
     }
     const QStringList lines = logged();
     EXPECT_EQ(lines.filter("Recordset_Update - iErr=").size(), 20);
@@ -112,7 +112,7 @@ TEST_F(RecordsetOperationsTest, ALockThatStaysFailsAfterTwentyAttempts)
     EXPECT_EQ(pauses.taken.size(), 19);
 
     EXPECT_EQ(visits->editMode(), dao::EditMode::Add) << "the buffer is still there";
-    EXPECT_EQ(operations.Recordset_Update(*visits), 0) << "and can be saved when the lock is gone";
+    operations.Recordset_Update(*visits); // once the lock is gone
     EXPECT_EQ(rows("chiave=2"), 1);
 }
 
@@ -124,7 +124,7 @@ TEST_F(RecordsetOperationsTest, APermanentErrorIsRetriedTheSameWay)
     const dao::Error required = errorOf([&] { visits->Update(); });
     EXPECT_EQ(required.number(), dao::FieldRequired);
     pauses.draws = {0, 0.5, 0.001, 0.003, 0.9999999};
-    EXPECT_EQ(operations.Recordset_Update(*visits), -1);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::FieldRequired);
 
     QStringList expected{"Recordset_Update - begin"};
     for (int attempt = 1; attempt <= 20; ++attempt) {
@@ -144,10 +144,10 @@ TEST_F(RecordsetOperationsTest, EditAndAddNewFailWithTheirOwnTexts)
     visits->MoveFirst();
     database->Execute("delete * from VISITE");
     const dao::Error deleted = errorOf([&] { visits->Edit(); });
-    EXPECT_EQ(operations.Recordset_Edit(*visits), -1);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_Edit(*visits); }).text(), deleted.text());
     const auto snapshot = database->OpenRecordset("VISITE", dao::RecordsetType::Snapshot);
     const dao::Error readOnly = errorOf([&] { snapshot->AddNew(); });
-    EXPECT_EQ(operations.Recordset_AddNew(*snapshot), -1);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_AddNew(*snapshot); }).text(), readOnly.text());
 
     const QStringList lines = logged();
     ASSERT_EQ(lines.size(), 2 * (1 + 20 * 3));
@@ -164,7 +164,10 @@ TEST_F(RecordsetOperationsTest, ATransactionIsBegunWhenTheOtherProcessIsDone)
     {
         clivara::Attempts first;
         LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction, first), -1);
+        EXPECT_EQ(errorOf([&] {
+                      operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction, first);
+                  }).number(),
+                  dao::Locked);
         EXPECT_FALSE(transaction);
         EXPECT_EQ(pauses.taken.size(), 19);
         EXPECT_EQ(logged().filter("Workspace_BeginTrans - iErr=").size(), 20);
@@ -173,7 +176,7 @@ TEST_F(RecordsetOperationsTest, ATransactionIsBegunWhenTheOtherProcessIsDone)
         clivara::Attempts second;
         pauses.actAt = 21;
         pauses.during = [&] { other.release(); };
-        EXPECT_EQ(operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction, second), 0);
+        operations.Workspace_BeginTrans(engine.DefaultWorkspace(), transaction, second);
     }
     EXPECT_EQ(logged().last(), "Workspace_BeginTrans - 0");
     ASSERT_TRUE(transaction);
@@ -190,11 +193,10 @@ TEST_F(RecordsetOperationsTest, InsideATransactionThereIsOneAttempt)
     dao::Transaction transaction(engine.DefaultWorkspace());
     visits->AddNew();
     visits->Fields("chiave").setValue(1);
-    EXPECT_EQ(operations.Recordset_Update(*visits), -1);
-    EXPECT_EQ(operations.takeFailure(), dao::DuplicateKey);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::DuplicateKey);
     const auto snapshot = database->OpenRecordset("VISITE", dao::RecordsetType::Snapshot);
-    EXPECT_EQ(operations.Recordset_AddNew(*snapshot), -1);
-    EXPECT_EQ(operations.Recordset_Edit(*snapshot), -1);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_AddNew(*snapshot); }).number(), dao::ReadOnly);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_Edit(*snapshot); }).number(), dao::ReadOnly);
     EXPECT_TRUE(pauses.taken.isEmpty());
     EXPECT_EQ(logged().filter("iErr=1 ").size(), 3);
     EXPECT_EQ(logged().filter(" - Failed").size(), 3);
@@ -209,8 +211,7 @@ TEST_F(RecordsetOperationsTest, AFileThatWasTakenAwayIsNotWaitedFor)
     visits->AddNew();
     visits->Fields("chiave").setValue(2);
     ASSERT_TRUE(QFile::rename(path("Orvale.sqlite"), path("altrove.sqlite")));
-    EXPECT_EQ(operations.Recordset_Update(*visits), -1);
-    EXPECT_EQ(operations.takeFailure(), dao::DatabaseMoved);
+    EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::DatabaseMoved);
     EXPECT_TRUE(pauses.taken.isEmpty());
 }
 

@@ -181,7 +181,7 @@ TEST_F(SharedRowsTest, NothingIsWrittenWithoutAKeyOrAfterAFailure)
     EXPECT_EQ(rows(7).StampPatientRow(*snapshot, isNew, stamp("key")), "") << "rows that cannot be written";
     EXPECT_EQ(pauses.taken.size(), 19) << "tried as often as any other row";
     EXPECT_EQ(rows(7).recordDeletion(*clinical, "{}", "DP"), "");
-    EXPECT_EQ(rows(7).recordDeletion(*doctors, "key", "DP"), "") << "no such table";
+    EXPECT_THROW(rows(7).recordDeletion(*doctors, "key", "DP"), dao::Error) << "no such table";
     EXPECT_TRUE(contents("PROBLEMS").isEmpty());
     EXPECT_TRUE(contents("DELETIONS").isEmpty());
 }

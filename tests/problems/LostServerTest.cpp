@@ -59,18 +59,19 @@ TEST_F(LostServerTest, AServerThatGoesAwayWhileOthersWriteIsWhatIsTold)
 // The owner of a row is looked up with little regard for errors.
 TEST_F(LostServerTest, ALossThatNobodyMindedIsToldAllTheSame)
 {
-    const WriteResult result = writeTogether(state, "PROBLEMS", [&] {
+    const WriteResult result = writeTogether(state, "PROBLEMS", [&]() -> WriteResult {
         const auto row = environment.clinical->OpenRecordset("PROBLEMS");
-        EXPECT_EQ(state.operations.Recordset_AddNew(*row), 0);
+        state.operations.Recordset_AddNew(*row);
         server("kill");
         EXPECT_THROW(clinical("SELECT * FROM archivio"), dao::Error);
-        return state.operations.Recordset_Update(*row) == 0 ? WriteResult::Done : WriteResult::Failed;
+        state.operations.Recordset_Update(*row);
+        return WriteResult::Done;
     });
     EXPECT_EQ(result, WriteResult::Failed);
     server("start");
     EXPECT_TRUE(pauses.taken.isEmpty()) << "nothing to wait for";
     prompts.queue();
-    warnNotSaved(state);
+    warnNotSaved(state, result.error);
     EXPECT_EQ(prompts.last().toStdString(), unreachable);
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ChartFixture.h"
-#include "chart/SharedWrites.h"
+#include "chart/SharedRecord.h"
 #include "data/LockHolder.h"
 #include "problems/ProblemItems.h"
 
@@ -30,16 +30,15 @@ protected:
     }
 
     // Saves and deletes a record as whoever has just read it.
-    template <auto read, auto save, typename Detail>
-    WriteResult saveRead(Detail &detail)
+    template <auto save, typename Record>
+    WriteResult saveRead(Record &record)
     {
-        Detail before = read(database(), detail.id).value_or(Detail());
-        return save(state, detail, before);
+        return save(state, record, readRecord<Record>(database(), record.id).value_or(Record()));
     }
-    template <auto read, auto remove>
+    template <typename Record, auto remove>
     WriteResult removeRead(qint32 id)
     {
-        const auto stored = read(database(), id);
+        const auto stored = readRecord<Record>(database(), id);
         LastWrite seen = stored ? stored->written : LastWrite();
         return remove(state, id, seen);
     }

@@ -291,9 +291,10 @@ TEST_F(ProblemiTest, TellsWhatCouldNotBeDone)
             prompts.queue(PromptButton::Yes);
             prompts.queue();
             click(button);
-            EXPECT_EQ(prompts.last(), "Attenzione!|" + text
-                                          + ": l'archivio non si può scrivere.\nNessun dato è stato "
-                                            "modificato: riprovare tra poco.|warning");
+            EXPECT_EQ(prompts.last(),
+                      "Attenzione!|" + text
+                          + ": l'archivio non si può scrivere (errore 3078).\nNessun dato è stato "
+                            "modificato: riprovare tra poco.|warning");
         };
         expectFailure("bt_Probl_3", "Non è stato possibile cancellare il problema");
         clickRow(items, "0");

@@ -15,10 +15,10 @@ protected:
     }
     static std::optional<VisitDetail> readOwn(dao::Database &clinical, qint32 id)
     {
-        return readVisit(clinical, 17, id);
+        return readRecord<VisitDetail>(clinical, id, 17);
     }
-    WriteResult remove(qint32 id) { return removeRead<readOwn, deleteVisit>(id); }
-    WriteResult save(VisitDetail &visit) { return saveRead<readOwn, saveVisit>(visit); }
+    WriteResult remove(qint32 id) { return removeRead<VisitDetail, deleteShared<VisitDetail>>(id); }
+    WriteResult save(VisitDetail &visit) { return saveRead<saveVisit>(visit); }
     VisitDetail detail(QDate date)
     {
         VisitDetail visit;
@@ -40,7 +40,11 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     visit.validity = QDate(2031, 6, 4);
     visit.type = 2;
     visit.symptom = "S01";
-    visit.texts = {awkwardText(), " \n ", "  c'è  ", "100%", "[*]"};
+    visit.history = awkwardText();
+    visit.findings = " \n ";
+    visit.conclusions = "  c'è  ";
+    visit.plan = "100%";
+    visit.notes = "[*]";
     ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(visit.id, 1) << "the first visit ever";
     const auto read = readOwn(database(), 1);
@@ -50,7 +54,9 @@ TEST_F(VisitRecordsTest, NewVisitIsReadBackAsItWasTyped)
     EXPECT_EQ(read->validity, visit.validity);
     EXPECT_EQ(read->type, 2);
     EXPECT_EQ(read->symptom, "S01");
-    EXPECT_EQ(read->texts, (std::array<QString, visitTexts>{awkwardText(), "", "  c'è  ", "100%", "[*]"}));
+    EXPECT_EQ(read->history, awkwardText());
+    EXPECT_EQ((QStringList{read->findings, read->conclusions, read->plan, read->notes}),
+              (QStringList{"", "  c'è  ", "100%", "[*]"}));
     EXPECT_EQ(clinical("SELECT cod_paz, esameob, " + stamps + " FROM VISITAPROBL"),
               QStringList("17||" + newStamps(1, "DV")));
     EXPECT_FALSE(readOwn(database(), 2));
@@ -77,7 +83,7 @@ TEST_F(VisitRecordsTest, EditKeepsTheKeyAndAValidityThatIsNotGivenAnew)
     clock.set(jet::dateTime(2026, 11, 22, 9));
     visit.validity = {};
     visit.problem = noProblem;
-    visit.texts[4] = "nota";
+    visit.notes = "nota";
     ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(clinical("SELECT IdVisitaProbl, id_Probl, validita, txtNote, dCreationDate, dLastModifiedDate, "
                        "sOwnerUid FROM VISITAPROBL"),
@@ -125,7 +131,7 @@ TEST_F(VisitRecordsTest, AVisitThatSharesItsDayIsEditedAndStaysThere)
     VisitDetail visit = saved(QDate(2026, 11, 1));
     execute(
         "INSERT INTO VISITAPROBL (IdVisitaProbl, cod_paz, DataReg, idtipo) VALUES (8, 17, #11/01/2026#, 2)");
-    visit.texts[4] = "nota";
+    visit.notes = "nota";
     EXPECT_EQ(save(visit), WriteResult::Done);
     visit.date = QDate(2026, 11, 2);
     EXPECT_EQ(save(visit), WriteResult::Done);
@@ -141,7 +147,7 @@ TEST_F(VisitRecordsTest, TheHourOfADateStaysWhileItsDayDoes)
             "VALUES (8, 17, #11/01/2026 10:30:00#, #12/01/2026 23:59:59#)");
     const auto dates = [&] { return clinical("SELECT DataReg, validita FROM VISITAPROBL"); };
     VisitDetail visit = *readOwn(database(), 8);
-    visit.texts[0] = "scritto";
+    visit.history = "scritto";
     ASSERT_EQ(save(visit), WriteResult::Done);
     EXPECT_EQ(dates(), QStringList("2026-11-01 10:30:00|2026-12-01 23:59:59"));
     visit.date = QDate(2026, 11, 2);
@@ -166,7 +172,7 @@ TEST_F(VisitRecordsTest, NoVisitIsFiledAgainstAProblemThatIsNotThere)
 
     visit.problem = 5;
     ASSERT_EQ(save(visit), WriteResult::Done);
-    visit.texts[0] = "scritto";
+    visit.history = "scritto";
     VisitDetail fresh = detail(QDate(2026, 11, 2));
     fresh.problem = 5;
     for (VisitDetail *const each : {&fresh, &visit}) {
@@ -178,9 +184,9 @@ TEST_F(VisitRecordsTest, NoVisitIsFiledAgainstAProblemThatIsNotThere)
         pauses.taken.clear();
         pauses.actAt = 1;
         pauses.during = [&] { theirs->commit(); };
-        VisitDetail read = *readOwn(database(), visit.id);
-        EXPECT_EQ(saveVisit(state, *each, read), WriteResult::Refused);
-        EXPECT_EQ(state.failure, 0) << "the archive is neither busy nor broken";
+        const auto result = saveVisit(state, *each, *readOwn(database(), visit.id));
+        EXPECT_EQ(result, WriteResult::Refused);
+        EXPECT_EQ(result.error, 0) << "the archive is neither busy nor broken";
         EXPECT_EQ(clinical("SELECT id_Probl, anamnesi FROM VISITAPROBL"), QStringList("Null|"));
         execute("INSERT INTO PROBLEMS (idProblems, cod_paz, descr_mal) VALUES (5, 17, 'Tosse')");
         execute("UPDATE VISITAPROBL SET id_Probl = 5");
@@ -225,22 +231,25 @@ TEST_F(VisitRecordsTest, OnlyWhatTheOtherOneWroteAndThisOneWouldReplaceIsAConfli
     };
     for (const Case &c : cases) {
         VisitDetail visit = detail(QDate(2026, 11, 1));
-        visit.texts = {"prima", "obiettivo", "", "", ""};
+        visit.history = "prima";
+        visit.findings = "obiettivo";
         visit.problem = 5;
         ASSERT_EQ(save(visit), WriteResult::Done) << c.name;
-        VisitDetail read = *readOwn(database(), visit.id);
+        const VisitDetail read = *readOwn(database(), visit.id);
         if (*c.theirs)
             otherWorkstation()->Execute(QStringLiteral("UPDATE VISITAPROBL SET ")
                                         + QString::fromUtf8(c.theirs));
-        visit.texts[0] = QString::fromUtf8(c.mine);
+        visit.history = QString::fromUtf8(c.mine);
         const QStringList before = clinical("VISITAPROBL");
-        const WriteResult expected = c.conflict ? WriteResult::Changed : WriteResult::Done;
-        EXPECT_EQ(saveVisit(state, visit, read), expected) << c.name;
+        const auto expected = c.conflict ? WriteResult::Changed : WriteResult::Done;
+        const auto result = saveVisit(state, visit, read);
+        EXPECT_EQ(result, expected) << c.name;
         if (c.conflict) {
             EXPECT_EQ(clinical("VISITAPROBL"), before) << c.name << ": nothing is written";
-            EXPECT_EQ(saveVisit(state, visit, read), WriteResult::Done) << c.name << ": once it was seen";
+            EXPECT_EQ(saveVisit(state, visit, result.stored), WriteResult::Done)
+                << c.name << ": once it was seen";
         }
-        EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList(visit.texts[0])) << c.name;
+        EXPECT_EQ(clinical("SELECT anamnesi FROM VISITAPROBL"), QStringList(visit.history)) << c.name;
         execute("DELETE * FROM VISITAPROBL");
     }
 }
@@ -269,7 +278,7 @@ TEST_F(VisitRecordsTest, AKeyThatWasGivenAgainLeadsToNobodyElsesVisit)
     otherWorkstation()->Execute("UPDATE VISITAPROBL SET cod_paz = 18");
     EXPECT_FALSE(readOwn(database(), visit.id));
     EXPECT_EQ(save(visit), WriteResult::Vanished);
-    EXPECT_EQ(deleteVisit(state, visit.id, seen), WriteResult::Vanished);
+    EXPECT_EQ(deleteShared<VisitDetail>(state, visit.id, seen), WriteResult::Vanished);
     EXPECT_EQ(clinical("VISITAPROBL").size(), 1);
 }
 
