@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "regional/SheetForm.h"
 
-#include "FormDriver.h"
+#include "FormFixture.h"
 #include "FormNotes.h"
 #include "SheetFixture.h"
 #include "TestConflicts.h"
@@ -14,7 +14,7 @@
 namespace clivara {
 namespace {
 
-class SheetFormTest : public SheetFixture, protected FormDriver {
+class SheetFormTest : public FormFixture<SheetFixture> {
 protected:
     SheetFormTest() { state.forms = &forms; }
 
