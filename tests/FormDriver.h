@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -89,11 +90,24 @@ protected:
                 QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(sign), Qt::NoModifier);
         }
     }
+    // Several fields, one text each; both lists are separated by blanks.
+    void typeEach(const QString &names, const QString &texts) const
+    {
+        const QStringList fields = names.split(u' ');
+        const QStringList values = texts.split(u' ');
+        ASSERT_EQ(fields.size(), values.size());
+        for (qsizetype i = 0; i < fields.size(); ++i)
+            type(fields[i], values[i]);
+    }
     std::string text(const QString &label) const { return control<QLabel>(label)->text().toStdString(); }
-    // What a field, a list or a button shows.
+    // What a field, a list, a label or a button shows; of a check box "x" or nothing.
     std::string value(const QString &name) const
     {
         QWidget *const field = this->field(name);
+        if (const auto *label = qobject_cast<QLabel *>(field))
+            return label->text().toStdString();
+        if (const auto *box = qobject_cast<QCheckBox *>(field))
+            return box->isChecked() ? "x" : "";
         if (const auto *line = qobject_cast<QLineEdit *>(field))
             return line->displayText().toStdString();
         if (const auto *list = qobject_cast<QComboBox *>(field))
@@ -101,6 +115,15 @@ protected:
         if (const auto *button = qobject_cast<QAbstractButton *>(field))
             return button->text().toStdString();
         return control<QPlainTextEdit>(name)->toPlainText().toStdString();
+    }
+
+    // The values of several controls, whose names are separated by blanks, joined by '|'.
+    std::string values(const QString &names) const
+    {
+        QStringList all;
+        for (const QString &name : names.split(u' '))
+            all.append(QString::fromStdString(value(name)));
+        return all.join(u'|').toStdString();
     }
 
     ChartForm *m_form = nullptr;

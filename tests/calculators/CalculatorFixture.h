@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "ChartFixture.h"
-#include "FormDriver.h"
+#include "FormFixture.h"
 
 namespace clivara {
 
 // The clinical database of a practice in region 03 with patient 17, a man of 60 on 21/11/2026, and nothing else.
-class CalculatorFixture : public ChartFixture, protected FormDriver {
+class CalculatorFixture : public FormFixture<> {
 protected:
     CalculatorFixture()
     {
@@ -74,6 +73,11 @@ protected:
         EXPECT_EQ(label->palette().color(QPalette::Active, QPalette::WindowText), QColor(192, 0, 0)) << field;
         return label->text().toStdString();
     }
+    void expectRemarks(std::initializer_list<std::pair<const char *, const char *>> ofFields) const
+    {
+        for (const auto &[field, expected] : ofFields)
+            EXPECT_EQ(remark(field), expected) << field;
+    }
     std::string focused() const
     {
         return m_form->focusWidget() ? m_form->focusWidget()->objectName().toStdString() : std::string();
@@ -82,9 +86,7 @@ protected:
     // Presses the compute button, which warns and puts the focus on the field that lacks its value.
     void expectWarning(const char *warning, const char *field, const char *box = "Attenzione!|%|warning")
     {
-        prompts.queue();
-        click("Button2_0");
-        EXPECT_EQ(prompts.last().toStdString(), QString(box).replace('%', warning).toStdString());
+        EXPECT_EQ(boxOf("Button2_0"), QString(box).replace('%', warning).toStdString());
         EXPECT_EQ(m_form->focusWidget(), control(field));
     }
     // The name and the number, as the host gets them.

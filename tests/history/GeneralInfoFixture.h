@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "ChartFixture.h"
-#include "FormDriver.h"
+#include "FormFixture.h"
 #include "data/AllergyCode.h"
 #include "data/RefusedRows.h"
 #include "history/InfectionCode.h"
@@ -10,7 +9,7 @@
 namespace clivara {
 
 // A practice with a small catalogue of allergens and two patients: 17, who is current, and 18.
-class GeneralInfoFixture : public ChartFixture, protected FormDriver {
+class GeneralInfoFixture : public FormFixture<> {
 protected:
     GeneralInfoFixture()
     {

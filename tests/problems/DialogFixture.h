@@ -10,21 +10,6 @@ namespace clivara {
 // Dialogs in which the doctor writes, driven by their controls.
 class DialogFixture : public ListFixture {
 protected:
-    // What is to be done after the current change of focus.
-    static void settle() { QCoreApplication::processEvents(); }
-
-    // Presses a button that brings up one box; the box as "title|text|icon".
-    std::string boxOf(const char *button, PromptButton answer = PromptButton::Ok)
-    {
-        const auto before = prompts.boxes.size();
-        prompts.queue(answer);
-        control(button)->setFocus(Qt::MouseFocusReason);
-        click(button);
-        settle();
-        EXPECT_EQ(prompts.boxes.size(), before + 1);
-        return prompts.last().toStdString();
-    }
-
     // Saves with the button while another workstation has changed the record; what the doctor is told.
     std::string conflictOf(const char *button, ConflictChoice choice)
     {

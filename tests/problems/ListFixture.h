@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "FormDriver.h"
+#include "FormFixture.h"
 #include "FormNotes.h"
 #include "ProblemFixture.h"
 
@@ -11,7 +11,7 @@
 namespace clivara {
 
 // Forms with lists, driven by their controls.
-class ListFixture : public ProblemFixture, protected FormDriver {
+class ListFixture : public FormFixture<ProblemFixture> {
 protected:
     ListFixture() { state.forms = &forms; }
 
