@@ -102,9 +102,9 @@ ReaderProgram::~ReaderProgram()
 
 void ReaderProgram::receive(Frame &frame)
 {
-    char header[wire::headerSize];
-    read(header, sizeof header);
-    wire::Reader reader(QByteArrayView(header, sizeof header));
+    QByteArray header(wire::headerSize, Qt::Uninitialized);
+    read(header.data(), header.size());
+    wire::Reader reader(header);
     const qsizetype size = reader.take<quint32>();
     frame.kind = reader.take<wire::Kind>();
     if (size > wire::longestFrame)

@@ -5,6 +5,7 @@
 #include "jetfile/reader/RowLayout.h"
 #include "jetfile/reader/TableDefinition.h"
 #include "jetfile/reader/TextDecoder.h"
+#include "jetfile/wire/Wire.h"
 
 namespace jetreader {
 

@@ -250,7 +250,7 @@ void readIndexes(TableDefinition &definition, PageFile &file)
         if (entry.stored >= stored.size() || stored[entry.stored].fields.isEmpty())
             damagedTable(definition.table.name, QStringLiteral("ha un indice senza campi"));
         dao::IndexInfo index;
-        index.name = TextDecoder(file).decode(name).left(64);
+        index.name = TextDecoder(file).decode(name).value_or(QString()).left(64);
         index.fields = stored[entry.stored].fields;
         index.primary = entry.kind == primaryKind;
         index.unique = index.primary || stored[entry.stored].unique;

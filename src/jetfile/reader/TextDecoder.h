@@ -2,10 +2,11 @@
 #pragma once
 
 #include "jetfile/reader/PageFile.h"
-#include "jetfile/wire/Wire.h"
+
+#include <QString>
 
 #include <array>
-#include <string>
+#include <optional>
 
 namespace jetreader {
 
@@ -16,19 +17,12 @@ public:
     // Throws Damage when the code page of a Jet 3 file is not known or has characters of several bytes.
     explicit TextDecoder(const PageFile &file);
 
-    // False, and nothing is written, when the bytes are no text.
-    bool put(Bytes bytes, jetfile::wire::Writer &writer);
-    // Empty when the bytes are no text.
-    QString decode(Bytes bytes);
+    // Nothing when the bytes are no text.
+    std::optional<QString> decode(Bytes bytes) const;
 
 private:
-    enum class Result { Wide, Latin, NoText };
-    Result decodeInto(Bytes bytes);
-
     bool m_jet3;
     std::array<char16_t, 256> m_codePage{};
-    std::u16string m_wide;
-    Bytes m_latin;
 };
 
 // Whether a text may be the name of a table or field: up to 64 characters, none of which is a control character,
