@@ -2,9 +2,10 @@
 #include "PracticeFixture.h"
 #include "app/demo/Demo.h"
 #include "app/practice/PracticeCheck.h"
+#include "app/session/CurrentPatient.h"
 #include "app/window/HostWindow.h"
 #include "app/window/Sections.h"
-#include "app/window/WorkingDoctor.h"
+#include "app/session/WorkingDoctor.h"
 #include "chart/WorkingState.h"
 #include "data/Identity.h"
 #include "host/Class3.h"
@@ -275,9 +276,7 @@ TEST_F(RandomUseTest, LeavesACoherentPracticeAndNoWindow)
 
     const int steps = stepsOr(60);
     clivara::MemorySettings settings;
-    settings.write(QStringLiteral("medicoP"), practice->firstDoctor().code);
-    settings.write(QStringLiteral("medicoT"), practice->firstDoctor().code);
-    settings.write(QStringLiteral("CODICE REGIONE"), practice->firstDoctor().region);
+    orvale::prepareSettings(settings, *practice);
     settings.write(QStringLiteral("CARTELLA_PDF"), path(QString()));
     clivara::FixedClock clock(today);
     RandomHand hand(seed());

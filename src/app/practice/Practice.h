@@ -12,12 +12,6 @@
 
 namespace orvale {
 
-// The first doctor of a practice, by the lowest code.
-struct FirstDoctor {
-    QString code; // medici_gruppo.cod_smi
-    QString region; // two digits, kept in the practice's properties
-};
-
 // An open practice: its six databases in one workspace, and what the host knows of it. It is a folder with
 // Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite, or a database of a server with the
 // schemas clinical, codes, third, doctors, local and events. A path is that of the folder or the database's address.
@@ -49,9 +43,10 @@ public:
     // Where the practice's files that are a workstation's own stand: the practice's folder, or for a practice on a
     // server the user's.
     QString workstationFolder() const;
-    FirstDoctor firstDoctor() const;
+    // The lowest code of the group's doctors (medici_gruppo.cod_smi); empty without doctors.
+    QString firstDoctor() const;
 
-    // Properties of the practice ("region", "created"...), kept in its clinical database; empty when missing.
+    // Properties of the practice ("region": two digits, "created"...), kept in its clinical database; empty when missing.
     QString property(const QString &name) const;
     void setProperty(const QString &name, const QString &value);
 

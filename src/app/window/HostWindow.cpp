@@ -2,7 +2,7 @@
 #include "app/window/HostWindow.h"
 
 #include "app/practice/Practice.h"
-#include "app/window/PatientLoader.h"
+#include "app/patients/PatientLoader.h"
 #include "app/window/PatientPanel.h"
 #include "app/window/PatientSearch.h"
 #include "app/window/Sections.h"

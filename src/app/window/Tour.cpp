@@ -3,7 +3,7 @@
 
 #include "app/practice/Practice.h"
 #include "app/window/HostWindow.h"
-#include "app/window/PatientRecords.h"
+#include "app/patients/PatientRecords.h"
 #include "app/window/Sections.h"
 #include "chart/WorkingState.h"
 #include "dao/Dao.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/window/PatientIndex.h"
-#include "app/window/PatientSummary.h"
+#include "app/patients/PatientIndex.h"
+#include "app/patients/PatientSummary.h"
 #include "data/HostEnvironment.h"
 
 #include <QHash>
