@@ -8,7 +8,8 @@
 
 namespace clivara {
 
-// What the doctor is told of a conflict: the sentence, and a line "caption|mine|theirs" for each value that differs.
+// What the doctor is told of a conflict: the sentence, and a line "caption|mine|theirs" for each value that
+// differs.
 inline std::string toldOf(WorkingState &state)
 {
     QStringList told{conflictSentence(state, state.conflict)};

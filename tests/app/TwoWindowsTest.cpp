@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SmallPractice.h"
 #include "app/session/HostSession.h"
-#include "app/window/Sections.h"
 #include "app/session/WindowSettings.h"
+#include "app/window/Sections.h"
 #include "host/Class3.h"
 #include "support/ui/ChartForm.h"
 

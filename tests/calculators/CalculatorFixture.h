@@ -6,7 +6,8 @@
 
 namespace clivara {
 
-// The clinical database of a practice in region 03 with patient 17, a man of 60 on 21/11/2026, and nothing else.
+// The clinical database of a practice in region 03 with patient 17, a man of 60 on 21/11/2026, and nothing
+// else.
 class CalculatorFixture : public ChartFixture, protected FormDriver {
 protected:
     CalculatorFixture()
@@ -51,8 +52,8 @@ protected:
     {
         execute(QStringLiteral("INSERT INTO esa_ob VALUES (17, %1, %2, %3)").arg(date, systolic, diastolic));
     }
-    // An objective examination ("A") or a questionnaire; date and text as the SQL has them. Without a key it gets
-    // the next number.
+    // An objective examination ("A") or a questionnaire; date and text as the SQL has them. Without a key it
+    // gets the next number.
     void addExamination(const char *kind, const QString &date, const QString &text, const QString &key = {})
     {
         ++m_examinations;

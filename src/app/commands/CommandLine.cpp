@@ -10,7 +10,8 @@ namespace orvale {
 
 namespace {
 
-// Why the parser has refused the arguments; its own text is English. Only the last argument can lack its value.
+// Why the parser has refused the arguments; its own text is English. Only the last argument can lack its
+// value.
 QString parserError(const QCommandLineParser &parser, const QList<QCommandLineOption> &options,
                     const QStringList &arguments)
 {

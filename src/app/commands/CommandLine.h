@@ -19,7 +19,8 @@ public:
 // arguments, typed values, and errors and help in Italian.
 class CommandLine {
 public:
-    // `synopsis` is the line after "orvale" ("demo P [--patients N]"), `description` one or more lines of help.
+    // `synopsis` is the line after "orvale" ("demo P [--patients N]"), `description` one or more lines of
+    // help.
     CommandLine(const QString &synopsis, const QString &description);
 
     // An option that takes a value, shown as `valueName`; an empty `valueName` makes it a flag.

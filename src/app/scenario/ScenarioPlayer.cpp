@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/scenario/ScenarioPlayer.h"
 
-#include "app/session/CurrentPatient.h"
 #include "app/practice/Practice.h"
 #include "app/scenario/ControlAccess.h"
 #include "app/scenario/ControlReading.h"
 #include "app/scenario/Extraction.h"
 #include "app/scenario/ScenarioReports.h"
+#include "app/session/CurrentPatient.h"
 #include "chart/WorkingState.h"
 #include "data/PatientHeaderLoader.h"
 #include "host/Class3.h"

@@ -83,8 +83,8 @@ std::optional<dao::FieldType> fieldType(const MdbColumn &column, int precision)
 
 void addColumn(TableDefinition &definition, const MdbColumn &native, bool jet3)
 {
-    // libmdb's headers and its documentation disagree about which of two bytes is the precision; it is never the
-    // smaller one.
+    // libmdb's headers and its documentation disagree about which of two bytes is the precision; it is never
+    // the smaller one.
     const int precision = std::max(native.col_prec, native.col_scale);
     const auto type = fieldType(native, precision);
     const QString name = QString::fromUtf8(native.name);

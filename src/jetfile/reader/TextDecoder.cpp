@@ -12,8 +12,8 @@ namespace {
 
 constexpr int usualCodePage = 1252;
 
-// The characters of a code page of single bytes. A byte that stands for none becomes the control character of the
-// same number, as on the systems that the code pages come from.
+// The characters of a code page of single bytes. A byte that stands for none becomes the control character of
+// the same number, as on the systems that the code pages come from.
 std::array<char16_t, 256> characters(int codePage)
 {
     const QByteArray name = "CP" + QByteArray::number(codePage);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// orvale-jet-reader: sends what a Jet file holds to the program that started it (jetfile/wire/Wire.h). The file's
-// damage may bring this program down or make it run forever; it gets no memory and no time beyond its share.
+// orvale-jet-reader: sends what a Jet file holds to the program that started it (jetfile/wire/Wire.h). The
+// file's damage may bring this program down or make it run forever; it gets no memory and no time beyond its
+// share.
 #include "jetfile/reader/FrameOutput.h"
 #include "jetfile/reader/TableList.h"
 #include "jetfile/wire/TableCoding.h"

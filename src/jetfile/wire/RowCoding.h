@@ -4,7 +4,8 @@
 #include "jetfile/JetTable.h"
 #include "jetfile/wire/Wire.h"
 
-// A row is one value for each column (a tag and what it asks for) and then the row's problem (a text, mostly empty).
+// A row is one value for each column (a tag and what it asks for) and then the row's problem (a text, mostly
+// empty).
 namespace jetfile::wire {
 
 enum class Tag : quint8 {

@@ -6,8 +6,8 @@
 
 #include <stdexcept>
 
-// The protocol between orvale-jet-reader and JetFileReader. A frame is the length of its payload (4 bytes), its kind
-// (1 byte) and the payload, a QDataStream.
+// The protocol between orvale-jet-reader and JetFileReader. A frame is the length of its payload (4 bytes),
+// its kind (1 byte) and the payload, a QDataStream.
 //
 //   hello    magic (4), version of this protocol (2), version of the Jet file (1)
 //   tables   all definitions (TableCoding.h)
@@ -16,7 +16,8 @@
 //   end      nothing more follows
 //   failure  what is wrong with the file, as a part of an Italian sentence; nothing more follows
 //
-// hello and tables come first and once; then, for each table in order, any number of rows frames and its tableEnd.
+// hello and tables come first and once; then, for each table in order, any number of rows frames and its
+// tableEnd.
 namespace jetfile::wire {
 
 constexpr quint32 magic = 0x524a564f;
