@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Action 80 from the call to the painted form, on the practice of 1,500 patients and on the one of 15,000; and the
-// cardiovascular risk, which proposes more and shows what was saved.
+// Action 80 from the call to the painted form, on the practice of 1,500 patients and on the one of 15,000;
+// and the cardiovascular risk, which proposes more and shows what was saved.
 #include "BenchHost.h"
 #include "BenchSupport.h"
 

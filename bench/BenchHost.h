@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/practice/Practice.h"
+#include "app/session/CurrentPatient.h"
 #include "chart/WorkingState.h"
 #include "host/Class3.h"
 
@@ -64,9 +65,7 @@ struct Host {
         : practice(orvale::Practice::open(path))
         , chart(services)
     {
-        settings.write("medicoP", practice->firstDoctor().code);
-        settings.write("medicoT", practice->firstDoctor().code);
-        settings.write("CODICE REGIONE", practice->firstDoctor().region);
+        orvale::prepareSettings(settings, *practice);
         chart.InitDbConn(practice->environment());
     }
 

@@ -25,8 +25,8 @@ int patientWithMostRows(dao::Database &clinical);
 // The connection under a database in a file, for SQLite's own C interface.
 sqlite3 *connectionOf(dao::Database &database);
 
-// Every value of every row of a query, through the engine and through the C interface; the number of values. Of the
-// native query's columns the first `columns` are read.
+// Every value of every row of a query, through the engine and through the C interface; the number of values.
+// Of the native query's columns the first `columns` are read.
 qint64 readThroughEngine(dao::Database &database, const QString &query, dao::RecordsetType type);
 struct NativeQuery {
     QByteArray sql;
@@ -51,7 +51,8 @@ private:
 // A figure against its limit: prints one line and returns whether it holds.
 bool hold(const char *what, double figure, double limit, const char *unit);
 
-// Runs a benchmark program: 0 when `figures` says that all limits hold, 1 when not or when it throws, which is printed.
+// Runs a benchmark program: 0 when `figures` says that all limits hold, 1 when not or when it throws, which
+// is printed.
 int runProgram(const char *name, const std::function<bool()> &figures);
 
 // Runs all benchmarks with interleaved repetitions, so that two that are compared see the same machine.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The import of a practice from its Jet files, with its proof, against exporting the same tables as text and loading
-// them into bare SQLite tables with the command-line tools of both formats; and the memory it takes.
+// The import of a practice from its Jet files, with its proof, against exporting the same tables as text and
+// loading them into bare SQLite tables with the command-line tools of both formats; and the memory it takes.
 #include "BenchSupport.h"
 
 #include <QCoreApplication>
@@ -65,7 +65,8 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     return bench::runProgram("ImportBench", [&] {
-        // The first children of this process, so that the largest one that it has waited for is one of theirs.
+        // The first children of this process, so that the largest one that it has waited for is one of
+        // theirs.
         const QTemporaryDir folder;
         run(QCoreApplication::applicationDirPath() + "/orvale",
             {"import", source(), folder.filePath("practice")});

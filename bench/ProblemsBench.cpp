@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// The problem-oriented record of the patient with most rows: from action 5 to the painted form, from one problem
-// to the next, and the queries of the lower list through the engine against the same native SQL through SQLite's
-// C interface.
+// The problem-oriented record of the patient with most rows: from action 5 to the painted form, from one
+// problem to the next, and the queries of the lower list through the engine against the same native SQL
+// through SQLite's C interface.
 #include "BenchHost.h"
 #include "BenchSupport.h"
 #include "problems/ProblemItems.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Forms on a practice of a server against the same practice of files, both in one run; and how often each section asks
-// the server before it is painted, counted in the server's log.
+// Forms on a practice of a server against the same practice of files, both in one run; and how often each
+// section asks the server before it is painted, counted in the server's log.
 #include "BenchHost.h"
 #include "BenchSupport.h"
 #include "host/Sections.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// The regional sheets of the patient with most rows: everything that a new diabetes sheet takes from the record, and
-// each extraction routine against the SQL that it ran, prepared and read again through SQLite's C interface.
+// The regional sheets of the patient with most rows: everything that a new diabetes sheet takes from the
+// record, and each extraction routine against the SQL that it ran, prepared and read again through SQLite's C
+// interface.
 #include "BenchSupport.h"
 #include "app/practice/Practice.h"
 #include "regional/ModEstrazDati.h"
@@ -84,7 +85,8 @@ std::vector<Routine> routines(int patient, const clivara::Period &year)
     };
 }
 
-// The queries that a routine runs, as SQLite sees them; what the engine asks for itself now and then is left out.
+// The queries that a routine runs, as SQLite sees them; what the engine asks for itself now and then is left
+// out.
 std::vector<QByteArray> statementsOf(const Routine &routine, const ModEstrazDati &data, sqlite3 *connection)
 {
     routine.run(data); // the first time the engine also asks for the tables' definitions

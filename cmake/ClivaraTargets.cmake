@@ -31,10 +31,10 @@ function(clivara_layer_list layer name result)
     set(${result} "${values}" PARENT_SCOPE)
 endfunction()
 
-# One layer of the program, as src/layers.json describes it: the static library clivara_<folder> (with _ for /) of all
-# sources in its folder, not below it. The layer of the kind "component" is libclivara instead: it carries the objects of
-# all layers before it, so that a host links this one library. Tests of a lower layer link that layer; what links libclivara
-# links no layer beside it.
+# One layer of the program, as src/layers.json describes it: the static library clivara_<folder> (with _ for
+# /) of all sources in its folder, not below it. The layer of the kind "component" is libclivara instead: it
+# carries the objects of all layers before it, so that a host links this one library. Tests of a lower layer
+# link that layer; what links libclivara links no layer beside it.
 function(clivara_layer layer)
     string(JSON folder GET "${layer}" folder)
     string(JSON window ERROR_VARIABLE noWindow GET "${layer}" window)

@@ -5,9 +5,9 @@
 
 namespace clivara {
 
-// A drop-down list in a form that people scroll and type in all day: the wheel moves it only while it has the focus,
-// so that a choice never changes unnoticed; Del empties it when it need not have a value. It tells a value that the
-// program showed from one that the doctor chose.
+// A drop-down list in a form that people scroll and type in all day: the wheel moves it only while it has the
+// focus, so that a choice never changes unnoticed; Del empties it when it need not have a value. It tells a
+// value that the program showed from one that the doctor chose.
 class ChoiceBox : public QComboBox {
     Q_OBJECT
     Q_PROPERTY(bool optional READ isOptional WRITE setOptional)

@@ -5,8 +5,8 @@
 
 namespace clivara {
 
-// A field whose value is chosen in another window: shows the value from the left, elided at its end when there is
-// no room, and opens that window when it is pressed, also by Enter. text() is the whole value.
+// A field whose value is chosen in another window: shows the value from the left, elided at its end when
+// there is no room, and opens that window when it is pressed, also by Enter. text() is the whole value.
 class ChooserButton : public QPushButton {
     Q_OBJECT
 

@@ -5,9 +5,9 @@
 
 namespace clivara {
 
-// A list of names in which one that is not there may be typed. While typing it proposes the names that contain what
-// is typed, in whatever case. It takes a text of any length: judging it is the form's part, so that nothing of a
-// pasted text is cut unseen.
+// A list of names in which one that is not there may be typed. While typing it proposes the names that
+// contain what is typed, in whatever case. It takes a text of any length: judging it is the form's part, so
+// that nothing of a pasted text is cut unseen.
 class CompletingBox : public ChoiceBox {
     Q_OBJECT
 

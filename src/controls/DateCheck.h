@@ -23,8 +23,8 @@ DateCheckResult checkDateText(const QString &text, bool dayFirst);
 // A valid text with its year in four digits: years below 30 are of this century, "01/02/29" is "01/02/2029".
 QString withFullYear(const QString &text);
 
-// The day of the calendar that a text is, day first: "31-12-2026" or, with the year in two digits, "31/12/26". Empty
-// when there is no such day. Unlike the check above it knows the leap years.
+// The day of the calendar that a text is, day first: "31-12-2026" or, with the year in two digits,
+// "31/12/26". Empty when there is no such day. Unlike the check above it knows the leap years.
 std::optional<QDate> calendarDay(const QString &text);
 
 // The same as checkDateText, and tells the doctor what is wrong.

@@ -12,9 +12,9 @@ class Clock;
 class MaskedDateEdit;
 class Prompts;
 
-// What the date fields of one form ("__-__-____") have in common: entering an empty one fills in today's date,
-// leaving one with a text that is no date tells the doctor and leads back to it. One box for each time that a field
-// is left, whatever the focus does meanwhile.
+// What the date fields of one form ("__-__-____") have in common: entering an empty one fills in today's
+// date, leaving one with a text that is no date tells the doctor and leads back to it. One box for each time
+// that a field is left, whatever the focus does meanwhile.
 class DateFieldGuard : public QObject {
     Q_OBJECT
 
@@ -24,8 +24,8 @@ public:
         Refused // it is no date
     };
 
-    // The field is not checked while `mayLeave` is true: the form goes away, or the doctor's next click checks
-    // it itself. Clock and prompts must outlive it.
+    // The field is not checked while `mayLeave` is true: the form goes away, or the doctor's next click
+    // checks it itself. Clock and prompts must outlive it.
     DateFieldGuard(const Clock &clock, Prompts &prompts, std::function<bool()> mayLeave);
 
     void watch(MaskedDateEdit *edit, Empty empty);

@@ -87,8 +87,8 @@ void MaskedDateEdit::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         emit committed();
     if (isSeparator(*event)) {
-        // Only the mask's own one leads on to the next part; another would be passed over, and the next part's
-        // digits would go into this one.
+        // Only the mask's own one leads on to the next part; another would be passed over, and the next
+        // part's digits would go into this one.
         QKeyEvent own(event->type(), event->key(), event->modifiers(), QString(m_separator));
         QLineEdit::keyPressEvent(&own);
         return;

@@ -5,8 +5,8 @@
 
 namespace clivara {
 
-// A field for a date typed as dd/mm/yyyy over the mask "__/__/____", or with another separator. Whichever separator is
-// typed (/ - . , or a blank) leads on to the next part. It does not judge what is typed.
+// A field for a date typed as dd/mm/yyyy over the mask "__/__/____", or with another separator. Whichever
+// separator is typed (/ - . , or a blank) leads on to the next part. It does not judge what is typed.
 class MaskedDateEdit : public QLineEdit {
     Q_OBJECT
 

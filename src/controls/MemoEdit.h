@@ -5,8 +5,8 @@
 
 namespace clivara {
 
-// A field for a long text as the practice stores it, with CR LF at the line ends. What the doctor does not edit
-// goes back as it came, to the last sign. Tab leads to the next field.
+// A field for a long text as the practice stores it, with CR LF at the line ends. What the doctor does not
+// edit goes back as it came, to the last sign. Tab leads to the next field.
 class MemoEdit : public QPlainTextEdit {
     Q_OBJECT
 

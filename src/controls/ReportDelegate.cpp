@@ -43,7 +43,8 @@ QString beginningOf(const QString &text, const QFontMetrics &metrics, int width,
     return beginning.replace(u'\r', u' ').replace(u'\n', QChar::LineSeparator);
 }
 
-// Breaks the text into lines and gives their number, at most `most`; `complete` tells whether that is all of it.
+// Breaks the text into lines and gives their number, at most `most`; `complete` tells whether that is all of
+// it.
 int breakLines(QTextLayout &layout, int width, int most, bool &complete)
 {
     QTextOption option;

@@ -9,9 +9,9 @@ namespace clivara {
 
 class ReportView;
 
-// Draws the cells of a report: the icon beside the first line; the text column over several lines, the last one
-// elided; strong and quiet rows; a text's label quieter than the rest and its value stronger. A tool tip has the
-// whole text where the cell does not.
+// Draws the cells of a report: the icon beside the first line; the text column over several lines, the last
+// one elided; strong and quiet rows; a text's label quieter than the rest and its value stronger. A tool tip
+// has the whole text where the cell does not.
 class ReportDelegate final : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -21,7 +21,8 @@ enum class ReportIcon {
     Doubtful // something about the row cannot be right
 };
 
-// Drawn from shapes, so it is sharp in every size; QIcon::Selected draws it for a row on the highlight colour.
+// Drawn from shapes, so it is sharp in every size; QIcon::Selected draws it for a row on the highlight
+// colour.
 QIcon reportIcon(ReportIcon icon);
 
 } // namespace clivara

@@ -16,8 +16,8 @@ enum ReportRole {
 enum class ReportTone { Plain, Strong, Quiet };
 
 // A list or tree of whole rows for the keyboard as much as for the mouse. Ins, Enter and Del ask for what the
-// buttons beside a report do; the blank bar shows the row's tool tip, or its text in full; the menu key and the right button
-// ask for the context menu. Rows may be of different heights.
+// buttons beside a report do; the blank bar shows the row's tool tip, or its text in full; the menu key and
+// the right button ask for the context menu. Rows may be of different heights.
 class ReportView : public QTreeView {
     Q_OBJECT
 
@@ -34,12 +34,13 @@ public:
     void setTextColumn(int column, int most);
     int textColumn() const { return m_textColumn; }
     int textLines() const { return m_textLines; }
-    // The view's colours; without the focus the selected row is paler, so that it is plain which list the keys
-    // act on.
+    // The view's colours; without the focus the selected row is paler, so that it is plain which list the
+    // keys act on.
     QPalette rowPalette() const;
     // Stands in the view while it has no rows.
     void setPlaceholder(const QString &text);
-    // The rows could not be read: the view says so, whatever it shows, so that no row is not taken for nothing there.
+    // The rows could not be read: the view says so, whatever it shows, so that no row is not taken for
+    // nothing there.
     void setUnread(bool unread);
     bool isUnread() const { return m_unread; }
 
@@ -77,8 +78,8 @@ private:
     bool m_layingOut = false;
 };
 
-// The text for a tool tip, as rich text that wraps; what is longer than a tool tip can show is cut, and it says
-// so. Empty for an empty text.
+// The text for a tool tip, as rich text that wraps; what is longer than a tool tip can show is cut, and it
+// says so. Empty for an empty text.
 QString wholeTextTip(const QString &text);
 
 } // namespace clivara

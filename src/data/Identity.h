@@ -28,8 +28,8 @@ QString newUid(GuidSource &guids, bool plain);
 // code, a text that is no number, a database error), which also ends its trace.
 QString LeggiUidMedico(const QString &code, dao::Database *doctors, Log &log);
 
-// The code that the practice calls a doctor by ("M001", medici_gruppo.Medico), by the doctor's UID in any form.
-// Empty when there is no such doctor, when the text is no UID, and when the lookup fails. Both kinds of
+// The code that the practice calls a doctor by ("M001", medici_gruppo.Medico), by the doctor's UID in any
+// form. Empty when there is no such doctor, when the text is no UID, and when the lookup fails. Both kinds of
 // practice are served: those that keep medici_gruppo.idRowGuid as a GUID and those that keep it as a text.
 QString doctorFromUid(const QString &uid, dao::Database &doctors);
 // The name of a doctor ("Bruno Verdi"), else the code, by the UID in any form; empty as for doctorFromUid.

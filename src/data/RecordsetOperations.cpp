@@ -11,8 +11,8 @@ namespace {
 
 constexpr int maximumAttempts = 20;
 constexpr int maximumPause = 1000; // ms
-// What the pauses take at most. A server that does not even answer, or only just before its limit, costs seconds at each
-// attempt; that is no reason to keep the doctor waiting for longer.
+// What the pauses take at most. A server that does not even answer, or only just before its limit, costs
+// seconds at each attempt; that is no reason to keep the doctor waiting for longer.
 constexpr qint64 longestPatience = (maximumAttempts - 1) * maximumPause;
 constexpr qint64 slowAttempt = 1000; // ms
 

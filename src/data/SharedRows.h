@@ -32,8 +32,9 @@ enum class OwnerFallback {
     WorkingDoctor // the doctor of the setting "medicoP"
 };
 
-// Writes rows that are exchanged between the workstations and doctors of a practice: gives them their identity,
-// owner, author and times, and leaves a trace of the deleted ones. Made for a moment, out of what is current.
+// Writes rows that are exchanged between the workstations and doctors of a practice: gives them their
+// identity, owner, author and times, and leaves a trace of the deleted ones. Made for a moment, out of what
+// is current.
 class SharedRows {
 public:
     struct Context {
@@ -52,13 +53,13 @@ public:
     }
 
     // The normalised UID of the doctor who owns the row of the recordset's edit buffer (or current row): the
-    // owner of the current patient, else of the patient in the setting "CODICE PAZIENTE", else of the patient in the
-    // row's COD_PAZ; else the fallback. Without any the log says so and the result is empty.
+    // owner of the current patient, else of the patient in the setting "CODICE PAZIENTE", else of the patient
+    // in the row's COD_PAZ; else the fallback. Without any the log says so and the result is empty.
     QString CheckOwnerValue(dao::Recordset &recordset, OwnerFallback fallback = OwnerFallback::None);
 
-    // Gives the row of the open edit buffer its identity: everything when `isNew`, else only the time and
-    // the author of the change (and an idRowGuid where it has none). The result is the normalised idRowGuid. Nothing is
-    // saved. Throws dao::Error (a missing field, no edit buffer).
+    // Gives the row of the open edit buffer its identity: everything when `isNew`, else only the time and the
+    // author of the change (and an idRowGuid where it has none). The result is the normalised idRowGuid.
+    // Nothing is saved. Throws dao::Error (a missing field, no edit buffer).
     QString writePatientStamp(dao::Recordset &recordset, bool isNew, const PatientStamp &stamp);
     // The same for the current patient's row, the stamp made here: a new record UID, the patient's owner
     // (while the host setting "MIR_ATTIVO" is on the working doctor stands in for one that is missing), the
@@ -67,8 +68,8 @@ public:
                                      const QString &author);
     // The record UID of the row of the open edit buffer, normalised; one that it has not yet is set.
     QString ensureRecordUid(dao::Recordset &recordset);
-    // The stamp of a row that belongs to no patient: `owner` becomes what CheckOwnerValue finds and is written
-    // to new and old rows alike; an empty author is the owner. The row's record UID is not touched.
+    // The stamp of a row that belongs to no patient: `owner` becomes what CheckOwnerValue finds and is
+    // written to new and old rows alike; an empty author is the owner. The row's record UID is not touched.
     QString writePlainStamp(dao::Recordset &recordset, bool isNew, QString &owner, const QString &author,
                             const QDateTime &created, const QDateTime &modified,
                             OwnerFallback fallback = OwnerFallback::None);

@@ -6,6 +6,7 @@
 #include "jetfile/wire/TableCoding.h"
 
 #include <QDir>
+#include <optional>
 
 namespace jetfile {
 
@@ -41,7 +42,7 @@ struct JetFileReader::Private {
     JetHeader header;
     ReaderProgram program;
     ReaderProgram::Frame frame;
-    wire::Reader payload;
+    std::optional<wire::Reader> payload; // of the frame
     QList<JetTable> tables;
     qsizetype current = 0; // the table whose rows come
     quint32 rowsLeft = 0; // in the payload
@@ -56,10 +57,11 @@ void JetFileReader::Private::damaged(const QString &detail) const
 
 wire::Kind JetFileReader::Private::receive()
 {
+    payload.reset(); // shares the memory of the frame before
     program.receive(frame);
-    payload = wire::Reader(frame.payload);
+    payload.emplace(frame.payload);
     if (frame.kind == wire::Kind::Failure)
-        damaged(payload.takeText(wire::longestProblem));
+        damaged(payload->takeText(wire::longestProblem));
     return frame.kind;
 }
 
@@ -72,21 +74,21 @@ void JetFileReader::Private::receive(wire::Kind expected)
 void JetFileReader::Private::receiveDefinitions()
 {
     receive(wire::Kind::Hello);
-    if (payload.take<quint32>() != wire::magic || payload.take<quint16>() != wire::version)
+    if (payload->take<quint32>() != wire::magic || payload->take<quint16>() != wire::version)
         throw ReaderProgram::StartError(QStringLiteral("orvale-jet-reader è di un'altra versione"));
-    if (payload.take<quint8>() != header.jetVersion)
+    if (payload->take<quint8>() != header.jetVersion)
         throw wire::Error("another version than the header's");
     receive(wire::Kind::Tables);
-    tables = wire::takeTables(payload);
+    tables = wire::takeTables(*payload);
 }
 
 bool JetFileReader::Private::nextRow(JetRow &row)
 {
     while (rowsLeft == 0) {
-        if (!payload.atEnd())
+        if (payload && !payload->atEnd())
             throw wire::Error("bytes after the last row");
         const wire::Kind kind = receive();
-        if (payload.take<quint32>() != current)
+        if (payload->take<quint32>() != current)
             throw wire::Error("rows of another table");
         if (kind == wire::Kind::TableEnd) {
             if (++current == tables.size())
@@ -95,12 +97,12 @@ bool JetFileReader::Private::nextRow(JetRow &row)
         }
         if (kind != wire::Kind::Rows)
             throw wire::Error("frame out of turn");
-        rowsLeft = payload.take<quint32>();
+        rowsLeft = payload->take<quint32>();
         rowsAllowed -= rowsLeft;
         if (rowsAllowed < 0)
             throw wire::Error("more rows than the file can hold");
     }
-    wire::takeRow(payload, tables[current].columns, row);
+    wire::takeRow(*payload, tables[current].columns, row);
     --rowsLeft;
     return true;
 }

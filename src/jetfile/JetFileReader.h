@@ -24,9 +24,9 @@ private:
     QString m_text;
 };
 
-// Reads a Jet file (version 3 or 4) through a program of its own, orvale-jet-reader, that sends definitions and
-// rows over a pipe: the file's own damage can bring that program down or make it run forever, never this one. The
-// memory used does not grow with the file. The file is opened for reading only and never changed.
+// Reads a Jet file (version 3 or 4) through a program of its own, orvale-jet-reader, that sends definitions
+// and rows over a pipe: the file's own damage can bring that program down or make it run forever, never this
+// one. The memory used does not grow with the file. The file is opened for reading only and never changed.
 class JetFileReader {
 public:
     // Starts the program and receives the tables' definitions. The program is looked for beside this one. It

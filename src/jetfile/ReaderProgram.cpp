@@ -20,7 +20,8 @@ namespace jetfile {
 namespace {
 
 // The folder of the running program. Readers are started from several threads at once, which
-// QCoreApplication::applicationDirPath() does not bear at its first call; nor is there always an application object.
+// QCoreApplication::applicationDirPath() does not bear at its first call; nor is there always an application
+// object.
 QString programFolder()
 {
     return QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
@@ -38,8 +39,8 @@ private:
     posix_spawn_file_actions_t m_actions;
 };
 
-// A child of its own process group: Ctrl-C on the terminal is for this program to handle. Signals are as a fresh
-// program expects them, whatever this thread has blocked.
+// A child of its own process group: Ctrl-C on the terminal is for this program to handle. Signals are as a
+// fresh program expects them, whatever this thread has blocked.
 class Attributes {
 public:
     Attributes()
@@ -102,9 +103,9 @@ ReaderProgram::~ReaderProgram()
 
 void ReaderProgram::receive(Frame &frame)
 {
-    char header[wire::headerSize];
-    read(header, sizeof header);
-    wire::Reader reader(QByteArrayView(header, sizeof header));
+    QByteArray header(wire::headerSize, Qt::Uninitialized);
+    read(header.data(), header.size());
+    wire::Reader reader(header);
     const qsizetype size = reader.take<quint32>();
     frame.kind = reader.take<wire::Kind>();
     if (size > wire::longestFrame)

@@ -11,8 +11,9 @@
 
 namespace jetfile {
 
-// A run of orvale-jet-reader on one file: started by the constructor, ended by the destructor at the latest. Needs
-// neither an event loop nor an application object.
+// A run of orvale-jet-reader on one file: started by the constructor, ended by the destructor at the latest.
+// Not a QProcess, since that belongs to one thread and a practice's files are opened in several and then read
+// in another.
 class ReaderProgram {
 public:
     // The program cannot be started. The text says why, as a part of a sentence.
@@ -39,8 +40,8 @@ public:
     ReaderProgram(const ReaderProgram &) = delete;
     ReaderProgram &operator=(const ReaderProgram &) = delete;
 
-    // Waits for the next frame; the payload's room is used again. Throws Broken, and wire::Error when the frame is
-    // longer than the protocol allows.
+    // Waits for the next frame; the payload's memory is used again. Throws Broken, and wire::Error when the
+    // frame is longer than the protocol allows.
     void receive(Frame &frame);
 
 private:

@@ -24,7 +24,9 @@ struct StayCall : FormCall {
 std::optional<qint32> openStay(WorkingState &state, std::optional<qint32> stay);
 
 // Writes one hospital stay.
-class Ricoveri_Inserimento final : public RecordDialog, public CalledBy<StayCall>, private EditedRecord<Stay> {
+class Ricoveri_Inserimento final : public RecordDialog,
+                                   public CalledBy<StayCall>,
+                                   private EditedRecord<Stay> {
     Q_OBJECT
 
 public:

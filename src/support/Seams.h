@@ -62,8 +62,8 @@ private:
 class RegionalConnector {
 public:
     virtual ~RegionalConnector() = default;
-    // Sends the key of a saved row (idProblems, idRicovero) with its patient and the host setting "OSM_ASRIFT".
-    // Empty when it was taken, else the connector's answer for the doctor.
+    // Sends the key of a saved row (idProblems, idRicovero) with its patient and the host setting
+    // "OSM_ASRIFT". Empty when it was taken, else the connector's answer for the doctor.
     virtual QString send(qint32 key, qint32 patientCode, const QString &reference) = 0;
 };
 

@@ -53,16 +53,18 @@ QString numberText(double value);
 // Shows a date by a pattern of dd, d, mm, m, yyyy, yy, hh, h, nn, n, ss, s ("mm" next to hours is minutes, as
 // in "hh:mm:ss"); other characters stand for themselves. An invalid date gives an empty text.
 QString formatDate(const QDateTime &date, QStringView pattern);
-// The date as lists and queries show it, "dd/mm/yyyy", and as date fields do, "dd-mm-yyyy"; empty when there is none.
+// The date as lists and queries show it, "dd/mm/yyyy", and as date fields do, "dd-mm-yyyy"; empty when there
+// is none.
 QString slashedDate(QDate date);
 QString dashedDate(QDate date);
 
 enum class DateOrder { DayFirst, MonthFirst };
 
-// Reads a date as people and queries write it: d/m/yyyy, dd/mm/yy (below 30 is 2000 and on), yyyy/m/d, with the
-// separators '/', '-', '.'; an optional time with ':' or '.', or a time alone (on day zero). Day first; when that
-// cannot be a date but month first can, month first (the other way round for MonthFirst). Three short groups between
-// points are a time when they can be one ("0.00.00"), else a date ("25.12.24"). Empty when the text is no date.
+// Reads a date as people and queries write it: d/m/yyyy, dd/mm/yy (below 30 is 2000 and on), yyyy/m/d, with
+// the separators '/', '-', '.'; an optional time with ':' or '.', or a time alone (on day zero). Day first;
+// when that cannot be a date but month first can, month first (the other way round for MonthFirst). Three
+// short groups between points are a time when they can be one ("0.00.00"), else a date ("25.12.24"). Empty
+// when the text is no date.
 std::optional<QDateTime> dateFromText(QStringView text, DateOrder order = DateOrder::DayFirst);
 
 // The form in which dates are stored and compared: "YYYY-MM-DD HH:MM:SS"; empty for an invalid date.

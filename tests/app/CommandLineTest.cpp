@@ -9,10 +9,10 @@ using orvale::CommandLine;
 
 CommandLine sample()
 {
-    CommandLine line("prova A B [--n N]", "Prova.");
+    CommandLine line("prova A B [--num N]", "Prova.");
     line.addArgument("A", "primo");
     line.addArgument("B", "secondo");
-    line.addOption("n", "N", "numero");
+    line.addOption("num", "N", "numero");
     line.addOption("day", "D", "giorno");
     line.addOption("quick", {}, "presto");
     return line;
@@ -23,7 +23,7 @@ std::string usageError(const QString &words)
     try {
         CommandLine line = sample();
         line.parse(words.split(u' ', Qt::SkipEmptyParts));
-        line.number("n", 5, 1, 9);
+        line.number("num", 5, 1, 9);
         line.date("day", {});
     } catch (const orvale::UsageError &error) {
         return error.text().toStdString();
@@ -33,21 +33,21 @@ std::string usageError(const QString &words)
 
 TEST(CommandLineTest, ReadsOptionsAndArgumentsInAnyOrder)
 {
-    for (const char *words : {"a --n 3 b --quick --day 2024-02-29", "--n=3 --day=2024-02-29 --quick a b",
-                              "--quick --n 3 --day 2024-02-29 -- a b"}) {
+    for (const char *words : {"a --num 3 b --quick --day 2024-02-29", "--num=3 --day=2024-02-29 --quick a b",
+                              "--quick --num 3 --day 2024-02-29 -- a b"}) {
         CommandLine line = sample();
         EXPECT_TRUE(line.parse(QString::fromLatin1(words).split(u' '))) << words;
         EXPECT_EQ(line.argument(0), "a");
         EXPECT_EQ(line.argument(1), "b");
-        EXPECT_EQ(line.number("n", 5, 1, 9), 3);
+        EXPECT_EQ(line.number("num", 5, 1, 9), 3);
         EXPECT_EQ(line.date("day", {}), QDate(2024, 2, 29));
         EXPECT_TRUE(line.isSet("quick"));
     }
     CommandLine line = sample();
-    EXPECT_TRUE(line.parse({"-", "--", "--n"}));
+    EXPECT_TRUE(line.parse({"-", "--", "--num"}));
     EXPECT_EQ(line.argument(0), "-");
-    EXPECT_EQ(line.argument(1), "--n");
-    EXPECT_EQ(line.number("n", 5, 1, 9), 5);
+    EXPECT_EQ(line.argument(1), "--num");
+    EXPECT_EQ(line.number("num", 5, 1, 9), 5);
     EXPECT_FALSE(line.isSet("quick"));
 }
 
@@ -62,17 +62,17 @@ TEST(CommandLineTest, TellsWhatIsWrong)
         {"a b c", "Argomento di troppo: c"},
         {"a b --nn 3", "Opzione sconosciuta: --nn"},
         {"a b -n 3", "Opzione sconosciuta: -n"},
-        {"a b --n", "manca il valore (N)"},
+        {"a b --num", "manca il valore (N)"},
         {"a b --quick=1", "non vuole un valore"},
-        {"a b --n x", "da 1 a 9, non \"x\""},
-        {"a b --n 0", "da 1 a 9"},
-        {"a b --n 10", "da 1 a 9"},
-        {"a b --n 3.5", "da 1 a 9"},
-        {"a b --n 99999999999", "da 1 a 9"},
-        {"a b --n=", "da 1 a 9"},
+        {"a b --num x", "da 1 a 9, non \"x\""},
+        {"a b --num 0", "da 1 a 9"},
+        {"a b --num 10", "da 1 a 9"},
+        {"a b --num 3.5", "da 1 a 9"},
+        {"a b --num 99999999999", "da 1 a 9"},
+        {"a b --num=", "da 1 a 9"},
         {"a b --day 29/02/2024", "AAAA-MM-GG"},
         {"a b --day 2023-02-29", "AAAA-MM-GG"},
-        {"a b --n 9", ""},
+        {"a b --num 9", ""},
     };
     for (const auto &c : cases) {
         const std::string text = usageError(c.words);

@@ -119,8 +119,8 @@ TEST_F(DemoTest, FillsTheCodeTables)
                               ->OpenRecordset(QStringLiteral("SELECT count(*) FROM %1").arg(table.table));
         EXPECT_EQ(rows->Fields(0).Value().toInt(), table.rows) << table.table;
     }
-    EXPECT_EQ(m_practice->firstDoctor().code, "101");
-    EXPECT_EQ(m_practice->firstDoctor().region, "03");
+    EXPECT_EQ(m_practice->firstDoctor(), "101");
+    EXPECT_EQ(m_practice->property("region"), "03");
     // Each cell of the risk chart stands once.
     EXPECT_EQ(number("SELECT count(*) FROM Carta_Rischio WHERE sessoM = true AND 55 >= eta_min AND 55 <= "
                      "eta_max AND diabete = false "

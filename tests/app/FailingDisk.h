@@ -3,8 +3,8 @@
 
 #include <QtGlobal>
 
-// While it lives, the disk under SQLite takes so many bytes and then is full, or broken. For databases that are
-// opened meanwhile.
+// While it lives, the disk under SQLite takes so many bytes and then is full, or broken. For databases that
+// are opened meanwhile.
 class FailingDisk {
 public:
     enum class Fault { Full, Broken };

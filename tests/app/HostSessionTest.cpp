@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/HostSession.h"
+#include "app/session/HostSession.h"
 #include "SmallPractice.h"
 
 using orvale::HostSession;

@@ -75,7 +75,7 @@ TEST_P(ImportSample, AgreesWithEveryLineOfItsList)
     EXPECT_TRUE(report.agrees()) << orvale::summaryLines(report).join(u'\n').toStdString();
 
     const auto practice = Practice::open(path("practice"));
-    EXPECT_EQ(practice->firstDoctor().region, "03");
+    EXPECT_EQ(practice->property("region"), "03");
     const DatabasesByRole databases = databasesOf(*practice);
     int lines = 0;
     list.readLine(); // the headings

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/PatientIndex.h"
+#include "app/patients/PatientIndex.h"
 
 #include <QSet>
 #include <algorithm>

@@ -29,7 +29,7 @@ TEST_F(PracticeTest, KeepsPropertiesAndFindsTheFirstDoctor)
 {
     {
         const auto practice = Practice::open(path("p"));
-        EXPECT_EQ(practice->firstDoctor().code, QString());
+        EXPECT_EQ(practice->firstDoctor(), QString());
         EXPECT_EQ(practice->property("nome dell'archivio"), QString());
         practice->setProperty("nome dell'archivio", "Sant'Anna");
         practice->setProperty("region", "16");
@@ -39,8 +39,8 @@ TEST_F(PracticeTest, KeepsPropertiesAndFindsTheFirstDoctor)
     }
     const auto practice = Practice::open(path("p"));
     EXPECT_EQ(practice->property("nome dell'archivio"), "Sant'Anna");
-    EXPECT_EQ(practice->firstDoctor().code, "98");
-    EXPECT_EQ(practice->firstDoctor().region, "03");
+    EXPECT_EQ(practice->firstDoctor(), "98");
+    EXPECT_EQ(practice->property("region"), "03");
     EXPECT_EQ(practice->environment().dataFolder, path("p"));
 }
 

@@ -2,8 +2,9 @@
 #include "PracticeFixture.h"
 #include "app/demo/Demo.h"
 #include "app/practice/PracticeCheck.h"
+#include "app/session/CurrentPatient.h"
+#include "app/session/WorkingDoctor.h"
 #include "app/window/HostWindow.h"
-#include "app/window/WorkingDoctor.h"
 #include "chart/WorkingState.h"
 #include "data/Identity.h"
 #include "host/Class3.h"
@@ -34,7 +35,8 @@ using clivara::PromptButton;
 
 constexpr int patientCount = 4;
 
-// Presses, types and chooses at random in whatever window is open, as a cat on the keyboard would; the same seed does the same.
+// Presses, types and chooses at random in whatever window is open, as a cat on the keyboard would; the same
+// seed does the same.
 class RandomHand final : public QObject, public clivara::Prompts {
 public:
     explicit RandomHand(quint32 seed)
@@ -42,8 +44,8 @@ public:
     {
     }
 
-    // So many steps in what `open` shows, as often as it closes and until it fails; then all windows are closed without
-    // saving.
+    // So many steps in what `open` shows, as often as it closes and until it fails; then all windows are
+    // closed without saving.
     void use(int steps, const std::function<bool()> &open)
     {
         m_steps = steps;
@@ -275,9 +277,7 @@ TEST_F(RandomUseTest, LeavesACoherentPracticeAndNoWindow)
 
     const int steps = stepsOr(60);
     clivara::MemorySettings settings;
-    settings.write(QStringLiteral("medicoP"), practice->firstDoctor().code);
-    settings.write(QStringLiteral("medicoT"), practice->firstDoctor().code);
-    settings.write(QStringLiteral("CODICE REGIONE"), practice->firstDoctor().region);
+    orvale::prepareSettings(settings, *practice);
     settings.write(QStringLiteral("CARTELLA_PDF"), path(QString()));
     clivara::FixedClock clock(today);
     RandomHand hand(seed());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SmallPractice.h"
-#include "app/window/HostSession.h"
-#include "app/window/WindowSettings.h"
+#include "app/session/HostSession.h"
+#include "app/session/WindowSettings.h"
 #include "host/Class3.h"
 #include "host/Sections.h"
 #include "support/ui/ChartForm.h"

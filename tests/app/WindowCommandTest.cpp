@@ -120,7 +120,7 @@ TEST_F(WindowCommandTest, ImportsAPracticeAndOpensIt)
     EXPECT_EQ(steps(), "window mine, ImportDialog, ImportSummary, window archivio-importato");
     EXPECT_EQ(clivara::openUserSettings()->text("CODICE REGIONE"), "15");
     const auto imported = orvale::Practice::open(path("archivio-importato"));
-    EXPECT_EQ(imported->firstDoctor().region, "15");
+    EXPECT_EQ(imported->property("region"), "15");
     const auto patients = imported->environment().clinical->OpenRecordset(
         "SELECT count(*) FROM archivio WHERE cognome = 'D''Alessio'");
     EXPECT_EQ(patients->Fields(0).number(), 1);

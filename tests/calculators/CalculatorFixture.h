@@ -50,8 +50,8 @@ protected:
     {
         execute(QStringLiteral("INSERT INTO esa_ob VALUES (17, %1, %2, %3)").arg(date, systolic, diastolic));
     }
-    // An objective examination ("A") or a questionnaire; date and text as the SQL has them. Without a key it gets
-    // the next number.
+    // An objective examination ("A") or a questionnaire; date and text as the SQL has them. Without a key it
+    // gets the next number.
     void addExamination(const char *kind, const QString &date, const QString &text, const QString &key = {})
     {
         ++m_examinations;

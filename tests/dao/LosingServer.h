@@ -6,9 +6,9 @@
 #include <thread>
 #include <vector>
 
-// Stands between programs and the tests' database server. Told to, it lets a statement through and then cuts the
-// connection before the server's answer comes back, or before the statement reaches the server; or it does not cut it, and
-// nothing comes back any more.
+// Stands between programs and the tests' database server. Told to, it lets a statement through and then cuts
+// the connection before the server's answer comes back, or before the statement reaches the server; or it
+// does not cut it, and nothing comes back any more.
 class LosingServer {
 public:
     enum class Loses { Nothing, Answer, Statement };

@@ -9,8 +9,8 @@
 #include <map>
 #include <memory>
 
-// A few tables of a practice, created with native SQL in a database of the engine that the run is for, and their
-// catalog: what the translation needs, without the rest of the data engine.
+// A few tables of a practice, created with native SQL in a database of the engine that the run is for, and
+// their catalog: what the translation needs, without the rest of the data engine.
 class SmallPractice : public dao::Catalog {
 public:
     SmallPractice();

@@ -100,7 +100,8 @@ QList<ValueCase> valueCases()
     return cases;
 }
 
-// Each value stands between two columns of its own kind of storage, so that a value read from a wrong place shows.
+// Each value stands between two columns of its own kind of storage, so that a value read from a wrong place
+// shows.
 TEST_F(JetFileRows, ValuesComeBackExactly)
 {
     const QList<ValueCase> cases = valueCases();

@@ -19,8 +19,8 @@ enum class LongForm {
     Chained, // over as many of these as it takes
 };
 
-// One table of a file in the making: its rows are written into the pages at once, its definition and usage maps
-// when the file is. Rows are numbered from 0 in the order in which they were added.
+// One table of a file in the making: its rows are written into the pages at once, its definition and usage
+// maps when the file is. Rows are numbered from 0 in the order in which they were added.
 class JetTableWriter {
 public:
     enum class Kind { User, System };
@@ -35,7 +35,8 @@ public:
     // One value for each column of the present design; an invalid variant is Null (false for a Boolean).
     JetTableWriter &addRow(const QVariantList &values);
     void deleteRow(int row);
-    // Leaves a pointer at the row's place and puts the row on another page, as Jet does with a row that has grown.
+    // Leaves a pointer at the row's place and puts the row on another page, as Jet does with a row that has
+    // grown.
     void moveRow(int row);
     // Deletes the pointer to a moved row alone: the row itself stays where nothing leads to it.
     void deletePointer(int row);
@@ -43,8 +44,8 @@ public:
     // Changes of the design: rows that stand already keep their bytes.
     void dropColumn(const QString &name);
     void addColumn(const JetColumn &column);
-    // A real index with one empty leaf page. A Foreign one serves a relation and shares the pages of the index
-    // over the same fields if there is one.
+    // A real index with one empty leaf page. A Foreign one serves a relation and shares the pages of the
+    // index over the same fields if there is one.
     void index(const QString &name, const QStringList &fields, IndexKind kind = IndexKind::Plain);
 
     // For the long values of rows to come.
@@ -57,7 +58,8 @@ public:
     // The pages of rows, for tests that damage them.
     const QList<quint32> &dataPages() const { return m_dataPages; }
 
-    // Writes the definition, index leaves and usage maps into `pages`, a copy of the pages of this table's file.
+    // Writes the definition, index leaves and usage maps into `pages`, a copy of the pages of this table's
+    // file.
     void writeDefinition(JetPages &pages) const;
 
 private:

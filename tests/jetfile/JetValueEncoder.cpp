@@ -212,9 +212,9 @@ QByteArray assembleRow(const RowParts &parts, JetVersion version)
     if (!jet3)
         return row.u16(quint32(count)).raw(parts.mask).bytes();
 
-    // An offset has one byte. Where it passes another 256 the jump table has the number of that entry; the table
-    // has an entry for every whole 256 bytes of the row, FF where the last offset has not come so far. The table
-    // is itself part of the row, so its length is found by trying.
+    // An offset has one byte. Where it passes another 256 the jump table has the number of that entry; the
+    // table has an entry for every whole 256 bytes of the row, FF where the last offset has not come so far.
+    // The table is itself part of the row, so its length is found by trying.
     int jumps = 0;
     const auto length = [&] { return row.size() + jumps + 1 + int(parts.mask.size()); };
     while ((length() - 1) / 256 > jumps)

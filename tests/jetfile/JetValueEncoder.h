@@ -47,9 +47,9 @@ int fixedSize(JetType type);
 // What the column's definition says about its length, in bytes.
 int declaredSize(const JetColumn &column, JetVersion version);
 
-// Text as Jet 3 stores it, in code page 1252, and as Jet 4 does: UTF-16, or with `compress` FF FE and then one byte
-// a character for those of Latin-1, a byte 0 switching to two bytes a character and back; only where that is
-// shorter. Throws std::invalid_argument for a character that the code page lacks.
+// Text as Jet 3 stores it, in code page 1252, and as Jet 4 does: UTF-16, or with `compress` FF FE and then
+// one byte a character for those of Latin-1, a byte 0 switching to two bytes a character and back; only where
+// that is shorter. Throws std::invalid_argument for a character that the code page lacks.
 QByteArray encodeText(const QString &text, JetVersion version, bool compress);
 
 // Bytes of a value that is not Null and no Boolean. Takes for
@@ -60,11 +60,12 @@ QByteArray encodeText(const QString &text, JetVersion version, bool compress);
 //   texts          QString; Binary, Ole: QByteArray
 QByteArray encodeValue(const JetColumn &column, const QVariant &value, JetVersion version);
 
-// Days since 30/12/1899 with the time as a fraction that always counts forward, so that 29/12/1899 18:00 is -1.75.
+// Days since 30/12/1899 with the time as a fraction that always counts forward, so that 29/12/1899 18:00 is
+// -1.75.
 double jetDate(const QDateTime &date);
 
-// A row as it is put together from its parts: the values of fixed length at their places, then the variable ones,
-// their offsets in reverse order and a mask of the columns that are not Null.
+// A row as it is put together from its parts: the values of fixed length at their places, then the variable
+// ones, their offsets in reverse order and a mask of the columns that are not Null.
 struct RowParts {
     int columnCount = 0; // ever defined in the table, deleted ones included
     QByteArray fixed;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The sample practice was not written by JetFileWriter, and EXPECTED.tsv beside it lists what its files hold, counted
-// without this project's code.
+// The sample practice was not written by JetFileWriter, and EXPECTED.tsv beside it lists what its files hold,
+// counted without this project's code.
 #include "jetfile/JetFileFixture.h"
 
 #include <algorithm>

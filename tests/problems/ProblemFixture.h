@@ -8,7 +8,8 @@
 
 namespace clivara {
 
-// A practice with empty tables as every practice has them, two patients and two doctors; patient 17 is current.
+// A practice with empty tables as every practice has them, two patients and two doctors; patient 17 is
+// current.
 class ProblemFixture : public ChartFixture {
 protected:
     ProblemFixture()

@@ -6,8 +6,8 @@
 #include <QFileInfo>
 #include <QString>
 
-// The native engine that a run of the tests is for: files, or the server that with-postgres has started. The same
-// tests hold for both.
+// The native engine that a run of the tests is for: files, or the server that with-postgres has started. The
+// same tests hold for both.
 namespace testengine {
 
 inline QString server()

@@ -3,6 +3,7 @@
 
 #include "Ledger.h"
 #include "app/scenario/ControlAccess.h"
+#include "app/session/CurrentPatient.h"
 #include "support/ui/ChartForm.h"
 
 #include <QApplication>
@@ -58,11 +59,8 @@ Desk::Desk(const QString &practice, const QString &folder, Ledger &ledger, int p
           orvale::Practice::open(practice, orvale::Schema::current(), orvale::Practice::Pages::ReadLater))
 {
     QDir(folder).mkpath("logOrvale");
-    const orvale::FirstDoctor doctor = m_practice->firstDoctor();
     m_settings.write("ORVALE_WORK", folder);
-    m_settings.write("medicoP", doctor.code);
-    m_settings.write("medicoT", doctor.code);
-    m_settings.write("CODICE REGIONE", doctor.region);
+    orvale::prepareSettings(m_settings, *m_practice);
     m_log.start(m_settings, "postazione");
     m_chart = std::make_unique<clivara::Class3>(
         clivara::Services{m_settings, m_clock, m_prompts, m_pauses, m_guids, m_middleware});

@@ -17,7 +17,8 @@ namespace workstations {
 
 class Ledger;
 
-// Answers Yes, else Ok, and keeps what a doctor would take for an error: every box but the chart's own questions.
+// Answers Yes, else Ok, and keeps what a doctor would take for an error: every box but the chart's own
+// questions.
 class DoctorsPrompts final : public clivara::Prompts {
 public:
     clivara::PromptButton ask(const clivara::Prompt &prompt) override;
@@ -27,11 +28,12 @@ private:
     QStringList m_errors;
 };
 
-// A workstation: its own connection to the practice, its own chart, and a doctor who fills the forms in, saves and,
-// being patient, saves again from the same form after an error.
+// A workstation: its own connection to the practice, its own chart, and a doctor who fills the forms in,
+// saves and, being patient, saves again from the same form after an error.
 class Desk {
 public:
-    // The trace of the chart goes into `folder`. An impatient doctor saves once, a patient one again for so many ms.
+    // The trace of the chart goes into `folder`. An impatient doctor saves once, a patient one again for so
+    // many ms.
     Desk(const QString &practice, const QString &folder, Ledger &ledger, int patienceMs);
 
     // False when the doctor gave up.

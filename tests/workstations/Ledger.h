@@ -9,8 +9,8 @@
 
 namespace workstations {
 
-// What a workstation knows of its own saves, in a file of its own that reaches the disk line by line: what was begun,
-// what the chart acknowledged and after which wait, what the doctor was shown.
+// What a workstation knows of its own saves, in a file of its own that reaches the disk line by line: what
+// was begun, what the chart acknowledged and after which wait, what the doctor was shown.
 class Ledger {
 public:
     explicit Ledger(const QString &path);

@@ -5,7 +5,8 @@ namespace workstations {
 
 namespace {
 
-// A text of 20 to some 3000 characters: from one that fits beside others in a page to one that needs pages of its own.
+// A text of 20 to some 3000 characters: from one that fits beside others in a page to one that needs pages of
+// its own.
 QString textFor(const QString &tag, int number)
 {
     const QString sentence = " L'età è 100% \"nota\" [x] {y}; dopo – €.";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Several workstations on one practice: what each of them is told to be saved is saved, whatever the others do and
-// whoever is killed meanwhile. docs/architecture.md tells how to run it.
+// Several workstations on one practice: what each of them is told to be saved is saved, whatever the others
+// do and whoever is killed meanwhile. docs/architecture.md tells how to run it.
 #include "Driver.h"
 #include "app/commands/CommandLine.h"
 #include "jetsql/Error.h"

@@ -1,11 +1,35 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/commands/CommandLine.h"
+#include "app/commands/Program.h"
 
 #include <QRegularExpression>
 #include <algorithm>
 #include <cstdio>
 
 namespace orvale {
+
+namespace {
+
+// Why the parser has refused the arguments; its own text is English. Only the last argument can lack its
+// value.
+QString parserError(const QCommandLineParser &parser, const QList<QCommandLineOption> &options,
+                    const QStringList &arguments)
+{
+    if (const QStringList unknown = parser.unknownOptionNames(); !unknown.isEmpty()) {
+        const QString dashes = unknown.first().size() == 1 ? QStringLiteral("-") : QStringLiteral("--");
+        return QStringLiteral("Opzione sconosciuta: %1. Vedere --help.").arg(dashes + unknown.first());
+    }
+    for (const QCommandLineOption &option : options) {
+        const QString name = QStringLiteral("--") + option.names().first();
+        if (option.valueName().isEmpty() && !arguments.filter(name + u'=').isEmpty())
+            return QStringLiteral("L'opzione %1 non vuole un valore.").arg(name);
+        if (!option.valueName().isEmpty() && arguments.last() == name)
+            return QStringLiteral("All'opzione %1 manca il valore (%2).").arg(name, option.valueName());
+    }
+    return parser.errorText();
+}
+
+} // namespace
 
 CommandLine::CommandLine(const QString &synopsis, const QString &description)
     : m_synopsis(synopsis)
@@ -15,64 +39,30 @@ CommandLine::CommandLine(const QString &synopsis, const QString &description)
 
 void CommandLine::addOption(const QString &name, const QString &valueName, const QString &text)
 {
-    m_options.append({name, valueName, text});
+    m_options.append(QCommandLineOption(name, text, valueName));
+    m_parser->addOption(m_options.last());
 }
 
 void CommandLine::addArgument(const QString &name, const QString &text)
 {
-    m_parameters.append({name, {}, text});
-}
-
-const CommandLine::Option *CommandLine::find(const QString &name) const
-{
-    const auto option =
-        std::find_if(m_options.begin(), m_options.end(), [&](const Option &o) { return o.name == name; });
-    return option == m_options.end() ? nullptr : &*option;
+    m_parameters.append({name, text});
 }
 
 bool CommandLine::parse(const QStringList &arguments)
 {
-    m_values.clear();
-    m_arguments.clear();
-    if (arguments.contains(QStringLiteral("--help")) || arguments.contains(QStringLiteral("-h"))) {
+    if (asksForHelp(arguments)) {
         printLine(help());
         return false;
     }
-    bool optionsEnded = false;
-    for (int i = 0; i < arguments.size(); ++i) {
-        const QString &argument = arguments.at(i);
-        if (optionsEnded || !argument.startsWith(u'-') || argument == QLatin1String("-")) {
-            m_arguments.append(argument);
-            continue;
-        }
-        if (argument == QLatin1String("--")) {
-            optionsEnded = true;
-            continue;
-        }
-        const QString name = argument.mid(2).section(u'=', 0, 0);
-        const Option *option = argument.startsWith(QLatin1String("--")) ? find(name) : nullptr;
-        if (!option)
-            throw UsageError(QStringLiteral("Opzione sconosciuta: %1. Vedere --help.").arg(argument));
-        const bool attached = argument.contains(u'=');
-        if (option->valueName.isEmpty()) {
-            if (attached)
-                throw UsageError(QStringLiteral("L'opzione --%1 non vuole un valore.").arg(name));
-            m_values.insert(name, {});
-        } else if (attached) {
-            m_values.insert(name, argument.section(u'=', 1));
-        } else if (++i < arguments.size()) {
-            m_values.insert(name, arguments.at(i));
-        } else {
-            throw UsageError(
-                QStringLiteral("All'opzione --%1 manca il valore (%2).").arg(name, option->valueName));
-        }
-    }
-    if (m_arguments.size() < m_parameters.size())
+    if (!m_parser->parse(QStringList{QStringLiteral("orvale")} + arguments))
+        throw UsageError(parserError(*m_parser, m_options, arguments));
+    const QStringList given = m_parser->positionalArguments();
+    if (given.size() < m_parameters.size())
         throw UsageError(QStringLiteral("Manca l'argomento %1. Uso: orvale %2")
-                             .arg(m_parameters.at(m_arguments.size()).name, m_synopsis));
-    if (m_arguments.size() > m_parameters.size())
+                             .arg(m_parameters.at(given.size()).name, m_synopsis));
+    if (given.size() > m_parameters.size())
         throw UsageError(QStringLiteral("Argomento di troppo: %1. Uso: orvale %2")
-                             .arg(m_arguments.at(m_parameters.size()), m_synopsis));
+                             .arg(given.at(m_parameters.size()), m_synopsis));
     return true;
 }
 
@@ -104,20 +94,17 @@ QDate CommandLine::date(const QString &option, QDate missing) const
 
 QString CommandLine::help() const
 {
-    QList<QPair<QString, QString>> rows;
-    for (const Option &parameter : m_parameters)
-        rows.append({parameter.name, parameter.text});
-    for (const Option &option : m_options)
-        rows.append({QStringLiteral("--") + option.name
-                         + (option.valueName.isEmpty() ? QString() : u' ' + option.valueName),
-                     option.text});
+    QList<Row> rows = m_parameters;
+    for (const QCommandLineOption &option : m_options)
+        rows.append({QStringLiteral("--%1 %2").arg(option.names().first(), option.valueName()).trimmed(),
+                     option.description()});
     rows.append({QStringLiteral("--help"), QStringLiteral("mostra questo aiuto")});
     qsizetype width = 0;
-    for (const auto &row : rows)
-        width = std::max(width, row.first.size());
+    for (const Row &row : rows)
+        width = std::max(width, row.name.size());
     QString text = QStringLiteral("Uso: orvale %1\n\n%2\n\n").arg(m_synopsis, m_description);
-    for (const auto &row : rows)
-        text += QStringLiteral("  %1  %2\n").arg(row.first.leftJustified(width), row.second);
+    for (const Row &row : rows)
+        text += QStringLiteral("  %1  %2\n").arg(row.name.leftJustified(width), row.text);
     text.chop(1);
     return text;
 }

@@ -3,10 +3,9 @@
 
 #include "app/practice/UserError.h"
 
+#include <QCommandLineParser>
 #include <QDate>
-#include <QHash>
-#include <QList>
-#include <QStringList>
+#include <memory>
 
 namespace orvale {
 
@@ -16,8 +15,8 @@ public:
     using UserError::UserError;
 };
 
-// The arguments of one command: options ("--name value", "--name=value", or a flag) and positional arguments.
-// "--" ends the options, a lone "-" is an argument.
+// The arguments of one command. QCommandLineParser takes them apart; this class adds the count of positional
+// arguments, typed values, and errors and help in Italian.
 class CommandLine {
 public:
     // `synopsis` is the line after "orvale" ("demo P [--patients N]"), `description` one or more lines of
@@ -29,37 +28,35 @@ public:
     // A positional argument; all are required.
     void addArgument(const QString &name, const QString &text);
 
-    // Reads the arguments. False when --help was asked for: the help stands on standard output and the
-    // command ends with the status 0. Throws UsageError.
+    // Reads the arguments. False when --help was asked for: the help has been printed and the command
+    // ends with the status 0. Throws UsageError.
     bool parse(const QStringList &arguments);
 
-    bool isSet(const QString &option) const { return m_values.contains(option); }
+    bool isSet(const QString &option) const { return m_parser->isSet(option); }
     QString value(const QString &option, const QString &missing = {}) const
     {
-        return m_values.value(option, missing);
+        return isSet(option) ? m_parser->value(option) : missing;
     }
     // A whole number within the bounds; `missing` without the option. Throws UsageError.
     int number(const QString &option, int missing, int least, int most) const;
     // A date as YYYY-MM-DD; `missing` without the option. Throws UsageError.
     QDate date(const QString &option, QDate missing) const;
-    QString argument(int position) const { return m_arguments.at(position); }
+    QString argument(int position) const { return m_parser->positionalArguments().at(position); }
 
     QString help() const;
 
 private:
-    struct Option {
+    struct Row { // of the help
         QString name;
-        QString valueName;
         QString text;
     };
-    const Option *find(const QString &name) const;
 
     QString m_synopsis;
     QString m_description;
-    QList<Option> m_options;
-    QList<Option> m_parameters;
-    QHash<QString, QString> m_values;
-    QStringList m_arguments;
+    std::unique_ptr<QCommandLineParser> m_parser =
+        std::make_unique<QCommandLineParser>(); // which cannot move
+    QList<QCommandLineOption> m_options;
+    QList<Row> m_parameters;
 };
 
 // Writes one line to standard error or standard output, in UTF-8.

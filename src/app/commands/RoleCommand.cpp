@@ -7,8 +7,9 @@ namespace orvale {
 
 namespace {
 
-// What a workstation may do in the database of a practice: read and write rows. A role of that name is made unless
-// there is one; doctors' accounts are its members. It is for the practice's owner to run, and can be run again.
+// What a workstation may do in the database of a practice: read and write rows. A role of that name is made
+// unless there is one; doctors' accounts are its members. It is for the practice's owner to run, and can be
+// run again.
 const char *const script =
     R"sql(-- Permessi delle postazioni: leggono e scrivono le righe, non cambiano le tabelle.
 -- Da eseguire nel database dell'archivio come suo proprietario; si può ripetere.

@@ -5,8 +5,8 @@
 
 namespace orvale {
 
-// Ctrl-C and a request to end only note themselves while this lives, so that what was begun can be taken back. The
-// second of its kind ends the program at once.
+// Ctrl-C and a request to end only note themselves while this lives, so that what was begun can be taken
+// back. The second of its kind ends the program at once.
 class SignalNotes {
 public:
     // Thrown through the work, which then leaves nothing behind.

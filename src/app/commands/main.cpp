@@ -47,8 +47,8 @@ QString help()
         "Un archivio è una cartella, o un database di un server: postgresql://server/database.");
 }
 
-// The scenario player is a program of its own beside this one, since it is linked with a library for tests. It takes
-// this one's place: standard input, signals and the exit status are its own.
+// The scenario player is a program of its own beside this one, since it is linked with a library for tests.
+// It takes this one's place: standard input, signals and the exit status are its own.
 [[noreturn]] void becomePlayer(char **argv)
 {
     const QString program = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe")))

@@ -17,8 +17,8 @@ struct ImportOptions {
     bool replace = false; // a practice that is there already gives way
 };
 
-// What is being done, for a bar: `done` out of `total` steps over all tables. A row is one step when it is copied
-// and one when it is proved; the files declare how many there are.
+// What is being done, for a bar: `done` out of `total` steps over all tables. A row is one step when it is
+// copied and one when it is proved; the files declare how many there are.
 struct ImportProgress {
     QString table; // "clinical.archivio", being copied or proved; empty while the practice is finished
     bool proving = false;
@@ -68,7 +68,8 @@ struct ImportReport {
     QStringList notes; // further lines: missing files, widened fields...
     QString practice; // the practice's folder
     QString reportFile; // where all this is saved, beside the practice
-    // Where a replaced practice is kept: because the proof failed, or because its folder held other files too.
+    // Where a replaced practice is kept: because the proof failed, or because its folder held other files
+    // too.
     QString previousPractice;
 
     qint64 rows() const; // written
@@ -77,16 +78,18 @@ struct ImportReport {
     bool agrees() const; // nothing was refused and every table agrees
 };
 
-// Brings the Jet files of a folder over into a new practice: builds it in a folder aside, proves it against what
-// was read, saves the report and puts the practice in its place. Throws UserError (source missing or unreadable,
-// target there already, not writable, disk full) or what `progress` throws to give up; then the target is as it
-// was before. A practice that was refused rows or does not agree takes its place all the same: the report tells.
+// Brings the Jet files of a folder over into a new practice: builds it in a folder aside, proves it against
+// what was read, saves the report and puts the practice in its place. Throws UserError (source missing or
+// unreadable, target there already, not writable, disk full) or what `progress` throws to give up; then the
+// target is as it was before. A practice that was refused rows or does not agree takes its place all the
+// same: the report tells.
 ImportReport importPractice(const ImportOptions &options,
                             const std::function<void(const ImportProgress &)> &progress = {});
 
 // The report's lines for a person, in Italian: totals, then what deserves attention.
 QStringList summaryLines(const ImportReport &report);
-// An aligned table with one line for each table: rows read, written and refused, and whether the proof agrees.
+// An aligned table with one line for each table: rows read, written and refused, and whether the proof
+// agrees.
 QStringList tableLines(const ImportReport &report);
 
 } // namespace orvale

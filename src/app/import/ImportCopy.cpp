@@ -150,7 +150,8 @@ void TableCopy::defineRest()
     const bool isNumbered =
         std::any_of(m_plan.columns.begin(), m_plan.columns.end(),
                     [](const dao::ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
-    // A number given to a row that is gone must not be given again: what hangs on it would hang on the new row.
+    // A number given to a row that is gone must not be given again: what hangs on it would hang on the new
+    // row.
     if (isNumbered && m_source.lastAutoNumber > 0
         && m_source.lastAutoNumber < std::numeric_limits<qint32>::max())
         m_target.load.setLastAutoNumber(m_plan.name, m_source.lastAutoNumber);

@@ -25,9 +25,10 @@ struct CopyTarget {
     dao::Workspace &workspace;
 };
 
-// Gives the practice's table the planned definition and brings the rows of the reader's next table over, in one
-// transaction. A row that cannot be written goes to the refused ones; errors of the disk, of locks and of the
-// source end the copying: dao::Error, jetfile::SourceError. `step` is called every few rows with their count.
+// Gives the practice's table the planned definition and brings the rows of the reader's next table over, in
+// one transaction. A row that cannot be written goes to the refused ones; errors of the disk, of locks and of
+// the source end the copying: dao::Error, jetfile::SourceError. `step` is called every few rows with their
+// count.
 CopiedTable copyTable(jetfile::JetFileReader &reader, const jetfile::JetTable &source,
                       const PlannedTable &plan, const CopyTarget &target, RefusedRows &refused,
                       const std::function<void(qint64)> &step);

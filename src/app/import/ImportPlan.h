@@ -29,13 +29,13 @@ struct PlannedTable {
     QStringList notes; // Italian sentences: widened fields, changed names...
 };
 
-// The field that holds the values of both: the known one where that holds the source's, a wider one of the same
-// kind otherwise (longer Text, Text to Memo, Integer to Long, Long to Double...). Empty when they are of
+// The field that holds the values of both: the known one where that holds the source's, a wider one of the
+// same kind otherwise (longer Text, Text to Memo, Integer to Long, Long to Double...). Empty when they are of
 // different kinds; then the source's values have to be converted.
 std::optional<dao::ColumnInfo> widened(const dao::ColumnInfo &known, const dao::ColumnInfo &source);
 
-// Merges the definition of a table of the practice with the source's: known fields keep name, order and at least
-// their width; unknown ones follow as they are, as do the source's further indexes.
+// Merges the definition of a table of the practice with the source's: known fields keep name, order and at
+// least their width; unknown ones follow as they are, as do the source's further indexes.
 PlannedTable planKnownTable(const dao::TableInfo &known, const jetfile::JetTable &source);
 // A table that only the source has. `taken` are the names that the practice's database cannot give once more.
 PlannedTable planUnknownTable(const jetfile::JetTable &source, const QStringList &taken);

@@ -16,9 +16,9 @@ struct SourceFile {
     std::unique_ptr<jetfile::JetFileReader> reader; // null when the folder does not have it
 };
 
-// The Jet files of a folder, in the order of practiceFiles(), their definitions read. Names are matched without
-// regard to case. Throws UserError: no such folder, no Orvale.mdb, two files of one name, a file that cannot be
-// read.
+// The Jet files of a folder, in the order of practiceFiles(), their definitions read. Names are matched
+// without regard to case. Throws UserError: no such folder, no Orvale.mdb, two files of one name, a file that
+// cannot be read.
 std::vector<SourceFile> openSource(const QString &folder);
 
 } // namespace orvale

@@ -9,13 +9,14 @@
 
 namespace orvale {
 
-// Counts and sums of the values of one field, taken the same way on both sides of an import. What a person can
-// follow (sums, characters, first and last date) stands beside a checksum that does not depend on the order of
-// the rows: a sum of one mixed number for each value, in which every bit and every place of a text counts.
+// Counts and sums of the values of one field, taken the same way on both sides of an import. What a person
+// can follow (sums, characters, first and last date) stands beside a checksum that does not depend on the
+// order of the rows: a sum of one mixed number for each value, in which every bit and every place of a text
+// counts.
 class ColumnTally {
 public:
-    // By the field's type in the practice. Values of both sides have its kind: a whole number of the source may
-    // be one of a Double, a GUID one of a Text.
+    // By the field's type in the practice. Values of both sides have its kind: a whole number of the source
+    // may be one of a Double, a GUID one of a Text.
     explicit ColumnTally(dao::FieldType type)
         : m_type(type)
     {
@@ -70,7 +71,8 @@ private:
     quint64 m_checksum = 0;
 };
 
-// Adds the columns to a table's proof, and to its verdict whether rows, columns and the checksums of both agree.
+// Adds the columns to a table's proof, and to its verdict whether rows, columns and the checksums of both
+// agree.
 void compareColumns(TableProof &proof, const QStringList &columns, const TableTally &source,
                     const TableTally &target);
 

@@ -8,15 +8,15 @@
 
 namespace orvale {
 
-// The rows that an import could not write, in the table orvale_refused_rows of the practice's clinical database:
-// where each comes from, why it was refused, and all its values as JSON.
+// The rows that an import could not write, in the table orvale_refused_rows of the practice's clinical
+// database: where each comes from, why it was refused, and all its values as JSON.
 class RefusedRows {
 public:
     // Creates the table.
     RefusedRows(dao::Database &clinical, dao::BulkLoad &load);
 
-    // `number` counts the table's rows in reading order, from 1. The reason is an Italian sentence without any
-    // value of the row.
+    // `number` counts the table's rows in reading order, from 1. The reason is an Italian sentence without
+    // any value of the row.
     void add(const QString &database, const jetfile::JetTable &table, qint64 number, const QString &reason,
              const jetfile::JetRow &row);
 

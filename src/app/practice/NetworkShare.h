@@ -14,10 +14,10 @@ struct StoragePlace {
 // Of the path, or of the nearest folder above it that exists.
 StoragePlace storagePlaceOf(const QString &path);
 
-// True when other machines reach the same files through a server of files. SQLite's workstations share memory and rely
-// on locks that hold, which only programs on one machine have: with a share a save can be lost and the files damaged.
-// False for a file system that is not known, and for the folders that a computer lends to its own virtual machines and
-// containers (9p, virtiofs, overlay).
+// True when other machines reach the same files through a server of files. SQLite's workstations share memory
+// and rely on locks that hold, which only programs on one machine have: with a share a save can be lost and
+// the files damaged. False for a file system that is not known, and for the folders that a computer lends to
+// its own virtual machines and containers (9p, virtiofs, overlay).
 bool isNetworkShare(const StoragePlace &place);
 
 // Throws UserError when a practice of files would stand on a network share.

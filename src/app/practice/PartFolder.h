@@ -7,8 +7,8 @@
 namespace orvale {
 
 // A folder in the making, beside the one that it is to become: "P.part-XXXXXX". It goes away with this object
-// unless it took its place. Those that a killed program left behind for the same P are removed by the next one:
-// as long as its program lives, a lock file in the folder is locked. Failures are thrown as UserError.
+// unless it took its place. Those that a killed program left behind for the same P are removed by the next
+// one: as long as its program lives, a lock file in the folder is locked. Failures are thrown as UserError.
 class PartFolder {
 public:
     // `target` is an absolute path; folders above it are made.

@@ -134,13 +134,13 @@ std::unique_ptr<Practice> Practice::create(const QString &path)
     return open(path);
 }
 
-FirstDoctor Practice::firstDoctor() const
+QString Practice::firstDoctor() const
 {
     const auto row = m_environment.doctors->OpenRecordset(
         QStringLiteral("SELECT TOP 1 cod_smi FROM medici_gruppo WHERE cod_smi IS NOT NULL "
                        "ORDER BY cod_smi"),
         dao::RecordsetType::Snapshot);
-    return {row->Eof() ? QString() : row->Fields(0).text(), property(QStringLiteral("region"))};
+    return row->Eof() ? QString() : row->Fields(0).text();
 }
 
 QString Practice::property(const QString &name) const

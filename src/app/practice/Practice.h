@@ -12,15 +12,10 @@
 
 namespace orvale {
 
-// The first doctor of a practice, by the lowest code.
-struct FirstDoctor {
-    QString code; // medici_gruppo.cod_smi
-    QString region; // two digits, kept in the practice's properties
-};
-
 // An open practice: its six databases in one workspace, and what the host knows of it. It is a folder with
-// Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite, or a database of a server with the
-// schemas clinical, codes, third, doctors, local and events. A path is that of the folder or the database's address.
+// Orvale, Tabelle, Terzo, Medici, Locale and Eventi with the extension .sqlite, or a database of a server
+// with the schemas clinical, codes, third, doctors, local and events. A path is that of the folder or the
+// database's address.
 class Practice {
 public:
     // Whether opening reads every page of the files. That takes about a second and a half for each gigabyte,
@@ -46,18 +41,21 @@ public:
     const clivara::HostEnvironment &environment() const { return m_environment; }
     dao::DBEngine &engine() { return *m_engine; }
     QString path() const { return m_path; }
-    // Where the practice's files that are a workstation's own stand: the practice's folder, or for a practice on a
-    // server the user's.
+    // Where the practice's files that are a workstation's own stand: the practice's folder, or for a practice
+    // on a server the user's.
     QString workstationFolder() const;
-    FirstDoctor firstDoctor() const;
+    // The lowest code of the group's doctors (medici_gruppo.cod_smi); empty without doctors.
+    QString firstDoctor() const;
 
-    // Properties of the practice ("region", "created"...), kept in its clinical database; empty when missing.
+    // Properties of the practice ("region": two digits, "created"...), kept in its clinical database; empty
+    // when missing.
     QString property(const QString &name) const;
     void setProperty(const QString &name, const QString &value);
 
 private:
     friend class PracticeBuild;
-    // `given` is the path as the user gave it; an address may hold a password, which is kept for the connection only.
+    // `given` is the path as the user gave it; an address may hold a password, which is kept for the
+    // connection only.
     explicit Practice(const QString &path, const QString &given = {});
     void openDatabases(bool create);
     QMap<QString, std::shared_ptr<dao::Database>> databases() const;
@@ -67,15 +65,15 @@ private:
     clivara::HostEnvironment m_environment;
 };
 
-// The account with which a practice on a server is opened: the one in its address, else the host's library's; what
-// they leave out the environment says. The password is for the connection only and is not kept.
+// The account with which a practice on a server is opened: the one in its address, else the host's library's;
+// what they leave out the environment says. The password is for the connection only and is not kept.
 dao::Account accountOf(const QString &address);
 
 // A practice as messages show it: as it was given, an address without its password.
 QString shownPractice(const QString &path);
 
-// The absolute path of a practice's folder, or its address without the password; throws UserError for one that is
-// none.
+// The absolute path of a practice's folder, or its address without the password; throws UserError for one
+// that is none.
 QString practicePath(const QString &path);
 
 // Where `orvale` without --practice looks: "practice" in the user's data folder.

@@ -36,8 +36,8 @@ std::vector<std::unique_ptr<dao::ExclusiveUse>> takePractice(const QString &fold
     return uses;
 }
 
-// A practice's folder holds its six files, what SQLite puts beside them while they are open, and the files of the
-// components that work on it, all databases.
+// A practice's folder holds its six files, what SQLite puts beside them while they are open, and the files of
+// the components that work on it, all databases.
 bool holdsOnlyDatabases(const QString &folder)
 {
     const QFileInfoList entries =

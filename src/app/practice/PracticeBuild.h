@@ -12,15 +12,17 @@
 
 namespace orvale {
 
-// A practice in the making: built aside, in a folder beside its place or in schemas of the same database, and put in its place as a whole. Without place() nothing of it is left. Everything throws UserError, or
+// A practice in the making: built aside, in a folder beside its place or in schemas of the same database, and
+// put in its place as a whole. Without place() nothing of it is left. Everything throws UserError, or
 // dao::Error where the practice itself is written.
 class PracticeBuild {
 public:
     enum class Existing { Refused, Replaced };
     enum class Tables { Current, None }; // those of the current schema version, or none yet
 
-    // On a server the database must not hold a practice. A folder must not exist or be empty; with Existing::Replaced it may be a practice that nobody
-    // has open, which is kept from being opened as long as this object lives.
+    // On a server the database must not hold a practice. A folder must not exist or be empty; with
+    // Existing::Replaced it may be a practice that nobody has open, which is kept from being opened as long
+    // as this object lives.
     explicit PracticeBuild(const QString &path, Existing existing = Existing::Refused,
                            Tables tables = Tables::Current);
     ~PracticeBuild();

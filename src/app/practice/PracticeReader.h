@@ -9,8 +9,8 @@
 
 namespace orvale {
 
-// The databases of a practice as they stand at one time, for proofs and copies: read through a connection of its own
-// that sees nothing of what others write meanwhile. Throws dao::Error.
+// The databases of a practice as they stand at one time, for proofs and copies: read through a connection of
+// its own that sees nothing of what others write meanwhile. Throws dao::Error.
 class PracticeReader {
 public:
     // `path` is where the practice stands, `given` how the user named it (an address may hold the password).

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/scenario/ScenarioPlayer.h"
 
-#include "app/practice/CurrentPatient.h"
 #include "app/practice/Practice.h"
 #include "app/scenario/ControlAccess.h"
 #include "app/scenario/ControlReading.h"
 #include "app/scenario/Extraction.h"
 #include "app/scenario/ScenarioReports.h"
+#include "app/session/CurrentPatient.h"
 #include "chart/WorkingState.h"
 #include "data/PatientHeaderLoader.h"
 #include "host/Class3.h"
@@ -41,10 +41,7 @@ ScenarioPlayer::ScenarioPlayer(Practice &practice, Output output)
     : m_practice(practice)
     , m_output(std::move(output))
 {
-    const FirstDoctor doctor = practice.firstDoctor();
-    m_settings.write(QStringLiteral("medicoP"), doctor.code);
-    m_settings.write(QStringLiteral("medicoT"), doctor.code);
-    m_settings.write(QStringLiteral("CODICE REGIONE"), doctor.region);
+    prepareSettings(m_settings, practice);
     practice.engine().setNow([this] { return m_clock.local(); });
     m_timer.setSingleShot(true);
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { step(); });

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/window/HostWindow.h"
 
+#include "app/patients/PatientLoader.h"
 #include "app/practice/Practice.h"
-#include "app/window/PatientLoader.h"
 #include "app/window/PatientPanel.h"
 #include "app/window/PatientSearch.h"
 #include "chart/WorkingState.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/window/HostSession.h"
-#include "app/window/PatientIndex.h"
-#include "app/window/PatientRecords.h"
+#include "app/patients/PatientIndex.h"
+#include "app/patients/PatientRecords.h"
+#include "app/session/HostSession.h"
 
 #include <QHash>
 #include <QMainWindow>

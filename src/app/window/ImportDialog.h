@@ -25,8 +25,8 @@ public:
     using Importer = std::function<ImportReport(const ImportOptions &,
                                                 const std::function<void(const ImportProgress &)> &)>;
 
-    // `openPractice`: the folder or the address of the practice that the window has open; never imported over. The prompts
-    // must outlive the dialog.
+    // `openPractice`: the folder or the address of the practice that the window has open; never imported
+    // over. The prompts must outlive the dialog.
     ImportDialog(const QString &openPractice, clivara::Prompts &prompts, Importer importer,
                  QWidget *parent = nullptr);
     ~ImportDialog() override;

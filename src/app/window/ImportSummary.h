@@ -25,8 +25,8 @@ private:
     std::unique_ptr<Ui::ImportSummary> m_ui;
 };
 
-// What has to be looked at, one line each: why rows of a table were refused, how a table differs from its source,
-// where the practice is kept that should have given way. Empty when the report agrees.
+// What has to be looked at, one line each: why rows of a table were refused, how a table differs from its
+// source, where the practice is kept that should have given way. Empty when the report agrees.
 QStringList attentionLines(const ImportReport &report);
 
 } // namespace orvale

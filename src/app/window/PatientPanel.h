@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/window/PatientSummary.h"
+#include "app/patients/PatientSummary.h"
 
 #include <QStackedWidget>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/window/PatientIndex.h"
+#include "app/patients/PatientIndex.h"
 
 #include <QDate>
 #include <QWidget>

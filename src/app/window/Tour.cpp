@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/window/Tour.h"
 
+#include "app/patients/PatientRecords.h"
 #include "app/practice/Practice.h"
 #include "app/window/HostWindow.h"
-#include "app/window/PatientRecords.h"
 #include "chart/WorkingState.h"
 #include "dao/Dao.h"
 #include "data/Identity.h"
@@ -32,8 +32,8 @@ constexpr int patientsWaitMilliseconds = 60000;
 constexpr int settleMilliseconds = 150;
 constexpr int formPollMilliseconds = 20;
 
-// A tour answers every message box by its default. A box that asks nothing is a finding of the tour: its text is
-// remembered.
+// A tour answers every message box by its default. A box that asks nothing is a finding of the tour: its text
+// is remembered.
 class TourPrompts final : public clivara::Prompts {
 public:
     clivara::PromptButton ask(const clivara::Prompt &prompt) override
@@ -96,7 +96,8 @@ void showRichestProblem(QAbstractItemView &problems, const QAbstractItemModel &i
         problems.setCurrentIndex(richest);
 }
 
-// What the doctor measures at the visit where the records have nothing recent, so that an evaluation is complete.
+// What the doctor measures at the visit where the records have nothing recent, so that an evaluation is
+// complete.
 constexpr std::pair<const char *, const char *> measuredNow[]{
     {"me_ca", "96"},   {"me_pas", "135"}, {"me_pad", "85"},   {"me_glic", "98"},
     {"me_col", "205"}, {"me_hdl", "48"},  {"me_trigl", "140"}};
@@ -121,8 +122,8 @@ constexpr DialogOpener dialogOpeners[]{
     {"InfGen", "Apri_PregMalInf"},  {"Ricoveri_Gestione", "Btn_Modif_Dom"},
     {"AIR15_Gestione", "Btm_Apri"}, {"AIR15_Gestione", "chameleonButton1_1"}};
 
-// What another workstation is made to have written of the patient's visits while one is open, until the object goes away:
-// a tour writes nothing.
+// What another workstation is made to have written of the patient's visits while one is open, until the
+// object goes away: a tour writes nothing.
 class OtherWorkstation {
 public:
     OtherWorkstation(const clivara::HostEnvironment &practice, clivara::Clock &clock, qint32 patient)
@@ -152,8 +153,8 @@ private:
     dao::Transaction m_transaction;
 };
 
-// Waits inside the form's own event loop until it is open, has it show what it can and takes its picture, then
-// those of the dialogs that open out of it; closes it in any case.
+// Waits inside the form's own event loop until it is open, has it show what it can and takes its picture,
+// then those of the dialogs that open out of it; closes it in any case.
 class FormVisit {
 public:
     // `beneath` is the form that the visited one opens over; null for a section.

@@ -22,8 +22,8 @@ struct WorkStep {
     qint64 total = 0; // 0: unknown
 };
 
-// Long work in a thread of its own, so that the window answers, with a bar and "Annulla". Closing the dialog in
-// any way gives the work up.
+// Long work in a thread of its own, so that the window answers, with a bar and "Annulla". Closing the dialog
+// in any way gives the work up.
 class WorkDialog final : public QDialog {
     Q_OBJECT
 

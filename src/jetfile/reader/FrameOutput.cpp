@@ -25,8 +25,7 @@ void FrameOutput::send(wire::Kind kind, const wire::Writer &payload)
 {
     ::alarm(0); // the reader may take all the time it wants
     wire::Writer header;
-    header.put(quint32(payload.size()));
-    header.put(kind);
+    header << quint32(payload.size()) << kind;
     write(header.bytes().constData(), header.size());
     write(payload.bytes().constData(), payload.size());
     ::alarm(longestSilence);

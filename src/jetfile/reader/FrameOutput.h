@@ -5,8 +5,8 @@
 
 namespace jetreader {
 
-// Sends frames to whoever started this program. While it computes between two frames a clock runs: a program that is
-// stuck ends by itself even when nobody is left to end it.
+// Sends frames to whoever started this program. While it computes between two frames a clock runs: a program
+// that is stuck ends by itself even when nobody is left to end it.
 class FrameOutput {
 public:
     explicit FrameOutput(int descriptor);

@@ -7,8 +7,8 @@
 
 namespace jetreader {
 
-// Fetches memos and binary objects, which lie in the row itself, in one piece on another page, or in a chain of
-// pieces.
+// Fetches memos and binary objects, which lie in the row itself, in one piece on another page, or in a chain
+// of pieces.
 class LongValues {
 public:
     // A value cannot be read. The text is a part of an Italian sentence.
@@ -25,8 +25,8 @@ public:
     {
     }
 
-    // The value of a field of a row, valid until the next call. Throws Unreadable, and Damage when the file's values
-    // together are longer than the file: the same pieces are then counted again and again.
+    // The value of a field of a row, valid until the next call. Throws Unreadable, and Damage when the file's
+    // values together are longer than the file: the same pieces are then counted again and again.
     Bytes fetch(Bytes field);
 
 private:

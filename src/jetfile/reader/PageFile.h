@@ -15,7 +15,8 @@
 
 namespace jetreader {
 
-// The file is damaged in a way that leaves no honest reading of it. The text is a part of an Italian sentence.
+// The file is damaged in a way that leaves no honest reading of it. The text is a part of an Italian
+// sentence.
 class Damage : public std::runtime_error {
 public:
     explicit Damage(const QString &text)
@@ -51,8 +52,8 @@ struct RowSlot {
     bool moved = false; // the bytes are the address of where the row went
 };
 
-// A Jet file through libmdb, with room for one page. What a call hands out is valid until the next call that reads
-// a page.
+// A Jet file through libmdb, with room for one page. What a call hands out is valid until the next call that
+// reads a page.
 class PageFile {
 public:
     enum Owner : quint32 { LongValues = 0x4c41564c }; // "LVAL" instead of a table's page

@@ -2,6 +2,8 @@
 #include "jetfile/reader/RowDecoder.h"
 #include "jetfile/wire/RowCoding.h"
 
+#include <QUuid>
+
 #include <cmath>
 
 namespace jetreader {
@@ -18,16 +20,16 @@ void writeDate(double date, wire::Writer &writer)
     constexpr qint64 secondsOfDay = 86400;
     constexpr qint64 dayZero = -25569 * secondsOfDay;
     if (!(date > firstDay - 1 && date < afterLastDay)) { // not a number, too
-        wire::putDouble(writer, date);
+        writer << wire::Tag::Double << date;
         return;
     }
     const double day = std::trunc(date);
     const qint64 time = std::llround(std::abs(date - day) * secondsOfDay);
     const qint64 seconds = dayZero + qint64(day) * secondsOfDay + time;
     if (seconds < wire::firstSecond || seconds > wire::lastSecond)
-        wire::putDouble(writer, date);
+        writer << wire::Tag::Double << date;
     else
-        wire::putDate(writer, seconds);
+        writer << wire::Tag::Date << seconds;
 }
 
 // Sign, then 16 bytes: four numbers of 32 bits, the highest first.
@@ -45,6 +47,11 @@ QByteArray fixedPointText(Bytes bytes, int scale)
     return bytes[0] & 0x80 ? '-' + digits : digits;
 }
 
+QByteArray copyOf(Bytes bytes)
+{
+    return QByteArray(reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size()));
+}
+
 QString placeText(RowAddress place)
 {
     return QStringLiteral("pagina %1, riga %2").arg(place.page).arg(place.row);
@@ -54,9 +61,9 @@ void writeFixedPoint(Bytes bytes, const Column &column, wire::Writer &writer)
 {
     const QByteArray text = fixedPointText(bytes, column.scale);
     if (column.asText)
-        wire::putLatin(writer, {reinterpret_cast<const uchar *>(text.data()), std::size_t(text.size())});
+        writer << wire::Tag::Text << QString::fromLatin1(text);
     else
-        wire::putDouble(writer, text.toDouble());
+        writer << wire::Tag::Double << text.toDouble();
 }
 
 } // namespace
@@ -71,8 +78,8 @@ RowDecoder::RowDecoder(const PageFile &file, LongValues &longValues)
 void RowDecoder::writeUnreadable(const TableDefinition &table, const QString &problem, wire::Writer &writer)
 {
     for (std::size_t i = 0; i < table.columns.size(); ++i)
-        wire::putValue(writer, wire::Tag::Null);
-    writer.putText(problem);
+        writer << wire::Tag::Null;
+    writer << problem;
 }
 
 void RowDecoder::write(const TableDefinition &table, Bytes row, RowAddress place, wire::Writer &writer)
@@ -85,11 +92,11 @@ void RowDecoder::write(const TableDefinition &table, Bytes row, RowAddress place
     QStringList problems;
     for (const Column &column : table.columns) {
         if (column.type == MDB_BOOL) {
-            wire::putValue(writer, m_layout.bit(column) ? wire::Tag::True : wire::Tag::False);
+            writer << (m_layout.bit(column) ? wire::Tag::True : wire::Tag::False);
             continue;
         }
         if (!m_layout.bit(column)) {
-            wire::putValue(writer, wire::Tag::Null);
+            writer << wire::Tag::Null;
             continue;
         }
         const qsizetype valueStart = writer.size();
@@ -100,15 +107,15 @@ void RowDecoder::write(const TableDefinition &table, Bytes row, RowAddress place
             problem = QStringLiteral("renderebbe troppo lunga la riga");
         if (!problem.isEmpty()) {
             writer.truncate(valueStart);
-            wire::putValue(writer, wire::Tag::Null);
+            writer << wire::Tag::Null;
             problems += QStringLiteral("il campo %1 %2").arg(column.name, problem);
         }
     }
     if (problems.isEmpty())
-        writer.putText({});
+        writer << QString();
     else
-        writer.putText(
-            QStringLiteral("%1: %2").arg(placeText(place), problems.join(QStringLiteral("; "))).left(400));
+        writer
+            << QStringLiteral("%1: %2").arg(placeText(place), problems.join(QStringLiteral("; "))).left(400);
 }
 
 // Empty, or why the value cannot be read; then what was written is taken back.
@@ -118,28 +125,30 @@ QString RowDecoder::writeValue(const Column &column, Bytes bytes, wire::Writer &
         return QStringLiteral("è troppo corto");
     switch (column.type) {
     case MDB_BYTE:
-        wire::putInteger(writer, bytes[0]);
+        writer << wire::Tag::Integer << qint32(bytes[0]);
         return {};
     case MDB_INT:
-        wire::putInteger(writer, qint16(number16(bytes, 0)));
+        writer << wire::Tag::Integer << qint32(qint16(number16(bytes, 0)));
         return {};
     case MDB_LONGINT:
-        wire::putInteger(writer, qint32(number32(bytes, 0)));
+        writer << wire::Tag::Integer << qint32(number32(bytes, 0));
         return {};
     case MDB_MONEY:
-        wire::putDouble(writer, double(qFromLittleEndian<qint64>(bytes.data())) / 10000.0);
+        writer << wire::Tag::Double << double(qFromLittleEndian<qint64>(bytes.data())) / 10000.0;
         return {};
     case MDB_FLOAT:
-        wire::putDouble(writer, double(qFromLittleEndian<float>(bytes.data())));
+        writer << wire::Tag::Double << double(qFromLittleEndian<float>(bytes.data()));
         return {};
     case MDB_DOUBLE:
-        wire::putDouble(writer, qFromLittleEndian<double>(bytes.data()));
+        writer << wire::Tag::Double << qFromLittleEndian<double>(bytes.data());
         return {};
     case MDB_DATETIME:
         writeDate(qFromLittleEndian<double>(bytes.data()), writer);
         return {};
     case MDB_REPID:
-        wire::putGuid(writer, bytes.first<16>());
+        writer << wire::Tag::Guid
+               << QUuid(number32(bytes, 0), number16(bytes, 4), number16(bytes, 6), bytes[8], bytes[9],
+                        bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
         return {};
     case MDB_NUMERIC:
         writeFixedPoint(bytes.first(17), column, writer);
@@ -147,7 +156,7 @@ QString RowDecoder::writeValue(const Column &column, Bytes bytes, wire::Writer &
     case MDB_TEXT:
         return writeText(bytes, writer);
     case MDB_BINARY:
-        wire::putBytes(writer, bytes);
+        writer << wire::Tag::Bytes << copyOf(bytes);
         return {};
     default:
         break;
@@ -156,7 +165,7 @@ QString RowDecoder::writeValue(const Column &column, Bytes bytes, wire::Writer &
         const Bytes value = m_longValues.fetch(bytes);
         if (column.type == MDB_MEMO)
             return writeText(value, writer);
-        wire::putBytes(writer, value);
+        writer << wire::Tag::Bytes << copyOf(value);
         return {};
     } catch (const LongValues::Unreadable &error) {
         return QString::fromStdString(error.what());
@@ -165,8 +174,10 @@ QString RowDecoder::writeValue(const Column &column, Bytes bytes, wire::Writer &
 
 QString RowDecoder::writeText(Bytes bytes, wire::Writer &writer)
 {
-    if (!m_text.put(bytes, writer))
+    const std::optional<QString> text = m_text.decode(bytes);
+    if (!text)
         return QStringLiteral("non è un testo");
+    writer << wire::Tag::Text << *text;
     return {};
 }
 

@@ -5,6 +5,7 @@
 #include "jetfile/reader/RowLayout.h"
 #include "jetfile/reader/TableDefinition.h"
 #include "jetfile/reader/TextDecoder.h"
+#include "jetfile/wire/Wire.h"
 
 namespace jetreader {
 
@@ -14,8 +15,8 @@ public:
     // Memos and binary objects come from `longValues`, whose page the row's bytes must not lie on.
     RowDecoder(const PageFile &file, LongValues &longValues);
 
-    // Writes the row; what cannot be read of it becomes Null and is told in the row's problem. `place` says where
-    // the row lies.
+    // Writes the row; what cannot be read of it becomes Null and is told in the row's problem. `place` says
+    // where the row lies.
     void write(const TableDefinition &table, Bytes row, RowAddress place, jetfile::wire::Writer &writer);
     // Writes a row of Nulls with that problem.
     static void writeUnreadable(const TableDefinition &table, const QString &problem,

@@ -32,7 +32,8 @@ std::optional<Bytes> RowLayout::value(const Column &column)
 
 std::optional<Bytes> RowLayout::variableValue(std::size_t index)
 {
-    // Rows of tables without variable columns do not say where these begin: only asked for, they can be searched.
+    // Rows of tables without variable columns do not say where these begin: only asked for, they can be
+    // searched.
     if (!m_searched) {
         m_searched = true;
         m_found = findVariableValues();
@@ -63,8 +64,8 @@ bool RowLayout::findVariableValues4()
     return true;
 }
 
-// Places are single bytes here. For each 256 bytes of the row, a jump says from which value on the places lie one
-// more times 256 bytes further.
+// Places are single bytes here. For each 256 bytes of the row, a jump says from which value on the places lie
+// one more times 256 bytes further.
 bool RowLayout::findVariableValues3()
 {
     std::size_t jumps = (m_row.size() - 1) / 256;
@@ -74,7 +75,8 @@ bool RowLayout::findVariableValues3()
     const std::size_t last = m_bitmap - 1 - jumps - 1; // of the table of places, which runs backwards
     if (last < count)
         return false;
-    // The row's end, not that of its values, gives the number of jumps: the last one may be there for nothing.
+    // The row's end, not that of its values, gives the number of jumps: the last one may be there for
+    // nothing.
     if ((last - count) / 256 < jumps)
         --jumps;
     std::size_t used = 0;

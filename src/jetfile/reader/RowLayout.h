@@ -12,8 +12,8 @@ namespace jetreader {
 //
 //   number of columns, fixed values, variable values, where each of these begins, how many they are, bitmap
 //
-// The bitmap holds one bit a column: whether it is not Null, or the value itself of a Yes/No column. A row that was
-// written before columns were added to the table counts only those that there were.
+// The bitmap holds one bit a column: whether it is not Null, or the value itself of a Yes/No column. A row
+// that was written before columns were added to the table counts only those that there were.
 class RowLayout {
 public:
     explicit RowLayout(bool jet3)

@@ -83,8 +83,8 @@ std::optional<dao::FieldType> fieldType(const MdbColumn &column, int precision)
 
 void addColumn(TableDefinition &definition, const MdbColumn &native, bool jet3)
 {
-    // libmdb's headers and its documentation disagree about which of two bytes is the precision; it is never the
-    // smaller one.
+    // libmdb's headers and its documentation disagree about which of two bytes is the precision; it is never
+    // the smaller one.
     const int precision = std::max(native.col_prec, native.col_scale);
     const auto type = fieldType(native, precision);
     const QString name = QString::fromUtf8(native.name);
@@ -250,7 +250,7 @@ void readIndexes(TableDefinition &definition, PageFile &file)
         if (entry.stored >= stored.size() || stored[entry.stored].fields.isEmpty())
             damagedTable(definition.table.name, QStringLiteral("ha un indice senza campi"));
         dao::IndexInfo index;
-        index.name = TextDecoder(file).decode(name).left(64);
+        index.name = TextDecoder(file).decode(name).value_or(QString()).left(64);
         index.fields = stored[entry.stored].fields;
         index.primary = entry.kind == primaryKind;
         index.unique = index.primary || stored[entry.stored].unique;

@@ -8,9 +8,9 @@
 
 namespace jetreader {
 
-// Walks over the live rows of tables. A row that has outgrown its page lies on another one, and its old place only
-// points there: it is read when the walk comes by the old place. What is deleted, or is only reached from elsewhere,
-// is passed over.
+// Walks over the live rows of tables. A row that has outgrown its page lies on another one, and its old place
+// only points there: it is read when the walk comes by the old place. What is deleted, or is only reached
+// from elsewhere, is passed over.
 class TableScan {
 public:
     explicit TableScan(const QByteArray &path);

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "jetfile/reader/TextDecoder.h"
-#include "jetfile/wire/RowCoding.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include <iconv.h>
 
@@ -14,8 +12,8 @@ namespace {
 
 constexpr int usualCodePage = 1252;
 
-// The characters of a code page of single bytes. A byte that stands for none becomes the control character of the
-// same number, as on the systems that the code pages come from.
+// The characters of a code page of single bytes. A byte that stands for none becomes the control character of
+// the same number, as on the systems that the code pages come from.
 std::array<char16_t, 256> characters(int codePage)
 {
     const QByteArray name = "CP" + QByteArray::number(codePage);
@@ -50,59 +48,41 @@ TextDecoder::TextDecoder(const PageFile &file)
         m_codePage = characters(file.codePage() == 0 ? usualCodePage : file.codePage());
 }
 
-TextDecoder::Result TextDecoder::decodeInto(Bytes bytes)
+std::optional<QString> TextDecoder::decode(Bytes bytes) const
 {
-    m_wide.clear();
-    if (bytes.empty())
-        return Result::Wide;
+    const auto size = qsizetype(bytes.size());
     if (m_jet3) {
-        for (const uchar byte : bytes)
-            m_wide += m_codePage[byte];
-        return Result::Wide;
+        QString text(size, Qt::Uninitialized);
+        std::transform(bytes.begin(), bytes.end(), text.begin(),
+                       [&](uchar byte) { return m_codePage[byte]; });
+        return text;
     }
-    if (bytes.size() < 2 || bytes[0] != 0xff || bytes[1] != 0xfe) {
-        if (bytes.size() % 2 != 0)
-            return Result::NoText;
-        m_wide.resize(bytes.size() / 2);
-        qFromLittleEndian<char16_t>(bytes.data(), qsizetype(m_wide.size()), m_wide.data());
-        return Result::Wide;
+    if (size < 2 || bytes[0] != 0xff || bytes[1] != 0xfe) {
+        if (size % 2 != 0)
+            return {};
+        QString text(size / 2, Qt::Uninitialized);
+        qFromLittleEndian<char16_t>(bytes.data(), text.size(), text.data());
+        return text;
     }
 
     bytes = bytes.subspan(2);
-    if (std::memchr(bytes.data(), 0, bytes.size()) == nullptr) {
-        m_latin = bytes;
-        return Result::Latin;
-    }
+    QString text;
+    text.reserve(size);
     bool single = true; // one byte a character; a zero byte where one begins changes over
     for (std::size_t i = 0; i < bytes.size();) {
         if (bytes[i] == 0) {
             single = !single;
             ++i;
         } else if (single) {
-            m_wide += char16_t(bytes[i++]);
+            text += QLatin1Char(char(bytes[i++]));
         } else if (i + 1 < bytes.size()) {
-            m_wide += char16_t(number16(bytes, i));
+            text += QChar(number16(bytes, i));
             i += 2;
         } else {
-            return Result::NoText;
+            return {};
         }
     }
-    return Result::Wide;
-}
-
-bool TextDecoder::put(Bytes bytes, jetfile::wire::Writer &writer)
-{
-    switch (decodeInto(bytes)) {
-    case Result::Wide:
-        jetfile::wire::putCharacters(writer, m_wide);
-        return true;
-    case Result::Latin:
-        jetfile::wire::putLatin(writer, m_latin);
-        return true;
-    case Result::NoText:
-        break;
-    }
-    return false;
+    return text;
 }
 
 bool isName(QStringView text)
@@ -112,19 +92,6 @@ bool isName(QStringView text)
            && std::none_of(text.begin(), text.end(), [](QChar c) {
                   return c.isNonCharacter() || c.category() == QChar::Other_Control;
               });
-}
-
-QString TextDecoder::decode(Bytes bytes)
-{
-    switch (decodeInto(bytes)) {
-    case Result::Wide:
-        return QString::fromStdU16String(m_wide);
-    case Result::Latin:
-        return QString::fromLatin1(reinterpret_cast<const char *>(m_latin.data()), qsizetype(m_latin.size()));
-    case Result::NoText:
-        break;
-    }
-    return {};
 }
 
 } // namespace jetreader

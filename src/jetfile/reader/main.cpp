@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// orvale-jet-reader: sends what a Jet file holds to the program that started it (jetfile/wire/Wire.h). The file's
-// damage may bring this program down or make it run forever; it gets no memory and no time beyond its share.
+// orvale-jet-reader: sends what a Jet file holds to the program that started it (jetfile/wire/Wire.h). The
+// file's damage may bring this program down or make it run forever; it gets no memory and no time beyond its
+// share.
 #include "jetfile/reader/FrameOutput.h"
 #include "jetfile/reader/TableList.h"
 #include "jetfile/wire/TableCoding.h"
@@ -45,9 +46,7 @@ void sendFile(const QByteArray &path, FrameOutput &output)
 {
     wire::Writer payload;
     TableScan scan(path);
-    payload.put(wire::magic);
-    payload.put(wire::version);
-    payload.put(quint8(scan.file().isJet3() ? 3 : 4));
+    payload << wire::magic << wire::version << quint8(scan.file().isJet3() ? 3 : 4);
     output.send(wire::Kind::Hello, payload);
 
     const std::vector<TableDefinition> tables = readTableList(scan);
@@ -66,8 +65,7 @@ void sendFile(const QByteArray &path, FrameOutput &output)
         const auto begin = [&] {
             rows = 0;
             payload.clear();
-            payload.put(quint32(i));
-            payload.put(rows);
+            payload << quint32(i) << rows;
         };
         const auto flush = [&] {
             payload.patch(countAt, rows);
@@ -108,7 +106,7 @@ int main(int argc, char *argv[])
         sendFile(argv[1], output);
     } catch (const Damage &damage) {
         wire::Writer payload;
-        payload.putText(QString::fromStdString(damage.what()).left(400));
+        payload << QString::fromStdString(damage.what()).left(400);
         output.send(wire::Kind::Failure, payload);
     } catch (const std::bad_alloc &) {
         ::_exit(1);

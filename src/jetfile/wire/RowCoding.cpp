@@ -2,46 +2,11 @@
 #include "jetfile/wire/RowCoding.h"
 
 #include <QDateTime>
+#include <QUuid>
 
 namespace jetfile::wire {
 
 namespace {
-
-template <typename Unit>
-void putCounted(Writer &writer, Tag tag, const Unit *units, qsizetype count)
-{
-    writer.put(tag);
-    writer.put(quint32(count));
-    writer.put(units, count * qsizetype(sizeof(Unit)));
-}
-
-qsizetype takeSize(Reader &reader, qsizetype unit)
-{
-    const qsizetype count = reader.take<quint32>();
-    if (count > longestValue / unit)
-        throw Error("value too long");
-    return count;
-}
-
-// {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}: the first three groups are numbers, the rest are bytes.
-QString guidText(const uchar *guid)
-{
-    static constexpr int order[] = {3, 2, 1, 0, -1, 5, 4, -1, 7, 6, -1, 8, 9, -1, 10, 11, 12, 13, 14, 15};
-    static constexpr char digits[] = "0123456789ABCDEF";
-    QString text(38, Qt::Uninitialized);
-    QChar *out = text.data();
-    *out++ = u'{';
-    for (const int byte : order) {
-        if (byte < 0) {
-            *out++ = u'-';
-        } else {
-            *out++ = QLatin1Char(digits[guid[byte] >> 4]);
-            *out++ = QLatin1Char(digits[guid[byte] & 15]);
-        }
-    }
-    *out = u'}';
-    return text;
-}
 
 bool fits(Tag tag, dao::FieldType type)
 {
@@ -62,7 +27,7 @@ bool fits(Tag tag, dao::FieldType type)
         return tag == Tag::Date || tag == Tag::Double;
     case FieldType::Text:
     case FieldType::Memo:
-        return tag == Tag::Latin || tag == Tag::Wide;
+        return tag == Tag::Text;
     case FieldType::Guid:
         return tag == Tag::Guid;
     case FieldType::Binary:
@@ -98,71 +63,23 @@ QVariant takeValue(Reader &reader, dao::FieldType type)
             throw Error("date out of range");
         return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
     }
-    case Tag::Latin: {
-        const qsizetype count = takeSize(reader, sizeof(char16_t));
-        return QString::fromLatin1(reader.take(count), count);
-    }
-    case Tag::Wide: {
-        const qsizetype count = takeSize(reader, sizeof(char16_t));
-        QString text(count, Qt::Uninitialized);
-        std::memcpy(text.data(), reader.take(count * qsizetype(sizeof(char16_t))), count * sizeof(char16_t));
-        return text;
+    case Tag::Text: {
+        const QString text = reader.takeText(longestValue / qsizetype(sizeof(QChar)));
+        return text.isNull() ? QStringLiteral("") : text; // an invalid variant alone is Null
     }
     case Tag::Bytes: {
-        const qsizetype count = takeSize(reader, 1);
-        return QByteArray(reader.take(count), count);
+        const QByteArray bytes = reader.take<QByteArray>();
+        if (bytes.size() > longestValue)
+            throw Error("value too long");
+        return bytes.isNull() ? QByteArrayLiteral("") : bytes;
     }
     case Tag::Guid:
-        return guidText(reinterpret_cast<const uchar *>(reader.take(16)));
+        return reader.take<QUuid>().toString().toUpper();
     }
     throw Error("unknown tag");
 }
 
 } // namespace
-
-void putValue(Writer &writer, Tag tag)
-{
-    writer.put(tag);
-}
-
-void putInteger(Writer &writer, qint32 number)
-{
-    writer.put(Tag::Integer);
-    writer.put(number);
-}
-
-void putDouble(Writer &writer, double number)
-{
-    writer.put(Tag::Double);
-    writer.put(number);
-}
-
-void putDate(Writer &writer, qint64 seconds)
-{
-    writer.put(Tag::Date);
-    writer.put(seconds);
-}
-
-void putCharacters(Writer &writer, QStringView text)
-{
-    putCounted(writer, Tag::Wide, text.utf16(), text.size());
-}
-
-void putLatin(Writer &writer, std::span<const uchar> text)
-{
-    putCounted(writer, Tag::Latin, text.data(), qsizetype(text.size()));
-}
-
-void putBytes(Writer &writer, std::span<const uchar> bytes)
-{
-    putCounted(writer, Tag::Bytes, bytes.data(), qsizetype(bytes.size()));
-}
-
-void putGuid(Writer &writer, std::span<const uchar, 16> guid)
-{
-    writer.put(Tag::Guid);
-    writer.put(guid.data(), 16);
-}
 
 void takeRow(Reader &reader, const QList<dao::ColumnInfo> &columns, JetRow &row)
 {

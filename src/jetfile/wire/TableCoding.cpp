@@ -5,16 +5,8 @@ namespace jetfile::wire {
 
 namespace {
 
-constexpr qsizetype longestName = 64 * 4; // 64 characters in UTF-8, with room to spare
+constexpr qsizetype longestName = 256; // Jet allows 64
 constexpr int mostFields = 10; // of an index
-
-void putColumn(Writer &writer, const dao::ColumnInfo &column)
-{
-    writer.putText(column.name);
-    writer.put(quint8(column.type));
-    writer.put(quint32(column.size));
-    writer.put(quint8(column.required));
-}
 
 dao::ColumnInfo takeColumn(Reader &reader)
 {
@@ -27,16 +19,6 @@ dao::ColumnInfo takeColumn(Reader &reader)
     column.size = reader.takeCount(65535);
     column.required = reader.take<quint8>() != 0;
     return column;
-}
-
-void putIndex(Writer &writer, const dao::IndexInfo &index)
-{
-    writer.putText(index.name);
-    writer.put(quint8(index.unique));
-    writer.put(quint8(index.primary));
-    writer.put(quint32(index.fields.size()));
-    for (const QString &field : index.fields)
-        writer.putText(field);
 }
 
 dao::IndexInfo takeIndex(Reader &reader)
@@ -74,17 +56,14 @@ JetTable takeTable(Reader &reader)
 
 void putTables(Writer &writer, const QList<JetTable> &tables)
 {
-    writer.put(quint32(tables.size()));
+    writer << quint32(tables.size());
     for (const JetTable &table : tables) {
-        writer.putText(table.name);
-        writer.put(table.declaredRows);
-        writer.put(table.lastAutoNumber);
-        writer.put(quint32(table.columns.size()));
+        writer << table.name << table.declaredRows << table.lastAutoNumber << quint32(table.columns.size());
         for (const dao::ColumnInfo &column : table.columns)
-            putColumn(writer, column);
-        writer.put(quint32(table.indexes.size()));
+            writer << column.name << quint8(column.type) << quint32(column.size) << quint8(column.required);
+        writer << quint32(table.indexes.size());
         for (const dao::IndexInfo &index : table.indexes)
-            putIndex(writer, index);
+            writer << index.name << quint8(index.unique) << quint8(index.primary) << index.fields;
     }
 }
 

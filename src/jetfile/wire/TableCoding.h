@@ -8,7 +8,8 @@ namespace jetfile::wire {
 
 void putTables(Writer &writer, const QList<JetTable> &tables);
 
-// Throws Error on anything that no Jet file can hold: too many columns, an unknown type, an index without fields...
+// Throws Error on anything that no Jet file can hold: too many columns, an unknown type, an index without
+// fields...
 QList<JetTable> takeTables(Reader &reader);
 
 } // namespace jetfile::wire

@@ -1,31 +1,59 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "jetfile/wire/Wire.h"
 
-#include <QString>
-
 namespace jetfile::wire {
 
-void Writer::putText(QStringView text)
+namespace {
+
+// The order of the machine, so that texts are copied as they are.
+void prepare(QDataStream &stream)
 {
-    const QByteArray utf8 = text.toUtf8();
-    put(quint32(utf8.size()));
-    put(utf8.data(), utf8.size());
+    stream.setVersion(QDataStream::Qt_6_4);
+    stream.setByteOrder(QDataStream::LittleEndian);
+}
+
+} // namespace
+
+Writer::Writer()
+{
+    prepare(*this);
+    m_buffer.open(QIODevice::WriteOnly);
+    setDevice(&m_buffer);
+}
+
+void Writer::truncate(qsizetype size)
+{
+    m_buffer.buffer().truncate(size);
+    m_buffer.seek(size);
+}
+
+void Writer::patch(qsizetype place, quint32 number)
+{
+    m_buffer.seek(place);
+    *this << number;
+    m_buffer.seek(size());
 }
 
 void Writer::clear()
 {
-    if (m_bytes.capacity() > 4 * fullBatch)
-        m_bytes = QByteArray();
-    m_bytes.reserve(2 * fullBatch);
-    m_bytes.resize(0);
+    if (m_buffer.buffer().capacity() > 4 * fullBatch)
+        m_buffer.buffer() = QByteArray();
+    m_buffer.buffer().reserve(2 * fullBatch);
+    truncate(0);
 }
 
-QString Reader::takeText(qsizetype mostBytes)
+Reader::Reader(const QByteArray &bytes)
+    : QDataStream(bytes)
 {
-    const qsizetype size = take<quint32>();
-    if (size > mostBytes)
+    prepare(*this);
+}
+
+QString Reader::takeText(qsizetype longest)
+{
+    const QString text = take<QString>();
+    if (text.size() > longest)
         throw Error("text too long");
-    return QString::fromUtf8(take(size), size);
+    return text;
 }
 
 int Reader::takeCount(int most)

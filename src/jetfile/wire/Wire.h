@@ -1,38 +1,33 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QByteArray>
-#include <QByteArrayView>
-#include <QStringView>
+#include <QBuffer>
+#include <QDataStream>
 
-#include <cstring>
-#include <span>
 #include <stdexcept>
-#include <type_traits>
 
-// What orvale-jet-reader and JetFileReader say to each other over the pipe. Both run on the same machine and are
-// built together, so numbers travel as they lie in memory.
-//
-// The stream is a row of frames: the length of the payload (4 bytes), the kind (1 byte), the payload.
+// The protocol between orvale-jet-reader and JetFileReader. A frame is the length of its payload (4 bytes),
+// its kind (1 byte) and the payload, a QDataStream.
 //
 //   hello    magic (4), version of this protocol (2), version of the Jet file (1)
 //   tables   all definitions (TableCoding.h)
 //   rows     number of the table (4), number of rows (4), the rows (RowCoding.h)
 //   tableEnd number of the table (4): all its rows have been sent
 //   end      nothing more follows
-//   failure  what is wrong with the file, as a part of an Italian sentence (UTF-8); nothing more follows
+//   failure  what is wrong with the file, as a part of an Italian sentence; nothing more follows
 //
-// hello and tables come first and once; then, for each table in order, any number of rows frames and its tableEnd.
+// hello and tables come first and once; then, for each table in order, any number of rows frames and its
+// tableEnd.
 namespace jetfile::wire {
 
 constexpr quint32 magic = 0x524a564f;
-constexpr quint16 version = 1;
+constexpr quint16 version = 2;
 
 constexpr qsizetype longestValue = 16 * 1024 * 1024; // bytes of a text (UTF-16) or a binary object
 constexpr qsizetype longestRow = 32 * 1024 * 1024; // bytes of one encoded row
 constexpr qsizetype fullBatch = 64 * 1024; // a frame of rows is sent once it is this long
 constexpr qsizetype longestFrame = longestRow + fullBatch + 64 * 1024;
-constexpr qsizetype longestProblem = 2000; // bytes of what is said about a row or a file
+constexpr qsizetype longestProblem = 2000; // characters of what is said about a row or a file
 
 constexpr int mostRowsOfPage = 256; // a row is addressed by one byte within its page
 constexpr int mostTables = 32768;
@@ -48,69 +43,41 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// Builds the payload of one frame.
-class Writer {
+// The payload of one frame while it is being written.
+class Writer : public QDataStream {
 public:
-    template <typename Number>
-    void put(Number number)
-    {
-        static_assert(std::is_arithmetic_v<Number> || std::is_enum_v<Number>);
-        m_bytes.append(reinterpret_cast<const char *>(&number), sizeof number);
-    }
-    void put(const void *bytes, qsizetype size) { m_bytes.append(static_cast<const char *>(bytes), size); }
-    // A length of four bytes and the text in UTF-8.
-    void putText(QStringView text);
+    Writer();
 
-    qsizetype size() const { return m_bytes.size(); }
-    void truncate(qsizetype size) { m_bytes.truncate(size); }
-    // Overwrites a number that was put at that place.
-    void patch(qsizetype place, quint32 number)
-    {
-        std::memcpy(m_bytes.data() + place, &number, sizeof number);
-    }
-    const QByteArray &bytes() const { return m_bytes; }
-    // Empties it and keeps its room, but not that of a giant row.
+    qsizetype size() const { return m_buffer.size(); }
+    void truncate(qsizetype size);
+    // Overwrites a number that was written at that place.
+    void patch(qsizetype place, quint32 number);
+    const QByteArray &bytes() const { return m_buffer.data(); }
+    // Empties it and keeps its memory, but not that of a giant row.
     void clear();
 
 private:
-    QByteArray m_bytes;
+    QBuffer m_buffer;
 };
 
 // Takes a payload apart. Every call throws Error instead of reading past the end.
-class Reader {
+class Reader : public QDataStream {
 public:
-    Reader() = default;
-    explicit Reader(QByteArrayView bytes)
-        : m_next(bytes.data())
-        , m_end(bytes.data() + bytes.size())
-    {
-    }
+    explicit Reader(const QByteArray &bytes);
 
-    template <typename Number>
-    Number take()
+    template <typename Value>
+    Value take()
     {
-        Number number;
-        std::memcpy(&number, take(sizeof number), sizeof number);
-        return number;
-    }
-    const char *take(qsizetype size)
-    {
-        if (size < 0 || size > m_end - m_next)
+        Value value{};
+        *this >> value;
+        if (status() != Ok)
             throw Error("payload too short");
-        const char *bytes = m_next;
-        m_next += size;
-        return bytes;
+        return value;
     }
-    // A text written with putText; longer than that many bytes is an error.
-    QString takeText(qsizetype mostBytes);
-    // A number from 0 to `most`.
+    // A text; more than that many characters are an error.
+    QString takeText(qsizetype longest);
+    // A number from 0 to `most`, which precedes that many elements of a list.
     int takeCount(int most);
-
-    bool atEnd() const { return m_next == m_end; }
-
-private:
-    const char *m_next = nullptr;
-    const char *m_end = nullptr;
 };
 
 } // namespace jetfile::wire

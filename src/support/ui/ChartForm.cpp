@@ -46,8 +46,8 @@ void ChartForm::showModal()
     if (host && (host == this || !host->isVisible()))
         host = nullptr; // a form that has just been closed
     fitOnScreen(host);
-    // Without an owner the form could open behind the host's window. It owns it only while it is open: two forms that
-    // owned each other would be looked through without end.
+    // Without an owner the form could open behind the host's window. It owns it only while it is open: two
+    // forms that owned each other would be looked through without end.
     winId();
     if (host)
         windowHandle()->setTransientParent(host->windowHandle());

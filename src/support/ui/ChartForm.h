@@ -47,8 +47,8 @@ protected:
     // The form goes away: saves what is saved on closing and writes the host's mailbox.
     virtual void unloading() { }
 
-    // The form's size, where the screen has room for it beside the window's frame; else as much of it as there is room
-    // for. A doctor who drags the window to another size finds it so again.
+    // The form's size, where the screen has room for it beside the window's frame; else as much of it as
+    // there is room for. A doctor who drags the window to another size finds it so again.
     void setUsualSize(QSize size);
 
     // Shows in the strip what the header says now: it is filled at each showing, and by whom the header has

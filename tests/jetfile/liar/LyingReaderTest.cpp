@@ -25,18 +25,13 @@ public:
     Stream &frame(Kind kind, quint32 size, const QByteArray &payload)
     {
         Writer header;
-        header.put(size);
-        header.put(kind);
+        header << size << kind;
         m_bytes += header.bytes() + payload;
         return *this;
     }
     Stream &hello(quint8 jetVersion = 4, quint16 version = wire::version)
     {
-        return frame(Kind::Hello, [&](Writer &writer) {
-            writer.put(wire::magic);
-            writer.put(version);
-            writer.put(jetVersion);
-        });
+        return frame(Kind::Hello, [&](Writer &writer) { writer << wire::magic << version << jetVersion; });
     }
     // Tables of one whole number each.
     Stream &tables(int count = 1)
@@ -51,17 +46,14 @@ public:
     Stream &rows(quint32 table, quint32 said, int sent)
     {
         return frame(Kind::Rows, [&](Writer &writer) {
-            writer.put(table);
-            writer.put(said);
-            for (int i = 0; i < sent; ++i) {
-                wire::putInteger(writer, i);
-                writer.putText({});
-            }
+            writer << table << said;
+            for (int i = 0; i < sent; ++i)
+                writer << wire::Tag::Integer << i << QString();
         });
     }
     Stream &tableEnd(quint32 table)
     {
-        return frame(Kind::TableEnd, [&](Writer &writer) { writer.put(table); });
+        return frame(Kind::TableEnd, [&](Writer &writer) { writer << table; });
     }
     Stream &end()
     {
@@ -119,7 +111,7 @@ TEST_F(LyingReader, IsFoundOut)
     }
     EXPECT_TRUE(refusal(fileOf(Stream().hello(4, wire::version + 1).bytes())).contains("versione"));
     const QByteArray failure =
-        Stream().hello().frame(Kind::Failure, [](Writer &w) { w.putText(u"due\nrighe"); }).bytes();
+        Stream().hello().frame(Kind::Failure, [](Writer &w) { w << QStringLiteral("due\nrighe"); }).bytes();
     EXPECT_TRUE(refusal(fileOf(failure)).endsWith("è danneggiato o incompleto: due righe."));
 }
 

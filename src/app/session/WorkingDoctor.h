@@ -11,7 +11,6 @@ class SettingsStore;
 namespace orvale {
 
 class Practice;
-class WindowSettings;
 
 // A doctor of the practice's group.
 struct GroupDoctor {
@@ -37,8 +36,8 @@ public:
     bool isChosen() const { return m_chosen; }
     // Remembers the doctor of that code; another code changes nothing.
     void choose(const QString &code);
-    // Tells the chart.
-    void write(WindowSettings &settings) const;
+    // Writes the settings by which the chart knows the doctor.
+    void write(clivara::SettingsStore &settings) const;
 
 private:
     bool take(const QString &code);

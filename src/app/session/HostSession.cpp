@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/HostSession.h"
+#include "app/session/HostSession.h"
 
-#include "app/practice/CurrentPatient.h"
 #include "app/practice/Practice.h"
+#include "app/session/CurrentPatient.h"
 #include "chart/WorkingState.h"
 #include "host/Class3.h"
 #include "values/JetValues.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/WindowSettings.h"
+#include "app/session/WindowSettings.h"
 
 #include <QStringList>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/PatientLoader.h"
+#include "app/patients/PatientLoader.h"
 
-#include "app/window/PatientIndex.h"
-#include "app/window/PatientRecords.h"
+#include "app/patients/PatientIndex.h"
+#include "app/patients/PatientRecords.h"
 
 #include <limits>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/window/PatientIndex.h"
-#include "app/window/PatientSummary.h"
+#include "app/patients/PatientIndex.h"
+#include "app/patients/PatientSummary.h"
 #include "data/HostEnvironment.h"
 
 #include <QHash>
@@ -33,8 +33,8 @@ public:
     QList<LaboratoryLine> lastLaboratory(qint32 patient) const;
     BloodPressure lastPressure(qint32 code) const;
 
-    // A patient whose chart shows much: most of the exams that the calculators read, done since a day, several saved
-    // evaluations, and open problems. -1 when the practice has no patient.
+    // A patient whose chart shows much: most of the exams that the calculators read, done since a day,
+    // several saved evaluations, and open problems. -1 when the practice has no patient.
     qint32 instructivePatient(QDate since) const;
 
 private:

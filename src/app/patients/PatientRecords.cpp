@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/PatientRecords.h"
+#include "app/patients/PatientRecords.h"
 
 #include "data/AllergyRecords.h"
 #include "problems/ProblemRecords.h"

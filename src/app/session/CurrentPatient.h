@@ -20,6 +20,10 @@ bool selectPatient(clivara::SettingsStore &settings, dao::Database &clinical, qi
 // No patient is current.
 void deselectPatient(clivara::SettingsStore &settings);
 
+// What the chart has to know of a practice before a patient is selected: the working doctor and the region.
+// Throws dao::Error.
+void prepareSettings(clivara::SettingsStore &settings, Practice &practice);
+
 // The region of the practice, whatever the settings said before; none when the practice has none. Throws
 // dao::Error.
 void prepareRegion(clivara::SettingsStore &settings, const Practice &practice);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/PatientSummary.h"
+#include "app/patients/PatientSummary.h"
 
 #include <QRegularExpression>
 

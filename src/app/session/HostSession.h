@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/window/WindowSettings.h"
-#include "app/window/WorkingDoctor.h"
+#include "app/session/WindowSettings.h"
+#include "app/session/WorkingDoctor.h"
 
 #include <QVariant>
 #include <functional>

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/practice/CurrentPatient.h"
+#include "app/session/CurrentPatient.h"
 
 #include "app/practice/Practice.h"
 #include "app/practice/Regions.h"
+#include "app/session/WorkingDoctor.h"
 #include "support/SettingsStore.h"
 
 #include <QDir>
@@ -28,6 +29,12 @@ void deselectPatient(clivara::SettingsStore &settings)
     settings.write(QStringLiteral("CODICE PAZIENTE"), -1);
     settings.write(QStringLiteral("ESENZ_PAT"), QString());
     settings.write(QStringLiteral("ESENZ_INV"), QString());
+}
+
+void prepareSettings(clivara::SettingsStore &settings, Practice &practice)
+{
+    WorkingDoctor(settings, practice).write(settings);
+    prepareRegion(settings, practice);
 }
 
 void prepareRegion(clivara::SettingsStore &settings, const Practice &practice)

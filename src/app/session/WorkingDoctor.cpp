@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "app/window/WorkingDoctor.h"
+#include "app/session/WorkingDoctor.h"
 
 #include "app/practice/Practice.h"
-#include "app/window/WindowSettings.h"
+#include "support/SettingsStore.h"
 
 #include <QCryptographicHash>
 #include <QFileInfo>
@@ -65,7 +65,7 @@ WorkingDoctor::WorkingDoctor(clivara::SettingsStore &user, Practice &practice)
     m_chosen = take(user.text(rememberedKey(m_practice)));
     if (!m_chosen
         && !((owner.isEmpty() || owner == m_practice) && take(user.text(QStringLiteral("medicoP")))))
-        take(practice.firstDoctor().code);
+        take(practice.firstDoctor());
     m_chosen = m_chosen || m_group.size() < 2;
 }
 
@@ -87,7 +87,7 @@ void WorkingDoctor::choose(const QString &code)
     m_user.write(rememberedKey(m_practice), m_current.code);
 }
 
-void WorkingDoctor::write(WindowSettings &settings) const
+void WorkingDoctor::write(clivara::SettingsStore &settings) const
 {
     for (const char *key : {"medicoP", "medicoT", "medico_corrente", "MEDICO"})
         settings.write(QString::fromLatin1(key), m_current.code);
