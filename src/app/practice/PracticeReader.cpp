@@ -2,6 +2,7 @@
 #include "app/practice/PracticeReader.h"
 
 #include "app/practice/Practice.h"
+#include "dao/native/Account.h"
 
 namespace orvale {
 
