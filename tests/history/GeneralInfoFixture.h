@@ -55,7 +55,13 @@ protected:
     QString mailbox() { return settings.text("AGGIORNA_DIARIO"); }
 
     bool isChecked(const QString &name) const { return control<QAbstractButton>(name)->isChecked(); }
-    void esc() const { QTest::keyClick(m_form, Qt::Key_Escape); }
+    // Closes with Esc; for each box that comes there is an answer.
+    void esc(std::initializer_list<PromptButton> answers = {})
+    {
+        for (const PromptButton answer : answers)
+            prompts.queue(answer);
+        QTest::keyClick(m_form, Qt::Key_Escape);
+    }
     bool isOpen() const { return m_form->isLoaded(); }
     // What the form tells the doctor at its top; empty when there is nothing.
     QString notices() const

@@ -44,36 +44,6 @@ TEST_F(PregMalInfTest, TheFirstCloseWritesARowAndTheNextDoesNot)
     EXPECT_EQ(rows(), QStringList{"17|Null|" + none()});
 }
 
-TEST_F(PregMalInfTest, SavesAndShowsAgain)
-{
-    store("M", none());
-    open(form, [&] {
-        EXPECT_FALSE(note(1)->isEnabled());
-        click("SSCheck1_0");
-        click("SSCheck1_14");
-        click("SSCheck1_16");
-        EXPECT_TRUE(note(1)->isEnabled());
-        // 31 characters, one of them with an accent: the last is not taken.
-        for (const QChar character : QString::fromUtf8("perché no: l'anno 1987, a marz!"))
-            QTest::sendKeyEvent(QTest::Click, note(1), Qt::Key_unknown, QString(character), {});
-        EXPECT_EQ(note(1)->text().size(), 30);
-        click("Uscita");
-    });
-    InfectionAnswers saved;
-    saved.had.set(0).set(14).set(16);
-    saved.notes[1] = QString::fromUtf8("perché no: l'anno 1987, a marz");
-    EXPECT_EQ(codes("M"), QStringList{encodeInfections(saved)});
-    open(form, [&] {
-        EXPECT_TRUE(isChecked("SSCheck1_0"));
-        EXPECT_TRUE(isChecked("SSCheck1_14"));
-        EXPECT_FALSE(isChecked("SSCheck1_15"));
-        EXPECT_TRUE(isChecked("SSCheck1_16"));
-        EXPECT_EQ(note(1)->text(), saved.notes[1]);
-        EXPECT_TRUE(note(1)->isEnabled());
-        EXPECT_EQ(notices(), "");
-    });
-}
-
 TEST_F(PregMalInfTest, ANoteBesideADiseaseThatWasNotHadIsKept)
 {
     store("M", none());
@@ -160,8 +130,7 @@ TEST_F(PregMalInfTest, LookingAtADamagedOrNullRowStoresNothing)
             for (std::size_t i = 0; i < infectionCount; ++i)
                 shown.had[i] = isChecked(QStringLiteral("SSCheck1_%1").arg(i));
             if (*each.question) {
-                prompts.queue(PromptButton::No);
-                esc();
+                esc({PromptButton::No});
                 EXPECT_FALSE(isOpen());
             } else {
                 esc();
@@ -182,11 +151,9 @@ TEST_F(PregMalInfTest, LookingAtADamagedOrNullRowStoresNothing)
         *loadedCode = each.loaded;
         open(form, [&] {
             click("SSCheck1_3");
-            prompts.queue(PromptButton::Cancel);
-            esc();
+            esc({PromptButton::Cancel});
             EXPECT_TRUE(isOpen());
-            prompts.queue(PromptButton::Yes);
-            esc();
+            esc({PromptButton::Yes});
             EXPECT_FALSE(isOpen());
         });
         EXPECT_EQ(decodeInfections(codes("M").value(0)).had, shown.had);
@@ -222,14 +189,12 @@ TEST_F(PregMalInfTest, AFailedSaveAsksBeforeItLosesAnything)
     const RefusedRows refused(database(), "ESAME_OB");
     open(form, [&] {
         click("SSCheck1_3");
-        prompts.queue(PromptButton::No);
-        esc();
+        esc({PromptButton::No});
         EXPECT_TRUE(isOpen());
         EXPECT_TRUE(isChecked("SSCheck1_3"));
         EXPECT_TRUE(prompts.last().contains("Chiudere senza salvare?"));
         EXPECT_EQ(prompts.boxes.last().defaultButton, PromptButton::No);
-        prompts.queue(PromptButton::Yes);
-        esc();
+        esc({PromptButton::Yes});
         EXPECT_FALSE(isOpen());
     });
     EXPECT_EQ(codes("M"), QStringList{none()});
@@ -284,8 +249,7 @@ TEST_F(PregMalInfTest, WithoutAPatientNothingIsWritten)
     state.header.identified = false;
     open(form, [&] {
         click("SSCheck1_3");
-        prompts.queue(PromptButton::No);
-        esc();
+        esc({PromptButton::No});
         EXPECT_TRUE(isOpen()) << "with what was entered";
         EXPECT_TRUE(prompts.last().contains("non c'è un paziente identificato"))
             << qPrintable(prompts.last());

@@ -8,7 +8,8 @@ namespace jetfile {
 
 namespace {
 
-using JetFileEdges = JetFileFixture;
+using JetFileEdges = BothVersions;
+INSTANTIATE_TEST_SUITE_P(Jet, JetFileEdges, testing::ValuesIn(bothVersions));
 
 QByteArray noise(qsizetype count)
 {
@@ -18,60 +19,47 @@ QByteArray noise(qsizetype count)
     return bytes;
 }
 
-TEST_F(JetFileEdges, LongValuesThatJustFillTheirPages)
+TEST_P(JetFileEdges, LongValuesThatJustFillTheirPages)
 {
-    for (const JetVersion version : bothVersions) {
-        for (const LongForm form : {LongForm::ByLength, LongForm::Chained}) {
-            SCOPED_TRACE(int(version));
-            JetFileWriter writer(version);
-            JetTableWriter &table = writer.table("t", {number, {"ole", JetType::Ole}});
-            table.setLongForm(form);
-            QList<QVariantList> expected;
-            for (const int size : {1,    63,   64,   65,   2014, 2029, 2030, 2031, 2032, 2033, 2034, 2035,
-                                   2036, 2037, 4072, 4074, 4075, 4076, 4077, 4078, 4079, 4080, 4081, 8152}) {
-                expected.append({size, noise(size)});
-                table.addRow(expected.last());
-            }
-            const ReadTable read = readTable(writer);
-            ASSERT_EQ(read.rows.size(), expected.size());
-            for (int i = 0; i < expected.size(); ++i)
-                expectValues(read.rows[i], expected[i]);
+    for (const LongForm form : {LongForm::ByLength, LongForm::Chained}) {
+        JetFileWriter writer(GetParam());
+        JetTableWriter &table = writer.table("t", {number, {"ole", JetType::Ole}});
+        table.setLongForm(form);
+        QList<QVariantList> expected;
+        for (const int size : {1,    63,   64,   65,   2014, 2029, 2030, 2031, 2032, 2033, 2034, 2035,
+                               2036, 2037, 4072, 4074, 4075, 4076, 4077, 4078, 4079, 4080, 4081, 8152}) {
+            expected.append({size, noise(size)});
+            table.addRow(expected.last());
         }
+        expectRows(readTable(writer).rows, expected);
     }
 }
 
 // Rows of a table without columns of variable length do not say where such values begin.
-TEST_F(JetFileEdges, TheFirstColumnOfVariableLengthComesLate)
+TEST_P(JetFileEdges, TheFirstColumnOfVariableLengthComesLate)
 {
-    for (const JetVersion version : bothVersions) {
-        SCOPED_TRACE(int(version));
-        JetFileWriter writer(version);
-        JetTableWriter &table = writer.table("t", {number});
-        table.addRow({-1}).addRow({0x01010101});
-        table.addColumn({"testo", JetType::Text, 20});
-        table.addRow({2, "due"});
-        for (int i = 0; i < 8; ++i) // beyond the first byte of the older rows' bitmap
-            table.addColumn({QStringLiteral("si%1").arg(i), JetType::Boolean});
-        const ReadTable read = readTable(writer);
-        ASSERT_EQ(read.rows.size(), 3);
-        const QVariantList no(8, false);
-        expectValues(read.rows[0], QVariantList{-1, QVariant()} + no);
-        expectValues(read.rows[1], QVariantList{0x01010101, QVariant()} + no);
-        expectValues(read.rows[2], QVariantList{2, "due"} + no);
-    }
+    JetFileWriter writer(GetParam());
+    JetTableWriter &table = writer.table("t", {number});
+    table.addRow({-1}).addRow({0x01010101});
+    table.addColumn({"testo", JetType::Text, 20});
+    table.addRow({2, "due"});
+    for (int i = 0; i < 8; ++i) // beyond the first byte of the older rows' bitmap
+        table.addColumn({QStringLiteral("si%1").arg(i), JetType::Boolean});
+    const QVariantList no(8, false);
+    expectRows(readTable(writer).rows,
+               {QVariantList{-1, QVariant()} + no, QVariantList{0x01010101, QVariant()} + no,
+                QVariantList{2, "due"} + no});
 }
 
-TEST_F(JetFileEdges, FieldsOfAPrimaryIndexAreRequired)
+TEST_P(JetFileEdges, FieldsOfAPrimaryIndexAreRequired)
 {
-    for (const JetVersion version : bothVersions) {
-        JetFileWriter writer(version);
-        JetTableWriter &table = writer.table("t", {{"a", JetType::Long}, number, {"b", JetType::Byte}});
-        table.index("pk", {"b", number.name}, IndexKind::Primary);
-        table.index("u", {"a"}, IndexKind::Unique);
-        const JetTable read = readTable(writer).table;
-        EXPECT_FALSE(read.columns[0].required);
-        EXPECT_TRUE(read.columns[1].required && read.columns[2].required);
-    }
+    JetFileWriter writer(GetParam());
+    JetTableWriter &table = writer.table("t", {{"a", JetType::Long}, number, {"b", JetType::Byte}});
+    table.index("pk", {"b", number.name}, IndexKind::Primary);
+    table.index("u", {"a"}, IndexKind::Unique);
+    const JetTable read = readTable(writer).table;
+    EXPECT_FALSE(read.columns[0].required);
+    EXPECT_TRUE(read.columns[1].required && read.columns[2].required);
 }
 
 // Damage to one row, or to one page, costs these alone, and is told.
@@ -115,11 +103,10 @@ TEST_F(JetFileEdges, DamagedRowsAndPagesAreToldAndTheOthersRead)
     };
     for (const auto &damage : cases) {
         SCOPED_TRACE(damage.name);
-        const QList<ReadTable> tables = read(save(damage.bytes));
-        ASSERT_EQ(tables.size(), 1);
-        EXPECT_EQ(tables[0].rows.size(), damage.read);
+        const QList<JetRow> found = rowsOf(damage.bytes);
+        EXPECT_EQ(found.size(), damage.read);
         int problems = 0, lost = 0;
-        for (const JetRow &row : tables[0].rows) {
+        for (const JetRow &row : found) {
             problems += !row.problem.isEmpty();
             if (!row.values[0].isValid()) {
                 ++lost;
@@ -176,12 +163,11 @@ TEST_F(JetFileEdges, TextsOfEveryStorage)
     const qsizetype type = qsizetype(table.definitionPage()) * 4096 + 63 + 25;
     ASSERT_EQ(bytes[type], char(JetType::Binary));
     bytes[type] = char(JetType::Text);
-    const QList<ReadTable> tables = read(save(bytes));
-    ASSERT_EQ(tables.size(), 1);
-    ASSERT_EQ(tables[0].rows.size(), qsizetype(std::size(cases)));
-    for (qsizetype i = 0; i < tables[0].rows.size(); ++i) {
+    const QList<JetRow> rows = rowsOf(bytes);
+    ASSERT_EQ(rows.size(), qsizetype(std::size(cases)));
+    for (qsizetype i = 0; i < rows.size(); ++i) {
         SCOPED_TRACE(cases[i].name);
-        const JetRow &row = tables[0].rows[i];
+        const JetRow &row = rows[i];
         EXPECT_TRUE(same(cases[i].read, row.values[1])) << describe(row.values[1]);
         EXPECT_EQ(row.problem.isEmpty(), cases[i].read.isValid()) << row.problem.toStdString();
         EXPECT_EQ(row.values[0], QVariant(7));
@@ -215,20 +201,11 @@ TEST_F(JetFileEdges, MovedRowsAreNotReadTwice)
     circle[slot + 1] = char(circle[slot + 1] | 0x40);
     circle.replace(qsizetype(target >> 8) * page + (placeOf(target >> 8, int(target & 0xff)) & 0x1fff), 4,
                    whole.mid(pointer1, 4));
-    const struct {
-        QByteArray bytes;
-        QList<int> intact;
-    } cases[] = {{shared, {0, 1, 3}}, {circle, {0, 2, 3}}};
-    for (const auto &damage : cases) {
-        const QList<ReadTable> tables = read(save(damage.bytes));
-        ASSERT_EQ(tables.size(), 1);
-        ASSERT_EQ(tables[0].rows.size(), 4);
-        QList<int> intact;
-        for (const JetRow &row : tables[0].rows) {
-            if (row.problem.isEmpty())
-                intact.append(row.values[0].toInt());
-        }
-        EXPECT_EQ(intact, damage.intact);
+    for (const auto &[bytes, intact] :
+         {std::pair(shared, QList<int>{0, 1, 3}), std::pair(circle, QList<int>{0, 2, 3})}) {
+        const QList<JetRow> rows = rowsOf(bytes);
+        EXPECT_EQ(rows.size(), 4);
+        EXPECT_EQ(numbers(rows), intact);
     }
 }
 

@@ -68,9 +68,19 @@ protected:
         return {};
     }
     QString refusal(const QByteArray &bytes) { return refusal(save(bytes)); }
+    // A file with a single table, damaged or not: its rows.
+    QList<JetRow> rowsOf(const QByteArray &bytes)
+    {
+        const QList<ReadTable> tables = read(save(bytes));
+        EXPECT_EQ(tables.size(), 1);
+        return tables.value(0).rows;
+    }
 
     QTemporaryDir m_folder;
 };
+
+// Its tests hold for both versions of the format.
+class BothVersions : public JetFileFixture, public testing::WithParamInterface<JetVersion> { };
 
 inline std::string describe(const QVariant &value)
 {
@@ -100,12 +110,23 @@ inline void expectValues(const JetRow &row, const QVariantList &expected)
     }
 }
 
-// The first column of the rows.
-inline QList<int> numbers(const ReadTable &table)
+inline void expectRows(const QList<JetRow> &rows, const QList<QVariantList> &expected)
+{
+    ASSERT_EQ(rows.size(), expected.size());
+    for (qsizetype i = 0; i < rows.size() && !testing::Test::HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        expectValues(rows[i], expected[i]);
+    }
+}
+
+// The first column of the rows that could be read.
+inline QList<int> numbers(const QList<JetRow> &rows)
 {
     QList<int> numbers;
-    for (const JetRow &row : table.rows)
-        numbers.append(row.values.value(0).toInt());
+    for (const JetRow &row : rows) {
+        if (row.problem.isEmpty())
+            numbers.append(row.values.value(0).toInt());
+    }
     return numbers;
 }
 

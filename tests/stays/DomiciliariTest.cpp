@@ -40,30 +40,6 @@ protected:
     Domiciliari_Gestione form{state};
 };
 
-TEST_F(DomiciliariTest, ListsWhatIsHomeCareAndNothingElse)
-{
-    addEntry(1, "#11/01/2026#", "7");
-    addEntry(2, "#11/03/2026#", "9", "'con una nota'");
-    addEntry(3, "#11/02/2026#", "1"); // an ordinary visit
-    addEntry(4, "#11/02/2026#", "10"); // a type without regional code
-    addEntry(5, "#11/02/2026#", "77"); // a type that was removed
-    addEntry(6, "#11/02/2026#", "0"); // visits without a type
-    addEntry(7, "#11/02/2026#", "Null");
-    open(form, [&] {
-        EXPECT_EQ(form.windowTitle(), "Domiciliari");
-        EXPECT_EQ(rows(grid), (QStringList{"03/11/2026|Vaccinazione|", "01/11/2026|Assistenza|"}));
-        EXPECT_EQ(control<QComboBox>("cbTipoDomiciliare")->count(), 2);
-        QTest::keyClick(control(grid), Qt::Key_Escape);
-        EXPECT_FALSE(form.isVisible());
-    });
-    EXPECT_EQ(settings.text("AGGIORNA_DIARIO"), "PREVENZIONE");
-    environment.codes->Execute("DELETE * FROM TIPOVISITA");
-    open(form, [&] {
-        EXPECT_EQ(rows(grid), QStringList());
-        form.close();
-    });
-}
-
 TEST_F(DomiciliariTest, TheKeyIsTakenWhenTheEntryIsWritten)
 {
     open(form, [&] {
@@ -186,22 +162,6 @@ TEST_F(DomiciliariTest, TwoWorkstationsDoNotStoreTheSameTypeAndDay)
         form.close();
     });
     EXPECT_EQ(entries(), "5|2026-11-21 08:00:00|Null|7/6|2026-11-21 00:00:00|Null|9");
-}
-
-TEST_F(DomiciliariTest, AnImpossibleDateIsSaidToBeImpossible)
-{
-    open(form, [&] {
-        click(fresh);
-        choose("cbTipoDomiciliare", "Assistenza");
-        type("Data_Dom", "31/02/2026");
-        EXPECT_EQ(boxOf(store), "Attenzione|E' necessario inserire la data.\n"
-                                "Quella scritta, 31/02/2026, è impossibile.|warning");
-        type("Data_Dom", "");
-        EXPECT_EQ(boxOf(store), "Attenzione|E' necessario inserire la data.|warning");
-        click(cancel);
-        form.close();
-    });
-    EXPECT_EQ(entries(), "");
 }
 
 TEST_F(DomiciliariTest, WhatAVisitHoldsBesidesIsNotDeletedUnsaid)

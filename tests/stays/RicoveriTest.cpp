@@ -180,15 +180,24 @@ TEST_F(RicoveriTest, TheNewestStayIsThatOfThisPatient)
     }
 }
 
-TEST_F(RicoveriTest, ASecondPatientIsAskedAboutTheListAnew)
+// A stay that is not saved does not extend the list of hospitals; the answer holds for this stay only.
+TEST_F(RicoveriTest, TheDoctorIsAskedOnceForEachStayWhetherToExtendTheList)
 {
-    openStay(0, [&] {
+    const auto before = hospitalList();
+    const auto trySaving = [&] {
         choose("Combo2", "Cardiologia");
         typeHospital("L'Aquila");
         const RefusedRows refused(database(), "ricoveri2");
         prompts.queue(PromptButton::Yes);
-        prompts.queue(); // and not saved
+        prompts.queue();
         click(memorise);
+        EXPECT_EQ(prompts.last().toStdString(), notSaved);
+        EXPECT_EQ(hospitalList(), before);
+        EXPECT_EQ(control<CompletingBox>("Combo1")->text(), "L'Aquila");
+        EXPECT_EQ(state.stayId, 0);
+    };
+    openStay(0, [&] {
+        trySaving();
         click("Btm_Esci");
     });
     state.header.patientCode = 18;
@@ -199,8 +208,15 @@ TEST_F(RicoveriTest, ASecondPatientIsAskedAboutTheListAnew)
                   "Attenzione|Si desidera inserire l'elenco Sedi?|question");
         EXPECT_FALSE(dialog.isVisible());
     });
-    EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/Ospedale Sant'Anna");
+    EXPECT_EQ(hospitalList(), before);
     EXPECT_EQ(clinical("SELECT cod_paz, sede FROM ricoveri2"), QStringList("18|L'Aquila"));
+    openStay(0, [&] {
+        trySaving();
+        click(memorise); // the doctor has answered already
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    EXPECT_EQ(hospitalList(), "Clinica Santa Lucia/L'Aquila/Ospedale Sant'Anna");
+    EXPECT_EQ(state.stayId, 2);
 }
 
 TEST_F(RicoveriTest, TypingProposesTheHospitalsThatContainIt)
