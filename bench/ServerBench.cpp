@@ -23,13 +23,15 @@ QString required(const char *variable)
     return value;
 }
 
-// The statements that have reached the server so far: each one is a message there and its answer back.
+// The messages that have reached the server so far, each with its answer back: statements without those that keep a
+// transaction's state, which travel with them.
 int statementsLogged()
 {
     QFile log(required("PGHOST") + QStringLiteral("/log"));
     if (!log.open(QIODevice::ReadOnly))
         throw std::runtime_error("the server's log cannot be read");
-    static const QRegularExpression statement(QStringLiteral("LOG:  (statement|execute [^:]*):"));
+    static const QRegularExpression statement(
+        QStringLiteral("LOG:  (statement|execute [^:]*): (?!(RELEASE|SAVEPOINT) statement\n)"));
     return int(QString::fromUtf8(log.readAll()).count(statement));
 }
 

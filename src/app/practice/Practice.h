@@ -3,7 +3,7 @@
 
 #include "app/practice/Schema.h"
 #include "app/practice/UserError.h"
-#include "dao/native/Storage.h"
+#include "dao/native/Account.h"
 #include "data/HostEnvironment.h"
 
 #include <QString>

@@ -12,9 +12,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QUrl>
 #include <QtEndian>
-#include <sqlite3.h>
 #include <utility>
 
 namespace orvale {
@@ -69,9 +67,7 @@ void probeHeader(const QString &path)
 // Reads the file as it stands and never writes. Throws dao::Error when it cannot be read so far.
 void readTables(const QString &path, const QString &database, const Schema &schema)
 {
-    const QString address =
-        QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded()) + QStringLiteral("?immutable=1");
-    const dao::SqliteHandle file(address, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    const auto file = dao::SqliteHandle::asItStands(path);
     dao::SqliteStatement names(file.get(),
                                QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
     QStringList tables;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresChannel.h"
 
-#include "dao/postgres/PostgresParameters.h"
+#include "dao/postgres/PostgresStatement.h"
 
 #include <cstdlib>
 #include <libpq-fe.h>
@@ -161,20 +161,18 @@ PostgresResult PostgresChannel::run(const QString &sql, const QVariantList &valu
         return inTransaction() ? inside([&] { return send(text + keepNewState, sql); }, sql)
                                : outside([&] { return send(text, sql); }, doesChangeNothing(sql), sql);
     }
-    const QByteArray text = PostgresParameters::numbered(sql);
-    const PostgresParameters parameters(values);
+    const PostgresStatement statement(sql, values);
     if (!inTransaction())
         return outside(
             [&] {
-                m_wire.send(text, parameters);
+                m_wire.send(statement);
                 return results(sql);
             },
             doesChangeNothing(sql), sql);
     return inside(
         [&] {
-            m_wire.sendTogether(
-                text, parameters,
-                {QByteArrayLiteral("RELEASE statement"), QByteArrayLiteral("SAVEPOINT statement")});
+            m_wire.sendTogether(statement, {QByteArrayLiteral("RELEASE statement"),
+                                            QByteArrayLiteral("SAVEPOINT statement")});
             return resultsTogether(sql);
         },
         sql);

@@ -2,8 +2,8 @@
 #include "dao/postgres/PostgresStorage.h"
 
 #include "dao/postgres/PostgresCursor.h"
+#include "dao/postgres/PostgresDefinitions.h"
 #include "dao/postgres/PostgresExclusiveUse.h"
-#include "dao/postgres/PostgresFunctions.h"
 #include "dao/postgres/PostgresOpening.h"
 
 namespace dao {
@@ -105,8 +105,15 @@ QString PostgresStorage::attach(const QString &name, const QString &, bool)
 
 void PostgresStorage::define()
 {
-    for (const QString &statement : postgresDefinitions())
-        run(statement);
+    const QList<PostgresDefinition> definitions = postgresDefinitions();
+    for (const PostgresDefinition &definition : definitions) {
+        try {
+            run(definition.sql);
+        } catch (const Error &error) {
+            throw Error(error.number(), QStringLiteral("%1: %2").arg(definition.file, error.text()),
+                        definition.sql);
+        }
+    }
 }
 
 // What an earlier version of the program has defined gives way to this one's. Programs that begin at once wait for one

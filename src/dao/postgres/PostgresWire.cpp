@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/postgres/PostgresWire.h"
 
-#include "dao/postgres/PostgresParameters.h"
+#include "dao/postgres/PostgresStatement.h"
 #include "jetsql/NameLookup.h"
 
 #include <QElapsedTimer>
@@ -118,26 +118,25 @@ void PostgresWire::send(const QByteArray &sql)
     PQsendQuery(m_connection, sql.constData());
 }
 
-void PostgresWire::sendOne(const QByteArray &sql, const PostgresParameters &values)
+void PostgresWire::sendOne(const PostgresStatement &statement)
 {
-    PQsendQueryParams(m_connection, sql.constData(), values.count(), values.types(), values.values(),
-                      values.lengths(), values.formats(), 0);
+    PQsendQueryParams(m_connection, statement.sql().constData(), statement.count(), statement.types(),
+                      statement.values(), statement.lengths(), statement.formats(), 0);
 }
 
-void PostgresWire::send(const QByteArray &sql, const PostgresParameters &values)
+void PostgresWire::send(const PostgresStatement &statement)
 {
     prepareToSend();
-    sendOne(sql, values);
+    sendOne(statement);
 }
 
-void PostgresWire::sendTogether(const QByteArray &sql, const PostgresParameters &values,
-                                const QList<QByteArray> &further)
+void PostgresWire::sendTogether(const PostgresStatement &statement, const QList<QByteArray> &further)
 {
     prepareToSend();
     PQenterPipelineMode(m_connection);
-    sendOne(sql, values);
+    sendOne(statement);
     for (const QByteArray &each : further)
-        sendOne(each, {});
+        PQsendQueryParams(m_connection, each.constData(), 0, nullptr, nullptr, nullptr, nullptr, 0);
     PQpipelineSync(m_connection);
 }
 

@@ -8,7 +8,7 @@
 
 namespace dao {
 
-class PostgresParameters;
+class PostgresStatement;
 
 // A native connection as something that may fall silent: whoever waits for the server waits with a limit. The server itself
 // cuts a statement that takes too long, so one that has not answered some time after that will not answer any more; the
@@ -36,14 +36,12 @@ public:
     bool open();
     void giveUp();
 
-    // Statements without values, as PQsendQuery() takes them, or one with values, of which the marks are $1, $2... Their
-    // results follow.
+    // Statements without values, as PQsendQuery() takes them, or one with values. Their results follow.
     void send(const QByteArray &sql);
-    void send(const QByteArray &sql, const PostgresParameters &values);
+    void send(const PostgresStatement &statement);
     // One with values and further ones without, in one message, each with results of its own; the last result is
     // PGRES_PIPELINE_SYNC. Then endTogether().
-    void sendTogether(const QByteArray &sql, const PostgresParameters &values,
-                      const QList<QByteArray> &further);
+    void sendTogether(const PostgresStatement &statement, const QList<QByteArray> &further);
     void endTogether();
     // Waits for the next result, as PQgetResult() gives it: null after the last one of a statement.
     PostgresResult result();
@@ -52,7 +50,7 @@ public:
 
 private:
     void prepareToSend();
-    void sendOne(const QByteArray &sql, const PostgresParameters &values);
+    void sendOne(const PostgresStatement &statement);
     QDeadlineTimer patience() const;
     bool waitForServer(bool mayWrite);
 

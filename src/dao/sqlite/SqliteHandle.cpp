@@ -4,6 +4,7 @@
 #include "dao/native/NativeErrors.h"
 
 #include <QFile>
+#include <QUrl>
 #include <sqlite3.h>
 
 namespace dao {
@@ -69,6 +70,12 @@ SqliteHandle::SqliteHandle(const QString &name, int flags)
     if (result != SQLITE_OK)
         throw sqliteError(opened, name);
     sqlite3_extended_result_codes(opened, 1);
+}
+
+SqliteHandle SqliteHandle::asItStands(const QString &path)
+{
+    const QString address = QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+    return SqliteHandle(address + QStringLiteral("?immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
 }
 
 Error sqliteError(sqlite3 *connection, const QString &sql)
