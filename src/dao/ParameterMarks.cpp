@@ -12,36 +12,20 @@ constexpr char16_t lastMark = 0xF8FF;
 
 } // namespace
 
-int ParameterMarks::find(QStringView name) const
-{
-    for (qsizetype i = 0; i < m_parameters.size(); ++i) {
-        if (name.compare(m_parameters[i].name, Qt::CaseInsensitive) == 0)
-            return int(i);
-    }
-    return -1;
-}
-
-QString ParameterMarks::mark(const ParameterUse &use)
+QString parameterMark(const ParameterUse &use)
 {
     const int mark = firstMark + 2 * use.parameter + (use.asGuid ? 1 : 0);
     if (mark > lastMark)
         throw Error(InvalidArgument, QStringLiteral("La query ha troppi parametri"));
-    m_used[use.parameter] = true;
     return QString(QChar(char16_t(mark)));
 }
 
-QList<ParameterUse> ParameterMarks::resolve(QString &sql) const
+QList<ParameterUse> resolveParameterMarks(QString &sql)
 {
     QList<ParameterUse> uses;
-    if (m_parameters.isEmpty())
-        return uses;
-    const qsizetype unused = m_used.indexOf(false);
-    if (unused >= 0)
-        throw Error(
-            ItemNotFound,
-            QStringLiteral("Il parametro non fa parte della query: '%1'").arg(m_parameters[unused].name));
     QChar quote;
-    for (QChar &c : sql) {
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        const QChar c = std::as_const(sql)[i];
         if (!quote.isNull()) {
             quote = c == quote ? QChar() : quote;
         } else if (c == u'\'' || c == u'"') {
@@ -49,7 +33,7 @@ QList<ParameterUse> ParameterMarks::resolve(QString &sql) const
         } else if (c.unicode() >= firstMark && c.unicode() <= lastMark) {
             const int mark = c.unicode() - firstMark;
             uses.append({mark / 2, mark % 2 == 1});
-            c = u'?';
+            sql[i] = u'?';
         }
     }
     return uses;

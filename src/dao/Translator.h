@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "jetsql/Ast.h"
-#include "jetsql/Parameters.h"
+#include "jetsql/Bound.h"
 
 #include <QDateTime>
 #include <QList>
@@ -12,25 +11,6 @@
 namespace dao {
 
 class Dialect;
-
-// One field of a SELECT's result.
-struct ResultColumn {
-    QString name; // the field's name; "table.field" when a join brings the same name more than once
-    QString qualifiedName; // always "table.field" (the alias when there is one); empty for a computed field
-    FieldType type = FieldType::Unknown;
-    int size = 0;
-    int source = -1; // index into Translation::sources, -1 for a computed field
-    int sourceColumn = -1; // index into that table's columns
-};
-
-// One table of a SELECT's FROM clause.
-struct RowSource {
-    const TableInfo *table = nullptr;
-    QString alias; // the name under which the SQL speaks of it
-    // Position in the native result of the hidden column that identifies this table's row; -1 when the rows
-    // of the result do not stand for rows of the table (GROUP BY, DISTINCT, UNION).
-    int identityColumn = -1;
-};
 
 struct Translation {
     StatementKind kind = StatementKind::Select;

@@ -309,14 +309,14 @@ constexpr Function functionTable[] = {
     {u"datediff", "tdd|n", FieldType::Long, dateDiff},
     {u"dateadd", "tnd", FieldType::Date, dateAdd},
     {u"datepart", "td|n", FieldType::Long, datePart},
-    {u"datefromtext", "t", FieldType::Date, dateFromText, false},
-    {u"dateornull", "t", FieldType::Date, dateOrNull, false},
-    {u"assigneddate", "t", FieldType::Date, assignedDate, false},
-    {u"datefromserial", "n", FieldType::Date, dateFromSerial, false},
-    {u"serial", "d", FieldType::Double, serial, false},
-    {u"isdatetext", "t", FieldType::Boolean, isDateText, false, true},
-    {u"datetext", "d", FieldType::Text, shown, false},
-    {u"formatdate", "dt", FieldType::Text, formatDate, false},
+    {u"datefromtext", "t", FieldType::Date, dateFromText, Internal},
+    {u"dateornull", "t", FieldType::Date, dateOrNull, Internal},
+    {u"assigneddate", "t", FieldType::Date, assignedDate, Internal},
+    {u"datefromserial", "n", FieldType::Date, dateFromSerial, Internal},
+    {u"serial", "d", FieldType::Double, serial, Internal},
+    {u"isdatetext", "t", FieldType::Boolean, isDateText, Internal | TakesNull},
+    {u"datetext", "d", FieldType::Text, shown, Internal},
+    {u"formatdate", "dt", FieldType::Text, formatDate, Internal},
 };
 
 } // namespace

@@ -15,6 +15,38 @@ void throwOverflow()
     throw FunctionError{Overflow, QStringLiteral("Overflow")};
 }
 
+Aggregate findAggregate(QStringView name)
+{
+    for (int i = int(Aggregate::Count); i <= int(Aggregate::Last); ++i) {
+        if (name.compare(nameOf(Aggregate(i)), Qt::CaseInsensitive) == 0)
+            return Aggregate(i);
+    }
+    return Aggregate::None;
+}
+
+QString nameOf(Aggregate aggregate)
+{
+    switch (aggregate) {
+    case Aggregate::Count:
+        return QStringLiteral("count");
+    case Aggregate::Sum:
+        return QStringLiteral("sum");
+    case Aggregate::Avg:
+        return QStringLiteral("avg");
+    case Aggregate::Min:
+        return QStringLiteral("min");
+    case Aggregate::Max:
+        return QStringLiteral("max");
+    case Aggregate::First:
+        return QStringLiteral("first");
+    case Aggregate::Last:
+        return QStringLiteral("last");
+    case Aggregate::None:
+        break;
+    }
+    return {};
+}
+
 const Function *findFunction(QStringView name)
 {
     for (const auto &group : {textFunctions(), numberFunctions(), dateFunctions()}) {
@@ -28,7 +60,7 @@ const Function *findFunction(QStringView name)
 
 QVariant callFunction(const Function &function, Arguments arguments)
 {
-    if (!function.takesNull
+    if ((function.traits & TakesNull) == 0
         && std::any_of(arguments.begin(), arguments.end(), [](const QVariant &a) { return !a.isValid(); }))
         return {};
     return function.call(arguments);

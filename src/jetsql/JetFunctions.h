@@ -14,6 +14,14 @@ namespace dao::sql {
 // Values are qlonglong or double, QString, QDateTime (UTC), bool; an invalid variant is Null.
 using Arguments = std::span<const QVariant>;
 
+enum FunctionTraits {
+    Internal = 1, // a conversion that only the binder calls
+    TakesNull = 2, // else any Null argument makes the result Null
+    KeepsNumber = 4, // the result is a number of the first argument's type
+};
+
+// One function: the binder computes constants with it, SQLite calls it as "jet_name", and the server has a function
+// "jet.name" of the same arguments.
 struct Function {
     QStringView name; // lower-case
     // A letter for each parameter, by which the caller converts: t text, n number, d date. Those after '|'
@@ -21,8 +29,7 @@ struct Function {
     const char *parameters;
     FieldType result;
     QVariant (*call)(Arguments);
-    bool ofTheLanguage = true; // false: a conversion that only the translator calls
-    bool takesNull = false; // else any Null argument makes the result Null
+    int traits = 0; // FunctionTraits
 };
 
 // What a function does not accept: the engine's error number and a text.
@@ -32,6 +39,11 @@ struct FunctionError {
 };
 [[noreturn]] void throwInvalidCall();
 [[noreturn]] void throwOverflow();
+
+// The functions of groups of rows. First and Last take any value.
+enum class Aggregate { None, Count, Sum, Avg, Min, Max, First, Last };
+Aggregate findAggregate(QStringView name); // in any case
+QString nameOf(Aggregate aggregate); // in lower case
 
 const std::span<const Function> &textFunctions();
 const std::span<const Function> &numberFunctions();

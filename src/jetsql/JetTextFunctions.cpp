@@ -208,16 +208,16 @@ constexpr Function functionTable[] = {
     {u"ucase", "t", FieldType::Text, ucase},
     {u"lcase", "t", FieldType::Text, lcase},
     {u"instr", "tt", FieldType::Long, instr},
-    {u"instrfrom", "ntt|n", FieldType::Long, instrFrom, false},
+    {u"instrfrom", "ntt|n", FieldType::Long, instrFrom, Internal},
     {u"replace", "ttt", FieldType::Text, replace},
     {u"strcomp", "tt|n", FieldType::Long, strcomp},
     {u"space", "n", FieldType::Text, space},
     {u"string", "nt", FieldType::Text, string},
     {u"asc", "t", FieldType::Long, asc},
     {u"chr", "n", FieldType::Text, chr},
-    {u"formattext", "tt", FieldType::Text, formatText, false},
-    {u"assigntext", "tn", FieldType::Text, assignText, false},
-    {u"assignguid", "t", FieldType::Guid, assignGuid, false},
+    {u"formattext", "tt", FieldType::Text, formatText, Internal},
+    {u"assigntext", "tn", FieldType::Text, assignText, Internal},
+    {u"assignguid", "t", FieldType::Guid, assignGuid, Internal},
 };
 
 } // namespace

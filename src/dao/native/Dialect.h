@@ -52,10 +52,9 @@ public:
     // The text against a pattern that is not constant.
     virtual QString likeExpression(const QString &text, const QString &pattern) const = 0;
 
-    // A call of a function of the SQL ("mid", "format", ...) with typed operands, arguments checked by the
-    // caller; names are lower-case. Empty when the dialect does not know the function.
-    virtual QString function(const QString &name, const QStringList &arguments,
-                             const QList<FieldType> &types) const = 0;
+    // The native name of a function of the SQL ("mid", "format", ...), of a conversion or of first() and last(); each
+    // takes its arguments as JetFunctions describes them. Names are lower-case.
+    virtual QString functionName(const QString &name) const = 0;
 
     // --- rows and tables ------------------------------------------------------------------------
     // The hidden expression that identifies a row of the table spoken of as `alias` (quoted already).

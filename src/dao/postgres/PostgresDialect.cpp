@@ -163,13 +163,9 @@ QString PostgresDialect::likeExpression(const QString &text, const QString &patt
     return QStringLiteral("jet.like(") + pattern + QStringLiteral(", ") + text + u')';
 }
 
-QString PostgresDialect::function(const QString &name, const QStringList &arguments,
-                                  const QList<FieldType> &) const
+QString PostgresDialect::functionName(const QString &name) const
 {
-    if (name == u"first" || name == u"last" || sql::findFunction(name) != nullptr)
-        return QStringLiteral("jet.\"") + name + QStringLiteral("\"(") + arguments.join(QStringLiteral(", "))
-               + u')';
-    return {};
+    return QStringLiteral("jet.\"") + name + u'"';
 }
 
 QString PostgresDialect::rowIdentity(const QString &alias) const

@@ -27,8 +27,7 @@ public:
     QString groupText(const QString &expression) const override;
     QString likePattern(const QString &text, const QString &pattern) const override;
     QString likeExpression(const QString &text, const QString &pattern) const override;
-    QString function(const QString &name, const QStringList &arguments,
-                     const QList<FieldType> &types) const override;
+    QString functionName(const QString &name) const override;
 
     QString rowIdentity(const QString &alias) const override;
     QString identical(const QString &left, const QString &right, FieldType type) const override;

@@ -107,12 +107,9 @@ QString SqliteDialect::likeExpression(const QString &text, const QString &patter
     return QStringLiteral("jet_like(") + pattern + QStringLiteral(", ") + text + u')';
 }
 
-QString SqliteDialect::function(const QString &name, const QStringList &arguments,
-                                const QList<FieldType> &) const
+QString SqliteDialect::functionName(const QString &name) const
 {
-    if (name == u"first" || name == u"last" || sql::findFunction(name) != nullptr)
-        return QStringLiteral("jet_") + name + u'(' + arguments.join(QStringLiteral(", ")) + u')';
-    return {};
+    return QStringLiteral("jet_") + name;
 }
 
 QString SqliteDialect::rowIdentity(const QString &alias) const
