@@ -12,12 +12,6 @@ using Kind = Bound::Kind;
 QString nativeOperator(Operator op)
 {
     switch (op) {
-    case Operator::Add:
-        return QStringLiteral("+");
-    case Operator::Subtract:
-        return QStringLiteral("-");
-    case Operator::Multiply:
-        return QStringLiteral("*");
     case Operator::Equal:
         return QStringLiteral("=");
     case Operator::NotEqual:
@@ -78,11 +72,6 @@ QString SqlPrinter::plain(const Bound &node) const
         return m_dialect.parameter(node.type, parameterMark(node.parameter));
     case Kind::Call:
         return call(node);
-    case Kind::Arithmetic:
-        return enclosed(m_dialect.computed(value(argument(0))) + u' ' + nativeOperator(node.op) + u' '
-                        + m_dialect.computed(value(argument(1))));
-    case Kind::Negate:
-        return enclosed(u'-' + m_dialect.computed(value(argument(0))));
     case Kind::NumberOfBoolean:
         return m_dialect.numberFromBoolean(value(argument(0)));
     case Kind::Concatenate:
@@ -147,6 +136,12 @@ QString SqlPrinter::constant(const Bound &node) const
 
 QString SqlPrinter::call(const Bound &node) const
 {
+    if (const QStringView sign = node.function->sign; !sign.isEmpty()) {
+        const QString last = sign.toString() + u' ' + m_dialect.computed(value(*node.arguments.back()));
+        return enclosed(node.arguments.size() == 1
+                            ? last
+                            : m_dialect.computed(value(*node.arguments.front())) + u' ' + last);
+    }
     return m_dialect.functionName(node.function->name.toString()) + joinedBy(u", ", node, &SqlPrinter::value);
 }
 

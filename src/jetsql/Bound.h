@@ -52,8 +52,6 @@ struct Bound {
         Field, // of a table in FROM, here or in a SELECT around
         Parameter,
         Call, // function, arguments of its parameters' types
-        Arithmetic, // + - * of two numbers
-        Negate,
         NumberOfBoolean, // -1 or 0
         Concatenate, // two texts or more
         Coalesce,
@@ -76,18 +74,18 @@ struct Bound {
     Kind kind = Kind::Constant;
     FieldType type = FieldType::Null;
     int size = 0; // of a Text field
-    QVariant value; // of a constant, as in Constant
+    QVariant value = {}; // of a constant, as in Constant
     FieldType nullOf = FieldType::Null;
     const BoundTable *table = nullptr;
     int column = -1;
-    ParameterUse parameter;
+    ParameterUse parameter = {};
     const Function *function = nullptr;
     Aggregate aggregate = Aggregate::None;
     Operator op = Operator::Add;
     bool negated = false; // IS NOT NULL, NOT IN
-    std::vector<BoundPtr> arguments;
-    std::shared_ptr<const BoundSelect> select;
-    QStringView place; // of a field or item, for errors
+    std::vector<BoundPtr> arguments = {};
+    std::shared_ptr<const BoundSelect> select = {};
+    QStringView place = {}; // of a field or item, for errors
 
     bool isConstant() const { return kind == Kind::Constant; }
     bool isCondition() const { return kind >= Kind::Compare; }

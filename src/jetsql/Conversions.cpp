@@ -3,6 +3,8 @@
 
 #include "jetsql/SqlErrors.h"
 
+#include <QHash>
+
 namespace dao::sql {
 namespace {
 
@@ -17,21 +19,10 @@ BoundPtr assignedNumber(const BoundPtr &node, FieldType type, QStringView place)
                                                                    : toNumber(node, place);
     if (number->type == type || isNull(number))
         return number;
-    switch (type) {
-    case FieldType::Byte:
-        return call(u"cbyte", {number}, place);
-    case FieldType::Integer:
-        return call(u"cint", {number}, place);
-    case FieldType::Long:
-    case FieldType::AutoNumber:
-        return call(u"clng", {number}, place);
-    case FieldType::Currency:
-        return call(u"ccur", {number}, place);
-    case FieldType::Single:
-        return call(u"csng", {number}, place);
-    default:
-        return call(u"cdbl", {number}, place);
-    }
+    static const QHash<FieldType, QStringView> functions{
+        {FieldType::Byte, u"cbyte"},      {FieldType::Integer, u"cint"},  {FieldType::Long, u"clng"},
+        {FieldType::AutoNumber, u"clng"}, {FieldType::Currency, u"ccur"}, {FieldType::Single, u"csng"}};
+    return call(functions.value(type, u"cdbl"), {number}, place);
 }
 
 BoundPtr assignedText(const BoundPtr &node, const ColumnInfo &column, QStringView place)
@@ -48,9 +39,10 @@ BoundPtr assignedText(const BoundPtr &node, const ColumnInfo &column, QStringVie
 BoundPtr assignedBoolean(const BoundPtr &node, QStringView place)
 {
     if (!node->isConstant())
-        return sql::node(Bound::Kind::Case, FieldType::Boolean,
-                         {toCondition(node, place), constant(FieldType::Boolean, true),
-                          constant(FieldType::Boolean, false)});
+        return make({.kind = Bound::Kind::Case,
+                     .type = FieldType::Boolean,
+                     .arguments = {toCondition(node, place), constant(FieldType::Boolean, true),
+                                   constant(FieldType::Boolean, false)}});
     if (node->type == FieldType::Boolean)
         return node;
     return constant(FieldType::Boolean, !isNull(node) && toNumber(node, place)->value.toDouble() != 0);
@@ -58,67 +50,44 @@ BoundPtr assignedBoolean(const BoundPtr &node, QStringView place)
 
 } // namespace
 
+BoundPtr make(Bound node)
+{
+    return std::make_shared<const Bound>(std::move(node));
+}
+
 BoundPtr constant(FieldType type, const QVariant &value)
 {
-    Bound constant;
-    constant.type = value.isValid() ? type : FieldType::Null;
-    constant.value = value;
-    return std::make_shared<const Bound>(std::move(constant));
+    return make({.type = value.isValid() ? type : FieldType::Null, .value = value});
 }
 
 BoundPtr nullOf(FieldType type)
 {
-    Bound null;
-    null.nullOf = type;
-    return std::make_shared<const Bound>(std::move(null));
+    return make({.nullOf = type});
 }
 
 BoundPtr fieldOf(const BoundTable *table, int column, QStringView place)
 {
-    Bound field;
-    field.kind = Bound::Kind::Field;
-    field.type = table->info->columns[column].type;
-    field.size = table->info->columns[column].size;
-    field.table = table;
-    field.column = column;
-    field.place = place;
-    return std::make_shared<const Bound>(std::move(field));
-}
-
-BoundPtr node(Bound::Kind kind, FieldType type, std::vector<BoundPtr> arguments)
-{
-    Bound node;
-    node.kind = kind;
-    node.type = type;
-    node.arguments = std::move(arguments);
-    return std::make_shared<const Bound>(std::move(node));
+    const ColumnInfo &info = table->info->columns[column];
+    return make({.kind = Bound::Kind::Field,
+                 .type = info.type,
+                 .size = info.size,
+                 .table = table,
+                 .column = column,
+                 .place = place});
 }
 
 BoundPtr condition(Bound::Kind kind, std::vector<BoundPtr> arguments, bool negated)
 {
-    Bound condition;
-    condition.kind = kind;
-    condition.type = FieldType::Boolean;
-    condition.arguments = std::move(arguments);
-    condition.negated = negated;
-    return std::make_shared<const Bound>(std::move(condition));
+    return make(
+        {.kind = kind, .type = FieldType::Boolean, .negated = negated, .arguments = std::move(arguments)});
 }
 
 BoundPtr comparison(Bound::Kind kind, Operator op, BoundPtr left, BoundPtr right)
 {
-    Bound comparison;
-    comparison.kind = kind;
-    comparison.type = FieldType::Boolean;
-    comparison.op = op;
-    comparison.arguments = {std::move(left), std::move(right)};
-    return std::make_shared<const Bound>(std::move(comparison));
-}
-
-BoundPtr withType(const BoundPtr &node, FieldType type)
-{
-    Bound copy = *node;
-    copy.type = type;
-    return std::make_shared<const Bound>(std::move(copy));
+    return make({.kind = kind,
+                 .type = FieldType::Boolean,
+                 .op = op,
+                 .arguments = {std::move(left), std::move(right)}});
 }
 
 BoundPtr call(QStringView name, const std::vector<BoundPtr> &arguments, QStringView place)
@@ -134,12 +103,11 @@ BoundPtr call(QStringView name, const std::vector<BoundPtr> &arguments, QStringV
             throwError(error.number, error.text, place);
         }
     }
-    Bound call;
-    call.kind = Bound::Kind::Call;
-    call.type = function->result;
-    call.function = function;
-    call.arguments = arguments;
-    return std::make_shared<const Bound>(std::move(call));
+    const bool keepsNumber = (function->traits & KeepsNumber) != 0 && isNumeric(arguments.front()->type);
+    return make({.kind = Bound::Kind::Call,
+                 .type = keepsNumber ? arguments.front()->type : function->result,
+                 .function = function,
+                 .arguments = arguments});
 }
 
 BoundPtr toNumber(const BoundPtr &node, QStringView place, BadText bad)
@@ -151,7 +119,7 @@ BoundPtr toNumber(const BoundPtr &node, QStringView place, BadText bad)
     case TypeClass::Boolean:
         if (node->isConstant())
             return constant(FieldType::Long, qlonglong(node->value.toBool() ? -1 : 0));
-        return sql::node(Bound::Kind::NumberOfBoolean, FieldType::Integer, {node});
+        return make({.kind = Bound::Kind::NumberOfBoolean, .type = FieldType::Integer, .arguments = {node}});
     case TypeClass::Date:
         return call(u"serial", {node}, place);
     case TypeClass::Text:
@@ -184,7 +152,7 @@ BoundPtr neverNull(const BoundPtr &text)
     const BoundPtr empty = constant(FieldType::Text, QStringLiteral(""));
     if (text->isConstant())
         return text->type == FieldType::Null ? empty : text;
-    return node(Bound::Kind::Coalesce, FieldType::Text, {text, empty});
+    return make({.kind = Bound::Kind::Coalesce, .type = FieldType::Text, .arguments = {text, empty}});
 }
 
 BoundPtr toDate(const BoundPtr &node, QStringView place, BadText bad)

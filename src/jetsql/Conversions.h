@@ -7,13 +7,12 @@
 // part of the SQL that an error quotes.
 namespace dao::sql {
 
+BoundPtr make(Bound node);
 BoundPtr constant(FieldType type, const QVariant &value);
 BoundPtr nullOf(FieldType type);
 BoundPtr fieldOf(const BoundTable *table, int column, QStringView place);
-BoundPtr node(Bound::Kind kind, FieldType type, std::vector<BoundPtr> arguments);
 BoundPtr condition(Bound::Kind kind, std::vector<BoundPtr> arguments, bool negated = false);
 BoundPtr comparison(Bound::Kind kind, Operator op, BoundPtr left, BoundPtr right);
-BoundPtr withType(const BoundPtr &node, FieldType type);
 
 // A call of one of JetFunctions with arguments already of the parameters' types.
 BoundPtr call(QStringView function, const std::vector<BoundPtr> &arguments, QStringView place);

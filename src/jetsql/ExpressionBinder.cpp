@@ -37,7 +37,7 @@ BoundPtr concatenated(const BoundPtr &left, const BoundPtr &right)
 {
     if (left->isConstant() && right->isConstant())
         return constant(FieldType::Text, QString(left->value.toString() + right->value.toString()));
-    return node(Bound::Kind::Concatenate, FieldType::Text, {left, right});
+    return make({.kind = Bound::Kind::Concatenate, .type = FieldType::Text, .arguments = {left, right}});
 }
 
 // The text against the pattern of LIKE; without its signs it is a comparison.
@@ -60,7 +60,8 @@ BoundPtr ExpressionBinder::bind(const Expression &expression)
     case Expression::Kind::Field:
         return field(expression);
     case Expression::Kind::Negate:
-        return negate(expression);
+        return sql::call(u"negate", {toNumber(bind(*expression.arguments[0]), expression.place)},
+                         expression.place);
     case Expression::Kind::Not:
         return condition(Bound::Kind::Not, {bindCondition(*expression.arguments[0])});
     case Expression::Kind::Binary:
@@ -117,19 +118,7 @@ BoundPtr ExpressionBinder::parameter(const ParameterUse &use)
     const FieldType type = m_context.parameters.use(use.parameter);
     if (type == FieldType::Null)
         return constant(type, {});
-    Bound parameter;
-    parameter.kind = Bound::Kind::Parameter;
-    parameter.type = type;
-    parameter.parameter = use;
-    return std::make_shared<const Bound>(std::move(parameter));
-}
-
-BoundPtr ExpressionBinder::negate(const Expression &expression)
-{
-    const BoundPtr number = toNumber(bind(*expression.arguments[0]), expression.place);
-    if (number->isConstant())
-        return sql::call(u"negate", {number}, expression.place);
-    return node(Bound::Kind::Negate, FieldType::Double, {number});
+    return make({.kind = Bound::Kind::Parameter, .type = type, .parameter = use});
 }
 
 BoundPtr ExpressionBinder::binary(const Expression &expression)
@@ -173,10 +162,7 @@ BoundPtr ExpressionBinder::arithmetic(Operator op, const BoundPtr &left, const B
     const bool rightDate = classOf(right->type) == TypeClass::Date;
     const BoundPtr a = toNumber(left, place);
     const BoundPtr b = toNumber(right, place);
-    const bool native = op == Operator::Add || op == Operator::Subtract || op == Operator::Multiply;
-    const BoundPtr result = native && !(a->isConstant() && b->isConstant())
-                                ? withType(comparison(Bound::Kind::Arithmetic, op, a, b), FieldType::Double)
-                                : sql::call(functionOf(op), {a, b}, place);
+    const BoundPtr result = sql::call(functionOf(op), {a, b}, place);
     // A date and a number of days is a date; the days between two dates are a number.
     const bool isDate =
         leftDate != rightDate && (op == Operator::Add || (op == Operator::Subtract && leftDate));
@@ -240,27 +226,23 @@ BoundPtr ExpressionBinder::inSelect(const Expression &expression)
                 item = nullOf(typeOf(common));
         }
     }
-    Bound in;
-    in.kind = Bound::Kind::InSelect;
-    in.type = FieldType::Boolean;
-    in.negated = expression.negated;
-    in.arguments = {std::move(value)};
-    in.select = std::move(select);
-    return std::make_shared<const Bound>(std::move(in));
+    return make({.kind = Bound::Kind::InSelect,
+                 .type = FieldType::Boolean,
+                 .negated = expression.negated,
+                 .arguments = {std::move(value)},
+                 .select = std::move(select)});
 }
 
 BoundPtr ExpressionBinder::ofSelect(const Expression &expression)
 {
     const SelectBinder binder(m_context, &m_scope);
-    const bool exists = expression.kind == Expression::Kind::Exists;
-    auto select = std::make_shared<const BoundSelect>(exists ? binder.bind(*expression.select)
-                                                             : binder.bindSingleColumn(*expression.select));
-    Bound result;
-    result.kind = exists ? Bound::Kind::Exists : Bound::Kind::Scalar;
-    result.type = exists ? FieldType::Boolean : select->columns.front().type;
-    result.size = exists ? 0 : select->columns.front().size;
-    result.select = std::move(select);
-    return std::make_shared<const Bound>(std::move(result));
+    if (expression.kind == Expression::Kind::Exists)
+        return make({.kind = Bound::Kind::Exists,
+                     .type = FieldType::Boolean,
+                     .select = std::make_shared<const BoundSelect>(binder.bind(*expression.select))});
+    auto select = std::make_shared<const BoundSelect>(binder.bindSingleColumn(*expression.select));
+    const ResultColumn &column = select->columns.front();
+    return make({.kind = Bound::Kind::Scalar, .type = column.type, .size = column.size, .select = select});
 }
 
 } // namespace dao::sql

@@ -35,7 +35,6 @@ public:
 private:
     BoundPtr field(const Expression &expression);
     BoundPtr parameter(const ParameterUse &use);
-    BoundPtr negate(const Expression &expression);
     BoundPtr binary(const Expression &expression);
     BoundPtr arithmetic(Operator op, const BoundPtr &left, const BoundPtr &right, QStringView place);
     BoundPtr junction(const Expression &expression);

@@ -30,7 +30,8 @@ BoundPtr choice(const std::vector<BoundPtr> &conditions, const std::vector<Bound
             arguments.push_back(conditions[i]);
         arguments.push_back(toClass(values[i], common, place));
     }
-    return node(Bound::Kind::Case, commonType(values, common), std::move(arguments));
+    return make(
+        {.kind = Bound::Kind::Case, .type = commonType(values, common), .arguments = std::move(arguments)});
 }
 
 // Only the patterns of format() whose meaning is known: a wrong text would go unnoticed.
@@ -121,9 +122,7 @@ BoundPtr ExpressionBinder::call(QStringView name, const Expression &expression)
                                                 : toNumber(value, argument->place));
         ++parameter;
     }
-    const BoundPtr result = sql::call(name, arguments, expression.place);
-    const bool keepsNumber = (function->traits & KeepsNumber) != 0 && !result->isConstant();
-    return keepsNumber && isNumeric(arguments[0]->type) ? withType(result, arguments[0]->type) : result;
+    return sql::call(name, arguments, expression.place);
 }
 
 // date(), now() and time()
@@ -168,7 +167,7 @@ BoundPtr ExpressionBinder::nz(const Expression &expression)
     const FieldType type = commonType(values, common);
     for (BoundPtr &value : values)
         value = toClass(value, common, expression.place);
-    return node(Bound::Kind::Coalesce, type, std::move(values));
+    return make({.kind = Bound::Kind::Coalesce, .type = type, .arguments = std::move(values)});
 }
 
 BoundPtr ExpressionBinder::iif(const Expression &expression)
@@ -249,43 +248,38 @@ BoundPtr ExpressionBinder::aggregate(const Expression &expression, Aggregate fun
 {
     if (!m_aggregatesAllowed || m_inAggregate)
         throwAggregateHere(expression.place);
-    Bound result;
-    result.kind = Bound::Kind::Aggregate;
-    result.aggregate = function;
-    result.type = FieldType::Long;
+    const auto result = [function](FieldType type, int size, std::vector<BoundPtr> arguments) {
+        return make({.kind = Bound::Kind::Aggregate,
+                     .type = type,
+                     .size = size,
+                     .aggregate = function,
+                     .arguments = std::move(arguments)});
+    };
     if (expression.star) {
         if (function != Aggregate::Count)
             throwSyntaxError(expression.place);
-        return std::make_shared<const Bound>(std::move(result));
+        return result(FieldType::Long, 0, {});
     }
     if (expression.arguments.size() != 1)
         throwWrongArguments(expression.place);
     m_inAggregate = true;
-    BoundPtr value = bind(*expression.arguments[0]);
+    const BoundPtr value = bind(*expression.arguments[0]);
     m_inAggregate = false;
     switch (function) {
+    case Aggregate::Count:
+        return result(FieldType::Long, 0, {value});
     case Aggregate::Sum:
     case Aggregate::Avg:
-        value = toNumber(value, expression.place);
-        result.type = FieldType::Double;
-        break;
+        return result(FieldType::Double, 0, {toNumber(value, expression.place)});
     case Aggregate::Min:
     case Aggregate::Max:
-        if (value->type == FieldType::Boolean)
-            value = toNumber(value, expression.place); // true is the lower one
-        result.type = value->type == FieldType::AutoNumber ? FieldType::Long : value->type;
-        result.size = value->size;
-        break;
-    case Aggregate::First:
-    case Aggregate::Last:
-        result.type = value->type;
-        result.size = value->size;
-        break;
+        if (value->type == FieldType::Boolean) // true is the lower one
+            return result(FieldType::Integer, 0, {toNumber(value, expression.place)});
+        return result(value->type == FieldType::AutoNumber ? FieldType::Long : value->type, value->size,
+                      {value});
     default:
-        break;
+        return result(value->type, value->size, {value});
     }
-    result.arguments = {std::move(value)};
-    return std::make_shared<const Bound>(std::move(result));
 }
 
 } // namespace dao::sql

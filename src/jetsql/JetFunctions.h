@@ -21,7 +21,7 @@ enum FunctionTraits {
 };
 
 // One function: the binder computes constants with it, SQLite calls it as "jet_name", and the server has a function
-// "jet.name" of the same arguments.
+// "jet.name" of the same arguments; a sign stands for it where every engine has an operator.
 struct Function {
     QStringView name; // lower-case
     // A letter for each parameter, by which the caller converts: t text, n number, d date. Those after '|'
@@ -30,6 +30,7 @@ struct Function {
     FieldType result;
     QVariant (*call)(Arguments);
     int traits = 0; // FunctionTraits
+    QStringView sign = {};
 };
 
 // What a function does not accept: the engine's error number and a text.

@@ -266,14 +266,14 @@ QVariant formatNumber(Arguments a)
 }
 
 constexpr Function functionTable[] = {
-    {u"add", "nn", FieldType::Double, add, Internal},
-    {u"subtract", "nn", FieldType::Double, subtract, Internal},
-    {u"multiply", "nn", FieldType::Double, multiply, Internal},
+    {u"add", "nn", FieldType::Double, add, Internal, u"+"},
+    {u"subtract", "nn", FieldType::Double, subtract, Internal, u"-"},
+    {u"multiply", "nn", FieldType::Double, multiply, Internal, u"*"},
     {u"divide", "nn", FieldType::Double, divide, Internal},
     {u"integerdivide", "nn", FieldType::Long, integerDivide, Internal},
     {u"modulo", "nn", FieldType::Long, modulo, Internal},
     {u"power", "nn", FieldType::Double, power, Internal},
-    {u"negate", "n", FieldType::Double, negate, Internal},
+    {u"negate", "n", FieldType::Double, negate, Internal, u"-"},
     {u"abs", "n", FieldType::Double, abs, KeepsNumber},
     {u"sgn", "n", FieldType::Long, sgn},
     {u"int", "n", FieldType::Double, floor, KeepsNumber},

@@ -211,6 +211,16 @@ QString SmallPractice::value(const QString &expression) const
     return rows(QStringLiteral("SELECT ") + expression + QStringLiteral(" FROM one"));
 }
 
+QString SmallPractice::ofNulls(const QString &function, const QList<FieldType> &types) const
+{
+    QStringList nulls;
+    for (const FieldType type : types)
+        nulls.append(m_storage->dialect().nullLiteral(type));
+    return run(
+        QStringLiteral("SELECT %1(%2)").arg(m_storage->dialect().functionName(function), nulls.join(u',')),
+        1);
+}
+
 QString SmallPractice::plan(const QString &sql) const
 {
     if (!testengine::isServer())

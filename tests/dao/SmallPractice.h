@@ -28,6 +28,8 @@ public:
     int execute(const QString &sql) const;
     // The one value of "SELECT <expression> FROM one" as rows() shows it.
     QString value(const QString &expression) const;
+    // What the native function of that name makes of Nulls of these types, as rows() shows it.
+    QString ofNulls(const QString &function, const QList<dao::FieldType> &types) const;
     // The lines of the native engine's plan.
     QString plan(const QString &sql) const;
     // The number of the error that the statement gives; 0 when it gives none. `text` gets the error's text.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dao/SmallPractice.h"
 #include "jetsql/Error.h"
+#include "jetsql/JetFunctions.h"
 
 #include <gtest/gtest.h>
 
@@ -426,6 +427,36 @@ TEST_F(TranslatorExpression, WhatIsUnknownIsAnError)
     };
     for (const Case &c : cases)
         EXPECT_EQ(value(c.expression), c.value) << c.expression;
+}
+
+// The engine's own functions against the table, for each number of arguments: they are there, and Null goes through.
+TEST_F(TranslatorExpression, EveryFunctionOfTheTableIsOneOfTheNativeEngine)
+{
+    namespace sql = dao::sql;
+    for (const auto &group : {sql::textFunctions(), sql::numberFunctions(), sql::dateFunctions()}) {
+        for (const sql::Function &function : group) {
+            if (!function.sign.isEmpty())
+                continue;
+            QList<dao::FieldType> types;
+            bool optional = false;
+            for (const char *parameter = function.parameters;; ++parameter) {
+                optional = optional || *parameter == '|';
+                if (*parameter == '|')
+                    continue;
+                if (*parameter == '\0' || optional) {
+                    const QString name = function.name.toString();
+                    EXPECT_EQ(m_practice.ofNulls(name, types),
+                              (function.traits & sql::TakesNull) != 0 ? "0" : "Null")
+                        << name.toStdString() << " of " << types.size();
+                }
+                if (*parameter == '\0')
+                    break;
+                types.append(*parameter == 't'   ? dao::FieldType::Text
+                             : *parameter == 'd' ? dao::FieldType::Date
+                                                 : dao::FieldType::Double);
+            }
+        }
+    }
 }
 
 } // namespace
