@@ -9,17 +9,18 @@ namespace clivara {
 
 namespace {
 
-std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
+std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const dao::Query &query)
 {
-    return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot, dao::RowsWanted::First);
+    return clinical.OpenRecordset(query, dao::RecordsetType::Snapshot, dao::RowsWanted::First);
 }
 
 } // namespace
 
 std::optional<CalculatorPatient> readCalculatorPatient(dao::Database &clinical, qint32 patientCode)
 {
-    const auto row = open(clinical, QStringLiteral("select sesso, data_nasc FROM Archivio WHERE (cod_paz = ")
-                                        + QString::number(patientCode) + QStringLiteral(")"));
+    const auto row =
+        open(clinical, {QStringLiteral("select sesso, data_nasc FROM Archivio WHERE (cod_paz = [patient])"),
+                        {{"patient", patientCode}}});
     if (row->Eof())
         return std::nullopt;
     return CalculatorPatient{row->Fields(QStringLiteral("sesso")).text().trimmed(),
@@ -30,9 +31,9 @@ std::optional<QString> cutMeasurement(dao::Database &clinical, const QString &de
                                       const QString &examination)
 {
     const auto layout =
-        open(clinical, QStringLiteral("SELECT * FROM DEFCAMPI WHERE Tiporec LIKE 'A' AND Formapp LIKE "
-                                      "'EOG' and descrizione like '")
-                           + description + u'\'');
+        open(clinical, {QStringLiteral("SELECT * FROM DEFCAMPI WHERE Tiporec LIKE 'A' AND Formapp LIKE "
+                                       "'EOG' and descrizione = [name]"),
+                        {{"name", description}}});
     if (layout->Eof())
         return std::nullopt;
     const int offset = int(layout->Fields(QStringLiteral("offset")).number()); // from 1
@@ -45,9 +46,9 @@ std::optional<QString> cutMeasurement(dao::Database &clinical, const QString &de
 Finding readWeight(dao::Database &clinical, qint32 patientCode)
 {
     const auto rows =
-        open(clinical, QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND (COD_PAZ = ")
-                           + QString::number(patientCode)
-                           + QStringLiteral(") order by data_reg desc, chiave desc"));
+        open(clinical, {QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND "
+                                       "(COD_PAZ = [patient]) order by data_reg desc, chiave desc"),
+                        {{"patient", patientCode}}});
     if (rows->Eof() || rows->Fields(QStringLiteral("dati_paz")).isNull())
         return {};
     const auto weight =
@@ -74,22 +75,29 @@ Finding readNewestResult(dao::Database &clinical, qint32 patientCode, const QStr
 Finding scanResults(dao::Database &clinical, qint32 patientCode, const QString &examCode, QDate since,
                     bool onlySince, const ResultJudge &judge)
 {
-    QStringList codes{examCode};
-    codes += otherSpellings(examCode);
-    QString sql = QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice in ('")
-                  + codes.join(QStringLiteral("', '"))
-                  + QStringLiteral("')) and (r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz =  ")
-                  + QString::number(patientCode);
-    if (onlySince)
-        sql += QStringLiteral(") and (r.da_pre >= CDATE('%1')").arg(jet::slashedDate(since));
+    dao::Query query{{}, {{"patient", patientCode}}};
+    QStringList codes;
+    for (const QString &code : QStringList{examCode} + otherSpellings(examCode)) {
+        const auto name = QStringLiteral("exam%1").arg(codes.size());
+        codes.append(u'[' + name + u']');
+        query.parameters.append({name, code});
+    }
+    query.sql =
+        QStringLiteral("SELECT r2.*, r.* FROM riepil AS r, riepil2 AS r2 WHERE (r2.codice in (%1)) and "
+                       "(r2.cod_rie = r.minsan) and (r.tipo = 1) and (r.cod_paz = [patient])")
+            .arg(codes.join(u','));
+    if (onlySince) {
+        query.sql += QStringLiteral(" and (r.da_pre >= [since])");
+        query.parameters.append({"since", since});
+    }
     // Of results of the same day the one with the higher key is the newest.
-    sql += QStringLiteral(") ORDER BY r.da_pre DESC, r.cod_pre DESC, r2.idriepil2 DESC");
+    query.sql += QStringLiteral(" ORDER BY r.da_pre DESC, r.cod_pre DESC, r2.idriepil2 DESC");
     const auto text = [](dao::Recordset &rows, const QString &field) {
         return rows.Fields(field).text().trimmed();
     };
     Finding finding;
     finding.since = since;
-    for (const auto rows = open(clinical, sql); !rows->Eof(); rows->MoveNext()) {
+    for (const auto rows = open(clinical, query); !rows->Eof(); rows->MoveNext()) {
         const Sighting seen{text(*rows, QStringLiteral("unita")), text(*rows, QStringLiteral("unita_Mis")),
                             rows->Fields(QStringLiteral("da_pre")).date().date(),
                             text(*rows, QStringLiteral("codice"))};

@@ -8,14 +8,9 @@ namespace clivara {
 
 namespace {
 
-std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
+std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const dao::Query &query)
 {
-    return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
-}
-
-QString jetBoolean(bool value)
-{
-    return value ? QStringLiteral("true") : QStringLiteral("false");
+    return clinical.OpenRecordset(query, dao::RecordsetType::Snapshot);
 }
 
 } // namespace
@@ -26,8 +21,8 @@ QList<HistoryRow> readCardiovascularHistory(dao::Database &clinical, qint32 pati
         clinical,
         QStringLiteral(
             "SELECT format(data_val,'dd/mm/yyyy'), format(pct_rischio,'0.0%'), data_val, pct_rischio "
-            "FROM Rischio_Cardio WHERE cod_paz = %1 ORDER BY data_val Desc")
-            .arg(patientCode));
+            "FROM Rischio_Cardio WHERE cod_paz = [patient] ORDER BY data_val Desc"),
+        patientCode);
 }
 
 WriteResult saveCardiovascular(WorkingState &state, const QDateTime &when,
@@ -52,20 +47,19 @@ const StoredEvaluation &storedCardiovascular()
 
 Condition readDiabetes(dao::Database &clinical, qint32 patientCode)
 {
-    const QString code = QString::number(patientCode);
     const std::pair<QString, QString> places[]{
-        {QStringLiteral("SELECT * FROM cronpat WHERE cod_paz = ") + code
-             + QStringLiteral(" AND (cod_pat = 32 OR cod_pat = 167)"),
+        {QStringLiteral(
+             "SELECT * FROM cronpat WHERE cod_paz = [patient] AND (cod_pat = 32 OR cod_pat = 167)"),
          QStringLiteral("dalle patologie croniche, senza data")},
-        {QStringLiteral("select * from pat_rem2 where cod_paz= ") + code
-             + QStringLiteral(" and num_rem = 2 AND (progre = '64801' or left(progre,4) = '250.')"),
+        {QStringLiteral("select * from pat_rem2 where cod_paz = [patient] and num_rem = 2 "
+                        "AND (progre = '64801' or left(progre,4) = '250.')"),
          QStringLiteral("dall'anamnesi remota, senza data")},
-        {QStringLiteral("select * from patopers where cod_paz= ") + code
-             + QStringLiteral("AND (cod_mal = '64801' or left(cod_mal,4) = '250.')"),
+        {QStringLiteral("select * from patopers where cod_paz = [patient] "
+                        "AND (cod_mal = '64801' or left(cod_mal,4) = '250.')"),
          QStringLiteral("dalle diagnosi del paziente, senza data")},
     };
-    for (const auto &[query, source] : places) {
-        if (!open(clinical, query)->Eof())
+    for (const auto &[sql, source] : places) {
+        if (!open(clinical, {sql, {{"patient", patientCode}}})->Eof())
             return {true, source};
     }
     return {false, QStringLiteral("nessuna diagnosi in cartella")};
@@ -75,10 +69,10 @@ Condition readSmoking(dao::Database &clinical, qint32 patientCode)
 {
     Condition condition{false, QStringLiteral("non risulta dai questionari")};
     QDate newest;
-    for (const auto rows = open(clinical, QStringLiteral("SELECT * FROM Esame_OB WHERE (cod_paz = ")
-                                              + QString::number(patientCode)
-                                              + QStringLiteral(") AND (tipo_dati = 'H') and "
-                                                               "(Val(Mid(dati_paz, 96, 2)) = 3)"));
+    for (const auto rows =
+             open(clinical, {QStringLiteral("SELECT * FROM Esame_OB WHERE (cod_paz = [patient]) AND "
+                                            "(tipo_dati = 'H') and (Val(Mid(dati_paz, 96, 2)) = 3)"),
+                             {{"patient", patientCode}}});
          !rows->Eof(); rows->MoveNext()) {
         condition.present = true;
         newest = std::max(newest, rows->Fields(QStringLiteral("data_reg")).date().date());
@@ -95,9 +89,9 @@ Finding readRecentSystolic(dao::Database &clinical, qint32 patientCode, QDate si
     finding.since = since;
     QDateTime skippedAt;
     for (const auto rows =
-             open(clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ")
-                                + QString::number(patientCode) + QStringLiteral(") AND (data_ob >= CDATE('")
-                                + jet::slashedDate(since) + QStringLiteral("')) ORDER BY data_ob DESC"));
+             open(clinical, {QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = [patient]) AND "
+                                            "(data_ob >= [since]) ORDER BY data_ob DESC"),
+                             {{"patient", patientCode}, {"since", since}}});
          !rows->Eof() && !finding.proposal; rows->MoveNext()) {
         const auto systolic = optionalNumber(*rows, QStringLiteral("presmax"));
         if (!systolic || *systolic == 0) // not measured
@@ -131,18 +125,19 @@ Finding readRecentResult(dao::Database &clinical, qint32 patientCode, const QStr
 std::optional<int> readChartBand(dao::Database &clinical, Sex sex, int ageYears, bool diabetic, bool smoker,
                                  int systolicMmHg, int totalCholesterolMgDl)
 {
-    const QString age = QString::number(ageYears);
-    const QString pressure = QString::number(systolicMmHg);
-    const QString cholesterol = QString::number(totalCholesterolMgDl);
     const auto row = open(
-        clinical, QStringLiteral("SELECT * FROM Carta_Rischio WHERE sessoM = ") + jetBoolean(sex == Sex::Male)
-                      + QStringLiteral(" AND ") + age + QStringLiteral(" >= eta_min  AND ") + age
-                      + QStringLiteral("<= eta_max  AND diabete = ") + jetBoolean(diabetic)
-                      + QStringLiteral(" AND fumatore = ") + jetBoolean(smoker) + QStringLiteral(" AND ")
-                      + pressure + QStringLiteral(" >= pressione_min  AND ") + pressure
-                      + QStringLiteral(" <= pressione_max  AND ") + cholesterol
-                      + QStringLiteral(" >= colesterolo_min  AND ") + cholesterol
-                      + QStringLiteral(" <= colesterolo_max"));
+        clinical,
+        {QStringLiteral(
+             "SELECT * FROM Carta_Rischio WHERE sessoM = [male] AND [age] >= eta_min AND [age] <= eta_max "
+             "AND diabete = [diabetic] AND fumatore = [smoker] AND [pressure] >= pressione_min "
+             "AND [pressure] <= pressione_max AND [cholesterol] >= colesterolo_min "
+             "AND [cholesterol] <= colesterolo_max"),
+         {{"male", sex == Sex::Male},
+          {"age", ageYears},
+          {"diabetic", diabetic},
+          {"smoker", smoker},
+          {"pressure", systolicMmHg},
+          {"cholesterol", totalCholesterolMgDl}}});
     return row->Eof() ? std::nullopt : std::optional(int(row->Fields(QStringLiteral("Livello")).number()));
 }
 

@@ -9,16 +9,6 @@ namespace clivara {
 
 namespace {
 
-QString evaluationCondition(const QString &table, qint32 patientCode, const QDateTime &when)
-{
-    const QString date = jet::formatDate(
-        when, when.time() == QTime(0, 0) ? QStringView(u"dd/mm/yyyy") : QStringView(u"dd/mm/yyyy hh.nn.ss"));
-    return QStringLiteral("* FROM %1 WHERE cod_paz = %2 AND data_val = CDATE('%3')")
-        .arg(table)
-        .arg(patientCode)
-        .arg(date);
-}
-
 // In the transaction of the change itself, so that none goes without the other.
 void journal(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when, bool deleted)
 {
@@ -36,11 +26,12 @@ EvaluationValues valuesOf(dao::Recordset &row, const StoredEvaluation &stored)
 
 } // namespace
 
-QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query)
+QList<HistoryRow> readHistory(dao::Database &clinical, const QString &sql, qint32 patientCode)
 {
     QList<HistoryRow> history;
-    for (const auto rows = clinical.OpenRecordset(query, dao::RecordsetType::Snapshot); !rows->Eof();
-         rows->MoveNext()) {
+    for (const auto rows =
+             clinical.OpenRecordset({sql, {{"patient", patientCode}}}, dao::RecordsetType::Snapshot);
+         !rows->Eof(); rows->MoveNext()) {
         HistoryRow row{rows->Fields(2).date(), rows->Fields(0).text(), rows->Fields(1).text(), std::nullopt};
         if (!rows->Fields(3).isNull())
             row.number = rows->Fields(3).number();
@@ -49,9 +40,10 @@ QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query)
     return history;
 }
 
-QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when)
+dao::Query evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when)
 {
-    return QStringLiteral("SELECT ") + evaluationCondition(table, patientCode, when);
+    return {QStringLiteral("SELECT * FROM %1 WHERE cod_paz = [patient] AND data_val = [day]").arg(table),
+            {{"patient", patientCode}, {"day", when}}};
 }
 
 QHash<QDateTime, EvaluationValues> readEvaluations(dao::Database &clinical, const StoredEvaluation &stored,
@@ -59,7 +51,8 @@ QHash<QDateTime, EvaluationValues> readEvaluations(dao::Database &clinical, cons
 {
     QHash<QDateTime, EvaluationValues> evaluations;
     for (const auto rows = clinical.OpenRecordset(
-             QStringLiteral("SELECT * FROM %1 WHERE cod_paz = %2").arg(stored.table).arg(patientCode),
+             {QStringLiteral("SELECT * FROM %1 WHERE cod_paz = [patient]").arg(stored.table),
+              {{"patient", patientCode}}},
              dao::RecordsetType::Snapshot);
          !rows->Eof(); rows->MoveNext())
         evaluations.insert(rows->Fields(QStringLiteral("Data_Val")).date(), valuesOf(*rows, stored));
@@ -114,16 +107,14 @@ WriteResult deleteEvaluation(WorkingState &state, const StoredEvaluation &stored
 {
     const qint32 patient = state.header.patientCode;
     return writeTogether(state, stored.table, [&]() -> WriteResult {
-        const auto row = state.clinical().OpenRecordset(evaluationQuery(stored.table, patient, when),
-                                                        dao::RecordsetType::Snapshot);
+        const auto row = state.clinical().OpenRecordset(evaluationQuery(stored.table, patient, when));
         if (row->Eof())
             return WriteResult::Vanished;
         if (const EvaluationValues now = valuesOf(*row, stored); now != seen) {
             seen = now;
             return WriteResult::Changed;
         }
-        state.clinical().Execute(QStringLiteral("DELETE ")
-                                 + evaluationCondition(stored.table, patient, when));
+        row->Delete();
         journal(state, stored, when, true);
         return WriteResult::Done;
     });

@@ -23,15 +23,15 @@ struct HistoryRow {
     std::optional<double> number; // the same as a number
 };
 
-// The patient's evaluations, newest first. The query gives, in this order, the date and the value as texts, the date
-// and the value. Throws dao::Error.
-QList<HistoryRow> readHistory(dao::Database &clinical, const QString &query);
+// The patient's evaluations, newest first. The query, of the parameter [patient], gives, in this order, the
+// date and the value as texts, the date and the value. Throws dao::Error.
+QList<HistoryRow> readHistory(dao::Database &clinical, const QString &sql, qint32 patientCode);
 
-// The query for one evaluation. The date goes in as "dd/mm/yyyy", with the time only where it is not midnight.
-QString evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when);
+// The query for one evaluation.
+dao::Query evaluationQuery(const QString &table, qint32 patientCode, const QDateTime &when);
 
-// How an evaluation is stored: its table, the kind by which its changes are journalled, what becomes of a new one where
-// one of its date is stored, and its fields as the doctor knows them.
+// How an evaluation is stored: its table, the kind by which its changes are journalled, what becomes of a
+// new one where one of its date is stored, and its fields as the doctor knows them.
 enum class Existing { Refuse, Replace };
 struct StoredEvaluation {
     struct Value {
@@ -85,9 +85,10 @@ struct EvaluationVersions {
     EvaluationValues mine, stored; // when a save is Changed
 };
 
-// Writes one evaluation of the current patient in a transaction: adds the row of the date or edits it, sets its date and
-// lets `fill` set its values; the change is journalled with it. What another workstation has stored since it was read
-// is not replaced, and Refused where the evaluation is new and must not replace one of its date. Raises nothing.
+// Writes one evaluation of the current patient in a transaction: adds the row of the date or edits it, sets
+// its date and lets `fill` set its values; the change is journalled with it. What another workstation has
+// stored since it was read is not replaced, and Refused where the evaluation is new and must not replace
+// one of its date. Raises nothing.
 WriteResult saveEvaluation(WorkingState &state, const StoredEvaluation &stored, const QDateTime &when,
                            bool isNew, const std::function<void(dao::Recordset &)> &fill,
                            EvaluationVersions &versions);

@@ -9,9 +9,9 @@ namespace clivara {
 
 namespace {
 
-std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const QString &sql)
+std::unique_ptr<dao::Recordset> open(dao::Database &clinical, const dao::Query &query)
 {
-    return clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
+    return clinical.OpenRecordset(query, dao::RecordsetType::Snapshot);
 }
 
 } // namespace
@@ -20,9 +20,10 @@ QList<HistoryRow> readMetabolicHistory(dao::Database &clinical, qint32 patientCo
 {
     return readHistory(
         clinical,
-        QStringLiteral("SELECT format(data_val,'dd/mm/yyyy'), IIF((valutazione=1), 'SI', 'NO') As valutaz, "
-                       "data_val, valutazione FROM SindrMetabolica WHERE cod_paz = %1 ORDER BY data_val Desc")
-            .arg(patientCode));
+        QStringLiteral(
+            "SELECT format(data_val,'dd/mm/yyyy'), IIF((valutazione=1), 'SI', 'NO') As valutaz, "
+            "data_val, valutazione FROM SindrMetabolica WHERE cod_paz = [patient] ORDER BY data_val Desc"),
+        patientCode);
 }
 
 WriteResult saveMetabolic(WorkingState &state, const QDateTime &when, const MetabolicEvaluation &evaluation,
@@ -50,9 +51,10 @@ std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinic
     const int region = regionCode.toInt(&isNumber);
     if (!isNumber)
         return std::nullopt;
-    const auto row = open(
-        clinical,
-        QStringLiteral("select * from TabParamSM where (codRegione=%1) order by data_reg desc").arg(region));
+    const auto row =
+        open(clinical,
+             {QStringLiteral("select * from TabParamSM where (codRegione=[region]) order by data_reg desc"),
+              {{"region", region}}});
     if (row->Eof())
         return std::nullopt;
     MetabolicThresholds thresholds;
@@ -71,9 +73,9 @@ std::optional<MetabolicThresholds> readMetabolicThresholds(dao::Database &clinic
 Finding readRecentWaist(dao::Database &clinical, qint32 patientCode, QDate today)
 {
     const auto newest =
-        open(clinical, QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND (COD_PAZ = ")
-                           + QString::number(patientCode)
-                           + QStringLiteral(") order by data_reg desc, chiave desc"));
+        open(clinical, {QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND "
+                                       "(COD_PAZ = [patient]) order by data_reg desc, chiave desc"),
+                        {{"patient", patientCode}}});
     if (newest->Eof())
         return {};
     const QDate date = newest->Fields(QStringLiteral("data_reg")).date().date();
@@ -100,9 +102,9 @@ Finding readRecentMetabolicResult(dao::Database &clinical, qint32 patientCode, c
 
 PressureProposals readRecentPressures(dao::Database &clinical, qint32 patientCode, QDate today)
 {
-    const auto newest =
-        open(clinical, QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ") + QString::number(patientCode)
-                           + QStringLiteral(") ORDER BY data_ob DESC"));
+    const auto newest = open(
+        clinical, {QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = [patient]) ORDER BY data_ob DESC"),
+                   {{"patient", patientCode}}});
     if (newest->Eof())
         return {};
     const QDate date = newest->Fields(QStringLiteral("data_ob")).date().date();

@@ -6,8 +6,8 @@
 
 namespace clivara {
 
-// A shared record (SharedRecord.h) that a form edits, in the versions that a save compares. The form moves it in and out of its
-// controls; conflicts follow from the record's description.
+// A shared record (SharedRecord.h) that a form edits, in the versions that a save compares. The form moves
+// it in and out of its controls; conflicts follow from the record's description.
 template <typename Record>
 class EditedRecord : public WrittenRecord {
 protected:
@@ -18,8 +18,8 @@ protected:
     // Fills the form, and makes the record m_shown. May throw dao::Error.
     virtual void show(const Record &record) = 0;
     virtual SaveResult<Record> save(Record &mine, const Record &read) = 0;
-    // A field's text in the form of conflicts where the description alone cannot tell it, a code's name for one. May
-    // throw dao::Error.
+    // A field's text in the form of conflicts where the description alone cannot tell it, a code's name for
+    // one. May throw dao::Error.
     virtual std::optional<QString> shownText(QLatin1String column, const Record &record) const
     {
         Q_UNUSED(column)

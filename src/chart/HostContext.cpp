@@ -39,7 +39,7 @@ std::unique_ptr<dao::Recordset> doctorRow(const WorkingState &state)
     if (!number)
         return nullptr;
     auto rows = state.doctors().OpenRecordset(
-        QStringLiteral("select * from medici_gruppo where cod_smi=%1").arg(*number),
+        {QStringLiteral("select * from medici_gruppo where cod_smi=[doctor]"), {{"doctor", *number}}},
         dao::RecordsetType::Snapshot);
     return rows->Eof() ? nullptr : std::move(rows);
 }

@@ -14,10 +14,10 @@ namespace clivara {
 class MaskedDateEdit;
 struct WorkingState;
 
-// The frame of the dialogs in which the doctor writes one record (a problem, a visit, a stay): a button that saves and closes, one that
-// closes without saving, Ctrl+S and Ctrl+Enter, and what happens when a save does not succeed. Until a save has
-// succeeded the dialog stays open with everything that was typed. Enter leads from field to field; in a long text it
-// is a new line.
+// The frame of the dialogs in which the doctor writes one record (a problem, a visit, a stay): a button
+// that saves and closes, one that closes without saving, Ctrl+S and Ctrl+Enter, and what happens when a
+// save does not succeed. Until a save has succeeded the dialog stays open with everything that was typed.
+// Enter leads from field to field; in a long text it is a new line.
 class RecordDialog : public ChartForm {
     Q_OBJECT
 

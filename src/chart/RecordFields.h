@@ -11,8 +11,8 @@
 #include <tuple>
 #include <type_traits>
 
-// The description of a record. A record is a struct whose static fields() lists, once, what of it is stored and edited; what
-// reads, writes, compares and shows it walks that list:
+// The description of a record. A record is a struct whose static fields() lists, once, what of it is stored
+// and edited; what reads, writes, compares and shows it walks that list:
 //
 //     struct Stay {
 //         QDate admitted;
@@ -25,8 +25,8 @@
 //     };
 namespace clivara {
 
-// How a column holds a value, when it is not just the value. A date column's hour, which other programs write, is left
-// while its day stays.
+// How a column holds a value, when it is not just the value. A date column's hour, which other programs
+// write, is left while its day stays.
 enum class Storage {
     Plain,
     Trimmed, // read without the blanks around it
@@ -35,7 +35,8 @@ enum class Storage {
     KeptWhenEmpty // an empty value leaves what is stored
 };
 
-// So many characters a text may have; 0 when nobody can type too many. `of` begins the sentence that says so: "La sede".
+// So many characters a text may have; 0 when nobody can type too many. `of` begins the sentence that says
+// so: "La sede".
 struct TextLength {
     int most = 0;
     const char *of = "";
@@ -169,8 +170,8 @@ void writeFields(dao::Recordset &row, const Record &record)
     });
 }
 
-// Whether writing would replace what was written elsewhere: a value that is stored otherwise than it was read and than
-// it is to be written.
+// Whether writing would replace what was written elsewhere: a value that is stored otherwise than it was
+// read and than it is to be written.
 template <typename Record>
 bool wouldReplace(const Record &read, const Record &mine, const Record &stored)
 {

@@ -8,11 +8,13 @@ namespace clivara {
 std::unique_ptr<dao::Recordset> openRecord(dao::Database &clinical, const RecordTable &table, qint32 id,
                                            std::optional<qint32> patientCode, dao::RecordsetType type)
 {
-    QString query = QStringLiteral("select * from %1 where (%2 = %3)")
-                        .arg(QLatin1String(table.name), QLatin1String(table.key))
-                        .arg(id);
-    if (patientCode)
-        query += QStringLiteral(" and (cod_paz = %1)").arg(*patientCode);
+    dao::Query query{QStringLiteral("select * from %1 where (%2 = [record])")
+                         .arg(QLatin1String(table.name), QLatin1String(table.key)),
+                     {{"record", id}}};
+    if (patientCode) {
+        query.sql += QStringLiteral(" and (cod_paz = [patient])");
+        query.parameters.append({"patient", *patientCode});
+    }
     return clinical.OpenRecordset(query, type);
 }
 

@@ -9,9 +9,9 @@
 #include <memory>
 #include <optional>
 
-// Records of a patient that the workstations of a practice share: rows with a key, the patient's code and identity stamps.
-// Beside its fields() such a record has `id` (0 for a new one), `written` (its last write, as it was read) and a static
-// `table`.
+// Records of a patient that the workstations of a practice share: rows with a key, the patient's code and
+// identity stamps. Beside its fields() such a record has `id` (0 for a new one), `written` (its last write,
+// as it was read) and a static `table`.
 namespace clivara {
 
 enum class NewKey { Autonumber, HighestPlusOne };
@@ -48,23 +48,25 @@ std::optional<Record> readRecord(dao::Database &clinical, qint32 id, std::option
     return row->Eof() ? std::nullopt : std::optional(recordFrom<Record>(*row));
 }
 
-// Opens the edit buffer on the current row, or on a new one for 0, and gives it patient, key and stamps. The result is the
-// key; 0 of a new row that gets it when it is written.
+// Opens the edit buffer on the current row, or on a new one for 0, and gives it patient, key and stamps.
+// The result is the key; 0 of a new row that gets it when it is written.
 qint32 beginRecord(WorkingState &state, dao::Recordset &row, const RecordTable &table, qint32 id);
 
-// What the save of one kind of record does besides, within its transaction. All may be left out; they may throw dao::Error.
+// What the save of one kind of record does besides, within its transaction. All may be left out; they may
+// throw dao::Error.
 template <typename Record>
 struct SaveSteps {
     // Asked before the versions are compared: what else is stored allows the save. False is Refused.
     std::function<bool()> isPossible = {};
-    // Asked when nothing that was written elsewhere would be replaced. `stored` is a new record where none is.
+    // Asked when nothing that was written elsewhere would be replaced. `stored` is a new record where none
+    // is.
     std::function<bool(const Record &stored)> isAllowed = {};
     std::function<void()> alsoWrite = {};
 };
 
-// Writes a record of the current patient with its identity stamps; a new one gets its id when that has succeeded.
-// `read` is the record as it was read: when writing would replace what was stored since then, the result is Changed and has
-// what is stored. Raises nothing.
+// Writes a record of the current patient with its identity stamps; a new one gets its id when that has
+// succeeded. `read` is the record as it was read: when writing would replace what was stored since then,
+// the result is Changed and has what is stored. Raises nothing.
 template <typename Record>
 SaveResult<Record> saveShared(WorkingState &state, Record &mine, const Record &read,
                               const SaveSteps<Record> &steps = {})
@@ -103,10 +105,10 @@ SaveResult<Record> saveShared(WorkingState &state, Record &mine, const Record &r
     return {result, stored};
 }
 
-// Deletes a record of the current patient: makes the working doctor its owner, records the deletion and deletes the row. A row
-// without record UID gets one, so that its deletion can be passed on. `seen` is the row's last write as the doctor
-// knows it; when it was written again since then, the result is Changed and `seen` becomes what is stored. To be called
-// within writeTogether(); throws dao::Error.
+// Deletes a record of the current patient: makes the working doctor its owner, records the deletion and
+// deletes the row. A row without record UID gets one, so that its deletion can be passed on. `seen` is the
+// row's last write as the doctor knows it; when it was written again since then, the result is Changed and
+// `seen` becomes what is stored. To be called within writeTogether(); throws dao::Error.
 WriteResult deleteSharedRow(WorkingState &state, const RecordTable &table, qint32 id, LastWrite &seen);
 template <typename Record>
 WriteResult deleteShared(WorkingState &state, qint32 id, LastWrite &seen)

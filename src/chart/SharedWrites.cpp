@@ -21,7 +21,8 @@ WriteResult refuseWithoutPatient(WorkingState &state, const QString &subject, in
 bool isPatientInRegistry(const WorkingState &state)
 {
     const auto rows = state.clinical().OpenRecordset(
-        QStringLiteral("select cod_paz from archivio where (cod_paz = %1)").arg(state.header.patientCode),
+        {QStringLiteral("select cod_paz from archivio where (cod_paz = [patient])"),
+         {{"patient", state.header.patientCode}}},
         dao::RecordsetType::Snapshot);
     return !rows->Eof();
 }

@@ -37,8 +37,8 @@ struct SaveResult : WriteResult {
     Record stored;
 };
 
-// Errors of a write that was refused because no patient is identified, or because the patient was removed since
-// the section was opened. No error of the engine has these numbers.
+// Errors of a write that was refused because no patient is identified, or because the patient was removed
+// since the section was opened. No error of the engine has these numbers.
 constexpr int noPatientFailure = -1;
 constexpr int patientGoneFailure = -2;
 
@@ -46,9 +46,9 @@ constexpr int patientGoneFailure = -2;
 // otherwise nothing of it stays. Waits for other workstations before it begins, and where one is in the way
 // later, rolls back, waits and does the whole again: `write` may run several times, and asks or tells the
 // doctor nothing, since all other workstations wait for its end. Any other error ends it at once. Raises
-// nothing: an error that `write` throws is Failed and leaves a line in the log that begins with `subject`. Nothing is
-// written, and the result is Failed, unless the registry has the current patient, who is looked for inside the
-// transaction: every save and command of the chart is about a patient.
+// nothing: an error that `write` throws is Failed and leaves a line in the log that begins with `subject`.
+// Nothing is written, and the result is Failed, unless the registry has the current patient, who is looked
+// for inside the transaction: every save and command of the chart is about a patient.
 WriteResult writeTogether(WorkingState &state, const QString &subject,
                           const std::function<WriteResult()> &write);
 

@@ -12,9 +12,9 @@ const auto allergyKind = QStringLiteral("X");
 
 std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode)
 {
-    return clinical.OpenRecordset(QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = ")
-                                      + QString::number(patientCode),
-                                  dao::RecordsetType::Snapshot);
+    return clinical.OpenRecordset(
+        {QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = [patient]"), {{"patient", patientCode}}},
+        dao::RecordsetType::Snapshot);
 }
 
 QStringList namesOf(dao::Database &clinical, const AllergenSelection &selection)
@@ -62,8 +62,8 @@ std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint3
                                                   const QString &kind, dao::RecordsetType type)
 {
     auto rows = clinical.OpenRecordset(
-        QStringLiteral("SELECT * FROM esame_ob WHERE tipo_dati = '%1' AND cod_paz = %2")
-            .arg(kind, QString::number(patientCode)),
+        {QStringLiteral("SELECT * FROM esame_ob WHERE tipo_dati = [kind] AND cod_paz = [patient]"),
+         {{"kind", kind}, {"patient", patientCode}}},
         type);
     for (; !rows->Eof(); rows->MoveNext()) {
         const QVariant key = rows->Fields(QStringLiteral("chiave")).Value();

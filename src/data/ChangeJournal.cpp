@@ -30,11 +30,6 @@ QStringList partsOf(const QVariant &key)
     return {text.left(separator), text.mid(separator + 1)};
 }
 
-QString quoted(const QString &text)
-{
-    return u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'';
-}
-
 // A field that does not take its value stays as it was; the row is written with the others.
 void setIfPossible(dao::Recordset &recordset, const QString &field, const QVariant &value)
 {
@@ -50,16 +45,15 @@ void ChangeJournal::recordChange(qint16 tipo, qint32 cod_paz, const QVariant &ch
 {
     const QDateTime today = jet::dateTime(m_clock.today());
     const QStringList parts = partsOf(chiave);
-    QString query =
-        QStringLiteral("SELECT * FROM Modifiche WHERE tipo = %1 AND format(data_mod, 'dd/mm/yyyy') = '%2' "
-                       "AND cod_paz = %3")
-            .arg(tipo)
-            .arg(jet::formatDate(today, u"dd/mm/yyyy"))
-            .arg(cod_paz);
-    for (qsizetype i = 0; i < parts.size(); ++i)
-        query += QStringLiteral(" AND codice%1 = ").arg(i + 1) + quoted(parts[i]);
-    query += QStringLiteral(" AND cancellazione = ")
-             + (cancellazione ? QStringLiteral("true") : QStringLiteral("false"));
+    dao::Query query{QStringLiteral("SELECT * FROM Modifiche WHERE tipo = [kind] AND "
+                                    "format(data_mod, 'dd/mm/yyyy') = [day] AND cod_paz = [patient]"),
+                     {{"kind", tipo}, {"day", jet::formatDate(today, u"dd/mm/yyyy")}, {"patient", cod_paz}}};
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        query.sql += QStringLiteral(" AND codice%1 = [part%1]").arg(i + 1);
+        query.parameters.append({QStringLiteral("part%1").arg(i + 1), parts[i]});
+    }
+    query.sql += QStringLiteral(" AND cancellazione = [deleted]");
+    query.parameters.append({"deleted", cancellazione});
     try {
         const auto rows = m_clinical.OpenRecordset(query, dao::RecordsetType::Dynaset);
         if (rows->Eof())
@@ -82,11 +76,9 @@ void ChangeJournal::recordChange(qint16 tipo, qint32 cod_paz, const QVariant &ch
 QDate ChangeJournal::lastChange(dao::Database &clinical, qint16 tipo, qint32 cod_paz, const QString &chiave)
 {
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral(
-            "SELECT max(data_mod) AS giorno FROM Modifiche WHERE tipo = %1 AND cod_paz = %2 AND codice1 = ")
-                .arg(tipo)
-                .arg(cod_paz)
-            + quoted(chiave.left(partWidth)),
+        {QStringLiteral("SELECT max(data_mod) AS giorno FROM Modifiche WHERE tipo = [kind] AND "
+                        "cod_paz = [patient] AND codice1 = [part]"),
+         {{"kind", tipo}, {"patient", cod_paz}, {"part", chiave.left(partWidth)}}},
         dao::RecordsetType::Snapshot);
     return rows->Eof() ? QDate() : rows->Fields(QStringLiteral("giorno")).date().date();
 }

@@ -6,7 +6,7 @@
 #include "support/Seams.h"
 #include "values/JetValues.h"
 
-#include <QRegularExpression>
+#include <QUuid>
 
 namespace clivara {
 
@@ -25,15 +25,13 @@ bool holdsTexts(dao::Database &database, const QString &table, const QString &fi
 QString ofDoctor(const QString &uid, dao::Database &doctors, QString (*read)(dao::Recordset &row))
 {
     const QString plain = normaliseUid(uid);
-    static const QRegularExpression digits(QStringLiteral("^[0-9a-f-]+$"));
-    if (!digits.match(plain).hasMatch())
-        return {};
     try {
         const bool texts = holdsTexts(doctors, QStringLiteral("medici_gruppo"), QStringLiteral("idRowGuid"));
+        const QVariant value = texts ? QVariant(plain) : QVariant(QUuid(plain));
+        if (value.isNull())
+            return {};
         const auto rows = doctors.OpenRecordset(
-            texts ? QStringLiteral("select * from medici_gruppo where idRowGuid='%1'").arg(plain)
-                  : QStringLiteral("SELECT * From medici_gruppo WHERE (medici_gruppo.idRowGuid={guid {%1}}) ")
-                        .arg(plain));
+            {QStringLiteral("select * from medici_gruppo where idRowGuid=[uid]"), {{"uid", value}}});
         return rows->Eof() ? QString() : read(*rows);
     } catch (const dao::Error &) {
         return {};
@@ -65,12 +63,12 @@ QString newUid(GuidSource &guids, bool plain)
 QString LeggiUidMedico(const QString &code, dao::Database *doctors, Log &log)
 {
     log.write(QStringLiteral("   .LeggiUidMedico codMed=") + code);
-    // The code goes into the query as the number it must be, and as nothing else.
-    if (!doctors || !jet::numberFromText(code))
+    const auto number = jet::numberFromText(code);
+    if (!doctors || !number)
         return {};
     try {
-        const auto rows = doctors->OpenRecordset(QStringLiteral("select * from medici_gruppo where (cod_smi=")
-                                                 + code + QStringLiteral(")"));
+        const auto rows = doctors->OpenRecordset(
+            {QStringLiteral("select * from medici_gruppo where (cod_smi=[doctor])"), {{"doctor", *number}}});
         const QString uid =
             rows->Eof() ? QString() : normaliseUid(rows->Fields(QStringLiteral("idRowGuid")).text());
         log.write(QStringLiteral("   .LeggiUidMedico UidUtente=") + uid);
@@ -102,7 +100,7 @@ PatientUids readPatientUids(qint32 patientCode, dao::Database &clinical)
 {
     try {
         const auto rows = clinical.OpenRecordset(
-            QStringLiteral("select * from archivio where cod_paz=%1").arg(patientCode));
+            {QStringLiteral("select * from archivio where cod_paz=[patient]"), {{"patient", patientCode}}});
         if (rows->Eof())
             return {};
         const auto uid = [&](const QString &field) { return normaliseUid(rows->Fields(field).text()); };

@@ -30,11 +30,12 @@ private:
     int m_failures = 0;
 };
 
-// AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms between them, every
-// step logged; a server that cannot be reached, or that is slow to refuse, is not tried for longer than the pauses may
-// take, and what stands in a transaction that is gone, or may have been saved, is not tried again. What fails for good
-// throws the dao::Error that it first failed with, or ConnectionLost where that came later; after a failed Update the
-// edit buffer is still there. The calling thread does not respond during the pauses.
+// AddNew, Edit, Update and BeginTrans with retry: at most 20 attempts with a pause of 500 to 1000 ms
+// between them, every step logged; a server that cannot be reached, or that is slow to refuse, is not tried
+// for longer than the pauses may take, and what stands in a transaction that is gone, or may have been
+// saved, is not tried again. What fails for good throws the dao::Error that it first failed with, or
+// ConnectionLost where that came later; after a failed Update the edit buffer is still there. The calling
+// thread does not respond during the pauses.
 //
 // Inside a transaction there is one attempt only, since all other workstations wait for its end. Whoever
 // began it rolls it back and repeats the whole (see waitToTryAgain).
@@ -50,8 +51,8 @@ public:
     void Recordset_Edit(dao::Recordset &recordset);
     void Recordset_Update(dao::Recordset &recordset);
 
-    // Begins a transaction with the same patience. Where rows are written together the waiting belongs here: once
-    // the transaction has begun, no other workstation is in the way any more.
+    // Begins a transaction with the same patience. Where rows are written together the waiting belongs
+    // here: once the transaction has begun, no other workstation is in the way any more.
     void Workspace_BeginTrans(dao::Workspace &workspace, std::optional<dao::Transaction> &transaction,
                               Attempts &attempts);
 

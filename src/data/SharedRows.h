@@ -80,10 +80,10 @@ public:
     // which may leave an open edit buffer behind.
     QString StampPatientRow(dao::Recordset &recordset, qint16 &isNew, const PatientStamp &stamp);
 
-    // Records in DELETIONS that the row with that record UID was deleted from the table of that code ("DP"), so
-    // that the deletion is passed on. A record that is deleted again keeps its one row, which then tells the
-    // last deletion. The result is the normalised idRowGuid of the row in DELETIONS; empty, and nothing is written,
-    // for an empty record UID. Throws dao::Error.
+    // Records in DELETIONS that the row with that record UID was deleted from the table of that code
+    // ("DP"), so that the deletion is passed on. A record that is deleted again keeps its one row, which
+    // then tells the last deletion. The result is the normalised idRowGuid of the row in DELETIONS; empty,
+    // and nothing is written, for an empty record UID. Throws dao::Error.
     QString recordDeletion(dao::Database &database, const QString &recordUid, const QString &tableCode,
                            const QString &author = {});
 

@@ -13,8 +13,8 @@ namespace dao {
 class Database;
 }
 
-// What the forms of the general information read and write in the clinical database. Everything throws dao::Error;
-// writing belongs inside writeTogether().
+// What the forms of the general information read and write in the clinical database. Everything throws
+// dao::Error; writing belongs inside writeTogether().
 namespace clivara {
 
 struct WorkingState;
@@ -25,12 +25,13 @@ enum class QuestionnaireKind : char16_t { Allergies = u'X', Infections = u'M' };
 struct StoredCode {
     bool exists = false; // the patient has a row of that kind
     std::optional<QString> code; // as stored; empty for Null
-    // What is known of the last save: of the infections its time (data_reg), of the allergies the day of the journal.
+    // What is known of the last save: of the infections its time (data_reg), of the allergies the day of
+    // the journal.
     LastWrite written;
 };
 
-// Of several rows of a kind (an older program's, or another workstation's) the one with an empty key speaks, else
-// the first; it is also the one that is written.
+// Of several rows of a kind (an older program's, or another workstation's) the one with an empty key
+// speaks, else the first; it is also the one that is written.
 StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind);
 
 // Writes the current patient's row, which is added when it is missing, and journals it. `time` goes into

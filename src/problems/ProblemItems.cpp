@@ -4,7 +4,6 @@
 #include "data/Connection.h"
 #include "data/HostEnvironment.h"
 #include "data/Identity.h"
-#include "data/SqlText.h"
 #include "values/JetValues.h"
 
 namespace clivara {
@@ -15,7 +14,7 @@ const QString visitQuery =
     QStringLiteral("SELECT VISITAPROBL.*, PROBLEMS.*, TIPOVISITA.*, SINTOMI.* "
                    "FROM ((VISITAPROBL LEFT JOIN PROBLEMS ON VISITAPROBL.id_Probl = PROBLEMS.idProblems) "
                    "LEFT JOIN TIPOVISITA ON VISITAPROBL.IDTIPO = TIPOVISITA.IdTipo) LEFT JOIN SINTOMI ON "
-                   "VISITAPROBL.SINTOMO = SINTOMI.CODICE Where (VISITAPROBL.cod_paz = %1) ");
+                   "VISITAPROBL.SINTOMO = SINTOMI.CODICE Where (VISITAPROBL.cod_paz = [patient]) ");
 // Visits of one day: the later entry first.
 const QString visitOrder =
     QStringLiteral("order by VISITAPROBL.datareg desc, VISITAPROBL.idvisitaprobl desc");
@@ -23,11 +22,11 @@ const QString visitOrder =
 const QString drugQuery =
     QStringLiteral("SELECT RIEPIL.DA_PRE, RIEPIL.COD_PRE, RIEPIL.MINSAN, RIEPIL.NUM_CONF, SPEFAR.SPECIALITA, "
                    "RIEPIL.COD_PAZ FROM RIEPIL INNER JOIN SPEFAR ON RIEPIL.MINSAN = SPEFAR.CODSPE "
-                   "WHERE ((riepil.tipo = 0) and (RIEPIL.COD_PAZ=%1) ");
+                   "WHERE ((riepil.tipo = 0) and (RIEPIL.COD_PAZ=[patient]) ");
 
 const QString testQuery = QStringLiteral(
     "select riepil.da_pre, riepil.cod_pre, riepil.minsan, riepil.tipo, riepil2.*, esami.* "
-    "from riepil, riepil2, esami Where (riepil.cod_paz = %1) and (riepil.tipo > 0) and "
+    "from riepil, riepil2, esami Where (riepil.cod_paz = [patient]) and (riepil.tipo > 0) and "
     "(riepil.tipo = esami.tipo_esa) and (riepil.tipo < 20)  and (riepil.minsan = riepil2.cod_rie) ");
 
 QString shownDate(const QDateTime &date)
@@ -35,7 +34,7 @@ QString shownDate(const QDateTime &date)
     return jet::formatDate(date, u"dd/mm/yy");
 }
 
-std::unique_ptr<dao::Recordset> open(dao::Database &local, const QString &query)
+std::unique_ptr<dao::Recordset> open(dao::Database &local, const dao::Query &query)
 {
     return local.OpenRecordset(query, dao::RecordsetType::Snapshot);
 }
@@ -56,7 +55,7 @@ QString trimmed(const dao::Field &field)
     return field.text().trimmed();
 }
 
-QList<ItemRow> visits(dao::Database &local, const QString &query)
+QList<ItemRow> visits(dao::Database &local, const dao::Query &query)
 {
     const auto rows = open(local, query);
     struct Text {
@@ -94,7 +93,7 @@ QList<ItemRow> visits(dao::Database &local, const QString &query)
     return items;
 }
 
-void appendDrugs(QList<ItemRow> &items, dao::Database &local, const QString &query)
+void appendDrugs(QList<ItemRow> &items, dao::Database &local, const dao::Query &query)
 {
     const auto rows = open(local, query);
     const dao::Field date = field(*rows, "da_pre"), name = field(*rows, "specialita"),
@@ -146,7 +145,7 @@ private:
     dao::Field m_exam, m_answer, m_outcome, m_value, m_sessions;
 };
 
-void appendTests(QList<ItemRow> &items, dao::Database &local, const QString &query)
+void appendTests(QList<ItemRow> &items, dao::Database &local, const dao::Query &query)
 {
     const auto rows = open(local, query);
     const dao::Field prescribed = field(*rows, "da_pre"), group = field(*rows, "tipo"),
@@ -210,32 +209,42 @@ QList<ItemRow> problemItems(dao::Database &local, qint32 patientCode, qint32 pro
                             const QString &code)
 {
     const bool isProblem = problem != unassociated;
-    const QString association = isProblem ? QStringLiteral("and (VISITAPROBL.id_probl = %1) ").arg(problem)
-                                          : QStringLiteral("and ( (id_probl <= 0) or isnull(id_probl) )");
-    QList<ItemRow> items = visits(local, visitQuery.arg(patientCode) + association + visitOrder);
+    const dao::Parameter patient{"patient", patientCode};
+    QList<ItemRow> items =
+        isProblem
+            ? visits(local,
+                     {visitQuery + QStringLiteral("and (VISITAPROBL.id_probl = [problem]) ") + visitOrder,
+                      {patient, {"problem", problem}}})
+            : visits(local,
+                     {visitQuery + QStringLiteral("and ( (id_probl <= 0) or isnull(id_probl) )") + visitOrder,
+                      {patient}});
     // Without a code there is no diagnosis that anything could be prescribed for.
     if (isProblem && code.trimmed().isEmpty())
         return items;
-    const QString diagnosis =
-        isProblem ? QStringLiteral(" and (riepil.cod_dia = ") + sqlText(code.trimmed()) + QStringLiteral(") ")
+    QList<dao::Parameter> values{patient};
+    if (isProblem)
+        values.append({"diagnosis", code.trimmed()});
+    if (start.isValid())
+        values.append({"since", start});
+    const auto diagnosis =
+        isProblem ? QStringLiteral(" and (riepil.cod_dia = [diagnosis]) ")
                   : QStringLiteral(" and (isnull(riepil.cod_dia) or (TRIM(riepil.cod_dia)='')) ");
-    const QString since =
-        start.isValid()
-            ? QStringLiteral("and (riepil.da_pre >= cdate('%1 00.00.00'))").arg(jet::slashedDate(start))
-            : QString();
+    const auto since = start.isValid() ? QStringLiteral("and (riepil.da_pre >= [since])") : QString();
     appendDrugs(items, local,
-                drugQuery.arg(patientCode) + since + QLatin1Char(')') + diagnosis
-                    + QStringLiteral("order by riepil.da_pre desc, riepil.cod_pre desc"));
+                {drugQuery + since + QLatin1Char(')') + diagnosis
+                     + QStringLiteral("order by riepil.da_pre desc, riepil.cod_pre desc"),
+                 values});
     appendTests(
         items, local,
-        testQuery.arg(patientCode) + diagnosis + since
-            + QStringLiteral(" order by riepil.da_pre , riepil.tipo, riepil.cod_pre, riepil2.idriepil2"));
+        {testQuery + diagnosis + since
+             + QStringLiteral(" order by riepil.da_pre , riepil.tipo, riepil.cod_pre, riepil2.idriepil2"),
+         values});
     return items;
 }
 
 QList<ItemRow> patientVisits(dao::Database &local, qint32 patientCode)
 {
-    return visits(local, visitQuery.arg(patientCode) + visitOrder);
+    return visits(local, {visitQuery + visitOrder, {{"patient", patientCode}}});
 }
 
 } // namespace clivara

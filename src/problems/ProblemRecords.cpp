@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/ProblemRecords.h"
 
-#include "data/SqlText.h"
 #include "values/JetValues.h"
 
 namespace clivara {
@@ -22,9 +21,9 @@ bool isSameDiagnosis(const ProblemDetail &a, const ProblemDetail &b)
 }
 
 // A name out of a list of codes; empty when the list does not have the code.
-QString nameOf(dao::Database &codes, const QString &query, const QString &field)
+QString nameOf(dao::Database &codes, const QString &sql, const QString &code, const QString &field)
 {
-    const auto row = codes.OpenRecordset(query, dao::RecordsetType::Snapshot);
+    const auto row = codes.OpenRecordset({sql, {{"wanted", code}}}, dao::RecordsetType::Snapshot);
     return row->Eof() ? QString() : row->Fields(field).text().trimmed();
 }
 
@@ -49,8 +48,9 @@ QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode)
 {
     QList<ProblemRow> problems;
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral("select * from PROBLEMS where cod_paz=%1 order by DataInizio desc, idProblems desc")
-            .arg(patientCode),
+        {QStringLiteral(
+             "select * from PROBLEMS where cod_paz=[patient] order by DataInizio desc, idProblems desc"),
+         {{"patient", patientCode}}},
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         const auto text = [&](const char *field) {
@@ -68,13 +68,7 @@ QList<ProblemRow> listProblems(dao::Database &clinical, qint32 patientCode)
 
 bool hasProblem(dao::Database &clinical, qint32 patientCode, qint32 id)
 {
-    return !clinical
-                .OpenRecordset(QStringLiteral("select idProblems from Problems where (idProblems = %1) "
-                                              "and (cod_paz = %2)")
-                                   .arg(id)
-                                   .arg(patientCode),
-                               dao::RecordsetType::Snapshot)
-                ->Eof();
+    return !openRecord(clinical, ProblemDetail::table, id, patientCode)->Eof();
 }
 
 bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const ProblemDetail &problem,
@@ -82,14 +76,17 @@ bool isDuplicateProblem(dao::Database &clinical, qint32 patientCode, const Probl
 {
     if (problem.id != noProblem && isSameDiagnosis(problem, before))
         return false;
-    QString query = QStringLiteral("select * from Problems where (cod_paz=%1) ").arg(patientCode);
-    if (problem.code.trimmed().isEmpty())
-        query += QStringLiteral("and (descr_mal = ") + sqlText(problem.description) + QStringLiteral(") ");
-    else
-        query += QStringLiteral("and (CodICDSospetto = ") + sqlText(problem.code) + QStringLiteral(") ");
-    if (problem.id != noProblem)
-        query += QStringLiteral("and (idProblems <> %1)").arg(problem.id);
-    return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
+    const bool hasCode = !problem.code.trimmed().isEmpty();
+    const auto sql = QStringLiteral("select * from Problems where (cod_paz=[patient]) and (idProblems <> "
+                                    "[problem]) and (%1 = [diagnosis])")
+                         .arg(hasCode ? QLatin1String("CodICDSospetto") : QLatin1String("descr_mal"));
+    return !clinical
+                .OpenRecordset({sql,
+                                {{"patient", patientCode},
+                                 {"problem", problem.id},
+                                 {"diagnosis", hasCode ? problem.code : problem.description}}},
+                               dao::RecordsetType::Snapshot)
+                ->Eof();
 }
 
 SaveResult<ProblemDetail> saveProblem(WorkingState &state, ProblemDetail &problem, const ProblemDetail &read)
@@ -107,7 +104,8 @@ WriteResult deleteProblem(WorkingState &state, qint32 id, LastWrite &seen)
         const WriteResult result = deleteSharedRow(state, table, id, seen);
         if (result == WriteResult::Done)
             state.clinical().Execute(
-                QStringLiteral("update VISITAPROBL set id_Probl='' where (id_Probl = %1)").arg(id));
+                {QStringLiteral("update VISITAPROBL set id_Probl='' where (id_Probl = [problem])"),
+                 {{"problem", id}}});
         return result;
     });
 }
@@ -137,14 +135,11 @@ QString diagnosisName(dao::Database &codes, const QString &code)
     const QString wanted = code.trimmed();
     if (wanted.isEmpty())
         return {};
-    const QString name =
-        nameOf(codes, QStringLiteral("Select * FROM icd9 WHERE (cod = ") + sqlText(wanted) + u')',
-               QStringLiteral("des"));
-    return name.isEmpty()
-               ? nameOf(codes,
-                        QStringLiteral("Select * FROM malattie WHERE (codice = ") + sqlText(wanted) + u')',
-                        QStringLiteral("descrizione"))
-               : name;
+    const QString name = nameOf(codes, QStringLiteral("Select * FROM icd9 WHERE (cod = [wanted])"), wanted,
+                                QStringLiteral("des"));
+    return name.isEmpty() ? nameOf(codes, QStringLiteral("Select * FROM malattie WHERE (codice = [wanted])"),
+                                   wanted, QStringLiteral("descrizione"))
+                          : name;
 }
 
 QString problemText(dao::Database &clinical, dao::Database &codes, qint32 id)

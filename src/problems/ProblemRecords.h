@@ -103,9 +103,10 @@ struct ProblemStanding {
 // stored.
 WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen);
 
-// The text that a problem is called by: its description (descr_mal), else the name of its code in icd9 or, when
-// that does not know it, in malattie, else the code itself; with the code in brackets before it when both are
-// known ("[250.0] Diabete mellito"). Empty for noProblem, unassociated and a problem that is not there.
+// The text that a problem is called by: its description (descr_mal), else the name of its code in icd9 or,
+// when that does not know it, in malattie, else the code itself; with the code in brackets before it when
+// both are known ("[250.0] Diabete mellito"). Empty for noProblem, unassociated and a problem that is not
+// there.
 QString problemText(dao::Database &clinical, dao::Database &codes, qint32 id);
 // The name of a diagnosis code: icd9.des, else malattie.descrizione, else empty.
 QString diagnosisName(dao::Database &codes, const QString &code);

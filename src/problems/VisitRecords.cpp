@@ -24,14 +24,13 @@ bool isDayTaken(dao::Database &clinical, qint32 patientCode, const VisitDetail &
     if (!visit.date.isValid() || (visit.id != 0 && visit.date == before))
         return false;
     // A visit may carry a time of day in rows that other programs wrote.
-    const QString day = jet::slashedDate(visit.date);
-    QString query =
-        QStringLiteral("select * from VisitaProbl where (cod_paz=%1) and (datareg>=cdate('%2 0.0.0')) "
-                       "and (datareg<=cdate('%2 23.59.59'))")
-            .arg(patientCode)
-            .arg(day);
-    if (visit.id != 0)
-        query += QStringLiteral(" and (idVisitaProbl <> %1)").arg(visit.id);
+    const dao::Query query{
+        QStringLiteral("select * from VisitaProbl where (cod_paz=[patient]) and (datareg>=[day]) "
+                       "and (datareg<=[evening]) and (idVisitaProbl <> [visit])"),
+        {{"patient", patientCode},
+         {"day", visit.date},
+         {"evening", jet::dateTime(visit.date, QTime(23, 59, 59))},
+         {"visit", visit.id}}};
     return !clinical.OpenRecordset(query, dao::RecordsetType::Snapshot)->Eof();
 }
 

@@ -2,7 +2,6 @@
 #include "regional/ModEstrazDati.h"
 
 #include "chart/MeasuredText.h"
-#include "data/SqlText.h"
 #include "support/Log.h"
 #include "values/JetValues.h"
 
@@ -14,67 +13,68 @@ constexpr int smokingPlace = 95; // characters 96 and 97 of the questionnaire
 constexpr int smokingLength = 2;
 constexpr int smokes = 3; // the highest of the codes that are a statement
 
-QString dayText(QDate day)
+// The first and the last second of a day; of no day, of the day zero.
+QDateTime since(QDate day)
 {
-    return jet::formatDate(day.isValid() ? jet::dateTime(day) : jet::zeroDate(), u"dd/mm/yyyy");
+    return day.isValid() ? jet::dateTime(day) : jet::zeroDate();
 }
 
-QString since(QDate day)
+QDateTime until(QDate day)
 {
-    return QStringLiteral("cdate('") + dayText(day) + QStringLiteral(" 0.0.0')");
-}
-
-QString until(QDate day)
-{
-    return QStringLiteral("cdate('") + dayText(day) + QStringLiteral(" 23.59.59')");
+    return jet::dateTime(since(day).date(), QTime(23, 59, 59));
 }
 
 // The bounds of a period that may be open, as conditions that follow others.
-QString openBounds(const QString &field, const Period &period)
+void addOpenBounds(dao::Query &query, const QString &field, const Period &period)
 {
-    QString sql;
-    if (period.from.isValid())
-        sql += QStringLiteral(" and (") + field + QStringLiteral(">=") + since(period.from) + u')';
-    if (period.to.isValid())
-        sql += QStringLiteral(" and (") + field + QStringLiteral("<=") + until(period.to) + u')';
-    return sql;
+    if (period.from.isValid()) {
+        query.sql += QStringLiteral(" and (%1>=[since])").arg(field);
+        query.parameters.append({"since", since(period.from)});
+    }
+    if (period.to.isValid()) {
+        query.sql += QStringLiteral(" and (%1<=[until])").arg(field);
+        query.parameters.append({"until", until(period.to)});
+    }
 }
 
-// "(f like 'a') or (f like 'b') "; empty without an item.
-QString anyLike(const QString &field, const QString &list)
+// "((f like [item0]) or (f like [item1]))". False, and nothing is added, without an item.
+bool addAnyLike(dao::Query &query, const QString &field, const QString &list)
 {
     QStringList terms;
-    for (const QString &item : list.split(u';', Qt::SkipEmptyParts))
-        terms += u'(' + field + QStringLiteral(" like ") + sqlText(item) + QStringLiteral(") ");
-    return terms.join(QStringLiteral("or "));
+    for (const QString &item : list.split(u';', Qt::SkipEmptyParts)) {
+        const auto name = QStringLiteral("item%1").arg(terms.size());
+        terms += QStringLiteral("(%1 like [%2])").arg(field, name);
+        query.parameters.append({name, item});
+    }
+    query.sql += u'(' + terms.join(QStringLiteral(" or ")) + u')';
+    return !terms.isEmpty();
 }
 
-QString laboratorySql(qint32 patient, const Period &period, const QString &condition)
+dao::Query laboratoryQuery(qint32 patient, const Period &period, const QString &condition)
 {
-    return QStringLiteral("SELECT DISTINCTROW ARCHIVIO.COD_PAZ, RIEPIL.*, RIEPIL2.* "
-                          "FROM ((ARCHIVIO INNER JOIN INF_GEN ON ARCHIVIO.COD_PAZ = INF_GEN.COD_PAZ) "
-                          "INNER JOIN RIEPIL ON ARCHIVIO.COD_PAZ = RIEPIL.COD_PAZ) "
-                          "INNER JOIN RIEPIL2 ON RIEPIL.MINSAN = RIEPIL2.COD_RIE "
-                          "WHERE (ARCHIVIO.COD_PAZ = ")
-           + QString::number(patient)
-           + QStringLiteral(") AND (RIEPIL.TIPO<>0) AND (RIEPIL.TIPO<20) AND (RIEPIL.da_pre >= ")
-           + since(period.from) + QStringLiteral(") AND (RIEPIL.da_pre <= ") + until(period.to)
-           + QStringLiteral(") AND (not isnull(RIEPIL2.unita)) AND ") + condition
-           + QStringLiteral(" ORDER BY RIEPIL.da_pre desc, RIEPIL.COD_PRE desc, RIEPIL2.idriepil2 desc");
+    return {QStringLiteral("SELECT DISTINCTROW ARCHIVIO.COD_PAZ, RIEPIL.*, RIEPIL2.* "
+                           "FROM ((ARCHIVIO INNER JOIN INF_GEN ON ARCHIVIO.COD_PAZ = INF_GEN.COD_PAZ) "
+                           "INNER JOIN RIEPIL ON ARCHIVIO.COD_PAZ = RIEPIL.COD_PAZ) "
+                           "INNER JOIN RIEPIL2 ON RIEPIL.MINSAN = RIEPIL2.COD_RIE "
+                           "WHERE (ARCHIVIO.COD_PAZ = [patient]) AND (RIEPIL.TIPO<>0) AND (RIEPIL.TIPO<20) "
+                           "AND (RIEPIL.da_pre >= [since]) AND (RIEPIL.da_pre <= [until]) "
+                           "AND (not isnull(RIEPIL2.unita)) AND ")
+                + condition
+                + QStringLiteral(" ORDER BY RIEPIL.da_pre desc, RIEPIL.COD_PRE desc, RIEPIL2.idriepil2 desc"),
+            {{"patient", patient}, {"since", since(period.from)}, {"until", until(period.to)}}};
 }
 
-// Empty without an item.
-QString problemSql(qint32 patient, const QString &icdList, const QString &condition)
+// Nothing without an item.
+std::optional<dao::Query> problemQuery(qint32 patient, const QString &icdList, const QString &condition)
 {
-    const QString matches = anyLike(QStringLiteral("p.CodICDSospetto"), icdList);
-    if (matches.isEmpty())
-        return {};
-    QString sql = QStringLiteral("SELECT * from problems p where (p.cod_paz=") + QString::number(patient)
-                  + QStringLiteral(") AND (not isnull(p.CodICDSospetto)) AND (len(p.CodICDSospetto)>0) AND (")
-                  + matches + QStringLiteral(") ");
+    dao::Query query{QStringLiteral("SELECT * from problems p where (p.cod_paz=[patient]) AND (not "
+                                    "isnull(p.CodICDSospetto)) AND (len(p.CodICDSospetto)>0) AND "),
+                     {{"patient", patient}}};
+    if (!addAnyLike(query, QStringLiteral("p.CodICDSospetto"), icdList))
+        return std::nullopt;
     if (!condition.isEmpty())
-        sql += QStringLiteral("AND (") + condition + QStringLiteral(") ");
-    return sql;
+        query.sql += QStringLiteral(" AND (") + condition + u')';
+    return query;
 }
 
 // The whole of a text as a number, with a decimal comma or point.
@@ -101,10 +101,10 @@ qint16 pressureOf(const dao::Field &field)
 } // namespace
 
 template <typename Read>
-bool ModEstrazDati::readRows(const char *routine, const QString &sql, Read read) const
+bool ModEstrazDati::readRows(const char *routine, const dao::Query &query, Read read) const
 {
     try {
-        const auto rows = m_clinical.OpenRecordset(sql, dao::RecordsetType::Snapshot);
+        const auto rows = m_clinical.OpenRecordset(query, dao::RecordsetType::Snapshot);
         if (rows->Eof())
             return false;
         read(*rows);
@@ -121,15 +121,17 @@ bool ModEstrazDati::readRows(const char *routine, const QString &sql, Read read)
 int ModEstrazDati::ContaPrescrizioniOspedaliere(qint32 patient, const Period &period,
                                                 const QString &condition) const
 {
-    QString sql = QStringLiteral("SELECT r.*, SUGGERIT.* "
-                                 "FROM RIEPIL as r INNER JOIN SUGGERIT ON r.COD_PRE = SUGGERIT.COD_PRE "
-                                 "WHERE (((r.COD_PAZ)=")
-                  + QString::number(patient) + QStringLiteral(") AND ((r.TIPO)=8) AND (SUGGERIT.OSPEDAL)) ")
-                  + openBounds(QStringLiteral("r.da_pre"), period);
+    dao::Query query{
+        QStringLiteral("SELECT r.*, SUGGERIT.* "
+                       "FROM RIEPIL as r INNER JOIN SUGGERIT ON r.COD_PRE = SUGGERIT.COD_PRE "
+                       "WHERE (((r.COD_PAZ)=[patient]) AND ((r.TIPO)=8) AND (SUGGERIT.OSPEDAL)) "),
+        {{"patient", patient}}};
+    addOpenBounds(query, QStringLiteral("r.da_pre"), period);
     if (!condition.isEmpty())
-        sql += QStringLiteral(" and ( ") + condition + QStringLiteral(" ) ");
+        query.sql += QStringLiteral(" and ( ") + condition + QStringLiteral(" ) ");
+    query.sql += QStringLiteral(" ORDER BY r.da_pre");
     int count = 0;
-    readRows("ContaPrescrizioniOspedaliere", sql + QStringLiteral(" ORDER BY r.da_pre"),
+    readRows("ContaPrescrizioniOspedaliere", query,
              [&](const dao::Recordset &rows) { count = rows.RecordCount(); });
     return count;
 }
@@ -137,16 +139,15 @@ int ModEstrazDati::ContaPrescrizioniOspedaliere(qint32 patient, const Period &pe
 qint32 ModEstrazDati::sumPacks(const char *routine, qint32 patient, const QString &field, const QString &list,
                                const Period &period) const
 {
-    const QString matches = anyLike(field, list);
-    if (matches.isEmpty())
+    dao::Query query{
+        QStringLiteral("SELECT sum(r.num_conf) AS numatc1 FROM riepil r, spefar s "
+                       "WHERE (r.cod_paz = [patient]) and (r.tipo=0) and (r.minsan=s.codspe) and "),
+        {{"patient", patient}}};
+    if (!addAnyLike(query, field, list))
         return 0;
-    const QString sql = QStringLiteral("SELECT sum(r.num_conf) AS numatc1 FROM riepil r, spefar s "
-                                       "WHERE (r.cod_paz = ")
-                        + QString::number(patient)
-                        + QStringLiteral(") and (r.tipo=0) and (r.minsan=s.codspe) and ( ") + matches
-                        + QStringLiteral(") ") + openBounds(QStringLiteral("r.da_pre"), period);
+    addOpenBounds(query, QStringLiteral("r.da_pre"), period);
     qint32 sum = 0;
-    readRows(routine, sql, [&](dao::Recordset &rows) {
+    readRows(routine, query, [&](dao::Recordset &rows) {
         sum = jet::toLong(rows.Fields(QStringLiteral("numatc1")).number()).value_or(0); // Null is 0
     });
     return sum;
@@ -166,10 +167,11 @@ qint32 ModEstrazDati::SommaConfezioniCodSan(qint32 patient, const QString &codeL
 double ModEstrazDati::UltimoRischioCardio(qint32 patient, const Period &period) const
 {
     double risk = 0;
-    readRows("UltimoRischioCardio",
-             QStringLiteral("SELECT rc.* from Rischio_Cardio rc where (rc.cod_paz=")
-                 + QString::number(patient) + u')' + openBounds(QStringLiteral("data_val"), period)
-                 + QStringLiteral(" ORDER by data_val desc"),
+    dao::Query query{QStringLiteral("SELECT rc.* from Rischio_Cardio rc where (rc.cod_paz=[patient])"),
+                     {{"patient", patient}}};
+    addOpenBounds(query, QStringLiteral("data_val"), period);
+    query.sql += QStringLiteral(" ORDER by data_val desc");
+    readRows("UltimoRischioCardio", query,
              [&](dao::Recordset &rows) { risk = field(rows, "pct_rischio").number(); });
     return risk;
 }
@@ -179,7 +181,7 @@ bool ModEstrazDati::UltimoEsameLab(qint32 patient, const Period &period, const Q
 {
     result = {};
     bool found = false;
-    readRows("UltimoEsameLab", laboratorySql(patient, period, condition), [&](dao::Recordset &rows) {
+    readRows("UltimoEsameLab", laboratoryQuery(patient, period, condition), [&](dao::Recordset &rows) {
         const dao::Field value = field(rows, "unita"), measured = field(rows, "data_eff"),
                          asked = field(rows, "da_pre");
         for (; !rows.Eof(); rows.MoveNext()) {
@@ -198,18 +200,19 @@ bool ModEstrazDati::UltimoEsameLab(qint32 patient, const Period &period, const Q
 
 bool ModEstrazDati::EsisteEsameLab(qint32 patient, const Period &period, const QString &condition) const
 {
-    return readRows("EsisteEsameLab", laboratorySql(patient, period, condition),
+    return readRows("EsisteEsameLab", laboratoryQuery(patient, period, condition),
                     [](const dao::Recordset &) {});
 }
 
 bool ModEstrazDati::DatiAntropometrici(qint32 patient, const Period &period, Anthropometry &result) const
 {
     result = {};
-    const QString sql = QStringLiteral("SELECT * FROM ESAME_OB  WHERE (TIPO_DATI LIKE 'A')  AND (COD_PAZ = ")
-                        + QString::number(patient) + QStringLiteral(")  and (data_reg>=") + since(period.from)
-                        + QStringLiteral(")  and (data_reg<=") + until(period.to)
-                        + QStringLiteral(")  order by data_reg desc, chiave desc");
-    readRows("DatiAntropometrici", sql, [&](dao::Recordset &rows) {
+    const dao::Query query{
+        QStringLiteral("SELECT * FROM ESAME_OB WHERE (TIPO_DATI LIKE 'A') AND (COD_PAZ = [patient]) "
+                       "and (data_reg>=[since]) and (data_reg<=[until]) "
+                       "order by data_reg desc, chiave desc"),
+        {{"patient", patient}, {"since", since(period.from)}, {"until", until(period.to)}}};
+    readRows("DatiAntropometrici", query, [&](dao::Recordset &rows) {
         const dao::Field packed = field(rows, "dati_paz"), day = field(rows, "data_reg");
         for (; !rows.Eof() && (result.heightM == 0 || result.weightKg == 0); rows.MoveNext()) {
             const QString text = packed.text();
@@ -234,11 +237,13 @@ bool ModEstrazDati::firstPressure(const char *routine, qint32 patient, const Per
                                   const QString &order, Pressure &result) const
 {
     result = {};
-    const QString sql = QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = ") + QString::number(patient)
-                        + QStringLiteral(") and (data_ob>=cdate('") + dayText(period.from)
-                        + QStringLiteral("')) and (data_ob<=cdate('") + dayText(period.to)
-                        + QStringLiteral("')) ORDER BY ") + order;
-    return readRows(routine, sql, [&](dao::Recordset &rows) {
+    // Both bounds are midnights.
+    const dao::Query query{
+        QStringLiteral("SELECT * FROM esa_ob WHERE (cod_paz = [patient]) and (data_ob>=[since]) "
+                       "and (data_ob<=[until]) ORDER BY ")
+            + order,
+        {{"patient", patient}, {"since", since(period.from)}, {"until", since(period.to)}}};
+    return readRows(routine, query, [&](dao::Recordset &rows) {
         result = {pressureOf(field(rows, "presmax")), pressureOf(field(rows, "presmin"))};
     });
 }
@@ -257,25 +262,28 @@ bool ModEstrazDati::PressioneMinima(qint32 patient, const Period &period, Pressu
 
 bool ModEstrazDati::hasGeneralInformation(qint32 patient) const
 {
-    return readRows("hasGeneralInformation",
-                    QStringLiteral("SELECT cod_paz FROM inf_gen WHERE (cod_paz = %1)").arg(patient),
-                    [](const dao::Recordset &) {});
+    return readRows(
+        "hasGeneralInformation",
+        {QStringLiteral("SELECT cod_paz FROM inf_gen WHERE (cod_paz = [patient])"), {{"patient", patient}}},
+        [](const dao::Recordset &) {});
 }
 
 bool ModEstrazDati::EsisteProblemaICD(qint32 patient, const QString &icdList, const QString &condition) const
 {
-    const QString sql = problemSql(patient, icdList, condition);
-    return !sql.isEmpty() && readRows("EsisteProblemaICD", sql, [](const dao::Recordset &) {});
+    const auto query = problemQuery(patient, icdList, condition);
+    return query && readRows("EsisteProblemaICD", *query, [](const dao::Recordset &) {});
 }
 
 QString ModEstrazDati::UltimoProblemaICD(qint32 patient, const QString &icdList,
                                          const QString &condition) const
 {
     QString code;
-    const QString sql = problemSql(patient, icdList, condition);
-    if (!sql.isEmpty())
-        readRows("UltimoProblemaICD", sql + QStringLiteral("order by DataApertura desc, idProblems desc"),
-                 [&](dao::Recordset &rows) { code = field(rows, "CodICDSospetto").text(); });
+    auto query = problemQuery(patient, icdList, condition);
+    if (!query)
+        return code;
+    query->sql += QStringLiteral(" order by DataApertura desc, idProblems desc");
+    readRows("UltimoProblemaICD", *query,
+             [&](dao::Recordset &rows) { code = field(rows, "CodICDSospetto").text(); });
     return code;
 }
 
@@ -284,8 +292,9 @@ int ModEstrazDati::StatoFumo(qint32 patient, QDate &date) const
     date = {};
     int code = 0;
     readRows("StatoFumo",
-             QStringLiteral("SELECT * FROM Esame_OB WHERE (cod_paz = ") + QString::number(patient)
-                 + QStringLiteral(") AND (tipo_dati = 'H') order by data_reg desc, chiave desc"),
+             {QStringLiteral("SELECT * FROM Esame_OB WHERE (cod_paz = [patient]) AND (tipo_dati = 'H') "
+                             "order by data_reg desc, chiave desc"),
+              {{"patient", patient}}},
              [&](dao::Recordset &rows) {
                  const QString text = field(rows, "dati_paz").text();
                  code = int(jet::leadingNumber(QStringView(text).mid(smokingPlace, smokingLength)));

@@ -99,7 +99,7 @@ private:
                        Pressure &result) const;
     // Opens the rows and lets `read` take its values from them. False when there is none, and after an error.
     template <typename Read>
-    bool readRows(const char *routine, const QString &sql, Read read) const;
+    bool readRows(const char *routine, const dao::Query &query, Read read) const;
 
     dao::Database &m_clinical;
     Log &m_log;

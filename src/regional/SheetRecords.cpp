@@ -10,11 +10,10 @@ namespace {
 
 const auto table = QStringLiteral("AIR15_7");
 
-QString byNumber(int type, qint32 number)
+dao::Query byNumber(int type, qint32 number)
 {
-    return QStringLiteral("select * from AIR15_7 where (idTipo=%1) and (idScheda = %2)")
-        .arg(type)
-        .arg(number);
+    return {QStringLiteral("select * from AIR15_7 where (idTipo=[kind]) and (idScheda = [sheet])"),
+            {{"kind", type}, {"sheet", number}}};
 }
 
 dao::Field field(dao::Recordset &rows, const char *name)
@@ -40,10 +39,11 @@ bool isOf(dao::Recordset &rows, qint32 patient)
 
 QList<StoredSheet> listSheets(dao::Database &clinical, qint32 patient)
 {
-    const auto rows = clinical.OpenRecordset(
-        QStringLiteral("select * from AIR15_7 where (cod_paz = ") + QString::number(patient)
-            + QStringLiteral(") Order By datareg desc, idTipo desc, idScheda desc"),
-        dao::RecordsetType::Snapshot);
+    const auto rows =
+        clinical.OpenRecordset({QStringLiteral("select * from AIR15_7 where (cod_paz = [patient]) "
+                                               "Order By datareg desc, idTipo desc, idScheda desc"),
+                                {{"patient", patient}}},
+                               dao::RecordsetType::Snapshot);
     QList<StoredSheet> sheets;
     for (; !rows->Eof(); rows->MoveNext())
         sheets.append(sheetOf(*rows));
@@ -61,7 +61,8 @@ std::optional<StoredSheet> readSheet(dao::Database &clinical, qint32 patient, in
 qint32 nextSheetNumber(dao::Database &clinical, int type)
 {
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral("SELECT Max(idScheda) AS maxId FROM AIR15_7 where (idTipo=%1)").arg(type),
+        {QStringLiteral("SELECT Max(idScheda) AS maxId FROM AIR15_7 where (idTipo=[kind])"),
+         {{"kind", type}}},
         dao::RecordsetType::Snapshot);
     return qint32(rows->Eof() ? 0 : field(*rows, "maxId").number()) + 1; // Null is 0
 }
@@ -108,12 +109,8 @@ SaveResult<StoredSheet> changeSheet(WorkingState &state, const StoredSheet &shee
 WriteResult deleteSheet(WorkingState &state, StoredSheet &seen)
 {
     return writeTogether(state, table, [&]() -> WriteResult {
-        const auto rows = state.clinical().OpenRecordset(
-            QStringLiteral("select * from AIR15_7 where (idScheda = %1) and (cod_paz = %2) and (idTipo = %3)")
-                .arg(seen.number)
-                .arg(state.header.patientCode)
-                .arg(seen.type));
-        if (rows->Eof())
+        const auto rows = state.clinical().OpenRecordset(byNumber(seen.type, seen.number));
+        if (rows->Eof() || !isOf(*rows, state.header.patientCode))
             return WriteResult::Vanished;
         if (const StoredSheet stored = sheetOf(*rows); stored != seen) {
             seen = stored;

@@ -43,14 +43,14 @@ std::optional<StoredSheet> readSheet(dao::Database &clinical, qint32 patient, in
 // The highest number of the type plus 1; 1 for the first.
 qint32 nextSheetNumber(dao::Database &clinical, int type);
 
-// Adds a sheet of the current patient under its number, or under the next one when that was given away meanwhile;
-// `sheet` then has the number that it was stored under. Raises nothing.
+// Adds a sheet of the current patient under its number, or under the next one when that was given away
+// meanwhile; `sheet` then has the number that it was stored under. Raises nothing.
 WriteResult addSheet(WorkingState &state, StoredSheet &sheet);
-// Replaces date and data of a stored sheet. `read` is the sheet as it was read: when writing would replace what was
-// stored since then, the result is Changed and has what is stored.
+// Replaces date and data of a stored sheet. `read` is the sheet as it was read: when writing would replace
+// what was stored since then, the result is Changed and has what is stored.
 SaveResult<StoredSheet> changeSheet(WorkingState &state, const StoredSheet &sheet, const StoredSheet &read);
-// Deletes the sheet of the current patient with that type and number. `seen` is the sheet as the list has it; when it is
-// stored otherwise, the result is Changed and `seen` becomes what is stored.
+// Deletes the sheet of the current patient with that type and number. `seen` is the sheet as the list has
+// it; when it is stored otherwise, the result is Changed and `seen` becomes what is stored.
 WriteResult deleteSheet(WorkingState &state, StoredSheet &seen);
 
 } // namespace clivara

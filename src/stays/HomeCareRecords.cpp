@@ -46,18 +46,23 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
 {
     QHash<qint32, QString> names;
     QStringList types;
+    QList<dao::Parameter> values{{"patient", patientCode}};
     for (const ServiceType &service : serviceTypes(codes)) {
         names.insert(service.id, service.name);
-        types.append(QString::number(service.id));
+        const auto name = QStringLiteral("type%1").arg(types.size());
+        types.append(u'[' + name + u']');
+        values.append({name, service.id});
     }
     QList<HomeCareEntry> list;
     if (types.isEmpty())
         return list;
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral(
-            "SELECT IdVisitaProbl, DataReg, validita, idtipo, dLastModifiedDate, sAuthorUid FROM VISITAPROBL "
-            "WHERE (cod_paz = %1) AND (idtipo in (%2)) Order By datareg desc, IdVisitaProbl desc")
-            .arg(QString::number(patientCode), types.join(u',')),
+        {QStringLiteral(
+             "SELECT IdVisitaProbl, DataReg, validita, idtipo, dLastModifiedDate, sAuthorUid FROM "
+             "VISITAPROBL "
+             "WHERE (cod_paz = [patient]) AND (idtipo in (%1)) Order By datareg desc, IdVisitaProbl desc")
+             .arg(types.join(u',')),
+         values},
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         HomeCareEntry entry = recordFrom<HomeCareEntry>(*rows);

@@ -50,14 +50,14 @@ QList<HomeCareEntry> listHomeCare(dao::Database &clinical, dao::Database &codes,
 // Another entry of the list on the same day and of the same type.
 bool isDuplicateEntry(const QList<HomeCareEntry> &list, const HomeCareEntry &entry);
 
-// As saveShared(). What else the visit holds is left as it is. Refused when the list has another entry of this type and
-// day.
+// As saveShared(). What else the visit holds is left as it is. Refused when the list has another entry of
+// this type and day.
 SaveResult<HomeCareEntry> saveHomeCare(WorkingState &state, HomeCareEntry &entry, const HomeCareEntry &read);
 // What of a visit the entry holds besides, as the visit's dialog calls it: "Sintomo", "Anamnesi", "Problema
 // associato"...
 QStringList visitContents(dao::Database &clinical, qint32 id);
-// As deleteShared(). `told` are the contents of the visit that the doctor knows of: others are Changed, and `told` becomes
-// what is stored.
+// As deleteShared(). `told` are the contents of the visit that the doctor knows of: others are Changed, and
+// `told` becomes what is stored.
 WriteResult deleteHomeCare(WorkingState &state, qint32 id, LastWrite &seen, QStringList &told);
 
 } // namespace clivara

@@ -33,8 +33,9 @@ QList<Stay> listStays(dao::Database &clinical, qint32 patientCode)
 {
     QList<Stay> stays;
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral("select * from ricoveri2 where (cod_paz = %1) Order By data_accesso, idRicovero")
-            .arg(patientCode),
+        {QStringLiteral(
+             "select * from ricoveri2 where (cod_paz = [patient]) Order By data_accesso, idRicovero"),
+         {{"patient", patientCode}}},
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext())
         stays.append(recordFrom<Stay>(*rows));

@@ -46,8 +46,8 @@ QStringList wards(dao::Database &codes);
 // is none.
 QString nameInList(const QStringList &names, const QString &typed);
 
-// As saveShared(). With `extendList` the stay's hospital is added to sedericov in the same transaction, unless it has
-// come to be there.
+// As saveShared(). With `extendList` the stay's hospital is added to sedericov in the same transaction,
+// unless it has come to be there.
 SaveResult<Stay> saveStay(WorkingState &state, Stay &stay, const Stay &read, bool extendList);
 
 } // namespace clivara
