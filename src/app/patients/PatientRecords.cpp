@@ -49,7 +49,8 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 {
     std::vector<PatientEntry> patients;
     const auto rows = m_environment.clinical->OpenRecordset(
-        entrySql(QStringLiteral("a.cod_paz > %1").arg(code)), dao::RecordsetType::Snapshot);
+        {entrySql(QStringLiteral("a.cod_paz > [patient]")), {{"patient", code}}},
+        dao::RecordsetType::Snapshot);
     // Not TOP, which ranks all rows to keep equal ones together: rows are read only as far as the index is
     // followed here.
     for (; static_cast<int>(patients.size()) < count && !rows->Eof(); rows->MoveNext())
@@ -60,7 +61,8 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 std::optional<PatientEntry> PatientRecords::entry(qint32 code) const
 {
     const auto rows = m_environment.clinical->OpenRecordset(
-        entrySql(QStringLiteral("a.cod_paz = %1").arg(code)), dao::RecordsetType::Snapshot);
+        {entrySql(QStringLiteral("a.cod_paz = [patient]")), {{"patient", code}}},
+        dao::RecordsetType::Snapshot);
     if (rows->Eof())
         return {};
     return entryOf(*rows);
@@ -78,10 +80,10 @@ std::optional<PatientSummary> PatientRecords::summary(qint32 code) const
 std::optional<PatientRegistry> PatientRecords::registry(qint32 code) const
 {
     const auto rows = m_environment.clinical->OpenRecordset(
-        QStringLiteral(
-            "SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas "
-            "FROM archivio AS a LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz = %1")
-            .arg(code),
+        {QStringLiteral("SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas "
+                        "FROM archivio AS a LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz "
+                        "= [patient]"),
+         {{"patient", code}}},
         dao::RecordsetType::Snapshot);
     if (rows->Eof())
         return {};
@@ -139,11 +141,11 @@ QList<VisitLine> PatientRecords::lastVisits(qint32 code) const
 {
     QList<VisitLine> visits;
     const auto rows = m_environment.clinical->OpenRecordset(
-        QStringLiteral(
-            "SELECT TOP %1 DataReg, idtipo, conclusioni, anamnesi, esameob, pianificazione, txtNote "
-            "FROM VISITAPROBL WHERE cod_paz = %2 ORDER BY DataReg DESC, IdVisitaProbl DESC")
-            .arg(shownVisits)
-            .arg(code),
+        {QStringLiteral(
+             "SELECT TOP %1 DataReg, idtipo, conclusioni, anamnesi, esameob, pianificazione, txtNote "
+             "FROM VISITAPROBL WHERE cod_paz = [patient] ORDER BY DataReg DESC, IdVisitaProbl DESC")
+             .arg(shownVisits),
+         {{"patient", code}}},
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         QString text;
@@ -163,12 +165,12 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
     QList<LaboratoryLine> lines;
     QHash<QString, qsizetype> byExam;
     const auto rows = m_environment.clinical->OpenRecordset(
-        QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis, r2.risposta, "
-                       "r2.risposta_e "
-                       "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
-                       "AND r.cod_paz = %2 ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
-            .arg(readResults)
-            .arg(patient),
+        {QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis, r2.risposta, "
+                        "r2.risposta_e "
+                        "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
+                        "AND r.cod_paz = [patient] ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
+             .arg(readResults),
+         {{"patient", patient}}},
         dao::RecordsetType::Snapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         const QString value = trimmed(*rows, QStringLiteral("unita"));
@@ -198,9 +200,9 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
 BloodPressure PatientRecords::lastPressure(qint32 code) const
 {
     const auto rows = m_environment.clinical->OpenRecordset(
-        QStringLiteral("SELECT TOP 1 presmax, presmin, data_ob FROM esa_ob "
-                       "WHERE cod_paz = %1 AND presmax > 0 ORDER BY data_ob DESC")
-            .arg(code),
+        {QStringLiteral("SELECT TOP 1 presmax, presmin, data_ob FROM esa_ob "
+                        "WHERE cod_paz = [patient] AND presmax > 0 ORDER BY data_ob DESC"),
+         {{"patient", code}}},
         dao::RecordsetType::Snapshot);
     if (rows->Eof())
         return {};
@@ -213,11 +215,11 @@ qint32 PatientRecords::instructivePatient(QDate since) const
 {
     QHash<qint32, QSet<QString>> exams;
     const auto results = m_environment.clinical->OpenRecordset(
-        QStringLiteral("SELECT DISTINCT r.cod_paz, r2.codice FROM riepil AS r, riepil2 AS r2 "
-                       "WHERE r2.cod_rie = r.minsan AND r.tipo = 1 AND r.da_pre > cdate('%1 0.0.0') "
-                       "AND NOT isnull(r2.unita) AND r2.codice IN ('90.14.1', '90.14.3', '90.43.2', "
-                       "'90.16.4', '90.16.04', '90.27.1')")
-            .arg(clivara::jet::slashedDate(since)),
+        {QStringLiteral("SELECT DISTINCT r.cod_paz, r2.codice FROM riepil AS r, riepil2 AS r2 "
+                        "WHERE r2.cod_rie = r.minsan AND r.tipo = 1 AND r.da_pre > [since] "
+                        "AND NOT isnull(r2.unita) AND r2.codice IN ('90.14.1', '90.14.3', '90.43.2', "
+                        "'90.16.4', '90.16.04', '90.27.1')"),
+         {{"since", since}}},
         dao::RecordsetType::Snapshot);
     for (; !results->Eof(); results->MoveNext())
         exams[static_cast<qint32>(results->Fields(0).number())].insert(results->Fields(1).text());

@@ -19,11 +19,6 @@ namespace orvale {
 
 namespace {
 
-QString quoted(const QString &text)
-{
-    return u'\'' + QString(text).replace(u'\'', QStringLiteral("''")) + u'\'';
-}
-
 using RowCounts = QMap<QString, qint64>; // by "database.table"
 
 RowCounts countRows(const QMap<QString, std::shared_ptr<dao::Database>> &databases)
@@ -190,7 +185,7 @@ void Schema::apply(dao::Workspace &workspace, const QMap<QString, std::shared_pt
 QString readProperty(dao::Database &clinical, const QString &name)
 {
     const auto row = clinical.OpenRecordset(
-        QStringLiteral("SELECT [value] FROM orvale_properties WHERE [name] = %1").arg(quoted(name)),
+        {QStringLiteral("SELECT [value] FROM orvale_properties WHERE [name] = [wanted]"), {{"wanted", name}}},
         dao::RecordsetType::Snapshot);
     return row->Eof() ? QString() : row->Fields(0).text();
 }
@@ -198,7 +193,7 @@ QString readProperty(dao::Database &clinical, const QString &name)
 void writeProperty(dao::Database &clinical, const QString &name, const QString &value)
 {
     const auto row = clinical.OpenRecordset(
-        QStringLiteral("SELECT * FROM orvale_properties WHERE [name] = %1").arg(quoted(name)));
+        {QStringLiteral("SELECT * FROM orvale_properties WHERE [name] = [wanted]"), {{"wanted", name}}});
     if (row->Eof())
         row->AddNew();
     else

@@ -14,7 +14,8 @@ namespace orvale {
 bool selectPatient(clivara::SettingsStore &settings, dao::Database &clinical, qint32 code)
 {
     const auto rows = clinical.OpenRecordset(
-        QStringLiteral("SELECT ESENZ_PAT, ESENZ_INV FROM archivio WHERE cod_paz = %1").arg(code),
+        {QStringLiteral("SELECT ESENZ_PAT, ESENZ_INV FROM archivio WHERE cod_paz = [patient]"),
+         {{"patient", code}}},
         dao::RecordsetType::Snapshot);
     if (rows->Eof())
         return false;

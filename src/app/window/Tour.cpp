@@ -134,7 +134,7 @@ public:
              !doctors->Eof(); doctors->MoveNext())
             author = clivara::normaliseUid(doctors->Fields(QStringLiteral("idRowGuid")).text());
         const auto visits = practice.clinical->OpenRecordset(
-            QStringLiteral("SELECT * FROM VISITAPROBL WHERE cod_paz = %1").arg(patient));
+            {QStringLiteral("SELECT * FROM VISITAPROBL WHERE cod_paz = [patient]"), {{"patient", patient}}});
         for (; !visits->Eof(); visits->MoveNext()) {
             visits->Edit();
             const auto set = [&](const char *field, const QVariant &value) {
