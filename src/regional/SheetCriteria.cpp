@@ -185,4 +185,20 @@ TherapyCriteria therapyCriteria(const SheetData &data, int age)
                                             : CriteriTerapiaMalattieRespiratorie(data);
 }
 
+QStringList sheetConclusions(const SheetData &data, int age)
+{
+    QStringList notes;
+    const TherapyCriteria criteria = therapyCriteria(data, age);
+    if (!criteria.reasons.isEmpty())
+        notes << QStringLiteral("Criteri di terapia: ") + criteria.reasons.join(u' ');
+    const auto &fields = data.layout().fields;
+    for (int i = 0; i < fields.size(); ++i) {
+        if (fields[i].kind == SheetFieldKind::Band)
+            notes << QStringLiteral("%1: %2 (punti %3)")
+                         .arg(fields[i].caption, shownValue(data, i),
+                              data.value(fields[i].source.arguments.value(0)));
+    }
+    return notes;
+}
+
 } // namespace clivara

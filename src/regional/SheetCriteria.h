@@ -30,4 +30,7 @@ int copdGroup(const SheetData &data);
 // The criteria that the sheet's layout names; entry 0 without reasons for a sheet that has none.
 TherapyCriteria therapyCriteria(const SheetData &data, int age);
 
+// What follows from the values, in words: the criteria's reasons, and the band that each total falls into.
+QStringList sheetConclusions(const SheetData &data, int age);
+
 } // namespace clivara

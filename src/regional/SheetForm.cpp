@@ -11,37 +11,23 @@
 #include "regional/SheetCriteria.h"
 #include "regional/SheetFields.h"
 #include "regional/SheetPrint.h"
-#include "support/ui/FileChoice.h"
 #include "ui_SheetForm.h"
 #include "values/JetValues.h"
 
 #include <QDir>
 #include <QKeyEvent>
-#include <QPrintDialog>
-#include <QPrinter>
-#include <QSaveFile>
 #include <QScopeGuard>
 #include <QShortcut>
-#include <QStandardPaths>
 
 namespace clivara {
 
 namespace {
 
 constexpr QSize usualSize(1100, 768);
-const auto pdfFolder = QStringLiteral("CARTELLA_PDF");
 
 QString dayText(QDate day)
 {
     return jet::slashedDate(day);
-}
-
-// What a file's name may be anywhere.
-QString fileName(QString text)
-{
-    for (const QChar sign : QStringLiteral("\\/:*?\"<>|"))
-        text.replace(sign, u'-');
-    return text.simplified();
 }
 
 } // namespace
@@ -128,18 +114,7 @@ void SheetForm::initNew()
                                                  {m_state.header.patientCode, age(), today});
     PopolaDati(values);
     m_fields->setOrigins(recovered.origins);
-    const qsizetype count = recovered.origins.size();
-    QStringList told;
-    if (count == 1)
-        told << QStringLiteral("Un valore è ripreso dalla cartella: da verificare.");
-    else if (count > 1)
-        told << QStringLiteral("%1 valori sono ripresi dalla cartella: da verificare.").arg(count);
-    else if (recovered.isWhole)
-        told << QStringLiteral("Nella cartella non c'è niente da riprendere.");
-    if (!recovered.isWhole)
-        told << QStringLiteral(
-            "Non è stato possibile leggere tutta la cartella: quello che manca qui può esserci.");
-    noteMessage((told + recovered.remarks).join(u' '));
+    noteMessage(recovered.notice());
 }
 
 void SheetForm::initStored(qint32 number)
@@ -228,18 +203,7 @@ void SheetForm::noteMessage(const QString &text)
 // What follows from the values, where the doctor sees it from every field.
 void SheetForm::noteCriteria()
 {
-    const SheetData values = m_fields->entered();
-    QStringList notes;
-    const TherapyCriteria criteria = therapyCriteria(values, age());
-    if (!criteria.reasons.isEmpty())
-        notes << QStringLiteral("Criteri di terapia: ") + criteria.reasons.join(u' ');
-    for (int i = 0; i < m_layout.fields.size(); ++i) {
-        const SheetField &field = m_layout.fields[i];
-        if (field.kind == SheetFieldKind::Band)
-            notes << QStringLiteral("%1: %2 (punti %3)")
-                         .arg(field.caption, shownValue(values, i),
-                              values.value(field.source.arguments.value(0)));
-    }
+    const QStringList notes = sheetConclusions(m_fields->entered(), age());
     m_ui->lblCriteri->setText(notes.join(u' '));
     m_ui->lblCriteri->setVisible(m_isReadable && !notes.isEmpty());
 }
@@ -419,42 +383,18 @@ bool SheetForm::isSavedForPaper()
 
 void SheetForm::print()
 {
-    if (!isSavedForPaper())
-        return;
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    QPrintDialog dialog(&printer, this);
-    if (dialog.exec() == QDialog::Accepted)
-        printSheet(m_fields->entered(), sheetPaper(m_state, m_sheet.number, enteredDate()), printer);
+    if (isSavedForPaper())
+        printOnPaper(m_fields->entered(), sheetPaper(m_state, m_sheet.number, enteredDate()), this);
 }
 
 void SheetForm::savePdf()
 {
     if (!isSavedForPaper())
         return;
-    const PatientIdentity &patient = m_state.header.identity;
-    const QString name = fileName(
-        QStringLiteral("%1 - %2 %3 - %4.pdf")
-            .arg(m_layout.listText, patient.surname, patient.name, enteredDate().toString(Qt::ISODate)));
-    const QString folder = m_state.settings.read(pdfFolder).toString();
-    const QString path =
-        !folder.isEmpty()
-            ? QDir(folder).filePath(name)
-            : chooseFileToSave(
-                this, QStringLiteral("Salva la scheda come PDF"),
-                QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).filePath(name),
-                QStringLiteral("PDF (*.pdf)"));
-    if (path.isEmpty())
-        return;
-    const QByteArray bytes =
-        sheetPdf(m_fields->entered(), sheetPaper(m_state, m_sheet.number, enteredDate()));
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        m_state.prompts.warn(QStringLiteral("Il file %1 non si può scrivere: %2")
-                                 .arg(QDir::toNativeSeparators(path), file.errorString()));
-        return;
-    }
-    noteMessage(QStringLiteral("PDF salvato: %1").arg(QDir::toNativeSeparators(path)));
+    const QString path = clivara::savePdf(m_state, m_fields->entered(),
+                                          sheetPaper(m_state, m_sheet.number, enteredDate()), this);
+    if (!path.isEmpty())
+        noteMessage(QStringLiteral("PDF salvato: %1").arg(QDir::toNativeSeparators(path)));
 }
 
 void SheetForm::keyPressEvent(QKeyEvent *event)

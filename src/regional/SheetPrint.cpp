@@ -3,15 +3,31 @@
 
 #include "chart/WorkingState.h"
 #include "regional/SheetData.h"
+#include "support/ui/FileChoice.h"
 #include "values/JetValues.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QPdfWriter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QSaveFile>
+#include <QStandardPaths>
 #include <QTextDocument>
 
 namespace clivara {
 
 namespace {
+
+const auto pdfFolder = QStringLiteral("CARTELLA_PDF");
+
+// What a file's name may be anywhere.
+QString fileName(QString text)
+{
+    for (const QChar sign : QStringLiteral("\\/:*?\"<>|"))
+        text.replace(sign, u'-');
+    return text.simplified();
+}
 
 constexpr int fieldsAside = 2; // fields of a group beside each other
 
@@ -163,6 +179,40 @@ QByteArray sheetPdf(const SheetData &data, const SheetPaper &paper)
         printSheet(data, paper, writer);
     }
     return bytes;
+}
+
+void printOnPaper(const SheetData &data, const SheetPaper &paper, QWidget *window)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    QPrintDialog dialog(&printer, window);
+    if (dialog.exec() == QDialog::Accepted)
+        printSheet(data, paper, printer);
+}
+
+QString savePdf(const WorkingState &state, const SheetData &data, const SheetPaper &paper, QWidget *window)
+{
+    const PatientIdentity &patient = state.header.identity;
+    const QString name = fileName(
+        QStringLiteral("%1 - %2 %3 - %4.pdf")
+            .arg(data.layout().listText, patient.surname, patient.name, paper.date.toString(Qt::ISODate)));
+    const QString folder = state.settings.read(pdfFolder).toString();
+    const QString path =
+        !folder.isEmpty()
+            ? QDir(folder).filePath(name)
+            : chooseFileToSave(
+                window, QStringLiteral("Salva la scheda come PDF"),
+                QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)).filePath(name),
+                QStringLiteral("PDF (*.pdf)"));
+    if (path.isEmpty())
+        return {};
+    const QByteArray bytes = sheetPdf(data, paper);
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        return path;
+    state.prompts.warn(QStringLiteral("Il file %1 non si può scrivere: %2")
+                           .arg(QDir::toNativeSeparators(path), file.errorString()));
+    return {};
 }
 
 } // namespace clivara

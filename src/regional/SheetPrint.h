@@ -6,6 +6,7 @@
 
 class QByteArray;
 class QPagedPaintDevice;
+class QWidget;
 
 namespace clivara {
 
@@ -31,5 +32,11 @@ void printSheet(const SheetData &data, const SheetPaper &paper, QPagedPaintDevic
 
 // The sheet as a PDF file on A4.
 QByteArray sheetPdf(const SheetData &data, const SheetPaper &paper);
+
+// Asks for a printer and prints; nothing when the doctor cancels.
+void printOnPaper(const SheetData &data, const SheetPaper &paper, QWidget *window);
+// Writes the PDF into the folder of the setting "CARTELLA_PDF", without one where the doctor says. The result is the
+// file; empty when the doctor cancels, and when it cannot be written, of which the doctor is told.
+QString savePdf(const WorkingState &state, const SheetData &data, const SheetPaper &paper, QWidget *window);
 
 } // namespace clivara

@@ -348,4 +348,20 @@ RecoveredData RecuperaDati(SheetData &data, const ModEstrazDati &record, const S
     return recovered;
 }
 
+QString RecoveredData::notice() const
+{
+    const qsizetype count = origins.size();
+    QStringList told;
+    if (count == 1)
+        told << QStringLiteral("Un valore è ripreso dalla cartella: da verificare.");
+    else if (count > 1)
+        told << QStringLiteral("%1 valori sono ripresi dalla cartella: da verificare.").arg(count);
+    else if (isWhole)
+        told << QStringLiteral("Nella cartella non c'è niente da riprendere.");
+    if (!isWhole)
+        told << QStringLiteral(
+            "Non è stato possibile leggere tutta la cartella: quello che manca qui può esserci.");
+    return (told + remarks).join(u' ');
+}
+
 } // namespace clivara

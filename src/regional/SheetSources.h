@@ -21,6 +21,8 @@ struct RecoveredData {
     QHash<int, QString> origins; // by field: where its value comes from, for the doctor
     QStringList remarks; // values that do not fit their field and were left out
     bool isWhole = true; // false when a part of the record could not be read: its fields stay as they are
+
+    QString notice() const; // for the doctor: how many values were found, and what is missing
 };
 
 // Fills the fields of a new sheet from the patient's record, each as its layout's source says; a field for which
