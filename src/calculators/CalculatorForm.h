@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/PatientInputForm.h"
+#include "inputs/PatientInputForm.h"
 
 namespace Ui {
 class CalculatorForm;

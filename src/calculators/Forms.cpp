@@ -4,29 +4,12 @@
 #include "calculators/CalcCockCroft.h"
 #include "calculators/CalcFiltGlom.h"
 #include "calculators/CalcLDL.h"
-#include "calculators/Rischio_Cardio.h"
-#include "calculators/SindrMetabolica.h"
 
 namespace clivara {
 
 std::vector<FormRow> calculatorForms()
 {
     return {
-        {.name = QStringLiteral("Rischio_Cardio"),
-         .create = createForm<Rischio_Cardio>,
-         .actions = {{13}},
-         .unloadOrder = 15,
-         .kind = SectionKind::Risk,
-         .title = QStringLiteral("Risc&hio cardiovascolare"),
-         .icon = QStringLiteral("heart"),
-         .key = Qt::Key_F6},
-        {.name = QStringLiteral("SindrMetabolica"),
-         .create = createForm<SindrMetabolica>,
-         .actions = {{20}},
-         .kind = SectionKind::Risk,
-         .title = QStringLiteral("Sindrome meta&bolica"),
-         .icon = QStringLiteral("metabolic"),
-         .key = Qt::Key_F7},
         {.name = QStringLiteral("calcLDL"),
          .create = createForm<CalcLDL>,
          .actions = {{80}},

@@ -3,6 +3,7 @@
 
 #include "calculators/Forms.h"
 #include "chart/Conflitto.h"
+#include "evaluations/Forms.h"
 #include "history/Forms.h"
 #include "problems/Forms.h"
 #include "regional/Forms.h"
@@ -13,7 +14,8 @@ namespace clivara {
 FormRegistry allForms()
 {
     std::vector<FormRow> rows;
-    for (const auto section : {problemForms, historyForms, calculatorForms, stayForms, regionalForms}) {
+    for (const auto section :
+         {problemForms, historyForms, evaluationForms, calculatorForms, stayForms, regionalForms}) {
         for (FormRow &row : section())
             rows.push_back(std::move(row));
     }

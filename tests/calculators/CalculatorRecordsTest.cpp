@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CalculatorRecords.h"
+#include "inputs/CalculatorRecords.h"
 #include "calculators/CalculatorFixture.h"
 
 namespace clivara {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "TestConflicts.h"
 #include "calculators/CalculatorFixture.h"
-#include "calculators/HistoryPlot.h"
-#include "calculators/Rischio_Cardio.h"
-#include "calculators/SindrMetabolica.h"
 #include "controls/MaskedDateEdit.h"
 #include "data/LockHolder.h"
+#include "evaluations/HistoryPlot.h"
+#include "evaluations/Rischio_Cardio.h"
+#include "evaluations/SindrMetabolica.h"
 
 #include <QCheckBox>
 #include <QTableView>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CalculatorFixture.h"
-#include "calculators/CardiovascularRecords.h"
-#include "calculators/MetabolicRecords.h"
 #include "chart/SharedWrites.h"
 #include "data/LockHolder.h"
+#include "evaluations/CardiovascularRecords.h"
+#include "evaluations/MetabolicRecords.h"
 
 namespace clivara {
 namespace {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CardiovascularRules.h"
-#include "calculators/MetabolicRules.h"
+#include "evaluations/CardiovascularRules.h"
+#include "evaluations/MetabolicRules.h"
 
 #include <gtest/gtest.h>
 

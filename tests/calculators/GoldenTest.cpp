@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CalculatorRules.h"
-#include "calculators/CardiovascularRules.h"
-#include "calculators/MetabolicRules.h"
+#include "evaluations/CardiovascularRules.h"
+#include "evaluations/MetabolicRules.h"
+#include "inputs/CalculatorRules.h"
 
 #include <QProcess>
 #include <cmath>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/InputRemarks.h"
-#include "calculators/CalculatorRules.h"
+#include "inputs/InputRemarks.h"
+#include "inputs/CalculatorRules.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/demo/DemoGenerators.h"
 #include "app/demo/DemoWriter.h"
-#include "calculators/CardiovascularRules.h"
+#include "evaluations/CardiovascularRules.h"
 
 namespace orvale {
 

@@ -2,8 +2,8 @@
 #include "app/demo/DemoGenerators.h"
 #include "app/demo/DemoPatient.h"
 #include "app/demo/DemoWriter.h"
-#include "calculators/CardiovascularRules.h"
-#include "calculators/MetabolicRules.h"
+#include "evaluations/CardiovascularRules.h"
+#include "evaluations/MetabolicRules.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/CalculatorRecords.h"
-#include "calculators/CalculatorRules.h"
-#include "calculators/CardiovascularRules.h"
-#include "calculators/EvaluationRecords.h"
+#include "evaluations/CardiovascularRules.h"
+#include "evaluations/EvaluationRecords.h"
+#include "inputs/CalculatorRecords.h"
+#include "inputs/CalculatorRules.h"
 
 // The evaluations of the cardiovascular risk (Rischio_Cardio) and what is proposed for a new one. Except for saving,
 // every function throws dao::Error.

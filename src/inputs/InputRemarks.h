@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/CalculatorRecords.h"
+#include "inputs/CalculatorRecords.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/EvaluationRecords.h"
+#include "evaluations/EvaluationRecords.h"
 
 #include <QAbstractTableModel>
 

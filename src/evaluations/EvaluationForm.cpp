@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/EvaluationForm.h"
+#include "evaluations/EvaluationForm.h"
 
-#include "calculators/CardiovascularRules.h"
-#include "calculators/HistoryModel.h"
 #include "chart/SharedWrites.h"
 #include "chart/WorkingState.h"
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
+#include "evaluations/CardiovascularRules.h"
+#include "evaluations/HistoryModel.h"
 #include "support/Mnemonic.h"
 #include "support/ui/WaitCursor.h"
 #include "ui_EvaluationForm.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CalculatorRecords.h"
+#include "inputs/CalculatorRecords.h"
 
-#include "calculators/CalculatorRules.h"
 #include "dao/Dao.h"
+#include "inputs/CalculatorRules.h"
 #include "values/JetValues.h"
 
 namespace clivara {

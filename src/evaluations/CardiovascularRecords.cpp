@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CardiovascularRecords.h"
+#include "evaluations/CardiovascularRecords.h"
 
 #include "dao/Dao.h"
 #include "values/JetValues.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/PatientInputForm.h"
+#include "inputs/PatientInputForm.h"
 
 #include "chart/ErrorLog.h"
 #include "chart/WorkingState.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/Rischio_Cardio.h"
+#include "evaluations/Rischio_Cardio.h"
 
 #include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"

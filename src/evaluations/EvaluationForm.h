@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/EvaluationRecords.h"
-#include "calculators/HistoryPlot.h"
-#include "calculators/PatientInputForm.h"
 #include "chart/RecordSaving.h"
+#include "evaluations/EvaluationRecords.h"
+#include "evaluations/HistoryPlot.h"
+#include "inputs/PatientInputForm.h"
 
 namespace Ui {
 class EvaluationForm;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CalculatorRules.h"
+#include "inputs/CalculatorRules.h"
 
 #include "values/JetValues.h"
 

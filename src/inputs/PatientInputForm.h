@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/CalculatorRules.h"
-#include "calculators/InputRemarks.h"
+#include "inputs/CalculatorRules.h"
+#include "inputs/InputRemarks.h"
 #include "support/ui/ChartForm.h"
 
 #include <QColor>

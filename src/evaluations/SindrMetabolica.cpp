@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/SindrMetabolica.h"
+#include "evaluations/SindrMetabolica.h"
 
-#include "calculators/CardiovascularRules.h"
 #include "chart/WorkingState.h"
 #include "controls/NumericEdit.h"
+#include "evaluations/CardiovascularRules.h"
 #include "ui_SindrMetabolicaInputs.h"
 #include "values/JetValues.h"
 

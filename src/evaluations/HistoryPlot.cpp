@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/HistoryPlot.h"
+#include "evaluations/HistoryPlot.h"
 
 #include "values/JetValues.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/InputRemarks.h"
+#include "inputs/InputRemarks.h"
 
-#include "calculators/CalculatorRules.h"
 #include "chart/ResultUnits.h"
+#include "inputs/CalculatorRules.h"
 #include "support/PatientHeader.h"
 #include "values/JetValues.h"
 

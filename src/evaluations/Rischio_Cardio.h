@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/CardiovascularRecords.h"
-#include "calculators/EvaluationForm.h"
+#include "evaluations/CardiovascularRecords.h"
+#include "evaluations/EvaluationForm.h"
 
 class QCheckBox;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/CardiovascularRules.h"
+#include "evaluations/CardiovascularRules.h"
 
-#include "calculators/CalculatorRules.h"
+#include "inputs/CalculatorRules.h"
 #include "values/JetValues.h"
 
 #include <array>

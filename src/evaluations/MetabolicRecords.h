@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/CalculatorRecords.h"
-#include "calculators/EvaluationRecords.h"
-#include "calculators/MetabolicRules.h"
+#include "evaluations/EvaluationRecords.h"
+#include "evaluations/MetabolicRules.h"
+#include "inputs/CalculatorRecords.h"
 
 // The evaluations of the metabolic syndrome (SindrMetabolica) and what is proposed for a new one. Except for saving,
 // every function throws dao::Error.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/MetabolicRules.h"
+#include "evaluations/MetabolicRules.h"
 
-#include "calculators/CalculatorRules.h"
+#include "inputs/CalculatorRules.h"
 
 namespace clivara {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/MetabolicRecords.h"
+#include "evaluations/MetabolicRecords.h"
 
-#include "calculators/CalculatorRules.h"
 #include "dao/Dao.h"
+#include "inputs/CalculatorRules.h"
 #include "values/JetValues.h"
 
 namespace clivara {

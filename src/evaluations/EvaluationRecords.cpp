@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/EvaluationRecords.h"
+#include "evaluations/EvaluationRecords.h"
 
 #include "chart/WorkingState.h"
 #include "dao/Dao.h"

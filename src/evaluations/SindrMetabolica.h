@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "calculators/EvaluationForm.h"
-#include "calculators/MetabolicRecords.h"
+#include "evaluations/EvaluationForm.h"
+#include "evaluations/MetabolicRecords.h"
 
 #include <array>
 

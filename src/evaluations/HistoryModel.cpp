@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "calculators/HistoryModel.h"
+#include "evaluations/HistoryModel.h"
 
 namespace clivara {
 
