@@ -6,79 +6,23 @@
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
 #include "controls/NumericEdit.h"
+#include "controls/RoomyScrollArea.h"
 #include "dao/Dao.h"
 #include "ui_PersonLine.h"
 #include "values/JetValues.h"
 
 #include <QKeyEvent>
-#include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 
 namespace clivara {
 
 namespace {
 
-constexpr int leastInputsHeight = 64; // of a form that the screen has too little room for
 constexpr int remarkCharacters = 44; // a longer remark takes two lines
-
-// As large as what it holds where there is room, and scrolling where there is none.
-class RoomyScrollArea final : public QScrollArea {
-public:
-    explicit RoomyScrollArea(QWidget *parent)
-        : QScrollArea(parent)
-    {
-        setFrameShape(QFrame::NoFrame);
-        setFocusPolicy(Qt::NoFocus);
-        setWidgetResizable(true);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        viewport()->setAutoFillBackground(false);
-        QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-        policy.setHeightForWidth(true);
-        setSizePolicy(policy);
-    }
-    QSize sizeHint() const override { return widget()->sizeHint(); }
-    QSize minimumSizeHint() const override
-    {
-        return {widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width(),
-                std::min(leastInputsHeight, widget()->sizeHint().height())};
-    }
-    bool hasHeightForWidth() const override { return true; }
-    int heightForWidth(int width) const override
-    {
-        return widget()->hasHeightForWidth() ? widget()->heightForWidth(width)
-                                             : widget()->sizeHint().height();
-    }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (watched == widget() && event->type() == QEvent::LayoutRequest)
-            updateGeometry(); // the outer layout knows nothing of what is inside
-        return QScrollArea::eventFilter(watched, event);
-    }
-};
 
 } // namespace
 
-void setForeColour(QLabel *label, QColor colour)
-{
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::Active, QPalette::WindowText, colour);
-    palette.setColor(QPalette::Inactive, QPalette::WindowText, colour);
-    label->setPalette(palette);
-}
-
-void makeQuiet(QLabel *label)
-{
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.9);
-    label->setFont(font);
-    setForeColour(label, QColor(0x55, 0x55, 0x55));
-}
-
 PatientInputForm::PatientInputForm(const QString &name, const QString &caption, WorkingState &state)
-    : ChartForm(name, state.header, state.clock)
+    : RemarkForm(name, state.header, state.clock)
     , m_state(state)
     , m_person(std::make_unique<Ui::PersonLine>())
 {
@@ -201,8 +145,7 @@ void PatientInputForm::orderTabs(QWidget *inputs, const QList<QWidget *> &others
 
 void PatientInputForm::showPatient()
 {
-    if (m_grownBy > 0)
-        resize(width(), height() - std::exchange(m_grownBy, 0));
+    shrink();
     m_birth = {};
     m_person->lblSesso->clear();
     m_person->lblEta->clear();
@@ -303,39 +246,6 @@ void PatientInputForm::refreshRemarks()
     }
 }
 
-void PatientInputForm::showRemarks(QLabel *label, const QStringList &lines)
-{
-    QString text;
-    for (const QString &line : lines)
-        text += (text.isEmpty() ? QStringLiteral("⚠ ") : QStringLiteral("\n⚠ ")) + line;
-    label->setVisible(!text.isEmpty());
-    m_mayGrow = m_mayGrow || text != label->text();
-    label->setText(text);
-}
-
-void PatientInputForm::growForRemarks()
-{
-    const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-    const int needed = layout()->hasHeightForWidth() ? layout()->totalMinimumHeightForWidth(width())
-                                                     : layout()->totalMinimumSize().height();
-    if (const int wanted = std::min(needed, screen()->availableSize().height() - frame); wanted > height()) {
-        const int before = height();
-        resize(width(), wanted);
-        m_grownBy += height() - before;
-    }
-}
-
-bool PatientInputForm::event(QEvent *event)
-{
-    const bool isHandled = ChartForm::event(event);
-    // Whoever drags the window to a size of his own keeps it until there is something else to read.
-    if (event->type() == QEvent::Resize && event->spontaneous())
-        m_mayGrow = false;
-    if (m_mayGrow && isVisible() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show))
-        growForRemarks();
-    return isHandled;
-}
-
 bool PatientInputForm::leadToUnseen()
 {
     const auto unseen = [this] {
@@ -363,7 +273,7 @@ bool PatientInputForm::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_compute)
         return (event->type() == QEvent::Shortcut && leadToUnseen())
-               || ChartForm::eventFilter(watched, event);
+               || RemarkForm::eventFilter(watched, event);
     if (event->type() == QEvent::FocusOut && !m_isLeading) {
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
         // A menu, another window, or the closing of the form that takes the focus does not mean that the
@@ -371,14 +281,14 @@ bool PatientInputForm::eventFilter(QObject *watched, QEvent *event)
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason && isVisible())
             input(watched).mustBeSeen = false;
     }
-    return ChartForm::eventFilter(watched, event);
+    return RemarkForm::eventFilter(watched, event);
 }
 
 void PatientInputForm::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isEnter || !leadToUnseen())
-        ChartForm::keyPressEvent(event);
+        RemarkForm::keyPressEvent(event);
 }
 
 bool PatientInputForm::guarded(const std::function<void()> &routine)

@@ -3,9 +3,8 @@
 
 #include "inputs/CalculatorRules.h"
 #include "inputs/InputRemarks.h"
-#include "support/ui/ChartForm.h"
+#include "inputs/RemarkForm.h"
 
-#include <QColor>
 #include <QDate>
 #include <QList>
 #include <functional>
@@ -24,18 +23,12 @@ class MaskedDateEdit;
 class NumericEdit;
 struct WorkingState;
 
-void setForeColour(QLabel *label, QColor colour);
-// A quieter text, smaller and grey.
-void makeQuiet(QLabel *label);
-constexpr QColor blackText(0, 0, 0);
-constexpr QColor darkRedText(192, 0, 0);
-
 // The frame of the forms that compute something from numbers of the current patient: sex, age and date at the
 // top, and input fields with values proposed from the patient's records, each with a label that says where
 // its value comes from. What is impossible, unlikely or not what it looks like is remarked in red beside its
 // field, in a label "avviso_" and the field's name; nothing is refused for it. Enter leads to values that
 // were not wholly read before it computes.
-class PatientInputForm : public ChartForm {
+class PatientInputForm : public RemarkForm {
     Q_OBJECT
 
 public:
@@ -126,7 +119,6 @@ protected:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    bool event(QEvent *event) override;
 
 private:
     struct Input {
@@ -144,8 +136,6 @@ private:
     void refreshRemarks();
     void refreshPersonRemarks();
     void refreshDateRemarks();
-    void showRemarks(QLabel *label, const QStringList &lines);
-    void growForRemarks();
     // Counts the focused input as seen and moves the focus to the next that must be seen, or to the compute
     // button. False, without doing anything, when none must be seen.
     bool leadToUnseen();
@@ -159,8 +149,6 @@ private:
     bool m_isRegistryRead = false; // else nothing is known of sex and birth
     QDate m_birth;
     QString m_validDate;
-    int m_grownBy = 0; // pixels of height, for remarks
-    bool m_mayGrow = true;
     bool m_isLeading = false; // the form itself moves the focus
 };
 
