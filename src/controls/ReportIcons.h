@@ -21,8 +21,7 @@ enum class ReportIcon {
     Doubtful // something about the row cannot be right
 };
 
-// Drawn from shapes, so it is sharp in every size; QIcon::Selected draws it for a row on the highlight
-// colour.
+// Sharp in every size; QIcon::Selected is for a row on the highlight colour.
 QIcon reportIcon(ReportIcon icon);
 
 } // namespace clivara
