@@ -66,7 +66,7 @@ void CalculatorForm::proposeWeight(NumericEdit *edit)
 void CalculatorForm::proposeResult(NumericEdit *edit, const QString &examCode)
 {
     proposeValue(edit, QStringLiteral("esame del %1"), [&](dao::Database &clinical, qint32 patientCode) {
-        return readNewestResult(clinical, patientCode, examCode, state().clock.today());
+        return readNewestResult(clinical, patientCode, examCode, m_state.clock.today());
     });
 }
 

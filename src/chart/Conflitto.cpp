@@ -46,8 +46,7 @@ QLabel *addHeading(QWidget *area, const ConflictField &field, const QString &not
 } // namespace
 
 Conflitto::Conflitto(WorkingState &state)
-    : ChartForm(QStringLiteral("Conflitto"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("Conflitto"), state)
     , m_ui(std::make_unique<Ui::Conflitto>())
 {
     m_ui->setupUi(contents());

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "chart/RecordConflict.h"
-#include "support/ui/ChartForm.h"
+#include "chart/SectionForm.h"
 
 #include <memory>
 
@@ -19,7 +19,7 @@ struct WorkingState;
 
 // Shows a conflict: who saved the record first and when, and both versions side by side where they differ.
 // The doctor's choice is the answer; whoever only closes the form goes back to editing.
-class Conflitto final : public ChartForm, public CalledBy<ConflictCall> {
+class Conflitto final : public SectionForm, public CalledBy<ConflictCall> {
     Q_OBJECT
 
 public:
@@ -36,7 +36,6 @@ private:
     void showNext();
     void choose(ConflictChoice choice);
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::Conflitto> m_ui;
     struct Difference { // one place in a field
         VersionPane *mine;

@@ -1,24 +1,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "chart/ErrorLog.h"
 
-#include "chart/WorkingState.h"
+#include "chart/ChartServices.h"
 
 namespace clivara {
 
-void logError(WorkingState &state, const QString &routine, const dao::Error &error)
+void logLine(ChartServices &services, const QString &routine, const std::exception &error)
 {
-    state.log.write(
-        QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, routine).arg(error.number())
-        + error.text());
-    if (dao::isConnectionLost(error.number()))
-        tellUnreachable(state);
+    const auto *const engines = dynamic_cast<const dao::Error *>(&error);
+    services.log.write(QStringLiteral("%1.%2 - Error %3 - ")
+                           .arg(services.componentName, routine)
+                           .arg(engines ? engines->number() : 0)
+                       + (engines ? engines->text() : QString::fromLocal8Bit(error.what())));
 }
 
-void tellUnreachable(WorkingState &state)
+void logError(ChartServices &services, const QString &routine, const dao::Error &error)
 {
-    if (std::exchange(state.unreachableTold, true))
+    logLine(services, routine, error);
+    if (dao::isConnectionLost(error.number()))
+        tellUnreachable(services);
+}
+
+void tellUnreachable(ChartServices &services)
+{
+    if (std::exchange(services.unreachableTold, true))
         return;
-    state.prompts.warn(
+    services.prompts.warn(
         QStringLiteral("Il server dell'archivio non è raggiungibile.\n"
                        "Quanto è mostrato può essere incompleto, e quanto è scritto non è salvato: "
                        "riprovare quando il server risponde."));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "chart/HostContext.h"
 
+#include "chart/ErrorLog.h"
 #include "chart/WorkingState.h"
 #include "data/AllergyRecords.h"
 #include "data/Identity.h"
@@ -116,9 +117,7 @@ void reloadAllergies(WorkingState &state)
     try {
         state.header.allergies = readAllergies(state.clinical(), state.header.patientCode);
     } catch (const dao::Error &error) {
-        state.log.write(
-            QStringLiteral("%1.Allergie - Error %2 - ").arg(state.componentName).arg(error.number())
-            + error.text());
+        logLine(state, QStringLiteral("Allergie"), error);
     }
 }
 

@@ -10,14 +10,15 @@ namespace clivara {
 // The rows that `read` gives for the list. When it throws dao::Error they are none, the log has the routine's line, and the list
 // says that it could not be read.
 template <typename Read>
-auto readList(WorkingState &state, const QString &routine, ReportView &list, Read read) -> decltype(read())
+auto readList(ChartServices &services, const QString &routine, ReportView &list, Read read)
+    -> decltype(read())
 {
     try {
         auto rows = read();
         list.setUnread(false);
         return rows;
     } catch (const dao::Error &error) {
-        logError(state, routine, error);
+        logError(services, routine, error);
         list.setUnread(true);
         return {};
     }

@@ -32,8 +32,7 @@ void setQuiet(MaskedDateEdit *edit, bool quiet)
 } // namespace
 
 RecordDialog::RecordDialog(const QString &name, WorkingState &state, WrittenRecord &record)
-    : ChartForm(name, state.header, state.clock)
-    , m_state(state)
+    : SectionForm(name, state)
     , m_record(record)
     , m_dates(state.clock, state.prompts,
               // Saving checks the dates itself, and whoever leaves is asked for none any more.
@@ -87,7 +86,7 @@ void RecordDialog::keyPressEvent(QKeyEvent *event)
     if (isEnter && !(event->modifiers() & ~Qt::KeypadModifier))
         focusNextChild();
     else
-        ChartForm::keyPressEvent(event);
+        SectionForm::keyPressEvent(event);
 }
 
 void showStoredDate(MaskedDateEdit *edit, QDate stored)

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "chart/RecordSaving.h"
+#include "chart/SectionForm.h"
 #include "controls/DateFieldGuard.h"
-#include "support/ui/ChartForm.h"
 
 #include <QDate>
 
@@ -18,7 +18,7 @@ struct WorkingState;
 // that saves and closes, one that closes without saving, Ctrl+S and Ctrl+Enter, and what happens when a
 // save does not succeed. Until a save has succeeded the dialog stays open with everything that was typed.
 // Enter leads from field to field; in a long text it is a new line.
-class RecordDialog : public ChartForm {
+class RecordDialog : public SectionForm {
     Q_OBJECT
 
 protected:
@@ -38,8 +38,6 @@ protected:
     [[noreturn]] void refuseToOpen(const QString &text);
 
     void keyPressEvent(QKeyEvent *event) override;
-
-    WorkingState &m_state;
 
 private:
     void save();

@@ -10,13 +10,6 @@ namespace {
 
 const auto allergyKind = QStringLiteral("X");
 
-std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode)
-{
-    return clinical.OpenRecordset(
-        {QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = [patient]"), {{"patient", patientCode}}},
-        dao::RecordsetType::Snapshot);
-}
-
 QStringList namesOf(dao::Database &clinical, const AllergenSelection &selection)
 {
     if (selection.none())
@@ -75,9 +68,16 @@ std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint3
     return rows;
 }
 
+std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode,
+                                                       dao::RecordsetType type)
+{
+    return clinical.OpenRecordset(
+        {QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = [patient]"), {{"patient", patientCode}}}, type);
+}
+
 std::optional<QString> readFreeText(dao::Database &clinical, qint32 patientCode)
 {
-    const auto rows = openGeneralInformation(clinical, patientCode);
+    const auto rows = openGeneralInformation(clinical, patientCode, dao::RecordsetType::Snapshot);
     if (rows->Eof())
         return std::nullopt;
     return rows->Fields(QStringLiteral("Allergie")).text();

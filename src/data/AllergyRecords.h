@@ -29,6 +29,10 @@ std::unique_ptr<dao::Recordset> openQuestionnaire(dao::Database &clinical, qint3
                                                   const QString &kind,
                                                   dao::RecordsetType type = dao::RecordsetType::Dynaset);
 
+// The patient's row of the general information (inf_gen); at the end when there is none.
+std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode,
+                                                       dao::RecordsetType type = dao::RecordsetType::Dynaset);
+
 // The patient's free text of allergies; Null is an empty text, empty means that the patient has no general
 // information (inf_gen), so that a text cannot be written.
 std::optional<QString> readFreeText(dao::Database &clinical, qint32 patientCode);

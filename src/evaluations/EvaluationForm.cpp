@@ -89,7 +89,7 @@ QWidget *EvaluationForm::inputArea() const
 
 QString EvaluationForm::regionCode() const
 {
-    return state().doctor.region;
+    return m_state.doctor.region;
 }
 
 void EvaluationForm::inputsComplete()
@@ -147,7 +147,7 @@ void EvaluationForm::refreshHistory()
     m_read.clear();
     const bool wasRead = guarded([&] {
         rows = history();
-        m_read = readEvaluations(state().clinical(), storedAs(), state().header.patientCode);
+        m_read = readEvaluations(m_state.clinical(), storedAs(), m_state.header.patientCode);
     });
     m_filling = true;
     m_history->setRows(rows);
@@ -281,7 +281,7 @@ void EvaluationForm::trySave()
     }
     const auto day = calendarDay(dateEdit()->dateText());
     if (!day) { // the check lets 29 February pass in years that have none
-        state().prompts.warn(QStringLiteral("Data non valida !"));
+        m_state.prompts.warn(QStringLiteral("Data non valida !"));
         leadToDate();
         return;
     }
@@ -294,7 +294,7 @@ void EvaluationForm::saveOn(QDate day)
     // A chosen evaluation that gets another date is a new one: it must not replace the one of that date.
     const bool isNew = !m_chosen.isValid() || m_chosen.date() != day;
     m_saving = {isNew ? jet::dateTime(day) : m_chosen, isNew, {}};
-    const WriteResult result = saveRecord(state(), objectName(), *this);
+    const WriteResult result = saveRecord(m_state, objectName(), *this);
     if (result == WriteResult::TheirsKept)
         showTheirs(m_saving.when);
     if (result != WriteResult::Done)
@@ -307,9 +307,9 @@ void EvaluationForm::saveOn(QDate day)
 bool EvaluationForm::mayWrite()
 {
     if (!m_saving.isNew || storedAs().ofSameDate != Existing::Refuse
-        || !hasEvaluation(state().clinical(), storedAs(), state().header.patientCode, m_saving.when))
+        || !hasEvaluation(m_state.clinical(), storedAs(), m_state.header.patientCode, m_saving.when))
         return true;
-    state().prompts.ask({windowTitle(),
+    m_state.prompts.ask({windowTitle(),
                          QStringLiteral("Esiste già una rilevazione effettuata nella stessa data."),
                          PromptIcon::None,
                          {PromptButton::Ok},
@@ -376,16 +376,16 @@ void EvaluationForm::showTheirs(const QDateTime &when)
 void EvaluationForm::deleteChosen()
 {
     if (!m_chosen.isValid()
-        || !state().prompts.confirm(QStringLiteral("Confermi l'eliminazione della rilevazione selezionata?")))
+        || !m_state.prompts.confirm(QStringLiteral("Confermi l'eliminazione della rilevazione selezionata?")))
         return;
     const QString day = jet::slashedDate(m_chosen.date());
     EvaluationValues seen = m_read.value(m_chosen);
     const auto remove = [&](LastWrite &) {
         const WaitCursor waiting;
-        return deleteEvaluation(state(), storedAs(), m_chosen, seen);
+        return deleteEvaluation(m_state, storedAs(), m_chosen, seen);
     };
     const WriteResult result =
-        deleteListed(state(), {}, remove,
+        deleteListed(m_state, {}, remove,
                      {QStringLiteral("La rilevazione del %1 è stata salvata").arg(day),
                       QStringLiteral("La rilevazione era già stata eliminata da un'altra postazione."),
                       QStringLiteral("Non è stato possibile eliminare la rilevazione")});

@@ -56,7 +56,7 @@ void Rischio_Cardio::unloading()
 void Rischio_Cardio::proposeBox(QCheckBox *box, QLabel *source, Condition (*read)(dao::Database &, qint32))
 {
     Condition condition;
-    const bool wasRead = guarded([&] { condition = read(state().clinical(), state().header.patientCode); });
+    const bool wasRead = guarded([&] { condition = read(m_state.clinical(), m_state.header.patientCode); });
     box->setChecked(condition.present);
     showSource(source, condition.source);
     if (!wasRead)
@@ -65,7 +65,7 @@ void Rischio_Cardio::proposeBox(QCheckBox *box, QLabel *source, Condition (*read
 
 void Rischio_Cardio::propose()
 {
-    const QDate limit = riskProposalLimit(state().clock.today());
+    const QDate limit = riskProposalLimit(m_state.clock.today());
     m_inputs->ChkIpertens->setChecked(false);
     showSource(m_inputs->ChkIpertensSource, {});
     proposeBox(m_inputs->ChkDiabetico, m_inputs->ChkDiabeticoSource, readDiabetes);
@@ -88,7 +88,7 @@ std::optional<int> Rischio_Cardio::inRange(NumericEdit *edit, WholeRange range, 
     const int value = wholeNumber(edit->number());
     if (range.contains(value))
         return value;
-    state().prompts.ask({windowTitle(), message, PromptIcon::None, {PromptButton::Ok}, PromptButton::Ok});
+    m_state.prompts.ask({windowTitle(), message, PromptIcon::None, {PromptButton::Ok}, PromptButton::Ok});
     edit->setFocus();
     edit->selectAll();
     return std::nullopt;
@@ -137,7 +137,7 @@ void Rischio_Cardio::compute()
 
 bool Rischio_Cardio::wantsToContinueAtThisAge()
 {
-    return state().prompts.ask(
+    return m_state.prompts.ask(
                {QStringLiteral("Attenzione"),
                 QStringLiteral("Il paziente ha %1 anni.\n"
                                "Il calcolo del rischio cardiovascolare è da considerarsi\n"
@@ -154,11 +154,11 @@ bool Rischio_Cardio::wantsToContinueAtThisAge()
 QString Rischio_Cardio::chartLine()
 {
     const auto band =
-        readChartBand(state().clinical(), sex(), int(ageYears()), m_computed.diabetic, m_computed.smoker,
+        readChartBand(m_state.clinical(), sex(), int(ageYears()), m_computed.diabetic, m_computed.smoker,
                       int(*m_computed.systolicMmHg), int(*m_computed.totalCholesterolMgDl));
     const auto text = band ? chartBandText(*band) : std::nullopt;
     if (!text) {
-        state().prompts.warn(QStringLiteral("Errore nelle tabelle!"));
+        m_state.prompts.warn(QStringLiteral("Errore nelle tabelle!"));
         return {};
     }
     if (*band == 0)
@@ -201,13 +201,13 @@ void Rischio_Cardio::showRisk(const std::optional<double> &risk, const QString &
 
 QList<HistoryRow> Rischio_Cardio::history()
 {
-    return readCardiovascularHistory(state().clinical(), state().header.patientCode);
+    return readCardiovascularHistory(m_state.clinical(), m_state.header.patientCode);
 }
 
 bool Rischio_Cardio::showSaved(const QDateTime &when)
 {
-    const auto saved = readEvaluation<CardiovascularEvaluation>(state().clinical(), storedAs(),
-                                                                state().header.patientCode, when);
+    const auto saved = readEvaluation<CardiovascularEvaluation>(m_state.clinical(), storedAs(),
+                                                                m_state.header.patientCode, when);
     if (!saved)
         return false;
     showStored(m_inputs->me_pas, optionalText(saved->systolicMmHg));
@@ -224,7 +224,7 @@ bool Rischio_Cardio::showSaved(const QDateTime &when)
 
 WriteResult Rischio_Cardio::save(const QDateTime &when, bool isNew, EvaluationVersions &versions)
 {
-    return saveCardiovascular(state(), when, m_computed, isNew, versions);
+    return saveCardiovascular(m_state, when, m_computed, isNew, versions);
 }
 
 void Rischio_Cardio::afterSave()

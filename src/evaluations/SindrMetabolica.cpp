@@ -75,12 +75,12 @@ void SindrMetabolica::unloading()
 void SindrMetabolica::readThresholds()
 {
     m_thresholds.reset();
-    guarded([this] { m_thresholds = readMetabolicThresholds(state().clinical(), regionCode()); });
+    guarded([this] { m_thresholds = readMetabolicThresholds(m_state.clinical(), regionCode()); });
 }
 
 void SindrMetabolica::propose()
 {
-    const QDate today = state().clock.today();
+    const QDate today = m_state.clock.today();
     const auto result = [today](const QString &examCode) {
         return [today, examCode](dao::Database &clinical, qint32 patientCode) {
             return readRecentMetabolicResult(clinical, patientCode, examCode, today);
@@ -210,13 +210,13 @@ QString SindrMetabolica::criteriaLine(const MetabolicMeasurements &measurements)
 
 QList<HistoryRow> SindrMetabolica::history()
 {
-    return readMetabolicHistory(state().clinical(), state().header.patientCode);
+    return readMetabolicHistory(m_state.clinical(), m_state.header.patientCode);
 }
 
 bool SindrMetabolica::showSaved(const QDateTime &when)
 {
     const auto saved =
-        readEvaluation<MetabolicEvaluation>(state().clinical(), storedAs(), state().header.patientCode, when);
+        readEvaluation<MetabolicEvaluation>(m_state.clinical(), storedAs(), m_state.header.patientCode, when);
     if (!saved)
         return false;
     showStored(m_inputs->me_ca, optionalText(saved->waistCm));
@@ -231,7 +231,7 @@ bool SindrMetabolica::showSaved(const QDateTime &when)
 
 WriteResult SindrMetabolica::save(const QDateTime &when, bool isNew, EvaluationVersions &versions)
 {
-    return saveMetabolic(state(), when, m_computed, isNew, versions);
+    return saveMetabolic(m_state, when, m_computed, isNew, versions);
 }
 
 } // namespace clivara

@@ -23,12 +23,6 @@ QVariant journalledDay(dao::Database &clinical, qint32 patientCode, Questionnair
     }
 }
 
-std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, qint32 patientCode)
-{
-    return clinical.OpenRecordset(
-        {QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = [patient]"), {{"patient", patientCode}}});
-}
-
 } // namespace
 
 StoredCode readCode(dao::Database &clinical, qint32 patientCode, QuestionnaireKind kind)

@@ -28,8 +28,7 @@ const Frame frames[]{
 } // namespace
 
 InfGen::InfGen(WorkingState &state)
-    : ChartForm(QStringLiteral("InfGen"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("InfGen"), state)
     , m_ui(std::make_unique<Ui::InfGen>())
 {
     m_ui->setupUi(contents());

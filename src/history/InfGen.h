@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "support/ui/ChartForm.h"
+#include "chart/SectionForm.h"
 
 #include <QList>
 #include <memory>
@@ -20,7 +20,7 @@ struct WorkingState;
 
 // The general information: one button for each section of the chart, named `Apri_` and the section's form. Sections that
 // this build does not have are off.
-class InfGen final : public ChartForm {
+class InfGen final : public SectionForm {
     Q_OBJECT
 
 public:
@@ -35,7 +35,6 @@ private:
     void addButton(QBoxLayout *layout, const FormRow &section);
     void openSection(const QString &form);
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::InfGen> m_ui;
     QList<QPushButton *> m_buttons; // of the sections
 };

@@ -10,8 +10,7 @@ namespace clivara {
 
 QuestionnaireForm::QuestionnaireForm(const QString &name, WorkingState &state,
                                      std::shared_ptr<QString> loadedCode, QuestionnaireKind kind)
-    : ChartForm(name, state.header, state.clock)
-    , m_state(state)
+    : SectionForm(name, state)
     , m_loadedCode(std::move(loadedCode))
     , m_kind(kind)
 {

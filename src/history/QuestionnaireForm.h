@@ -2,8 +2,8 @@
 #pragma once
 
 #include "chart/RecordSaving.h"
+#include "chart/SectionForm.h"
 #include "history/GeneralInfoRecords.h"
-#include "support/ui/ChartForm.h"
 
 class QLabel;
 
@@ -14,7 +14,7 @@ struct WorkingState;
 // What the questionnaires have in common: their answers are one code string in a row of the patient, and the string
 // that was loaded last is one for all of them. A row without a string leaves what was
 // loaded before, be it another form's or another patient's; the form then says so.
-class QuestionnaireForm : public ChartForm, protected WrittenRecord {
+class QuestionnaireForm : public SectionForm, protected WrittenRecord {
     Q_OBJECT
 
 protected:
@@ -50,7 +50,6 @@ protected:
     // form was opened. m_elsewhere is then what is stored. Throws dao::Error.
     bool isCodeReplaced(const QString &code);
 
-    WorkingState &m_state;
     const std::shared_ptr<QString> m_loadedCode;
     const QuestionnaireKind m_kind;
     StoredCode m_read; // the row as it was read

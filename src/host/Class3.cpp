@@ -22,7 +22,6 @@ namespace {
 
 const auto separator = QStringLiteral("==============================");
 constexpr qint16 unloadForms = 99;
-constexpr int unexpectedError = 0; // one without a number of the engine
 
 QString entryOf(const char *routine)
 {
@@ -67,7 +66,6 @@ struct Class3::Private : FormOpener {
     bool showBuilt(const QString &name, FormCall *call = nullptr);
     bool showForm(const QString &name, FormCall *call) override;
     const FormRegistry &registry() const override { return forms; }
-    void logFailure(const QString &form, int number, const QString &text);
     void unloadAll();
     ChartForm *form(const QString &name);
 
@@ -106,18 +104,10 @@ void Class3::Private::open(const FormRegistry::Opened &opened, const QVariant &p
         if (opened.action->prepare)
             opened.action->prepare(state, param);
         showBuilt(name);
-    } catch (const dao::Error &error) {
-        logFailure(name, error.number(), error.text());
-        throw;
     } catch (const std::exception &error) {
-        logFailure(name, unexpectedError, QString::fromLocal8Bit(error.what()));
+        logLine(state, name, error);
         throw;
     }
-}
-
-void Class3::Private::logFailure(const QString &form, int number, const QString &text)
-{
-    state.log.write(QStringLiteral("%1.%2 - Error %3 - ").arg(state.componentName, form).arg(number) + text);
 }
 
 bool Class3::Private::showBuilt(const QString &name, FormCall *call)
@@ -145,18 +135,18 @@ bool Class3::Private::showForm(const QString &name, FormCall *call)
             return true;
         reason = QStringLiteral("Questa parte della cartella non è ancora disponibile.");
     } catch (const ToldError &error) {
-        logFailure(name, error.number(), error.text());
+        logLine(state, name, error);
         return false;
     } catch (const dao::Error &error) {
-        logFailure(name, error.number(), error.text());
+        logLine(state, name, error);
         if (dao::isConnectionLost(error.number())) {
             tellUnreachable(state);
             return false;
         }
         reason = error.text();
     } catch (const std::exception &error) {
+        logLine(state, name, error);
         reason = QString::fromLocal8Bit(error.what());
-        logFailure(name, unexpectedError, reason);
     }
     state.prompts.warn((hasLoaded ? QStringLiteral(
                             "Un errore ha chiuso la maschera: controllare che cosa è stato salvato.\n\n")

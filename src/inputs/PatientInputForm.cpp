@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "inputs/PatientInputForm.h"
 
-#include "chart/ErrorLog.h"
 #include "chart/WorkingState.h"
 #include "controls/DateCheck.h"
 #include "controls/MaskedDateEdit.h"
@@ -22,8 +21,7 @@ constexpr int remarkCharacters = 44; // a longer remark takes two lines
 } // namespace
 
 PatientInputForm::PatientInputForm(const QString &name, const QString &caption, WorkingState &state)
-    : RemarkForm(name, state.header, state.clock)
-    , m_state(state)
+    : RemarkForm(name, state)
     , m_person(std::make_unique<Ui::PersonLine>())
 {
     setWindowTitle(caption);
@@ -289,17 +287,6 @@ void PatientInputForm::keyPressEvent(QKeyEvent *event)
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isEnter || !leadToUnseen())
         RemarkForm::keyPressEvent(event);
-}
-
-bool PatientInputForm::guarded(const std::function<void()> &routine)
-{
-    try {
-        routine();
-        return true;
-    } catch (const dao::Error &error) {
-        logError(m_state, objectName(), error);
-        return false;
-    }
 }
 
 void PatientInputForm::clearInputs()

@@ -52,9 +52,6 @@ protected:
     // inputs scroll where the screen has no room for all remarks.
     void orderTabs(QWidget *inputs, const QList<QWidget *> &others);
 
-    // Runs `routine`; false when an error of the databases ended it, of which the log has a line.
-    bool guarded(const std::function<void()> &routine);
-
     // Reads sex and age of the patient; what cannot be read stays empty.
     void showPatient();
     // Today's date and empty inputs.
@@ -113,7 +110,6 @@ protected:
     // Asks the host to refresh its diary and hands back {name, value}: what these forms do on closing.
     void handBack(const QString &name, const QVariant &value);
 
-    WorkingState &state() const { return m_state; }
     // The date that the field held when it was right for the last time.
     const QString &validDate() const { return m_validDate; }
 
@@ -140,7 +136,6 @@ private:
     // button. False, without doing anything, when none must be seen.
     bool leadToUnseen();
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::PersonLine> m_person;
     const QAbstractButton *m_exit = nullptr;
     QAbstractButton *m_compute = nullptr;

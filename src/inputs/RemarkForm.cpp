@@ -55,7 +55,7 @@ void RemarkForm::growForRemarks()
 
 bool RemarkForm::event(QEvent *event)
 {
-    const bool isHandled = ChartForm::event(event);
+    const bool isHandled = SectionForm::event(event);
     if (event->type() == QEvent::Resize && event->spontaneous())
         m_mayGrow = false;
     if (m_mayGrow && isVisible() && (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Show))

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "support/ui/ChartForm.h"
+#include "chart/SectionForm.h"
 
 #include <QColor>
 
@@ -17,11 +17,11 @@ constexpr QColor darkRedText(192, 0, 0);
 
 // A form that remarks things in labels beside its fields and grows for them, as far as the screen has room. Whoever
 // drags the window to a size of his own keeps it until there is something else to read.
-class RemarkForm : public ChartForm {
+class RemarkForm : public SectionForm {
     Q_OBJECT
 
 protected:
-    using ChartForm::ChartForm;
+    using SectionForm::SectionForm;
 
     // The lines with a sign each; without any the label is hidden.
     void showRemarks(QLabel *label, const QStringList &lines);

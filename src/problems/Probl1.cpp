@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Probl1.h"
 
-#include "chart/ErrorLog.h"
 #include "chart/FormOpener.h"
 #include "chart/RegionalNotice.h"
 #include "chart/WorkingState.h"
@@ -121,13 +120,11 @@ void Probl1::showDiagnosis(const QString &name)
 
 void Probl1::chooseDiagnosis()
 {
-    try {
+    guarded(QStringLiteral("Problema_Click"), [this] {
         const DiagnosisAnswer answer = askForDiagnosis(m_state, m_shown.code);
         m_shown.code = answer.code;
         showDiagnosis(answer.name.isEmpty() ? diagnosisName(m_state.codes(), answer.code) : answer.name);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Probl1.Problema_Click"), error);
-    }
+    });
 }
 
 ProblemDetail Probl1::entered() const

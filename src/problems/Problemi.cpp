@@ -37,8 +37,7 @@ QString diabetesChartOf(const QString &region)
 } // namespace
 
 Problemi::Problemi(WorkingState &state)
-    : ChartForm(QStringLiteral("Problemi"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("Problemi"), state)
     , m_ui(std::make_unique<Ui::Problemi>())
     , m_problems(new ProblemListModel(this))
     , m_problemMenu(new QMenu(this))
@@ -145,12 +144,10 @@ void Problemi::load()
     m_ui->BtnSchedaDiabete->setVisible(!chart.isEmpty());
     enableOpener(*m_ui->BtnSchedaDiabete, m_state.forms->registry().isBuilt(chart),
                  QStringLiteral("La scheda del diabete della regione non è ancora disponibile"));
-    try {
+    guarded(QStringLiteral("Form_Load"), [this] {
         if (m_state.environment)
             attachProblemTables(*m_state.environment);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Problemi.Form_Load"), error);
-    }
+    });
     // The columns stand since the form was made.
     m_state.log.write(QStringLiteral("+--- Clivara.Problemi CreaTab_Problemi"));
     m_state.log.write(QStringLiteral("+--- Clivara.Problemi CaricaTab_Problemi"));

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/SectionForm.h"
 #include "problems/ItemTreeView.h"
 #include "problems/ProblemListModel.h"
-#include "support/ui/ChartForm.h"
 
 #include <QHash>
 #include <memory>
@@ -21,7 +21,7 @@ struct WorkingState;
 // The problem-oriented record: the patient's problems above, and below what is filed against the selected one.
 // The selected problem is WorkingState::selected, which outlives the form. On closing it asks the host to
 // refresh its diary.
-class Problemi final : public ChartForm {
+class Problemi final : public SectionForm {
     Q_OBJECT
 
 public:
@@ -59,7 +59,6 @@ private:
     const ProblemListModel::Row *selectedRow() const;
     QString diagnosisName(const QString &code);
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::Problemi> m_ui;
     ProblemListModel *m_problems;
     QMenu *m_problemMenu;

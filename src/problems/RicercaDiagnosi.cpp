@@ -80,8 +80,7 @@ private:
 };
 
 RicercaDiagnosi::RicercaDiagnosi(WorkingState &state)
-    : ChartForm(QStringLiteral("RicercaDiagnosi"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("RicercaDiagnosi"), state)
     , m_ui(std::make_unique<Ui::RicercaDiagnosi>())
     , m_model(new DiagnosisModel(this))
     , m_delegate(new MatchDelegate(this))
@@ -162,7 +161,7 @@ bool RicercaDiagnosi::eventFilter(QObject *watched, QEvent *event)
         QCoreApplication::sendEvent(m_ui->ReportControl1, event);
         return true;
     }
-    return ChartForm::eventFilter(watched, event);
+    return SectionForm::eventFilter(watched, event);
 }
 
 } // namespace clivara

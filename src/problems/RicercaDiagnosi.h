@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/SectionForm.h"
 #include "problems/DiagnosisSearch.h"
-#include "support/ui/ChartForm.h"
 
 #include <memory>
 #include <optional>
@@ -20,7 +20,7 @@ struct WorkingState;
 // Has the doctor pick a diagnosis: the list below the search line follows the typing, the arrow keys move in it while
 // the line keeps the focus. The answer is the settings "DIAGNOSI" and "CODICE DIAGNOSI"; without a choice the first
 // is "*ABORT*" and the second stays what it was.
-class RicercaDiagnosi : public ChartForm {
+class RicercaDiagnosi : public SectionForm {
     Q_OBJECT
 
 public:
@@ -37,7 +37,6 @@ private:
     void showCode(const QString &code);
     void choose();
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::RicercaDiagnosi> m_ui;
     DiagnosisModel *m_model;
     MatchDelegate *m_delegate;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/SelezProblema.h"
 
-#include "chart/ErrorLog.h"
 #include "chart/WorkingState.h"
 #include "jetsql/Error.h"
 #include "problems/DiagnosisAnswer.h"
@@ -30,8 +29,7 @@ QString shownText(const ProblemRow &problem, const QString &code, dao::Database 
 } // namespace
 
 SelezProblema::SelezProblema(WorkingState &state)
-    : ChartForm(QStringLiteral("SelezProblema"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("SelezProblema"), state)
     , m_ui(std::make_unique<Ui::SelezProblema>())
     , m_model(new QStandardItemModel(this))
 {
@@ -118,11 +116,7 @@ void SelezProblema::createProblem()
     const int row = currentRow();
     const qint32 before = row < 0 ? noProblem : m_entries[row].id;
     const std::optional<qint32> created = openProblem(m_state, std::nullopt);
-    try {
-        fill(created.value_or(before));
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("SelezProblema.Carica"), error);
-    }
+    guarded(QStringLiteral("Carica"), [&] { fill(created.value_or(before)); });
     m_ui->ReportControl1->setFocus();
 }
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/SectionForm.h"
 #include "problems/ProblemRecords.h"
-#include "support/ui/ChartForm.h"
 
 #include <memory>
 
@@ -18,7 +18,7 @@ struct WorkingState;
 
 // Has the doctor choose one of the patient's problems. The answer is the selected problem of the working state and
 // the settings "DIAGNOSI" and "CODICE DIAGNOSI"; without a choice they are no problem, "*ABORT*" and empty.
-class SelezProblema : public ChartForm {
+class SelezProblema : public SectionForm {
     Q_OBJECT
 
 public:
@@ -42,7 +42,6 @@ private:
     void createProblem();
     int currentRow() const;
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::SelezProblema> m_ui;
     QStandardItemModel *m_model;
     QList<Entry> m_entries; // by row

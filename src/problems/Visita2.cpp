@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "problems/Visita2.h"
 
-#include "chart/ErrorLog.h"
 #include "chart/FormOpener.h"
 #include "chart/WorkingState.h"
 #include "ui_Visita2.h"
@@ -133,21 +132,19 @@ void Visita2::showProblem(const Filing &filing)
 void Visita2::chooseProblem()
 {
     const SelectedProblem before = m_state.selected;
-    try {
-        const bool shown = m_state.forms->showForm(QStringLiteral("SelezProblema"));
-        if (shown && m_state.selected.id > noProblem) {
-            VisitDetail visit = m_shown;
-            visit.problem = m_state.selected.id;
-            const Filing filing = filingOf(visit);
-            m_shown = visit;
-            showProblem(filing);
+    bool isChosen = false;
+    guarded(QStringLiteral("Problema_Click"), [&] {
+        if (!m_state.forms->showForm(QStringLiteral("SelezProblema")) || m_state.selected.id <= noProblem)
             return;
-        }
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Visita2.Problema_Click"), error);
-    }
-    // Nothing was chosen: the visit stays where it is filed.
-    m_state.selected = before;
+        VisitDetail visit = m_shown;
+        visit.problem = m_state.selected.id;
+        const Filing filing = filingOf(visit);
+        m_shown = visit;
+        showProblem(filing);
+        isChosen = true;
+    });
+    if (!isChosen) // the visit stays where it is filed
+        m_state.selected = before;
 }
 
 void Visita2::removeProblem()

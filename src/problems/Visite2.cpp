@@ -17,8 +17,7 @@ constexpr QSize usualSize(960, 704);
 } // namespace
 
 Visite2::Visite2(WorkingState &state)
-    : ChartForm(QStringLiteral("Visite2"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("Visite2"), state)
     , m_ui(std::make_unique<Ui::Visite2>())
     , m_menu(new QMenu(this))
 {
@@ -60,12 +59,10 @@ void Visite2::makeMenu()
 
 void Visite2::load()
 {
-    try {
+    guarded(QStringLiteral("Form_Load"), [this] {
         if (m_state.environment)
             attachProblemTables(*m_state.environment);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Visite2.Form_Load"), error);
-    }
+    });
     CaricaTab_Visite(ItemTreeView::Place::FromTheTop);
     m_ui->ReportControl1->setFocus();
 }

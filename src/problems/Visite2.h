@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/SectionForm.h"
 #include "problems/ItemTreeView.h"
-#include "support/ui/ChartForm.h"
 
 #include <memory>
 
@@ -17,7 +17,7 @@ namespace clivara {
 struct WorkingState;
 
 // All visits of the patient, whatever their problem. On closing it asks the host to refresh its view.
-class Visite2 final : public ChartForm {
+class Visite2 final : public SectionForm {
     Q_OBJECT
 
 public:
@@ -35,7 +35,6 @@ private:
     void editSelected();
     void deleteSelected();
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::Visite2> m_ui;
     QMenu *m_menu;
 };

@@ -22,8 +22,7 @@ const auto unknownDate = QStringLiteral("senza data");
 } // namespace
 
 AIR15_Gestione::AIR15_Gestione(WorkingState &state)
-    : ChartForm(QStringLiteral("AIR15_Gestione"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("AIR15_Gestione"), state)
     , m_ui(std::make_unique<Ui::AIR15_Gestione>())
     , m_model(new QStandardItemModel(this))
     , m_types(new QButtonGroup(this))

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "chart/SectionForm.h"
 #include "regional/SheetRecords.h"
-#include "support/ui/ChartForm.h"
 
 #include <memory>
 
@@ -18,7 +18,7 @@ namespace clivara {
 struct WorkingState;
 
 // The regional sheets of the patient: opens and deletes them and begins new ones of a chosen type.
-class AIR15_Gestione final : public ChartForm {
+class AIR15_Gestione final : public SectionForm {
     Q_OBJECT
 
 public:
@@ -41,7 +41,6 @@ private:
     void deleteSelected();
     void leave();
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::AIR15_Gestione> m_ui;
     QStandardItemModel *m_model;
     QButtonGroup *m_types; // of a new sheet; the ids are the types

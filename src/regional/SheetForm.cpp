@@ -41,8 +41,7 @@ qint32 openSheet(WorkingState &state, const SheetLayout &layout, qint32 sheet)
 }
 
 SheetForm::SheetForm(WorkingState &state, const SheetLayout &layout)
-    : ChartForm(layout.form, state.header, state.clock)
-    , m_state(state)
+    : SectionForm(layout.form, state)
     , m_layout(layout)
     , m_ui(std::make_unique<Ui::SheetForm>())
 {
@@ -343,12 +342,10 @@ void SheetForm::keepMine()
 
 void SheetForm::showTheirs()
 {
-    try {
+    guarded(QStringLiteral("InitDati"), [this] {
         InitDati(m_sheet.number);
         noteMessage(QStringLiteral("La scheda è come l'ha salvata l'altra postazione."));
-    } catch (const dao::Error &error) {
-        logError(m_state, objectName() + QStringLiteral(".InitDati"), error);
-    }
+    });
 }
 
 bool SheetForm::queryUnload()
@@ -403,7 +400,7 @@ void SheetForm::keyPressEvent(QKeyEvent *event)
     if (isEnter && !(event->modifiers() & ~Qt::KeypadModifier))
         focusNextChild();
     else
-        ChartForm::keyPressEvent(event);
+        SectionForm::keyPressEvent(event);
 }
 
 } // namespace clivara

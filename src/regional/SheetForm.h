@@ -3,10 +3,10 @@
 
 #include "chart/FormCall.h"
 #include "chart/RecordSaving.h"
+#include "chart/SectionForm.h"
 #include "regional/SheetData.h"
 #include "regional/SheetRecords.h"
 #include "regional/SheetSources.h"
-#include "support/ui/ChartForm.h"
 
 #include <memory>
 
@@ -32,7 +32,7 @@ qint32 openSheet(WorkingState &state, const SheetLayout &layout, qint32 sheet);
 // One regional sheet, of whatever type. Saving leaves it open; whoever closes it with changes is
 // asked. A stored sheet whose data do not fit the type's layout is shown as it is and never written; one that
 // only lacks this program's mark can be read by the layout when the doctor says that this program wrote it.
-class SheetForm final : public ChartForm, public CalledBy<SheetCall>, private WrittenRecord {
+class SheetForm final : public SectionForm, public CalledBy<SheetCall>, private WrittenRecord {
     Q_OBJECT
 
 public:
@@ -72,7 +72,6 @@ private:
     void savePdf();
     int age() const;
 
-    WorkingState &m_state;
     const SheetLayout &m_layout;
     std::unique_ptr<Ui::SheetForm> m_ui;
     SheetFields *m_fields;

@@ -29,8 +29,7 @@ const auto entryKeys = QStringLiteral("Ctrl+S salva  ·  Esc annulla");
 } // namespace
 
 Domiciliari_Gestione::Domiciliari_Gestione(WorkingState &state)
-    : ChartForm(QStringLiteral("Domiciliari_Gestione"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("Domiciliari_Gestione"), state)
     , m_ui(std::make_unique<Ui::Domiciliari_Gestione>())
     , m_grid(new ReportTableModel(
           {QStringLiteral("Data"), QStringLiteral("Tipo"), QStringLiteral("Inizio validità")}, this))
@@ -108,11 +107,7 @@ void Domiciliari_Gestione::setMode(Mode mode)
 void Domiciliari_Gestione::CaricaListaTipi()
 {
     m_types.clear();
-    try {
-        m_types = serviceTypes(m_state.codes());
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Domiciliari_Gestione.CaricaListaTipi"), error);
-    }
+    guarded(QStringLiteral("CaricaListaTipi"), [this] { m_types = serviceTypes(m_state.codes()); });
 }
 
 void Domiciliari_Gestione::Carica_Domiciliari(qint32 selected, int otherwise)
@@ -229,12 +224,9 @@ void Domiciliari_Gestione::deleteSelected()
 // What of a visit the entry holds as well; empty when it cannot be read. The deletion itself looks again.
 std::optional<QStringList> Domiciliari_Gestione::readContents(qint32 id)
 {
-    try {
-        return visitContents(m_state.clinical(), id);
-    } catch (const dao::Error &error) {
-        logError(m_state, QStringLiteral("Domiciliari_Gestione.Elimina"), error);
-        return std::nullopt;
-    }
+    std::optional<QStringList> contents;
+    guarded(QStringLiteral("Elimina"), [&] { contents = visitContents(m_state.clinical(), id); });
+    return contents;
 }
 
 bool Domiciliari_Gestione::mayWrite()
@@ -322,7 +314,7 @@ void Domiciliari_Gestione::keyPressEvent(QKeyEvent *event)
     else if (m_mode != Mode::Browse && isEnter && !(event->modifiers() & ~Qt::KeypadModifier))
         focusNextChild();
     else
-        ChartForm::keyPressEvent(event);
+        SectionForm::keyPressEvent(event);
 }
 
 } // namespace clivara

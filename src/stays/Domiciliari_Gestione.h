@@ -2,8 +2,8 @@
 #pragma once
 
 #include "chart/EditedRecord.h"
+#include "chart/SectionForm.h"
 #include "stays/HomeCareRecords.h"
-#include "support/ui/ChartForm.h"
 
 #include <memory>
 
@@ -19,7 +19,7 @@ struct WorkingState;
 // The patient's home care and the other services that the region has a code for. While browsing, the list is active
 // and the fields below show the selected entry; while an entry is written it is the other way round. Esc and "Annulla" lead
 // back to the list, and from there Esc closes. On closing it asks the host to refresh its views.
-class Domiciliari_Gestione final : public ChartForm, private EditedRecord<HomeCareEntry> {
+class Domiciliari_Gestione final : public SectionForm, private EditedRecord<HomeCareEntry> {
     Q_OBJECT
 
 public:
@@ -60,7 +60,6 @@ private:
     void cancel();
     void leave();
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::Domiciliari_Gestione> m_ui;
     ReportTableModel *m_grid;
     Mode m_mode = Mode::Browse;

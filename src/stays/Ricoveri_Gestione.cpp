@@ -62,8 +62,7 @@ ReportTableModel::Row rowOf(const Stay &stay, bool isNewest, QDate today)
 } // namespace
 
 Ricoveri_Gestione::Ricoveri_Gestione(WorkingState &state)
-    : ChartForm(QStringLiteral("Ricoveri_Gestione"), state.header, state.clock)
-    , m_state(state)
+    : SectionForm(QStringLiteral("Ricoveri_Gestione"), state)
     , m_ui(std::make_unique<Ui::Ricoveri_Gestione>())
     , m_stays(new ReportTableModel({QStringLiteral("Data accesso"), QStringLiteral("Data uscita"),
                                     QStringLiteral("Sede"), QStringLiteral(" reparto")},

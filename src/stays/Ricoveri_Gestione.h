@@ -2,7 +2,7 @@
 #pragma once
 
 #include "chart/RecordConflict.h"
-#include "support/ui/ChartForm.h"
+#include "chart/SectionForm.h"
 
 #include <QHash>
 #include <memory>
@@ -17,7 +17,7 @@ class ReportTableModel;
 struct WorkingState;
 
 // The hospital stays of the patient, oldest first. On closing it asks the host to refresh its diary.
-class Ricoveri_Gestione final : public ChartForm {
+class Ricoveri_Gestione final : public SectionForm {
     Q_OBJECT
 
 public:
@@ -39,7 +39,6 @@ private:
     // Opens the dialog for a stay, 0 for a new one.
     qint32 selectedStay() const; // 0 when none is selected
 
-    WorkingState &m_state;
     std::unique_ptr<Ui::Ricoveri_Gestione> m_ui;
     ReportTableModel *m_stays;
     QHash<qint32, LastWrite> m_written; // of each stay of the list, as it was read
