@@ -3,7 +3,6 @@
 
 #include "data/AllergyRecords.h"
 #include "problems/ProblemRecords.h"
-#include "values/JetValues.h"
 
 #include <QSet>
 #include <algorithm>
@@ -23,10 +22,22 @@ QString trimmed(dao::Recordset &rows, const QString &field)
     return rows.Fields(field).text().trimmed();
 }
 
+qint32 whole(const dao::Field &field)
+{
+    return static_cast<qint32>(field.number());
+}
+
+// Rows of one patient, who is [paziente] in the SQL.
+std::unique_ptr<dao::Recordset> rowsOf(dao::Database &clinical, const QString &sql, qint32 patient)
+{
+    return clinical.OpenRecordset({sql, {{QStringLiteral("paziente"), patient}}},
+                                  dao::RecordsetType::Snapshot);
+}
+
 PatientEntry entryOf(dao::Recordset &rows)
 {
     PatientEntry patient;
-    patient.code = static_cast<qint32>(rows.Fields(QStringLiteral("cod_paz")).number());
+    patient.code = whole(rows.Fields(QStringLiteral("cod_paz")));
     patient.surname = trimmed(rows, QStringLiteral("cognome"));
     patient.name = trimmed(rows, QStringLiteral("nome"));
     patient.sex = trimmed(rows, QStringLiteral("sesso")).toUpper();
@@ -43,14 +54,43 @@ QString entrySql(const QString &condition)
         .arg(condition);
 }
 
+// The exams that the calculators propose, by patient, of the results after a day.
+QHash<qint32, QSet<QString>> examsSince(dao::Database &clinical, QDate since)
+{
+    QHash<qint32, QSet<QString>> exams;
+    const auto rows = clinical.OpenRecordset(
+        {QStringLiteral("SELECT DISTINCT r.cod_paz, r2.codice FROM riepil AS r, riepil2 AS r2 "
+                        "WHERE r2.cod_rie = r.minsan AND r.tipo = 1 AND r.da_pre > [dal] "
+                        "AND NOT isnull(r2.unita) AND r2.codice IN ('90.14.1', '90.14.3', '90.43.2', "
+                        "'90.16.4', '90.16.04', '90.27.1')"),
+         {{QStringLiteral("dal"), since}}},
+        dao::RecordsetType::Snapshot);
+    for (; !rows->Eof(); rows->MoveNext())
+        exams[whole(rows->Fields(0))].insert(rows->Fields(1).text());
+    return exams;
+}
+
+// Those whose newest measurement, the only one that is proposed, holds a weight.
+QList<qint32> weighedPatients(dao::Database &clinical)
+{
+    QHash<qint32, bool> weighed;
+    const auto rows = clinical.OpenRecordset(
+        QStringLiteral("SELECT cod_paz, val(mid(dati_paz, 4, 5)) AS peso FROM ESAME_OB "
+                       "WHERE tipo_dati = 'A' AND NOT isnull(dati_paz) ORDER BY data_reg, chiave"),
+        dao::RecordsetType::Snapshot);
+    for (; !rows->Eof(); rows->MoveNext())
+        weighed[whole(rows->Fields(0))] = rows->Fields(1).number() > 0;
+    weighed.removeIf([](const auto &patient) { return !patient.value(); });
+    return weighed.keys();
+}
+
 } // namespace
 
 std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) const
 {
     std::vector<PatientEntry> patients;
-    const auto rows = m_environment.clinical->OpenRecordset(
-        {entrySql(QStringLiteral("a.cod_paz > [patient]")), {{"patient", code}}},
-        dao::RecordsetType::Snapshot);
+    const auto rows =
+        rowsOf(*m_environment.clinical, entrySql(QStringLiteral("a.cod_paz > [paziente]")), code);
     // Not TOP, which ranks all rows to keep equal ones together: rows are read only as far as the index is
     // followed here.
     for (; static_cast<int>(patients.size()) < count && !rows->Eof(); rows->MoveNext())
@@ -60,9 +100,8 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 
 std::optional<PatientEntry> PatientRecords::entry(qint32 code) const
 {
-    const auto rows = m_environment.clinical->OpenRecordset(
-        {entrySql(QStringLiteral("a.cod_paz = [patient]")), {{"patient", code}}},
-        dao::RecordsetType::Snapshot);
+    const auto rows =
+        rowsOf(*m_environment.clinical, entrySql(QStringLiteral("a.cod_paz = [paziente]")), code);
     if (rows->Eof())
         return {};
     return entryOf(*rows);
@@ -79,12 +118,11 @@ std::optional<PatientSummary> PatientRecords::summary(qint32 code) const
 
 std::optional<PatientRegistry> PatientRecords::registry(qint32 code) const
 {
-    const auto rows = m_environment.clinical->OpenRecordset(
-        {QStringLiteral("SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas "
-                        "FROM archivio AS a LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz "
-                        "= [patient]"),
-         {{"patient", code}}},
-        dao::RecordsetType::Snapshot);
+    const auto rows = rowsOf(
+        *m_environment.clinical,
+        QStringLiteral("SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas FROM archivio AS a "
+                       "LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz = [paziente]"),
+        code);
     if (rows->Eof())
         return {};
     const auto text = [&](const char *field) { return trimmed(*rows, QString::fromLatin1(field)); };
@@ -140,13 +178,13 @@ QList<ProblemLine> PatientRecords::openProblems(qint32 code) const
 QList<VisitLine> PatientRecords::lastVisits(qint32 code) const
 {
     QList<VisitLine> visits;
-    const auto rows = m_environment.clinical->OpenRecordset(
-        {QStringLiteral(
-             "SELECT TOP %1 DataReg, idtipo, conclusioni, anamnesi, esameob, pianificazione, txtNote "
-             "FROM VISITAPROBL WHERE cod_paz = [patient] ORDER BY DataReg DESC, IdVisitaProbl DESC")
-             .arg(shownVisits),
-         {{"patient", code}}},
-        dao::RecordsetType::Snapshot);
+    const auto rows = rowsOf(
+        *m_environment.clinical,
+        QStringLiteral("SELECT TOP %1 DataReg, idtipo, conclusioni, anamnesi, esameob, pianificazione, "
+                       "txtNote FROM VISITAPROBL WHERE cod_paz = [paziente] "
+                       "ORDER BY DataReg DESC, IdVisitaProbl DESC")
+            .arg(shownVisits),
+        code);
     for (; !rows->Eof(); rows->MoveNext()) {
         QString text;
         for (const char *field : {"conclusioni", "anamnesi", "esameob", "pianificazione", "txtNote"}) {
@@ -155,7 +193,7 @@ QList<VisitLine> PatientRecords::lastVisits(qint32 code) const
                 break;
         }
         visits.append({rows->Fields(QStringLiteral("DataReg")).date().date(),
-                       visitType(static_cast<int>(rows->Fields(QStringLiteral("idtipo")).number())), text});
+                       visitType(whole(rows->Fields(QStringLiteral("idtipo")))), text});
     }
     return visits;
 }
@@ -164,14 +202,14 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
 {
     QList<LaboratoryLine> lines;
     QHash<QString, qsizetype> byExam;
-    const auto rows = m_environment.clinical->OpenRecordset(
-        {QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis, r2.risposta, "
-                        "r2.risposta_e "
-                        "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
-                        "AND r.cod_paz = [patient] ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
-             .arg(readResults),
-         {{"patient", patient}}},
-        dao::RecordsetType::Snapshot);
+    const auto rows = rowsOf(
+        *m_environment.clinical,
+        QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis, r2.risposta, "
+                       "r2.risposta_e "
+                       "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
+                       "AND r.cod_paz = [paziente] ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
+            .arg(readResults),
+        patient);
     for (; !rows->Eof(); rows->MoveNext()) {
         const QString value = trimmed(*rows, QStringLiteral("unita"));
         if (value.isEmpty())
@@ -199,52 +237,31 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
 
 BloodPressure PatientRecords::lastPressure(qint32 code) const
 {
-    const auto rows = m_environment.clinical->OpenRecordset(
-        {QStringLiteral("SELECT TOP 1 presmax, presmin, data_ob FROM esa_ob "
-                        "WHERE cod_paz = [patient] AND presmax > 0 ORDER BY data_ob DESC"),
-         {{"patient", code}}},
-        dao::RecordsetType::Snapshot);
+    const auto rows =
+        rowsOf(*m_environment.clinical,
+               QStringLiteral("SELECT TOP 1 presmax, presmin, data_ob FROM esa_ob "
+                              "WHERE cod_paz = [paziente] AND presmax > 0 ORDER BY data_ob DESC"),
+               code);
     if (rows->Eof())
         return {};
-    return {static_cast<int>(rows->Fields(QStringLiteral("presmax")).number()),
-            static_cast<int>(rows->Fields(QStringLiteral("presmin")).number()),
+    return {whole(rows->Fields(QStringLiteral("presmax"))), whole(rows->Fields(QStringLiteral("presmin"))),
             rows->Fields(QStringLiteral("data_ob")).date().date()};
 }
 
 qint32 PatientRecords::instructivePatient(QDate since) const
 {
-    QHash<qint32, QSet<QString>> exams;
-    const auto results = m_environment.clinical->OpenRecordset(
-        {QStringLiteral("SELECT DISTINCT r.cod_paz, r2.codice FROM riepil AS r, riepil2 AS r2 "
-                        "WHERE r2.cod_rie = r.minsan AND r.tipo = 1 AND r.da_pre > [since] "
-                        "AND NOT isnull(r2.unita) AND r2.codice IN ('90.14.1', '90.14.3', '90.43.2', "
-                        "'90.16.4', '90.16.04', '90.27.1')"),
-         {{"since", since}}},
-        dao::RecordsetType::Snapshot);
-    for (; !results->Eof(); results->MoveNext())
-        exams[static_cast<qint32>(results->Fields(0).number())].insert(results->Fields(1).text());
-
-    // The weight counts like an exam; only the newest measurement is proposed, so only that one matters.
-    QHash<qint32, bool> weighed;
-    const auto measurements = m_environment.clinical->OpenRecordset(
-        QStringLiteral("SELECT cod_paz, val(mid(dati_paz, 4, 5)) AS peso FROM ESAME_OB "
-                       "WHERE tipo_dati = 'A' AND NOT isnull(dati_paz) ORDER BY data_reg, chiave"),
-        dao::RecordsetType::Snapshot);
-    for (; !measurements->Eof(); measurements->MoveNext())
-        weighed[static_cast<qint32>(measurements->Fields(0).number())] = measurements->Fields(1).number() > 0;
-    for (auto each = weighed.cbegin(); each != weighed.cend(); ++each) {
-        if (*each)
-            exams[each.key()].insert(QStringLiteral("peso"));
-    }
-
+    dao::Database &clinical = *m_environment.clinical;
+    QHash<qint32, QSet<QString>> exams = examsSince(clinical, since);
+    for (const qint32 patient : weighedPatients(clinical))
+        exams[patient].insert(QStringLiteral("peso"));
     // So do the evaluations and the sheets of which there is a course to see.
     for (const char *table : {"Rischio_Cardio", "SindrMetabolica", "AIR15_7"}) {
-        const auto evaluations = m_environment.clinical->OpenRecordset(
+        const auto rows = clinical.OpenRecordset(
             QStringLiteral("SELECT cod_paz FROM %1 GROUP BY cod_paz HAVING count(*) > 2")
                 .arg(QLatin1String(table)),
             dao::RecordsetType::Snapshot);
-        for (; !evaluations->Eof(); evaluations->MoveNext())
-            exams[static_cast<qint32>(evaluations->Fields(0).number())].insert(QLatin1String(table));
+        for (; !rows->Eof(); rows->MoveNext())
+            exams[whole(rows->Fields(0))].insert(QLatin1String(table));
     }
 
     // Each exam counts more than any number of problems.
@@ -252,13 +269,11 @@ qint32 PatientRecords::instructivePatient(QDate since) const
     QHash<qint32, int> scores;
     for (auto each = exams.cbegin(); each != exams.cend(); ++each)
         scores[each.key()] = examWeight * static_cast<int>(each->size());
-    const auto problems = m_environment.clinical->OpenRecordset(
+    const auto problems = clinical.OpenRecordset(
         QStringLiteral("SELECT cod_paz, count(*) AS n FROM PROBLEMS WHERE stato_probl = 1 GROUP BY cod_paz"),
         dao::RecordsetType::Snapshot);
-    for (; !problems->Eof(); problems->MoveNext()) {
-        scores[static_cast<qint32>(problems->Fields(0).number())] +=
-            std::min(examWeight - 1, static_cast<int>(problems->Fields(1).number()));
-    }
+    for (; !problems->Eof(); problems->MoveNext())
+        scores[whole(problems->Fields(0))] += std::min(examWeight - 1, whole(problems->Fields(1)));
 
     QList<qint32> candidates = scores.keys();
     std::sort(candidates.begin(), candidates.end(), [&](qint32 a, qint32 b) {
@@ -279,7 +294,7 @@ QString PatientRecords::visitType(int type) const
         const auto rows = m_environment.codes->OpenRecordset(
             QStringLiteral("SELECT IdTipo, descr_tipo FROM TIPOVISITA"), dao::RecordsetType::Snapshot);
         for (; !rows->Eof(); rows->MoveNext()) {
-            m_visitTypes.insert(static_cast<int>(rows->Fields(0).number()), rows->Fields(1).text().trimmed());
+            m_visitTypes.insert(whole(rows->Fields(0)), rows->Fields(1).text().trimmed());
         }
     }
     return m_visitTypes.value(type);
