@@ -59,7 +59,7 @@ QVariant ReportTableModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return row.tip;
     case Qt::AccessibleTextRole:
-        // What is only drawn, in words.
+        // In words, what is only drawn.
         if (index.column() == 0 && !row.iconText.isEmpty())
             return QStringLiteral("%1, %2").arg(text, row.iconText);
         return text.isEmpty() ? hint : text;

@@ -112,7 +112,7 @@ void ReportView::takeDraggedWidths()
         if (m_columns.at(i).share > 0)
             m_columns[i] = {std::max(columnWidth(i), 1), {}};
     }
-    // Other widths, other lines.
+    // Other widths break the texts into other lines.
     scheduleDelayedItemsLayout();
 }
 

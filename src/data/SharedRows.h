@@ -66,7 +66,7 @@ public:
     // patient's UIDs, the time of now. A row from before rows had a record UID gets one when it is edited.
     QString writeCurrentPatientStamp(dao::Recordset &recordset, bool isNew, const QString &section,
                                      const QString &author);
-    // The record UID of the row of the open edit buffer, normalised; one that it has not yet is set.
+    // The record UID of the row of the open edit buffer, normalised; creates the UID if missing.
     QString ensureRecordUid(dao::Recordset &recordset);
     // The stamp of a row that belongs to no patient: `owner` becomes what CheckOwnerValue finds and is
     // written to new and old rows alike; an empty author is the owner. The row's record UID is not touched.

@@ -25,7 +25,7 @@ private:
 };
 
 // Reads a Jet file (version 3 or 4) through a program of its own, orvale-jet-reader, that sends definitions
-// and rows over a pipe: the file's own damage can bring that program down or make it run forever, never this
+// and rows over a pipe: a damaged file can crash that program or make it loop, but never this
 // one. The memory used does not grow with the file. The file is opened for reading only and never changed.
 class JetFileReader {
 public:

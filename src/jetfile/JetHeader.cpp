@@ -31,7 +31,7 @@ struct Format {
 constexpr Format jet3{3, 2048, 126, 20};
 constexpr Format jet4{4, 4096, 128, 40};
 
-// RC4 with the key that all files share: it hides the header from nobody.
+// RC4 with the key that all files share: an obfuscation, not an encryption.
 void unmask(QByteArray &page, const Format &format)
 {
     constexpr std::array<uchar, 4> key{0xc7, 0xda, 0x39, 0x6b};

@@ -12,15 +12,13 @@ namespace jetfile {
 // may have without keeping binary files. It shares no code with the reader.
 //
 // A file is a row of pages of 4096 (Jet 4) or 2048 bytes (Jet 3); numbers are little-endian.
-// page 0     format name and version; from byte 0x18 on a part masked with a fixed RC4 key: code page at
-// 0x3C,
-//              database key at 0x3E, password at 0x42, creation date at 0x72
-//   page 1     map of the pages that are free
-//   page 2     definition of MSysObjects, the catalogue; one row of it for each table
-// then       definitions of tables (type 2), their data pages (1), index leaves (4), usage maps (rows of a
-// data
-//              page, and pages of type 5 where one row does not suffice), long values (data pages whose owner
-//              reads "LVAL")
+//   page 0   format name and version; from byte 0x18 on a part masked with a fixed RC4 key: code page at 0x3C,
+//            database key at 0x3E, password at 0x42, creation date at 0x72
+//   page 1   map of the pages that are free
+//   page 2   definition of MSysObjects, the catalogue; one row of it for each table
+//   then     definitions of tables (type 2), their data pages (1), index leaves (4), usage maps (rows of a
+//            data page, and pages of type 5 where one row does not suffice), long values (data pages whose
+//            owner reads "LVAL")
 // Rows fill a page from its end; the slots after the page's header say where each begins, and the upper bits
 // of a slot say what it is: 0x4000 only a pointer to where the row has moved, 0x8000 a row that such a
 // pointer leads to, both a deleted row.

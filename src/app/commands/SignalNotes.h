@@ -5,11 +5,11 @@
 
 namespace orvale {
 
-// Ctrl-C and a request to end only note themselves while this lives, so that what was begun can be taken
-// back. The second of its kind ends the program at once.
+// While this lives, SIGINT and SIGTERM only set a flag, so that unfinished work can be rolled back. The
+// second of its kind ends the program at once.
 class SignalNotes {
 public:
-    // Thrown through the work, which then leaves nothing behind.
+    // Thrown through the work, which then rolls back.
     struct Interrupted { };
 
     SignalNotes();

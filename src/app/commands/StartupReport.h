@@ -7,9 +7,9 @@ namespace orvale {
 
 class HostWindow;
 
-// Tells whoever started the program how it came up, for measuring: one line "visible" on standard output when
-// the window has been painted, one line "resident N" (memory in kilobytes, 0 where the system does not say)
-// when the patients are loaded too; then the program ends.
+// Reports how fast and how large the program started, for benchmarks: one line "visible" on standard output
+// when the window has been painted, one line "resident N" (memory in kilobytes, 0 where the system does not
+// say) when the patients are loaded too; then the program ends.
 class StartupReport final : public QObject {
     Q_OBJECT
 

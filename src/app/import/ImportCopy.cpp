@@ -150,7 +150,7 @@ void TableCopy::defineRest()
     const bool isNumbered =
         std::any_of(m_plan.columns.begin(), m_plan.columns.end(),
                     [](const dao::ColumnInfo &column) { return column.type == FieldType::AutoNumber; });
-    // A number given to a row that is gone must not be given again: what hangs on it would hang on the new
+    // The number of a deleted row must not be given again: what refers to it would refer to the new
     // row.
     if (isNumbered && m_source.lastAutoNumber > 0
         && m_source.lastAutoNumber < std::numeric_limits<qint32>::max())

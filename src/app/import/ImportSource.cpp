@@ -12,7 +12,7 @@ namespace orvale {
 
 namespace {
 
-// The name in the folder that is this one but for its case; empty when there is none.
+// The file's name in the folder, matched without regard to case; empty when there is none.
 QString nameIn(const QDir &folder, const QString &name)
 {
     const QStringList names = folder.entryList(QDir::Files | QDir::Hidden | QDir::System);
@@ -39,7 +39,7 @@ std::vector<SourceFile> openSource(const QString &folder)
             QStringLiteral("%1 non è una cartella: indicare quella che contiene Orvale.mdb.").arg(folder));
     const QDir source(info.absoluteFilePath());
     std::vector<SourceFile> files;
-    // The programs that read start side by side.
+    // The reader programs are started in parallel.
     std::vector<std::future<std::unique_ptr<jetfile::JetFileReader>>> readers;
     for (const PracticeFile &file : practiceFiles()) {
         const QString name = QFileInfo(file.fileName).completeBaseName() + QStringLiteral(".mdb");

@@ -49,7 +49,7 @@ QString currencyText(Wide tenThousandths)
 
 } // namespace
 
-// The finalizer of the generator SplitMix64: every bit of the number changes about half of the result's.
+// The finalizer of SplitMix64, which mixes every input bit into about half of the output bits.
 quint64 TableTally::mixed(quint64 number)
 {
     number ^= number >> 30;

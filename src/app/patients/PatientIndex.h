@@ -40,13 +40,13 @@ public:
     int rowOf(qint32 code) const;
 
     // Rows that match every word of the query, those with a matching surname first and a patient with exactly
-    // that code before all others; every row for a blank query. A word is one of - letters: the beginning of
-    // a word of surname or name, in any order, without regard to case, accents and
-    //   apostrophes ("amb" and "damb" both find D'Ambrogio); six or more may also begin the fiscal code;
-    // - letters and digits: the beginning of the fiscal code; - digits: the patient's code, a year of birth
-    // of four digits, or a birth date of eight (ddmmyyyy); - digits with / . or -: a birth date, possibly
-    // unfinished ("12/", "12/03", "12/3/19"), with a year of two
-    //   digits, or only month and year ("03/1956").
+    // that code before all others; every row for a blank query. A word is one of
+    // - letters: the beginning of a word of surname or name, in any order, without regard to case, accents
+    //   and apostrophes ("amb" and "damb" both find D'Ambrogio); six or more may also begin the fiscal code;
+    // - letters and digits: the beginning of the fiscal code;
+    // - digits: the patient's code, a year of birth of four digits, or a birth date of eight (ddmmyyyy);
+    // - digits with / . or -: a birth date, possibly unfinished ("12/", "12/03", "12/3/19"), with a year of
+    //   two digits, or only month and year ("03/1956").
     std::vector<int> find(const QString &query) const;
 
 private:

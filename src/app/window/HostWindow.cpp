@@ -208,7 +208,7 @@ void HostWindow::chooseDoctor(int index)
         QStringLiteral("Medico che lavora: %1").arg(m_session.doctor().current().name), messageMilliseconds);
 }
 
-// Whoever scrolls past the list of doctors chooses none.
+// The wheel over the list of doctors changes nothing.
 bool HostWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_doctor && event->type() == QEvent::Wheel) {
@@ -250,7 +250,7 @@ void HostWindow::selectPatient(qint32 code)
         m_ui->statusbar->clearMessage();
         enableSections();
     });
-    // The highlight stays with whom the panel shows.
+    // The highlight stays on the patient that the panel shows.
     m_search->mark(m_session.currentPatient());
 }
 

@@ -109,7 +109,7 @@ ImportDialog::ImportDialog(const QString &openPractice, clivara::Prompts &prompt
         m_ui->region->addItem(QStringLiteral("%1 – %2").arg(region.code, region.name), region.code);
     m_ui->warningIcon->setPixmap(
         QIcon(QStringLiteral(":/orvale/icons/warning.svg")).pixmap(iconPixels, iconPixels));
-    // The warning finds its room taken: nothing jumps when the box is ticked.
+    // The warning keeps its space while hidden, so that nothing moves when the box is ticked.
     QSizePolicy policy = m_ui->warning->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_ui->warning->setSizePolicy(policy);

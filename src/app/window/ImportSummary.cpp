@@ -17,7 +17,7 @@ namespace {
 
 constexpr int iconPixels = 32;
 
-// What is more is scrolled to.
+// The rest is reached by scrolling.
 constexpr int mostAttentionLines = 8;
 
 QString counted(qint64 count, const QString &one, const QString &many)

@@ -214,7 +214,7 @@ void PatientPanel::resizeEvent(QResizeEvent *event)
     QStackedWidget::resizeEvent(event);
     const bool isNarrow = width() < sideBySideCharacters * fontMetrics().averageCharWidth();
     m_ui->middleLayout->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    // The height for a width that the layout around remembers is another one now.
+    // The layout caches the height for a width, which has changed.
     m_ui->patientLayout->invalidate();
 }
 

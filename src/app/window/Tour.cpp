@@ -196,7 +196,7 @@ private:
         } catch (const UserError &) {
             m_error = std::current_exception();
         }
-        // A look at a form is no reason to save it.
+        // The tour abandons forms, since some save when closed.
         if (const auto chart = qobject_cast<clivara::ChartForm *>(form))
             chart->abandon();
         else

@@ -11,7 +11,7 @@ namespace orvale {
 
 namespace {
 
-// Thrown through the work.
+// Thrown through the work to cancel it.
 struct GivenUp { };
 
 // Rows can be more than a bar counts.

@@ -5,13 +5,13 @@
 
 namespace jetreader {
 
-// Sends frames to whoever started this program. While it computes between two frames a clock runs: a program
-// that is stuck ends by itself even when nobody is left to end it.
+// Sends frames to whoever started this program. An alarm runs between two
+// frames: a program in an endless loop ends even when its parent is gone.
 class FrameOutput {
 public:
     explicit FrameOutput(int descriptor);
 
-    // Ends this program when nobody listens any more.
+    // Ends this program when the pipe has been closed.
     void send(jetfile::wire::Kind kind, const jetfile::wire::Writer &payload);
 
 private:

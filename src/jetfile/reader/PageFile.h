@@ -15,7 +15,7 @@
 
 namespace jetreader {
 
-// The file is damaged in a way that leaves no honest reading of it. The text is a part of an Italian
+// The file is damaged so badly that its contents cannot be trusted. The text is a part of an Italian
 // sentence.
 class Damage : public std::runtime_error {
 public:

@@ -9,7 +9,7 @@
 
 namespace jetreader {
 
-// Takes rows apart and writes their values for the reader of this program.
+// Decodes rows and writes their values to the pipe.
 class RowDecoder {
 public:
     // Memos and binary objects come from `longValues`, whose page the row's bytes must not lie on.

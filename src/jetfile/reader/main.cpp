@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// orvale-jet-reader: sends what a Jet file holds to the program that started it (jetfile/wire/Wire.h). The
-// file's damage may bring this program down or make it run forever; it gets no memory and no time beyond its
-// share.
+// orvale-jet-reader: sends what a Jet file holds to the program that started it (jetfile/wire/Wire.h). A
+// damaged file may crash this program or make it loop, so its memory and its time are limited.
 #include "jetfile/reader/FrameOutput.h"
 #include "jetfile/reader/TableList.h"
 #include "jetfile/wire/TableCoding.h"
@@ -30,7 +29,7 @@ void limitResources()
 #endif
 }
 
-// libmdb talks on both outputs, and listens to the environment about how it should.
+// libmdb writes to standard output and error, and environment variables change how it decodes.
 int takeOverOutput()
 {
     const int output = ::dup(STDOUT_FILENO);
@@ -111,6 +110,6 @@ int main(int argc, char *argv[])
     } catch (const std::bad_alloc &) {
         ::_exit(1);
     }
-    // Without tidying up: what libmdb leaves behind on a damaged file ends here.
+    // _exit runs no destructors: libmdb's data may be corrupt after a damaged file.
     ::_exit(0);
 }

@@ -46,8 +46,8 @@ void ChartForm::showModal()
     if (host && (host == this || !host->isVisible()))
         host = nullptr; // a form that has just been closed
     fitOnScreen(host);
-    // Without an owner the form could open behind the host's window. It owns it only while it is open: two
-    // forms that owned each other would be looked through without end.
+    // Without a transient parent the form could open behind the host's window. It is set only while open:
+    // mutual transient parents make Qt loop.
     winId();
     if (host)
         windowHandle()->setTransientParent(host->windowHandle());
@@ -103,7 +103,7 @@ void ChartForm::reject()
         QDialog::reject();
         return;
     }
-    // Called by the event loop, which an exception must not cross.
+    // Called by the event loop; exceptions must not propagate through it.
     try {
         if (!queryUnload())
             return;

@@ -21,7 +21,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 
 bool ElidedLabel::event(QEvent *event)
 {
-    // Decided when it is asked for: text and width may both have changed.
+    // Computed on request: text and width may both have changed.
     if (event->type() == QEvent::ToolTip) {
         const bool elided = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
         setToolTip(elided ? text() : QString());

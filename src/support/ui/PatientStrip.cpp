@@ -60,7 +60,7 @@ PatientStrip::PatientStrip(QWidget *parent)
     for (ElidedLabel *const label : {m_name, m_details, m_allergies})
         label->setTextFormat(Qt::PlainText);
 
-    // A band of its own colours, the same on every workstation.
+    // Fixed colours, independent of the workstation's theme.
     setAutoFillBackground(true);
     QPalette colours = palette();
     colours.setColor(QPalette::Window, QColor(0x1b, 0x4a, 0x60));

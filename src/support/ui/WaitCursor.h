@@ -5,7 +5,7 @@
 
 namespace clivara {
 
-// The pointer asks for patience as long as the object lives.
+// Shows the busy pointer as long as the object lives.
 class WaitCursor {
 public:
     WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
