@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/demo/DemoLists.h"
 
-#include <QFile>
+#include "app/practice/ResourceText.h"
+
 #include <stdexcept>
 
 // The resource stands in a static library; naming it here keeps it in the program.
@@ -17,11 +18,8 @@ DemoLists::DemoLists()
     useDemoResource();
     for (const QString &name :
          {QStringLiteral(":/demo/words.txt"), QStringLiteral(":/demo/catalogues.txt")}) {
-        QFile file(name);
-        if (!file.open(QIODevice::ReadOnly))
-            throw std::runtime_error("missing resource " + name.toStdString());
         QString section;
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        const QStringList lines = resourceText(name).split(u'\n', Qt::SkipEmptyParts);
         for (const QString &line : lines) {
             if (line.startsWith(u'['))
                 section = line.mid(1, line.size() - 2);

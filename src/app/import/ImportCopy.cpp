@@ -55,7 +55,7 @@ bool isWholeNumber(FieldType type)
 // A value of another kind, as the practice's field takes it; only if it stays the same value.
 QVariant convertedValue(const QVariant &value, const dao::ColumnInfo &target)
 {
-    const QVariant converted = dao::fieldValue(value, target);
+    QVariant converted = dao::fieldValue(value, target);
     if (!isWholeNumber(target.type) || !converted.isValid())
         return converted;
     const double number =

@@ -2,6 +2,7 @@
 #include "app/practice/PracticeCheck.h"
 
 #include "app/practice/Practice.h"
+#include "app/practice/ResourceText.h"
 #include "app/practice/Schema.h"
 
 #include <algorithm>
@@ -20,69 +21,42 @@ struct Rule {
     Finding::Kind kind = Finding::Kind::Inconsistency;
 };
 
+// The rules of a file of src/app/practice/checks; links.sql tells how they are written.
+QList<Rule> rulesOf(const QString &name)
+{
+    QList<Rule> rules;
+    for (const QString &line : resourceText(QStringLiteral(":/checks/") + name).split(u'\n')) {
+        const bool isInconsistency = line.startsWith(QLatin1String("--!"));
+        if (isInconsistency || line.startsWith(QLatin1String("--?")))
+            rules.append({line.mid(4),
+                          {},
+                          QStringLiteral("clinical"),
+                          isInconsistency ? Finding::Kind::Inconsistency : Finding::Kind::WorthKnowing});
+        else if (!line.startsWith(QLatin1String("--")) && !line.isEmpty())
+            rules.last().sql += line.chopped(line.endsWith(u';') ? 1 : 0) + u' ';
+    }
+    return rules;
+}
+
 // Rows of a patient who is not in the registry, and of nobody: no patient has a code of 0 or less.
 QList<Rule> patientRules()
 {
-    const QList<std::pair<QString, QString>> tables{
-        {QStringLiteral("inf_gen"), QStringLiteral("cod_paz")},
-        {QStringLiteral("ESAME_OB"), QStringLiteral("cod_paz")},
-        {QStringLiteral("esa_ob"), QStringLiteral("cod_paz")},
-        {QStringLiteral("riepil"), QStringLiteral("cod_pre")},
-        {QStringLiteral("PROBLEMS"), QStringLiteral("idProblems")},
-        {QStringLiteral("VISITAPROBL"), QStringLiteral("IdVisitaProbl")},
-        {QStringLiteral("Rischio_Cardio"), QStringLiteral("cod_paz")},
-        {QStringLiteral("SindrMetabolica"), QStringLiteral("cod_paz")},
-        {QStringLiteral("cronpat"), QStringLiteral("cod_paz")},
-        {QStringLiteral("pat_rem2"), QStringLiteral("cod_paz")},
-        {QStringLiteral("patopers"), QStringLiteral("cod_paz")},
-        {QStringLiteral("ricoveri2"), QStringLiteral("idRicovero")},
-        {QStringLiteral("AIR15_7"), QStringLiteral("idScheda")},
+    constexpr std::pair<const char *, const char *> tables[] = {
+        {"inf_gen", "cod_paz"},        {"ESAME_OB", "cod_paz"},        {"esa_ob", "cod_paz"},
+        {"riepil", "cod_pre"},         {"PROBLEMS", "idProblems"},     {"VISITAPROBL", "IdVisitaProbl"},
+        {"Rischio_Cardio", "cod_paz"}, {"SindrMetabolica", "cod_paz"}, {"cronpat", "cod_paz"},
+        {"pat_rem2", "cod_paz"},       {"patopers", "cod_paz"},        {"ricoveri2", "idRicovero"},
+        {"AIR15_7", "idScheda"},
     };
     QList<Rule> rules;
     for (const auto &[table, key] : tables)
         rules.append(
-            {QStringLiteral("%1: righe di un paziente che non è in archivio (%2)").arg(table, key),
+            {QStringLiteral("%1: righe di un paziente che non è in archivio (%2)")
+                 .arg(QLatin1String(table), QLatin1String(key)),
              QStringLiteral("SELECT t.%2 FROM %1 AS t LEFT JOIN archivio AS a ON t.cod_paz = a.cod_paz "
                             "WHERE isnull(a.cod_paz) OR t.cod_paz <= 0 ORDER BY t.%2")
-                 .arg(table, key)});
-    rules.append({QStringLiteral("archivio: pazienti senza un codice valido (cod_paz)"),
-                  QStringLiteral("SELECT cod_paz FROM archivio WHERE isnull(cod_paz) OR cod_paz <= 0 "
-                                 "ORDER BY cod_paz")});
-    // The host may have removed the patient since.
-    rules.append({QStringLiteral("Modifiche: modifiche di un paziente che non è in archivio (cod_paz)"),
-                  QStringLiteral("SELECT DISTINCT t.cod_paz FROM Modifiche AS t LEFT JOIN archivio AS a "
-                                 "ON t.cod_paz = a.cod_paz WHERE isnull(a.cod_paz) ORDER BY t.cod_paz"),
-                  QStringLiteral("clinical"), Finding::Kind::WorthKnowing});
+                 .arg(QLatin1String(table), QLatin1String(key))});
     return rules;
-}
-
-QList<Rule> linkRules()
-{
-    return {
-        {QStringLiteral("VISITAPROBL: visite di un problema che non esiste (IdVisitaProbl)"),
-         QStringLiteral("SELECT v.IdVisitaProbl FROM VISITAPROBL AS v LEFT JOIN PROBLEMS AS p "
-                        "ON v.id_Probl = p.idProblems WHERE v.id_Probl > 0 AND isnull(p.idProblems) "
-                        "ORDER BY v.IdVisitaProbl")},
-        {QStringLiteral("VISITAPROBL: visite di un problema di un altro paziente (IdVisitaProbl)"),
-         QStringLiteral(
-             "SELECT v.IdVisitaProbl FROM VISITAPROBL AS v INNER JOIN PROBLEMS AS p "
-             "ON v.id_Probl = p.idProblems WHERE v.cod_paz <> p.cod_paz ORDER BY v.IdVisitaProbl")},
-        {QStringLiteral("riepil2: risultati senza la richiesta (idriepil2)"),
-         QStringLiteral(
-             "SELECT r2.idriepil2 FROM riepil2 AS r2 WHERE NOT EXISTS (SELECT r.minsan FROM riepil "
-             "AS r WHERE r.minsan = r2.cod_rie AND r.tipo > 0) ORDER BY r2.idriepil2")},
-        {QStringLiteral("riepil: accertamenti di un gruppo che non è in ESAMI (cod_pre)"),
-         QStringLiteral("SELECT r.cod_pre FROM riepil AS r LEFT JOIN ESAMI AS e ON r.tipo = e.tipo_esa "
-                        "WHERE r.tipo > 0 AND r.tipo < 20 AND isnull(e.tipo_esa) ORDER BY r.cod_pre")},
-        // Medicines that are no longer sold leave the list; what was prescribed stays prescribed.
-        {QStringLiteral("riepil: prescrizioni di un farmaco che non è (più) in elenco (cod_pre)"),
-         QStringLiteral("SELECT r.cod_pre FROM riepil AS r LEFT JOIN SPEFAR AS s ON r.minsan = s.CODSPE "
-                        "WHERE r.tipo = 0 AND isnull(s.CODSPE) ORDER BY r.cod_pre"),
-         QStringLiteral("clinical"), Finding::Kind::WorthKnowing},
-        {QStringLiteral("SUGGERIT: suggerimenti senza la prescrizione (COD_PRE)"),
-         QStringLiteral("SELECT s.COD_PRE FROM SUGGERIT AS s LEFT JOIN riepil AS r ON s.COD_PRE = r.cod_pre "
-                        "WHERE isnull(r.cod_pre) ORDER BY s.COD_PRE")},
-    };
 }
 
 // Visits of a type that the codes do not know, which show without a name.
@@ -148,31 +122,7 @@ QList<Rule> keyRules()
     return rules << uid(clinical, "archivio", "idRowGuid") << uid(clinical, "archivio", "sPatientRecordUid")
                  << uid(QStringLiteral("doctors"), "medici_gruppo", "idRowGuid")
                  << duplicates(clinical, QStringLiteral("riepil"), {QStringLiteral("minsan")},
-                               QStringLiteral("tipo > 0 AND not isnull(minsan)"))
-                 << Rule{QStringLiteral("ESAME_OB: più schede delle allergie di un paziente (cod_paz)"),
-                         QStringLiteral("SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = 'X' GROUP BY cod_paz "
-                                        "HAVING count(*) > 1 ORDER BY cod_paz")}
-                 << Rule{QStringLiteral(
-                             "ESAME_OB: più schede delle malattie infettive di un paziente (cod_paz)"),
-                         QStringLiteral("SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = 'M' GROUP BY cod_paz "
-                                        "HAVING count(*) > 1 ORDER BY cod_paz")};
-}
-
-QList<Rule> valueRules()
-{
-    // An empty code string is a form that was never filled in.
-    const QString length =
-        QStringLiteral("SELECT cod_paz FROM ESAME_OB WHERE tipo_dati = '%1' "
-                       "AND trim(dati_paz) <> '' AND len(dati_paz) <> %2 ORDER BY cod_paz");
-    return {
-        {QStringLiteral("ESAME_OB: allergie non lunghe 230 caratteri (cod_paz)"),
-         length.arg(QStringLiteral("X")).arg(230)},
-        {QStringLiteral("ESAME_OB: malattie infettive non lunghe 190 caratteri (cod_paz)"),
-         length.arg(QStringLiteral("M")).arg(190)},
-        {QStringLiteral("PROBLEMS: problemi di stato sconosciuto (idProblems)"),
-         QStringLiteral("SELECT idProblems FROM PROBLEMS WHERE isnull(stato_probl) OR stato_probl < 0 "
-                        "OR stato_probl > 3 ORDER BY idProblems")},
-    };
+                               QStringLiteral("tipo > 0 AND not isnull(minsan)"));
 }
 
 // Rows that an import could not write: they are in no chart.
@@ -246,8 +196,9 @@ QList<Finding> checkPractice(Practice &practice, int mostKeys)
         checkTables(databases, found);
     if (!found.isEmpty())
         return found; // the rows of such a practice prove nothing
-    const QList<Rule> rules = patientRules() + linkRules() + QList<Rule>{visitTypeRule(*environment.codes)}
-                              + primaryKeyRules(databases) + keyRules() + valueRules()
+    const QList<Rule> rules = patientRules() + rulesOf(QStringLiteral("links.sql"))
+                              + QList<Rule>{visitTypeRule(*environment.codes)} + primaryKeyRules(databases)
+                              + keyRules() + rulesOf(QStringLiteral("values.sql"))
                               + refusedRules(*environment.clinical);
     for (const Rule &rule : rules)
         applyRule(databases, rule, mostKeys, found);

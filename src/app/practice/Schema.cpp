@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/practice/Schema.h"
 
+#include "app/practice/ResourceText.h"
 #include "app/practice/UserError.h"
 #include "dao/Engines.h"
 
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -94,13 +94,10 @@ Schema Schema::current()
     const QStringList names =
         QDir(QStringLiteral(":/schema")).entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name);
     for (const QString &name : names) {
-        QFile file(QStringLiteral(":/schema/") + name);
-        if (!file.open(QIODevice::ReadOnly))
-            throw UserError(QStringLiteral("Lo schema %1 non è nel programma.").arg(name));
         SchemaFile schemaFile; // "0001_clinical.sql"
         schemaFile.version = name.section(u'_', 0, 0).toInt();
         schemaFile.database = name.section(u'_', 1).section(u'.', 0, 0);
-        schemaFile.sql = QString::fromUtf8(file.readAll());
+        schemaFile.sql = resourceText(QStringLiteral(":/schema/") + name);
         files.append(schemaFile);
     }
     return Schema(files);

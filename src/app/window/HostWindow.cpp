@@ -3,6 +3,7 @@
 
 #include "app/patients/PatientLoader.h"
 #include "app/practice/Practice.h"
+#include "app/practice/ResourceText.h"
 #include "app/window/PatientPanel.h"
 #include "app/window/PatientSearch.h"
 #include "chart/WorkingState.h"
@@ -13,7 +14,6 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QFile>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -32,8 +32,7 @@ constexpr int searchCharacters = 64;
 
 QString styleSheetText()
 {
-    QFile file(QStringLiteral(":/orvale/host.qss"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return resourceText(QStringLiteral(":/orvale/host.qss"));
 }
 
 constexpr int doctorCharacters = 16;
