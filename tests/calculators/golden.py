@@ -4,9 +4,10 @@
 
 usage: golden.py TABLE
 
-TABLE is risk, cockcroft, mdrd, ldl or metabolic. One case a line: the inputs, then the result, between blanks. Computed from
-the published formulas in decimal arithmetic of 40 digits, so that nothing is shared with the program but the formulas: no
-code, no mathematical library, no rounding of binary numbers. Results have 20 digits.
+TABLE is risk, cockcroft, mdrd, ldl or metabolic. One case a line: the inputs, then the result, between
+blanks. Computed from the published formulas in decimal arithmetic of 40 digits, so that nothing is shared
+with the program but the formulas: no code, no mathematical library, no rounding of binary numbers. Results
+have 20 digits.
 """
 
 import itertools

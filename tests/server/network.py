@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""network.py ADDRESS PORT: the network between a workstation and the server that listens at ADDRESS on port 5432.
+"""network.py ADDRESS PORT: the network between a workstation and the server that listens at ADDRESS on port
+5432.
 
-Whoever connects to PORT is connected to the server, as long as this process runs: stopped (kill -STOP) it is a network in
-which nothing arrives any more and nothing is refused either.
+Whoever connects to PORT is connected to the server, as long as this process runs: stopped (kill -STOP) it
+is a network in which nothing arrives any more and nothing is refused either.
 """
 import socket
 import sys

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""What the program does with practices on a database server: errors, import, copies, the workstations' role, backups.
+"""What the program does with practices on a database server: errors, import, copies, the workstations' role,
+backups.
 
 usage: with-postgres practices_test.py ORVALE SOURCES
 

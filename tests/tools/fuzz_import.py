@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Damages copies of Jet files at random and imports them: nothing may crash, hang or leave something half done.
+"""Damages copies of Jet files at random and imports them: nothing may crash, hang or leave something half
+done.
 
-Each case damages one file of the folder in one to three ways, chosen by the seed and the number of the case alone, and
-runs `orvale import`. It must end within the time limit with the status 0 or 1, without a report of a sanitizer or a
-warning of a library. A refused file is named by one line on standard error and leaves neither a practice nor the folder
-in which it was being built; where a practice stood before (--replace, every tenth case), that one stays as it was.
-An imported practice may hold less than the file did, but `orvale check` must be able to read it (every twentieth case).
+Each case damages one file of the folder in one to three ways, chosen by the seed and the number of the
+case alone, and runs `orvale import`. It must end within the time limit with the status 0 or 1, without a
+report of a sanitizer or a warning of a library. A refused file is named by one line on standard error and
+leaves neither a practice nor the folder in which it was being built; where a practice stood before
+(--replace, every tenth case), that one stays as it was. An imported practice may hold less than the file
+did, but `orvale check` must be able to read it (every twentieth case).
 
-Ends with the status 1 and the list of the cases that failed; `--case K --keep FOLDER` makes one of them again.
+Ends with the status 1 and the list of the cases that failed; `--case K --keep FOLDER` makes one of them
+again.
 """
 
 import argparse

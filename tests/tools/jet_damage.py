@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Ways of damaging a Jet file: functions of a random generator and the file's bytes that give the damaged bytes.
+"""Ways of damaging a Jet file: functions of a random generator and the file's bytes that give the damaged
+bytes.
 
-Pages are 4096 bytes in Jet 4 and 2048 in Jet 3. The first byte of a page tells its kind: 0 the header, 1 rows, 2 a
-table's definition, 3 and 4 an index, 5 a usage map.
+Pages are 4096 bytes in Jet 4 and 2048 in Jet 3. The first byte of a page tells its kind: 0 the header, 1
+rows, 2 a table's definition, 3 and 4 an index, 5 a usage map.
 """
 
 ROWS, DEFINITION, INDEX, LEAF, USAGE_MAP = 1, 2, 3, 4, 5

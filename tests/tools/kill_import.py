@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: Apache-2.0
 """Kills `orvale import` at random moments of its run: what stands in the practice's place must be whole.
 
-Each moment is tried with SIGKILL, SIGINT and SIGTERM in turn, into an empty place and over a practice (--replace) that
-holds fewer rows. Afterwards the place is as it was before or holds the new practice with every row. After a signal that
-can be caught nothing else is left either, and the status is not 0.
+Each moment is tried with SIGKILL, SIGINT and SIGTERM in turn, into an empty place and over a practice
+(--replace) that holds fewer rows. Afterwards the place is as it was before or holds the new practice with
+every row. After a signal that can be caught nothing else is left either, and the status is not 0.
 """
 
 import argparse
