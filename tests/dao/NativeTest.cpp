@@ -85,7 +85,10 @@ TEST(PostgresStatement, NumbersItsValues)
         {"a = ? AND b = ?", {1, 1}, "a = $1 AND b = $2", 2}, // their places may give them different types
         {"'?' || ? || '\"?'''", {"x"}, "'?' || $1 || '\"?'''", 1},
         {"\"wh?t\" = ?", {"è"}, "\"wh?t\" = $1", 1},
-        {"SELECT ?::int GROUP BY ?::int, ?::float8", {7, 7, 7}, "SELECT $1::int GROUP BY $1::int, $2::float8", 2},
+        {"SELECT ?::int GROUP BY ?::int, ?::float8",
+         {7, 7, 7},
+         "SELECT $1::int GROUP BY $1::int, $2::float8",
+         2},
         {"SELECT ?::int, ?::int, ?", {7, 8, 7}, "SELECT $1::int, $2::int, $3", 3},
     };
     for (const auto &c : cases) {
@@ -97,7 +100,8 @@ TEST(PostgresStatement, NumbersItsValues)
     EXPECT_EQ(texts.values()[0], nullptr);
     EXPECT_NE(texts.values()[1], nullptr) << "an empty text is not Null";
     EXPECT_NE(texts.values()[2], nullptr);
-    EXPECT_THROW(dao::PostgresStatement("?", {QString(QChar(0))}), dao::Error) << "the server has no such texts";
+    EXPECT_THROW(dao::PostgresStatement("?", {QString(QChar(0))}), dao::Error)
+        << "the server has no such texts";
 }
 
 TEST(PostgresDefinitions, AreWholeStatementsThatCanBeGivenAgain)

@@ -31,14 +31,6 @@ int definitionsVersion(const QVariant &mark)
     return mark.toString().section(u' ', 1).toInt();
 }
 
-QVariantList rowOf(NativeCursor &rows, int columns)
-{
-    QVariantList values;
-    for (int i = 0; i < columns; ++i)
-        values.append(rows.value(i));
-    return values;
-}
-
 } // namespace
 
 PostgresStorage::PostgresStorage(const QString &address, const Account &account)
@@ -103,6 +95,19 @@ QString PostgresStorage::attach(const QString &name, const QString &, bool)
     return address.schema;
 }
 
+void PostgresStorage::together(const std::function<void()> &work)
+{
+    m_connection.begin();
+    try {
+        work();
+        m_connection.commit();
+    } catch (const Error &) {
+        if (m_connection.inTransaction())
+            m_connection.control(QStringLiteral("ROLLBACK"));
+        throw;
+    }
+}
+
 void PostgresStorage::define()
 {
     const QList<PostgresDefinition> definitions = postgresDefinitions();
@@ -122,13 +127,9 @@ void PostgresStorage::renewDefinitions(const PostgresAddress &address)
 {
     if (m_connection.inTransaction())
         return; // when the next database is opened
-    m_connection.begin();
     try {
-        define();
-        m_connection.commit();
+        together([this] { define(); });
     } catch (const Error &error) {
-        if (m_connection.inTransaction())
-            m_connection.control(QStringLiteral("ROLLBACK"));
         if (error.number() != NoPermission)
             throw;
         throw Error(NoPermission,
@@ -144,8 +145,7 @@ void PostgresStorage::createDatabase(const QString &name)
     if (address.schema.isEmpty())
         throw Error(CannotFindFile, QStringLiteral("Manca il nome del database in '%1'").arg(address.name()));
     // Two programs that begin at once wait for one another.
-    m_connection.begin();
-    try {
+    together([&] {
         PostgresCursor found(run(QStringLiteral("SELECT to_regnamespace(quote_ident(?)) IS NOT NULL, "
                                                 "obj_description(to_regnamespace('jet'), 'pg_namespace')"),
                                  {address.schema}));
@@ -155,12 +155,7 @@ void PostgresStorage::createDatabase(const QString &name)
         if (definitionsVersion(found.value(1)) < postgresDefinitionsVersion)
             define();
         run(QStringLiteral("CREATE SCHEMA ") + m_dialect.identifier(address.schema));
-        m_connection.commit();
-    } catch (const Error &) {
-        if (m_connection.inTransaction())
-            m_connection.control(QStringLiteral("ROLLBACK"));
-        throw;
-    }
+    });
 }
 
 QStringList PostgresStorage::tables(const QString &schema) const
@@ -198,18 +193,19 @@ TableInfo PostgresStorage::describe(const QString &schema, const QString &table)
         {info.nativeName, info.nativeName}));
     qlonglong index = 0;
     while (rows.next()) {
-        const QVariantList row = rowOf(rows, 5);
-        if (row[0].toLongLong() == 0) {
-            info.columns.append(PostgresDialect::declaredColumn(row[1].toString(), row[2].toString(),
-                                                                row[3].toBool(), row[4].toBool()));
+        const qlonglong of = rows.value(0).toLongLong();
+        const QString name = rows.value(1).toString();
+        if (of == 0) {
+            info.columns.append(PostgresDialect::declaredColumn(
+                name, rows.value(2).toString(), rows.value(3).toBool(), rows.value(4).toBool()));
             continue;
         }
-        if (row[0].toLongLong() != index) {
-            index = row[0].toLongLong();
-            info.indexes.append(indexOfNativeName(table, row[2].toString()));
-            info.indexes.last().unique = row[3].toBool();
+        if (of != index) {
+            index = of;
+            info.indexes.append(indexOfNativeName(table, rows.value(2).toString()));
+            info.indexes.last().unique = rows.value(3).toBool();
         }
-        info.indexes.last().fields.append(row[1].toString());
+        info.indexes.last().fields.append(name);
     }
     if (info.columns.isEmpty())
         throw Error(ObjectNotFound, QStringLiteral("Tabella o query inesistente: '%1'").arg(table));

@@ -7,6 +7,8 @@
 #include "dao/postgres/PostgresConnection.h"
 #include "dao/postgres/PostgresDialect.h"
 
+#include <functional>
+
 namespace dao {
 
 // PostgreSQL 15: one connection to one database of a server, each database of the practice a schema in it.
@@ -37,6 +39,8 @@ public:
 
 private:
     PostgresResult run(const QString &sql, const QVariantList &values = {}) const;
+    // Does the work in a transaction of its own, wholly or not at all.
+    void together(const std::function<void()> &work);
     void define();
     void renewDefinitions(const PostgresAddress &address);
 
