@@ -11,8 +11,8 @@ namespace dao {
 // Where the database, or the practice, of that name is kept: it is a path, or a server's address.
 StorageKind storageKind(const QString &name);
 
-// The full name of a database, as it is kept in links and shown: a path, or an address without its password. Throws Error
-// (CannotFindFile) for an address that is none.
+// The full name of a database, as it is kept in links and shown: a path, or an address without its password.
+// Throws Error (CannotFindFile) for an address that is none.
 QString fullName(const QString &name);
 
 // Whether two names lead to the same database; false when neither file is there.

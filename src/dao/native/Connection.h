@@ -13,23 +13,23 @@
 
 namespace dao {
 
-// The one connection of a native engine: what runs. Values take the place of the marks '?' in a statement, in their order,
-// as the dialect's toNative() makes them. Everything throws Error.
+// The one connection of a native engine: what runs. Values take the place of the marks '?' in a statement, in
+// their order, as the dialect's toNative() makes them. Everything throws Error.
 class Connection {
 public:
     virtual ~Connection() = default;
 
     // A statement that reads; its rows are stepped through with the cursor.
     virtual std::unique_ptr<NativeCursor> select(const QString &sql, const QVariantList &values = {}) = 0;
-    // The same rows, of which most often no more than `rows` are read. By default select(), for engines that find a row
-    // when it is stepped to.
+    // The same rows, of which most often no more than `rows` are read. By default select(), for engines that
+    // find a row when it is stepped to.
     virtual std::unique_ptr<NativeCursor> selectFirst(int /*rows*/, const QString &sql,
                                                       const QVariantList &values)
     {
         return select(sql, values);
     }
-    // The same for more rows than are to be kept in memory; nothing else is done on the connection as long as the cursor
-    // is there. By default select().
+    // The same for more rows than are to be kept in memory; nothing else is done on the connection as long as
+    // the cursor is there. By default select().
     virtual std::unique_ptr<NativeCursor> stream(const QString &sql) { return select(sql); }
 
     // A statement that writes, inside a transaction or outside, wholly or not at all; the rows affected.

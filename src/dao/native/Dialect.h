@@ -11,8 +11,8 @@
 
 namespace dao {
 
-// How a native engine writes SQL: text only, no connection. Functions that write SQL get operands that are native SQL
-// already, parenthesised where needed.
+// How a native engine writes SQL: text only, no connection. Functions that write SQL get operands that are
+// native SQL already, parenthesised where needed.
 class Dialect {
 public:
     virtual ~Dialect() = default;
@@ -33,7 +33,8 @@ public:
     virtual QString numberFromBoolean(const QString &value) const = 0;
     // Null where a value of that type is wanted.
     virtual QString nullLiteral(FieldType) const { return QStringLiteral("NULL"); }
-    // A number as an operand of + - * / and of sums, where the native engine would compute whole numbers otherwise.
+    // A number as an operand of + - * / and of sums, where the native engine would compute whole numbers
+    // otherwise.
     virtual QString computed(const QString &number) const { return number; }
     // Texts joined by ||, in parentheses, as a text that compares without regard to case.
     virtual QString concatenated(const QString &texts) const { return texts; }
@@ -69,7 +70,8 @@ public:
     virtual QString rowNumberDeclaration() const = 0;
     // What a new table, or new columns of one, need beside their declarations.
     virtual QStringList completeTable(const QString &nativeName, const QList<ColumnInfo> &columns) const;
-    // The statement that makes a column of a table take no Null; empty when the table must be made anew for it.
+    // The statement that makes a column of a table take no Null; empty when the table must be made anew for
+    // it.
     virtual QString requireColumn(const QString &nativeName, const QString &column) const;
 
     // The statements that make and remove an index of a table.

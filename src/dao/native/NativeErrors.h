@@ -14,8 +14,8 @@ namespace dao {
 // message.
 std::optional<std::pair<int, QString>> functionError(QStringView nativeMessage);
 
-// The error of a native one whose number is known: in the engine's own words where people meet it, the native text beside
-// them.
+// The error of a native one whose number is known: in the engine's own words where people meet it, the native
+// text beside them.
 Error describedError(int number, const QString &nativeText, const QString &sql);
 
 } // namespace dao

@@ -16,8 +16,8 @@ public:
     // then, and the next one can be added.
     virtual void add(const QVariantList &values) = 0;
 
-    // What is told of a row that is not there: its position among those that were given, and why. What it throws
-    // passes on.
+    // What is told of a row that is not there: its position among those that were given, and why. What it
+    // throws passes on.
     using Refused = std::function<void(qsizetype row, const Error &error)>;
     // Many rows, in their order. The default adds one after the other.
     virtual void addRows(const QList<QVariantList> &rows, const Refused &refused)

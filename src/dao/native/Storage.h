@@ -9,7 +9,8 @@
 
 namespace dao {
 
-// The databases that one connection of a native engine reaches, and their definitions. Everything throws Error.
+// The databases that one connection of a native engine reaches, and their definitions. Everything throws
+// Error.
 class Storage {
 public:
     virtual ~Storage() = default;
@@ -29,13 +30,13 @@ public:
     // the proposed one unless it has one of its own. CannotFindFile, NotADatabase, Corrupt.
     virtual QString attach(const QString &name, const QString &proposed, bool readOnly) = 0;
     virtual void detach(const QString &schema) = 0;
-    // Throws DatabaseMoved when a file of the attached databases was moved, replaced or deleted, so that what is
-    // written would be lost. By default does nothing: a server's databases cannot be taken away.
+    // Throws DatabaseMoved when a file of the attached databases was moved, replaced or deleted, so that what
+    // is written would be lost. By default does nothing: a server's databases cannot be taken away.
     virtual void requireInPlace() const { }
     // Makes a new, empty database of that name; TableExists when there is something of that name.
     virtual void createDatabase(const QString &name) = 0;
-    // What is wrong with an attached database, a line each and at most so many; empty when it is whole. By default
-    // nothing: a server watches over its own pages.
+    // What is wrong with an attached database, a line each and at most so many; empty when it is whole. By
+    // default nothing: a server watches over its own pages.
     virtual QStringList damage(const QString & /*schema*/, Thoroughness, int /*most*/) const { return {}; }
 
     // --- definitions ----------------------------------------------------------------------------

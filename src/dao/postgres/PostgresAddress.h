@@ -8,10 +8,10 @@
 namespace dao {
 
 // Where a database on a server is: "postgresql://[user[:password]@][host[:port]]/database[?option=value&...]
-// [#schema]"; host, port, user and password may also stand among the options, the host as the folder of a socket. A
-// practice is one such database, each of its databases a schema in it. What is left out (host, port, user, password)
-// comes from the account that the host names or from the usual environment of the server's clients (PGHOST, PGUSER,
-// PGPASSWORD, the password file).
+// [#schema]"; host, port, user and password may also stand among the options, the host as the folder of a
+// socket. A practice is one such database, each of its databases a schema in it. What is left out (host,
+// port, user, password) comes from the account that the host names or from the usual environment of the
+// server's clients (PGHOST, PGUSER, PGPASSWORD, the password file).
 struct PostgresAddress {
     QString user;
     QString password;

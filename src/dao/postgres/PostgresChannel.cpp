@@ -9,13 +9,14 @@
 namespace dao {
 namespace {
 
-// Inside a transaction the state before the next statement is always kept, so that a statement that fails is undone
-// alone: the server itself would give up the whole transaction.
+// Inside a transaction the state before the next statement is always kept, so that a statement that fails is
+// undone alone: the server itself would give up the whole transaction.
 const QByteArray keepState = QByteArrayLiteral("; SAVEPOINT statement");
 const QByteArray keepNewState = QByteArrayLiteral("; RELEASE statement; SAVEPOINT statement");
 const QByteArray returnToState = QByteArrayLiteral("ROLLBACK TO statement");
 
-// That a connection is gone is often found out only by using it. What has certainly changed nothing is sent again.
+// That a connection is gone is often found out only by using it. What has certainly changed nothing is sent
+// again.
 bool doesChangeNothing(const QString &sql)
 {
     return sql.startsWith(QLatin1String("SELECT ")) || sql.startsWith(QLatin1String("BEGIN"));
@@ -73,8 +74,8 @@ PostgresResult PostgresChannel::send(const QByteArray &sql, const QString &shown
     return results(shown);
 }
 
-// Outside a transaction, where a connection that is gone is opened again, so that nobody hears of a server that is back
-// already.
+// Outside a transaction, where a connection that is gone is opened again, so that nobody hears of a server
+// that is back already.
 PostgresResult PostgresChannel::outside(const Send &send, bool changesNothing, const QString &shown)
 {
     requireConnection(shown);

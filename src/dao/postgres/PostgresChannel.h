@@ -11,9 +11,9 @@ namespace dao {
 // Nothing of the transaction, or of the statement outside one, was saved.
 Error connectionLost(const QString &sql = {});
 
-// Statements on a native connection, each in one round trip. Inside a transaction a statement that fails is undone alone:
-// the transaction goes on. A connection that was lost is opened again by the next statement that stands outside
-// transactions; one that only reads is then sent again by itself.
+// Statements on a native connection, each in one round trip. Inside a transaction a statement that fails is
+// undone alone: the transaction goes on. A connection that was lost is opened again by the next statement
+// that stands outside transactions; one that only reads is then sent again by itself.
 class PostgresChannel {
 public:
     PostgresChannel(PostgresHandle connection, int answerTimeout);
@@ -21,13 +21,13 @@ public:
     PostgresWire &wire() { return m_wire; }
     const PostgresWire &wire() const { return m_wire; }
 
-    // One statement whose values take the place of the marks '?', or several without values; the result is the last
-    // one's that has rows or counts them. Throws Error.
+    // One statement whose values take the place of the marks '?', or several without values; the result is
+    // the last one's that has rows or counts them. Throws Error.
     PostgresResult run(const QString &sql, const QVariantList &values = {});
     // BEGIN, COMMIT and the like: nothing around them.
     void control(const QString &sql);
-    // COMMIT together with a statement before it that is left out when it fails. ConnectionLost leaves open whether it
-    // was done.
+    // COMMIT together with a statement before it that is left out when it fails. ConnectionLost leaves open
+    // whether it was done.
     void commit(const QString &mark);
     bool inTransaction() const { return m_wire.isInTransaction(); }
     // Lets statements take as long as they need, until the transaction or the session ends.

@@ -13,8 +13,8 @@
 namespace dao {
 namespace {
 
-// A server that was restarted is back within seconds. Where the loss itself was noticed late, only so much is left that
-// nobody waits longer than for the retries of a save.
+// A server that was restarted is back within seconds. Where the loss itself was noticed late, only so much is
+// left that nobody waits longer than for the retries of a save.
 constexpr qint64 longestDoubtMs = 10000;
 constexpr qint64 longestCommitMs = 19000;
 constexpr int betweenAttemptsMs = 250;

@@ -32,8 +32,8 @@ public:
     Error goneTransaction() const override;
 
 private:
-    // Does `write` in the transaction that is open, or in one of its own, so that its commit can be told from one that
-    // was not done.
+    // Does `write` in the transaction that is open, or in one of its own, so that its commit can be told from
+    // one that was not done.
     void write(const std::function<void()> &write);
 
     std::unique_ptr<PostgresChannel> m_channel;

@@ -22,8 +22,8 @@ private:
     int m_rows;
 };
 
-// The rows of a statement as they come, for tables that are too large to be kept in memory. Until it goes away the
-// connection can do nothing else.
+// The rows of a statement as they come, for tables that are too large to be kept in memory. Until it goes
+// away the connection can do nothing else.
 class PostgresStream final : public NativeCursor {
 public:
     PostgresStream(PostgresWire &wire, const QString &sql);

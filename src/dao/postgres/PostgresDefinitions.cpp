@@ -13,7 +13,8 @@ static void useDefinitions()
 namespace dao {
 namespace {
 
-// A statement ends with a semicolon at the end of a line, outside the body that stands between two $$ or $do$.
+// A statement ends with a semicolon at the end of a line, outside the body that stands between two $$ or
+// $do$.
 void appendStatements(const QString &file, QList<PostgresDefinition> &definitions)
 {
     const QString text =

@@ -12,9 +12,9 @@ struct PostgresDefinition {
     QString sql;
 };
 
-// What the server is given once for each practice, in the schema "jet": the type of texts without regard to case,
-// a domain for each of the language's field types, and the language's functions. The statements can be given
-// again. A function that does not accept its arguments fails with the message "JET:<number>:<text>".
+// What the server is given once for each practice, in the schema "jet": the type of texts without regard to
+// case, a domain for each of the language's field types, and the language's functions. The statements can be
+// given again. A function that does not accept its arguments fails with the message "JET:<number>:<text>".
 QList<PostgresDefinition> postgresDefinitions();
 
 // Raised with every change of the definitions; kept in the practice.

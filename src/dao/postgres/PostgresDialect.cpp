@@ -232,8 +232,9 @@ QString PostgresDialect::rowNumberDeclaration() const
 QStringList PostgresDialect::completeTable(const QString &nativeName, const QList<ColumnInfo> &columns) const
 {
     QStringList statements;
-    // To plan a join, the server compares each of the values that it counts as common in one table with each of the
-    // other's: with the hundred of its own choice, comparing texts without regard to case took longer than the query.
+    // To plan a join, the server compares each of the values that it counts as common in one table with each
+    // of the other's: with the hundred of its own choice, comparing texts without regard to case took longer
+    // than the query.
     QStringList counted;
     for (const ColumnInfo &column : columns) {
         if (column.type == FieldType::Text || column.type == FieldType::Memo

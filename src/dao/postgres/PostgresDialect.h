@@ -5,9 +5,9 @@
 
 namespace dao {
 
-// The SQL of PostgreSQL 15. Texts are of the type citext in a database whose own collation is ICU's root, so that every
-// comparison, index, group and order takes them without regard to case; the language's functions are the server's own
-// (PostgresDefinitions).
+// The SQL of PostgreSQL 15. Texts are of the type citext in a database whose own collation is ICU's root, so
+// that every comparison, index, group and order takes them without regard to case; the language's functions
+// are the server's own (PostgresDefinitions).
 class PostgresDialect final : public Dialect {
 public:
     QString textLiteral(const QString &text) const override;

@@ -7,7 +7,8 @@
 namespace dao {
 namespace {
 
-// A lock of the whole practice that everybody who has it open shares, by a number that nothing else uses there.
+// A lock of the whole practice that everybody who has it open shares, by a number that nothing else uses
+// there.
 const QString useLock = QStringLiteral("1869769079, 2");
 
 } // namespace

@@ -12,8 +12,8 @@ public:
     explicit PostgresExclusiveUse(const QString &address); // Locked
     void aboutToMove() override { }
 
-    // What every connection that has the practice open says: it shares the lock. Somebody who has the practice for himself
-    // alone is waited for as shortly as for any lock.
+    // What every connection that has the practice open says: it shares the lock. Somebody who has the
+    // practice for himself alone is waited for as shortly as for any lock.
     static QString sharing();
 
 private:

@@ -12,7 +12,8 @@ bool isOpen(const PostgresHandle &connection)
     return PQstatus(connection.get()) == CONNECTION_OK;
 }
 
-// Whether the server's list has the database; the account may see the list even if it may not open the database.
+// Whether the server's list has the database; the account may see the list even if it may not open the
+// database.
 bool hasDatabase(const PostgresHandle &connection, const QString &name)
 {
     const QByteArray text = name.toUtf8();
@@ -60,8 +61,8 @@ PostgresFailure PostgresFailure::find(const PostgresOptions &options, const QStr
         break;
     }
 
-    // The database that every server has, with the same account. Where TLS may be left out the library tries without
-    // it too, and forgets then that a password was refused.
+    // The database that every server has, with the same account. Where TLS may be left out the library tries
+    // without it too, and forgets then that a password was refused.
     const QString mode = valueOf(options, modeKey, qEnvironmentVariable("PGSSLMODE"));
     const PostgresOptions common =
         options + PostgresOptions{{QStringLiteral("dbname"), QStringLiteral("postgres")}};

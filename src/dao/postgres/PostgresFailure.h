@@ -5,8 +5,8 @@
 
 namespace dao {
 
-// Why a connection cannot be opened, in a few Italian words. It is found out by asking the server, not by reading
-// its answer, which comes in the language of the server or of the workstation.
+// Why a connection cannot be opened, in a few Italian words. It is found out by asking the server, not by
+// reading its answer, which comes in the language of the server or of the workstation.
 struct PostgresFailure {
     enum class Reason { NoAnswer, WrongAccount, NoSuchDatabase, NoRight, Other };
     Reason reason = Reason::Other;

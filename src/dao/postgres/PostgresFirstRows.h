@@ -5,9 +5,10 @@
 
 namespace dao {
 
-// The rows of a query of which most often only the first few are read: these come first and alone, the others with the
-// whole query when somebody steps on. Should somebody else have written between the two, rows that were handed out
-// already are left out of the second result wherever they stand there; none is missing and none comes twice.
+// The rows of a query of which most often only the first few are read: these come first and alone, the others
+// with the whole query when somebody steps on. Should somebody else have written between the two, rows that
+// were handed out already are left out of the second result wherever they stand there; none is missing and
+// none comes twice.
 class PostgresFirstRows final : public NativeCursor {
 public:
     PostgresFirstRows(PostgresChannel &channel, const QString &sql, const QVariantList &values, int rows);

@@ -23,7 +23,8 @@ struct ClearPostgresResult {
 };
 using PostgresResult = std::unique_ptr<PGresult, ClearPostgresResult>;
 
-// The options of a connection as libpq takes them: "host", "dbname", "password"... The last one of a name counts.
+// The options of a connection as libpq takes them: "host", "dbname", "password"... The last one of a name
+// counts.
 using PostgresOptions = QList<std::pair<QString, QString>>;
 
 // Tries to connect; the handle says whether that succeeded.

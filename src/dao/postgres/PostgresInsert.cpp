@@ -6,8 +6,8 @@
 namespace dao {
 namespace {
 
-// A value in the text that COPY reads: columns end with a tab, rows with a line feed, and what would be taken for
-// either has a backslash before it.
+// A value in the text that COPY reads: columns end with a tab, rows with a line feed, and what would be taken
+// for either has a backslash before it.
 void appendCopied(QByteArray &rows, const QVariant &value)
 {
     if (!value.isValid() || value.isNull()) {

@@ -7,8 +7,8 @@
 
 namespace dao {
 
-// Adds many rows by COPY; when the server refuses them they are given one by one, so that the one that cannot be written is
-// known.
+// Adds many rows by COPY; when the server refuses them they are given one by one, so that the one that cannot
+// be written is known.
 class PostgresInsert final : public NativeInsert {
 public:
     PostgresInsert(PostgresChannel &channel, const QString &nativeTable, const QList<ColumnInfo> &columns);

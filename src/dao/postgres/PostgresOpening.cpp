@@ -27,7 +27,8 @@ void requireVersion(const PGconn *connection, const QString &name)
                     .arg(name, shown));
 }
 
-// What the address, the account and the environment say, in this order; the environment is for the library to read.
+// What the address, the account and the environment say, in this order; the environment is for the library to
+// read.
 PostgresOptions optionsOf(const PostgresAddress &address, const Account &account, const QString &database)
 {
     PostgresOptions options{{QStringLiteral("connect_timeout"), QStringLiteral("3")},
@@ -56,10 +57,11 @@ PostgresOptions optionsOf(const PostgresAddress &address, const Account &account
 // What each new connection is told: how long it waits, and how it shows values.
 QByteArray sessionSettings(int answerTimeout)
 {
-    // A lock is waited for as shortly as in a file: whoever wants to try longer does so where the user can see it.
-    // Nothing that a person waits for may take longer than the retries of a save, and a workstation that hangs or has
-    // gone in the middle of a transaction must not keep the others from working: the server looks for it, too.
-    // To think of joins that merge costs a fifth of a laboratory query, and sorting texts for one more than hashing them.
+    // A lock is waited for as shortly as in a file: whoever wants to try longer does so where the user can
+    // see it. Nothing that a person waits for may take longer than the retries of a save, and a workstation
+    // that hangs or has gone in the middle of a transaction must not keep the others from working: the server
+    // looks for it, too. To think of joins that merge costs a fifth of a laboratory query, and sorting texts
+    // for one more than hashing them.
     return QByteArrayLiteral("SET lock_timeout = '250ms'; SET statement_timeout = '")
            + QByteArray::number(answerTimeout)
            + QByteArrayLiteral(

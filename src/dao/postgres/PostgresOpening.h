@@ -7,8 +7,8 @@
 
 namespace dao {
 
-// Opens a connection to a database of the address's server as the address, the account and the environment say.
-// Throws Error; its SQL is missingDatabaseMark when the server has no such database.
+// Opens a connection to a database of the address's server as the address, the account and the environment
+// say. Throws Error; its SQL is missingDatabaseMark when the server has no such database.
 std::unique_ptr<PostgresChannel> openPostgres(const PostgresAddress &address, const Account &account,
                                               const QString &database);
 inline const QString missingDatabaseMark = QStringLiteral("CREATE DATABASE");

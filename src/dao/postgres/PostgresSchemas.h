@@ -11,14 +11,14 @@
 
 namespace dao {
 
-// The schemas of a server's database, through a connection of its own: for hosts that make, replace and remove whole
-// practices. Everything throws Error.
+// The schemas of a server's database, through a connection of its own: for hosts that make, replace and
+// remove whole practices. Everything throws Error.
 class PostgresSchemas {
 public:
     enum class Missing { Refused, Created };
 
-    // `address` is a practice's; a password may stand in it. With Missing::Created the server makes the database
-    // when it does not have it.
+    // `address` is a practice's; a password may stand in it. With Missing::Created the server makes the
+    // database when it does not have it.
     PostgresSchemas(const QString &address, const Account &account, Missing missing);
     ~PostgresSchemas();
     PostgresSchemas(const PostgresSchemas &) = delete;

@@ -7,12 +7,13 @@
 
 namespace dao {
 
-// A statement and its values as libpq takes them: $1, $2... in the place of the marks '?' that stand outside quotes. Texts and
-// Null have no type of their own, as literals: the place where they stand gives it to them.
+// A statement and its values as libpq takes them: $1, $2... in the place of the marks '?' that stand outside
+// quotes. Texts and Null have no type of their own, as literals: the place where they stand gives it to them.
 class PostgresStatement {
 public:
-    // A value that stands twice with the same type after its mark ("?::int") is one parameter: so the server sees that an
-    // expression is the one that rows are grouped by. Throws Error (ConversionError) for a text that the server cannot hold.
+    // A value that stands twice with the same type after its mark ("?::int") is one parameter: so the server
+    // sees that an expression is the one that rows are grouped by. Throws Error (ConversionError) for a text
+    // that the server cannot hold.
     explicit PostgresStatement(const QString &sql, const QVariantList &values = {});
     PostgresStatement(const PostgresStatement &) = delete;
     PostgresStatement &operator=(const PostgresStatement &) = delete;

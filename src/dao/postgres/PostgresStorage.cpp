@@ -121,8 +121,8 @@ void PostgresStorage::define()
     }
 }
 
-// What an earlier version of the program has defined gives way to this one's. Programs that begin at once wait for one
-// another; to define the same again does no harm.
+// What an earlier version of the program has defined gives way to this one's. Programs that begin at once
+// wait for one another; to define the same again does no harm.
 void PostgresStorage::renewDefinitions(const PostgresAddress &address)
 {
     if (m_connection.inTransaction())

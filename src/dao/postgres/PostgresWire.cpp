@@ -17,7 +17,8 @@ namespace {
 
 // The server ends a statement at its limit; its answer has this long to arrive.
 constexpr int answerDelayMs = 2000;
-// An attempt to connect that takes this long was to a server that does not answer; the next one comes after a rest.
+// An attempt to connect that takes this long was to a server that does not answer; the next one comes after a
+// rest.
 constexpr qint64 slowAttemptMs = 1000;
 constexpr qint64 restMs = 1000;
 
@@ -52,7 +53,8 @@ bool PostgresWire::open()
     m_wasSilent = false;
     QElapsedTimer time;
     time.start();
-    // The library looks the name up for as long as that takes, and connects for as long as connect_timeout allows.
+    // The library looks the name up for as long as that takes, and connects for as long as connect_timeout
+    // allows.
     if (isNameAnswered(PQhost(m_connection)))
         PQreset(m_connection);
     if (isOpen())
@@ -64,7 +66,8 @@ bool PostgresWire::open()
 
 void PostgresWire::giveUp()
 {
-    // The library reads the end at once then, wherever it is, and says no good-bye for which it would have to wait.
+    // The library reads the end at once then, wherever it is, and says no good-bye for which it would have to
+    // wait.
     ::shutdown(PQsocket(m_connection), SHUT_RDWR);
     PQconsumeInput(m_connection);
 }
@@ -76,8 +79,8 @@ QDeadlineTimer PostgresWire::patience() const
     return QDeadlineTimer(m_statementLimitMs + answerDelayMs);
 }
 
-// Until the server has sent something, which is taken in, or takes more of what is sent to it. False when there is
-// nothing to wait for any more.
+// Until the server has sent something, which is taken in, or takes more of what is sent to it. False when
+// there is nothing to wait for any more.
 bool PostgresWire::waitForServer(bool mayWrite)
 {
     pollfd socket{PQsocket(m_connection), POLLIN, 0};
@@ -98,8 +101,8 @@ bool PostgresWire::waitForServer(bool mayWrite)
         giveUp();
         return false;
     }
-    // The second time for what is decrypted already, which cannot be waited for: a record of TLS has up to 16 KB, and
-    // the library makes room for 8.
+    // The second time for what is decrypted already, which cannot be waited for: a record of TLS has up to 16
+    // KB, and the library makes room for 8.
     return PQconsumeInput(m_connection) == 1 && PQconsumeInput(m_connection) == 1;
 }
 

@@ -10,9 +10,9 @@ namespace dao {
 
 class PostgresStatement;
 
-// A native connection as something that may fall silent: whoever waits for the server waits with a limit. The server itself
-// cuts a statement that takes too long, so one that has not answered some time after that will not answer any more; the
-// connection is given up then, which takes no time and needs no answer.
+// A native connection as something that may fall silent: whoever waits for the server waits with a limit. The
+// server itself cuts a statement that takes too long, so one that has not answered some time after that will
+// not answer any more; the connection is given up then, which takes no time and needs no answer.
 class PostgresWire {
 public:
     // A connection that is open; the server works on a statement for so many seconds.
@@ -31,16 +31,16 @@ public:
     bool isInTransaction() const;
     // Whether the connection ended because the server gave no sign, not because it was closed.
     bool wasSilent() const { return m_wasSilent; }
-    // Opens the connection again, without the greeting. After an attempt that took long it is false for a while
-    // without another one: a form asks many things one after the other.
+    // Opens the connection again, without the greeting. After an attempt that took long it is false for a
+    // while without another one: a form asks many things one after the other.
     bool open();
     void giveUp();
 
     // Statements without values, as PQsendQuery() takes them, or one with values. Their results follow.
     void send(const QByteArray &sql);
     void send(const PostgresStatement &statement);
-    // One with values and further ones without, in one message, each with results of its own; the last result is
-    // PGRES_PIPELINE_SYNC. Then endTogether().
+    // One with values and further ones without, in one message, each with results of its own; the last result
+    // is PGRES_PIPELINE_SYNC. Then endTogether().
     void sendTogether(const PostgresStatement &statement, const QList<QByteArray> &further);
     void endTogether();
     // Waits for the next result, as PQgetResult() gives it: null after the last one of a statement.

@@ -10,8 +10,8 @@
 namespace dao {
 namespace {
 
-// Waits for another workstation's lock, some 250 ms in all. All who wait look equally often, so that whoever has come
-// last is not served before the others again and again, as with SQLite's own growing pauses.
+// Waits for another workstation's lock, some 250 ms in all. All who wait look equally often, so that whoever
+// has come last is not served before the others again and again, as with SQLite's own growing pauses.
 int waitForLock(void *, int attempts)
 {
     constexpr int quickAttempts = 10;

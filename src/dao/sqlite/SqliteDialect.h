@@ -5,8 +5,8 @@
 
 namespace dao {
 
-// The SQL of SQLite 3.40. Text columns collate by JET_TEXT, and Jet's functions are registered on the connection
-// (SqliteFunctions).
+// The SQL of SQLite 3.40. Text columns collate by JET_TEXT, and Jet's functions are registered on the
+// connection (SqliteFunctions).
 class SqliteDialect final : public Dialect {
 public:
     QString textLiteral(const QString &text) const override;

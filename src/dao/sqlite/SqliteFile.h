@@ -13,9 +13,9 @@ namespace dao {
 // are still the ones found under their names: what is written to deleted or replaced files is lost.
 class SqliteFile {
 public:
-    // True when the file has a second name (a hard link) and somebody has it open, under whichever. Each name has a
-    // write-ahead log of its own, so two who write under two names would lose each other's rows. Throws Error
-    // (Failed) when the file cannot be read.
+    // True when the file has a second name (a hard link) and somebody has it open, under whichever. Each name
+    // has a write-ahead log of its own, so two who write under two names would lose each other's rows. Throws
+    // Error (Failed) when the file cannot be read.
     static bool isOpenUnderTwoNames(const QString &path);
 
     SqliteFile() = default;

@@ -16,7 +16,8 @@ public:
     // `name` is a file's path or, with the flag SQLITE_OPEN_URI, its address. Throws Error.
     SqliteHandle(const QString &name, int flags);
 
-    // Reads a file as it stands, whoever has it open, and never writes; nobody may be writing to it. Throws Error.
+    // Reads a file as it stands, whoever has it open, and never writes; nobody may be writing to it. Throws
+    // Error.
     static SqliteHandle asItStands(const QString &path);
 
     sqlite3 *get() const { return m_connection.get(); }

@@ -20,7 +20,8 @@ public:
     SqliteStatement(sqlite3 *connection, const QString &sql, unsigned flags = 0);
 
     const QString &sql() const { return m_sql; }
-    // The values of the marks, in their order, of the types that a recordset's fields have. An invalid variant is Null.
+    // The values of the marks, in their order, of the types that a recordset's fields have. An invalid
+    // variant is Null.
     void bind(const QVariantList &values);
     // True when it stands on a row, false when it is done.
     bool step();
@@ -28,7 +29,8 @@ public:
     void run();
     // Ready to be done again, without values.
     void reset();
-    // A column of the row as it is stored: whole number, double, QString or QByteArray; Null is an invalid variant.
+    // A column of the row as it is stored: whole number, double, QString or QByteArray; Null is an invalid
+    // variant.
     QVariant value(int column) const;
 
 private:
@@ -44,8 +46,8 @@ private:
     std::vector<QByteArray> m_texts; // the bytes that the statement reads, by position
 };
 
-// The prepared statements of a connection that were used last, by their SQL: forms ask the same again each time that they
-// are shown. Not for PRAGMA: some of them do their work while they are prepared.
+// The prepared statements of a connection that were used last, by their SQL: forms ask the same again each
+// time that they are shown. Not for PRAGMA: some of them do their work while they are prepared.
 class SqliteStatements {
 public:
     explicit SqliteStatements(sqlite3 *connection);
