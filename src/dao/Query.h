@@ -9,7 +9,7 @@
 
 namespace dao {
 
-// The value of a parameter, which stands in the SQL as a bare or bracketed name: "where cod_paz = [paziente]". Its
+// The value of a parameter, which stands in the SQL as a bare or bracketed name: "where cod_paz = [patient]". Its
 // type is that of the variant: bool is Yes/No; a whole number Long (Double when it is too large); double Double;
 // QString Text, never Null even when it is empty; QDate, QTime and QDateTime Date, an invalid one Null; QUuid Guid; an
 // invalid variant Null.

@@ -72,7 +72,8 @@ std::unique_ptr<dao::Recordset> openGeneralInformation(dao::Database &clinical, 
                                                        dao::RecordsetType type)
 {
     return clinical.OpenRecordset(
-        {QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = [patient]"), {{"patient", patientCode}}}, type);
+        {QStringLiteral("SELECT * FROM Inf_gen WHERE cod_paz = [patient]"), {{"patient", patientCode}}},
+        type);
 }
 
 std::optional<QString> readFreeText(dao::Database &clinical, qint32 patientCode)

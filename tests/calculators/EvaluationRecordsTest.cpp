@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "calculators/CalculatorFixture.h"
 #include "chart/SharedWrites.h"
-#include "data/LockHolder.h"
 #include "evaluations/CardiovascularRecords.h"
 #include "evaluations/MetabolicRecords.h"
 
@@ -316,31 +315,6 @@ TEST_F(EvaluationRecordsTest, RowsOfOtherProgramsMayHaveATimeAndNulls)
     EvaluationValues seen = readEvaluations(database(), storedMetabolic(), 17).value(verdicts[0].when);
     EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), verdicts[0].when, seen), WriteResult::Done);
     EXPECT_TRUE(readMetabolicHistory(database(), 17).isEmpty());
-}
-
-TEST_F(EvaluationRecordsTest, WaitsForAnotherWorkstation)
-{
-    MetabolicEvaluation evaluation;
-    evaluation.verdict = 1;
-    evaluation.waistCm = 101.5;
-    EvaluationVersions versions;
-    {
-        LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(saveMetabolic(state, day, evaluation, true, versions), WriteResult::Failed);
-        EXPECT_EQ(pauses.taken.size(), 19);
-        EvaluationValues none;
-        EXPECT_EQ(deleteEvaluation(state, storedMetabolic(), day, none), WriteResult::Failed);
-    }
-    EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"), QStringList{});
-    pauses.taken.clear();
-    {
-        LockHolder other(path("Orvale.sqlite"));
-        pauses.actAt = 2;
-        pauses.during = [&] { other.release(); };
-        EXPECT_EQ(saveMetabolic(state, day, evaluation, true, versions), WriteResult::Done);
-    }
-    EXPECT_EQ(clinical("SELECT * FROM SindrMetabolica"),
-              QStringList{"17|2026-11-21 00:00:00|1|101.5|Null|Null|Null|Null"});
 }
 
 } // namespace

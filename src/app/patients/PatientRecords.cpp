@@ -27,11 +27,10 @@ qint32 whole(const dao::Field &field)
     return static_cast<qint32>(field.number());
 }
 
-// Rows of one patient, who is [paziente] in the SQL.
+// Rows of one patient, who is [patient] in the SQL.
 std::unique_ptr<dao::Recordset> rowsOf(dao::Database &clinical, const QString &sql, qint32 patient)
 {
-    return clinical.OpenRecordset({sql, {{QStringLiteral("paziente"), patient}}},
-                                  dao::RecordsetType::Snapshot);
+    return clinical.OpenRecordset({sql, {{"patient", patient}}}, dao::RecordsetType::Snapshot);
 }
 
 PatientEntry entryOf(dao::Recordset &rows)
@@ -90,7 +89,7 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 {
     std::vector<PatientEntry> patients;
     const auto rows =
-        rowsOf(*m_environment.clinical, entrySql(QStringLiteral("a.cod_paz > [paziente]")), code);
+        rowsOf(*m_environment.clinical, entrySql(QStringLiteral("a.cod_paz > [patient]")), code);
     // Not TOP, which ranks all rows to keep equal ones together: rows are read only as far as the index is
     // followed here.
     for (; static_cast<int>(patients.size()) < count && !rows->Eof(); rows->MoveNext())
@@ -101,7 +100,7 @@ std::vector<PatientEntry> PatientRecords::entriesAfter(qint32 code, int count) c
 std::optional<PatientEntry> PatientRecords::entry(qint32 code) const
 {
     const auto rows =
-        rowsOf(*m_environment.clinical, entrySql(QStringLiteral("a.cod_paz = [paziente]")), code);
+        rowsOf(*m_environment.clinical, entrySql(QStringLiteral("a.cod_paz = [patient]")), code);
     if (rows->Eof())
         return {};
     return entryOf(*rows);
@@ -121,7 +120,7 @@ std::optional<PatientRegistry> PatientRecords::registry(qint32 code) const
     const auto rows = rowsOf(
         *m_environment.clinical,
         QStringLiteral("SELECT a.*, g.cod_fisc, g.prefisso, g.telefono, g.luogo_nas FROM archivio AS a "
-                       "LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz = [paziente]"),
+                       "LEFT JOIN inf_gen AS g ON a.cod_paz = g.cod_paz WHERE a.cod_paz = [patient]"),
         code);
     if (rows->Eof())
         return {};
@@ -181,7 +180,7 @@ QList<VisitLine> PatientRecords::lastVisits(qint32 code) const
     const auto rows = rowsOf(
         *m_environment.clinical,
         QStringLiteral("SELECT TOP %1 DataReg, idtipo, conclusioni, anamnesi, esameob, pianificazione, "
-                       "txtNote FROM VISITAPROBL WHERE cod_paz = [paziente] "
+                       "txtNote FROM VISITAPROBL WHERE cod_paz = [patient] "
                        "ORDER BY DataReg DESC, IdVisitaProbl DESC")
             .arg(shownVisits),
         code);
@@ -207,7 +206,7 @@ QList<LaboratoryLine> PatientRecords::lastLaboratory(qint32 patient) const
         QStringLiteral("SELECT TOP %1 r.da_pre, r2.codice, r2.esame, r2.unita, r2.unita_Mis, r2.risposta, "
                        "r2.risposta_e "
                        "FROM riepil AS r, riepil2 AS r2 WHERE r2.cod_rie = r.minsan AND r.tipo = 1 "
-                       "AND r.cod_paz = [paziente] ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
+                       "AND r.cod_paz = [patient] ORDER BY r.da_pre DESC, r2.idriepil2 DESC")
             .arg(readResults),
         patient);
     for (; !rows->Eof(); rows->MoveNext()) {
@@ -240,7 +239,7 @@ BloodPressure PatientRecords::lastPressure(qint32 code) const
     const auto rows =
         rowsOf(*m_environment.clinical,
                QStringLiteral("SELECT TOP 1 presmax, presmin, data_ob FROM esa_ob "
-                              "WHERE cod_paz = [paziente] AND presmax > 0 ORDER BY data_ob DESC"),
+                              "WHERE cod_paz = [patient] AND presmax > 0 ORDER BY data_ob DESC"),
                code);
     if (rows->Eof())
         return {};
