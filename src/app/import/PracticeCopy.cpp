@@ -183,7 +183,7 @@ QList<TableProof> PracticeCopy::run()
     for (const PracticeFile &file : practiceFiles())
         copyDatabase(source, build, file.database);
     build.finish();
-    const QList<TableProof> proofs = prove(build.folder());
+    QList<TableProof> proofs = prove(build.folder());
     report({}, true, 0, 0); // the last chance to give up
     build.place();
     return proofs;
