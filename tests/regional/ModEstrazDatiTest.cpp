@@ -141,17 +141,6 @@ TEST_F(ModEstrazDatiTest, FindsPrescriptionsThatAHospitalSuggested)
     EXPECT_TRUE(logged().isEmpty());
 }
 
-TEST_F(ModEstrazDatiTest, TakesTheNewestRisk)
-{
-    for (const char *row : {"(17, #6/1/2024#, 0.12)", "(17, #11/21/2026#, 0.34)", "(17, #1/1/2020#, Null)",
-                            "(18, #6/1/2026#, 0.99)"})
-        execute(QStringLiteral("INSERT INTO Rischio_Cardio (cod_paz, Data_Val, pct_rischio) VALUES ") + row);
-    EXPECT_EQ(data.UltimoRischioCardio(17, {none, none}), 0.34);
-    EXPECT_EQ(data.UltimoRischioCardio(17, {none, QDate(2026, 11, 20)}), 0.12);
-    EXPECT_EQ(data.UltimoRischioCardio(17, {QDate(2024, 6, 2), QDate(2025, 1, 1)}), 0);
-    EXPECT_EQ(data.UltimoRischioCardio(17, {none, QDate(2021, 1, 1)}), 0); // a Null
-}
-
 TEST_F(ModEstrazDatiTest, TakesTheNewestNumericResult)
 {
     LabResult result;
@@ -214,20 +203,6 @@ TEST_F(ModEstrazDatiTest, LaboratoryPeriodsHaveBothBounds)
         EXPECT_EQ(data.EsisteEsameLab(17, period, glycated), found);
         EXPECT_EQ(data.UltimoEsameLab(17, period, glycated, result), found);
     }
-}
-
-TEST_F(ModEstrazDatiTest, WithoutGeneralInformationThereIsNoLaboratory)
-{
-    addOrder(1, "E1", "#6/1/2026#");
-    addResult("E1", "'7'");
-    execute("DELETE FROM inf_gen WHERE cod_paz = 17");
-    LabResult result;
-    EXPECT_FALSE(data.UltimoEsameLab(17, year, glycated, result));
-    EXPECT_FALSE(data.EsisteEsameLab(17, year, glycated));
-    addExamination("A", "#6/1/2026#", "'170 70.0'");
-    Anthropometry body;
-    EXPECT_TRUE(data.DatiAntropometrici(17, year, body)); // the other routines need only the patient's code
-    EXPECT_TRUE(logged().isEmpty());
 }
 
 TEST_F(ModEstrazDatiTest, TakesTheFirstHeightAndWeightThatAreNotZero)
