@@ -265,24 +265,10 @@ TEST_F(ProblemiTest, WhatAnotherWorkstationSavedIsNotClosedUnseen)
     });
 }
 
-// The list was not renewed, and the doctor has kept the visit without its problem.
-TEST_F(ProblemiTest, AVisitThatWasFiledElsewhereIsShownThere)
-{
-    state.selected.id = addProblem("466", "Bronchite", QDate(2026, 1, 4));
-    Problemi form(state);
-    open(form, [&] {
-        otherWorkstation()->Execute("DELETE * FROM PROBLEMS");
-        forms.act = [&] { forms.call<VisitCall>().saved = addVisit("0", "#01/05/2026#"); };
-        click("bt_Visita_1");
-        EXPECT_EQ(rows(problems).size(), 1);
-        EXPECT_EQ(rows(items), QStringList("05/01/26|Visita ambulatoriale|Visita"));
-    });
-}
-
 TEST_F(ProblemiTest, TellsWhatCouldNotBeDone)
 {
     const qint32 problem = addProblem("466", "Bronchite", QDate(2026, 1, 4), 1);
-    const qint32 visit = addVisit(QString::number(problem), "#01/05/2026#");
+    addVisit(QString::number(problem), "#01/05/2026#");
     state.selected.id = problem;
     Problemi form(state);
     open(form, [&] {
@@ -300,26 +286,6 @@ TEST_F(ProblemiTest, TellsWhatCouldNotBeDone)
         clickRow(items, "0");
         expectFailure("bt_Visita_3", "Non è stato possibile cancellare la visita");
         EXPECT_EQ(rows(items).size(), 1);
-        execute("CREATE TABLE DELETIONS (sRecordUid TEXT(50), sTableCode TEXT(10), idRowGuid GUID, sOwnerUid "
-                "TEXT(50), "
-                "dCreationDate DATETIME, dLastModifiedDate DATETIME, sAuthorUid TEXT(50))");
-
-        clickRow(items, "0");
-        execute(QStringLiteral("DELETE * FROM VISITAPROBL WHERE IdVisitaProbl = %1").arg(visit));
-        prompts.queue(PromptButton::Yes);
-        prompts.queue();
-        key(items, Qt::Key_Delete);
-        EXPECT_EQ(prompts.last(),
-                  "Attenzione!|La visita era già stata cancellata da un'altra postazione.|warning");
-        EXPECT_TRUE(isShown("SSPanel1"));
-
-        execute("DELETE * FROM PROBLEMS");
-        prompts.queue(PromptButton::Yes);
-        prompts.queue();
-        click("bt_Probl_4");
-        EXPECT_EQ(prompts.last(),
-                  "Attenzione!|Il problema era già stato cancellato da un'altra postazione.|warning");
-        EXPECT_EQ(rows(problems).size(), 1) << "the list is read again";
     });
 }
 

@@ -224,30 +224,6 @@ TEST_F(Visita2Test, ClosingWithoutSavingWritesNothing)
     EXPECT_EQ(stored(), "");
 }
 
-TEST_F(Visita2Test, WhatAnotherWorkstationDeletedIsSaidAndNothingIsLost)
-{
-    const qint32 cough = addProblem("", "Tosse");
-    const qint32 visit = addVisit(QString::number(cough), "#11/19/2026#");
-    openVisit(visit, [&] {
-        type("Text1_0", "scritto intanto");
-        otherWorkstation()->Execute("DELETE * FROM VISITAPROBL");
-        EXPECT_EQ(boxOf(save, PromptButton::No),
-                  "Attenzione!|La visita è stata eliminata da un'altra postazione mentre la si modificava.\n"
-                  "Quanto scritto è ancora nella finestra. Salvarla come nuova visita?|warning");
-        EXPECT_TRUE(form.isVisible());
-        otherWorkstation()->Execute("DELETE * FROM PROBLEMS");
-        const std::string gone =
-            "Attenzione!|Il problema associato è stato eliminato da un'altra postazione.\n"
-            "Salvare la visita senza problema associato?\n"
-            "Con No resta aperta com'è, e se ne può scegliere un altro.|warning";
-        EXPECT_EQ(boxOf(save, PromptButton::No), gone);
-        EXPECT_EQ(value("Text1_0") + value("Problema"), "scritto intanto");
-        boxOf(save, PromptButton::Yes);
-        EXPECT_FALSE(form.isVisible());
-    });
-    EXPECT_EQ(stored("id_Probl, DataReg, anamnesi"), "0|2026-11-19 00:00:00|scritto intanto");
-}
-
 // In the list that was not renewed, in the list of the chooser, while the visit is written, and while it is
 // saved.
 TEST_F(Visita2Test, AProblemThatWasDeletedElsewhereTakesNoVisit)
