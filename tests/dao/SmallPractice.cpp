@@ -215,10 +215,8 @@ QString SmallPractice::ofNulls(const QString &function, const QList<FieldType> &
 {
     QStringList nulls;
     for (const FieldType type : types)
-        nulls.append(m_storage->dialect().nullLiteral(type));
-    return run(
-        QStringLiteral("SELECT %1(%2)").arg(m_storage->dialect().functionName(function), nulls.join(u',')),
-        1);
+        nulls.append(dialect().nullLiteral(type));
+    return run(QStringLiteral("SELECT %1(%2)").arg(dialect().functionName(function), nulls.join(u',')), 1);
 }
 
 QString SmallPractice::plan(const QString &sql) const
