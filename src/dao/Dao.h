@@ -178,7 +178,7 @@ public:
 
     QString Name() const; // the full path of its file, as it was opened
     // A SELECT, or a table's name. RecordsetType::Table needs a table. With parameters:
-    // OpenRecordset({"select * from Archivio where cod_paz = [patient]", {{"paziente", code}}}).
+    // OpenRecordset({"select * from Archivio where cod_paz = [patient]", {{"patient", code}}}).
     std::unique_ptr<Recordset> OpenRecordset(const QString &source,
                                              RecordsetType type = RecordsetType::Dynaset,
                                              RowsWanted wanted = RowsWanted::All);
