@@ -25,9 +25,9 @@ qint32 beginRecord(WorkingState &state, dao::Recordset &row, const RecordTable &
     if (isNew && table.newKey == NewKey::HighestPlusOne)
         id = nextKey(state.clinical(), QString::fromLatin1(table.name), key);
     if (isNew)
-        state.operations.Recordset_AddNew(row);
+        state.operations.addNew(row);
     else
-        state.operations.Recordset_Edit(row);
+        state.operations.edit(row);
     if (isNew) {
         row.Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
         if (id != 0)
@@ -48,11 +48,11 @@ WriteResult deleteSharedRow(WorkingState &state, const RecordTable &table, qint3
         seen = stored;
         return WriteResult::Changed;
     }
-    state.operations.Recordset_Edit(*row);
+    state.operations.edit(*row);
     SharedRows shared = state.sharedRows();
     const QString uid = shared.ensureRecordUid(*row);
     row->Fields(QStringLiteral("sOwnerUid")).setValue(state.uidAuthor);
-    state.operations.Recordset_Update(*row);
+    state.operations.update(*row);
     shared.recordDeletion(state.clinical(), uid, QString::fromLatin1(table.section), state.uidAuthor);
     row->Delete();
     return WriteResult::Done;

@@ -95,7 +95,7 @@ SaveResult<Record> saveShared(WorkingState &state, Record &mine, const Record &r
             steps.alsoWrite();
         id = beginRecord(state, *row, table, mine.id);
         writeFields(*row, mine);
-        state.operations.Recordset_Update(*row);
+        state.operations.update(*row);
         if (isNew && table.newKey == NewKey::Autonumber)
             id = qint32(row->LastAutoNumber());
         return WriteResult::Done;

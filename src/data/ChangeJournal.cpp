@@ -91,7 +91,8 @@ qint16 ChangeJournal::recordEvent(const QString &MedicoR, const QString &Medico,
     const auto text = [](const QVariant &key) { return isBlank(key) ? QString() : key.toString(); };
     try {
         const auto events = m_events.OpenRecordset(QStringLiteral("Eventi"), dao::RecordsetType::Dynaset);
-        m_operations.Recordset_AddNew(*events);
+        if (m_operations.Recordset_AddNew(*events) != 0)
+            return failed;
         setIfPossible(*events, QStringLiteral("MedicoR"), MedicoR);
         setIfPossible(*events, QStringLiteral("Medico"), Medico);
         setIfPossible(*events, QStringLiteral("metodo"), metodo);
@@ -101,8 +102,7 @@ qint16 ChangeJournal::recordEvent(const QString &MedicoR, const QString &Medico,
         setIfPossible(*events, QStringLiteral("chiave1"), text(chiave1));
         setIfPossible(*events, QStringLiteral("chiave2"), text(chiave2));
         setIfPossible(*events, QStringLiteral("Eseguita"), true);
-        m_operations.Recordset_Update(*events);
-        return 0;
+        return m_operations.Recordset_Update(*events);
     } catch (const dao::Error &error) {
         m_log.write(
             QStringLiteral("Eventi - Error %1 - %2").arg(QString::number(error.number()), error.text()));

@@ -37,6 +37,18 @@ bool isAnothersDoing(int errorNumber)
            || errorNumber == dao::RecordDeleted;
 }
 
+template <typename Operation>
+qint16 flagOf(Operation operation)
+{
+    constexpr qint16 failed = -1;
+    try {
+        operation();
+        return 0;
+    } catch (const dao::Error &) {
+        return failed; // the log has it
+    }
+}
+
 } // namespace
 
 bool Attempts::fail(int errorNumber)
@@ -95,19 +107,34 @@ void RecordsetOperations::attempt(const QString &routine, const dao::Recordset &
     attempt(routine, recordset.Name(), recordset.isInTransaction(), attempts, operation);
 }
 
-void RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
+void RecordsetOperations::addNew(dao::Recordset &recordset)
 {
     attempt(QStringLiteral("Recordset_AddNew"), recordset, [&] { recordset.AddNew(); });
 }
 
-void RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
+void RecordsetOperations::edit(dao::Recordset &recordset)
 {
     attempt(QStringLiteral("Recordset_Edit"), recordset, [&] { recordset.Edit(); });
 }
 
-void RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
+void RecordsetOperations::update(dao::Recordset &recordset)
 {
     attempt(QStringLiteral("Recordset_Update"), recordset, [&] { recordset.Update(); });
+}
+
+qint16 RecordsetOperations::Recordset_AddNew(dao::Recordset &recordset)
+{
+    return flagOf([&] { addNew(recordset); });
+}
+
+qint16 RecordsetOperations::Recordset_Edit(dao::Recordset &recordset)
+{
+    return flagOf([&] { edit(recordset); });
+}
+
+qint16 RecordsetOperations::Recordset_Update(dao::Recordset &recordset)
+{
+    return flagOf([&] { update(recordset); });
 }
 
 void RecordsetOperations::Workspace_BeginTrans(dao::Workspace &workspace,

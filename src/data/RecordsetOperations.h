@@ -47,9 +47,15 @@ public:
     {
     }
 
-    void Recordset_AddNew(dao::Recordset &recordset);
-    void Recordset_Edit(dao::Recordset &recordset);
-    void Recordset_Update(dao::Recordset &recordset);
+    // 0 when it is done, -1 when it failed after the last attempt; raises nothing.
+    qint16 Recordset_AddNew(dao::Recordset &recordset);
+    qint16 Recordset_Edit(dao::Recordset &recordset);
+    qint16 Recordset_Update(dao::Recordset &recordset);
+
+    // The same operations for code that needs the error.
+    void addNew(dao::Recordset &recordset);
+    void edit(dao::Recordset &recordset);
+    void update(dao::Recordset &recordset);
 
     // Begins a transaction with the same patience. Where rows are written together the waiting belongs
     // here: once the transaction has begun, no other workstation is in the way any more.

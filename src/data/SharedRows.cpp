@@ -143,12 +143,12 @@ void SharedRows::begin(dao::Recordset &recordset, qint16 &isNew, const QString &
     if (!isNew) {
         recordset.Seek(QStringLiteral("="), key);
         if (!recordset.NoMatch()) {
-            m_context.operations.Recordset_Edit(recordset);
+            m_context.operations.edit(recordset);
             return;
         }
         isNew = yes;
     }
-    m_context.operations.Recordset_AddNew(recordset);
+    m_context.operations.addNew(recordset);
 }
 
 QString SharedRows::StampPatientRow(dao::Recordset &recordset, qint16 &isNew, const PatientStamp &stamp)
@@ -159,7 +159,7 @@ QString SharedRows::StampPatientRow(dao::Recordset &recordset, qint16 &isNew, co
     try {
         begin(recordset, isNew, key);
         const QString uid = writePatientStamp(recordset, isNew != 0, stamp);
-        m_context.operations.Recordset_Update(recordset);
+        m_context.operations.update(recordset);
         return uid;
     } catch (const dao::Error &) {
         return {};
@@ -182,7 +182,7 @@ QString SharedRows::recordDeletion(dao::Database &database, const QString &recor
     const QDateTime now = m_context.clock.local();
     QString owner;
     const QString uid = writePlainStamp(*deletions, isNew != 0, owner, author, now, now);
-    m_context.operations.Recordset_Update(*deletions);
+    m_context.operations.update(*deletions);
     return uid;
 }
 

@@ -81,9 +81,9 @@ WriteResult saveEvaluation(WorkingState &state, const StoredEvaluation &stored, 
             return WriteResult::Vanished;
         const EvaluationValues now = isThere ? valuesOf(*row, stored) : EvaluationValues();
         if (isThere) {
-            state.operations.Recordset_Edit(*row);
+            state.operations.edit(*row);
         } else {
-            state.operations.Recordset_AddNew(*row);
+            state.operations.addNew(*row);
             row->Fields(QStringLiteral("cod_paz")).setValue(state.header.patientCode);
         }
         row->Fields(QStringLiteral("Data_Val")).setValue(when);
@@ -96,7 +96,7 @@ WriteResult saveEvaluation(WorkingState &state, const StoredEvaluation &stored, 
             versions.stored = now;
             return WriteResult::Changed;
         }
-        state.operations.Recordset_Update(*row);
+        state.operations.update(*row);
         journal(state, stored, when, false);
         return WriteResult::Done;
     });

@@ -43,9 +43,9 @@ void writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code,
     const auto rows = openQuestionnaire(state.clinical(), patientCode, letterOf(kind));
     const bool isNew = rows->Eof();
     if (isNew)
-        state.operations.Recordset_AddNew(*rows);
+        state.operations.addNew(*rows);
     else
-        state.operations.Recordset_Edit(*rows);
+        state.operations.edit(*rows);
     rows->Fields(QStringLiteral("cod_paz")).setValue(patientCode);
     rows->Fields(QStringLiteral("dati_paz")).setValue(code);
     rows->Fields(QStringLiteral("tipo_dati")).setValue(letterOf(kind));
@@ -54,7 +54,7 @@ void writeCode(WorkingState &state, QuestionnaireKind kind, const QString &code,
     // Who seeks the row by the index looks for an empty key, not for Null.
     if (isNew)
         rows->Fields(QStringLiteral("chiave")).setValue(QStringLiteral(""));
-    state.operations.Recordset_Update(*rows);
+    state.operations.update(*rows);
     state.changeJournal().recordChange(Questionnaire, patientCode, letterOf(kind), false);
 }
 
@@ -64,9 +64,9 @@ bool writeFreeText(WorkingState &state, const QString &text)
     const auto rows = openGeneralInformation(state.clinical(), patientCode);
     if (rows->Eof())
         return false;
-    state.operations.Recordset_Edit(*rows);
+    state.operations.edit(*rows);
     rows->Fields(QStringLiteral("Allergie")).setValue(text);
-    state.operations.Recordset_Update(*rows);
+    state.operations.update(*rows);
     state.changeJournal().recordChange(GeneralInformation, patientCode, {}, false);
     return true;
 }

@@ -125,7 +125,7 @@ WriteResult closeProblem(WorkingState &state, qint32 id, ProblemStanding &seen)
         }
         beginRecord(state, *row, table, id);
         row->Fields(QStringLiteral("stato_probl")).setValue(qint16(ProblemState::Closed));
-        state.operations.Recordset_Update(*row);
+        state.operations.update(*row);
         return WriteResult::Done;
     });
 }

@@ -75,12 +75,12 @@ WriteResult addSheet(WorkingState &state, StoredSheet &sheet)
         if (number < 1 || !clinical.OpenRecordset(byNumber(sheet.type, number))->Eof())
             number = nextSheetNumber(clinical, sheet.type);
         const auto rows = clinical.OpenRecordset(QStringLiteral("select * from AIR15_7 "));
-        state.operations.Recordset_AddNew(*rows);
+        state.operations.addNew(*rows);
         field(*rows, "idScheda").setValue(number);
         field(*rows, "cod_paz").setValue(state.header.patientCode);
         field(*rows, "idTipo").setValue(sheet.type);
         writeFields(*rows, sheet);
-        state.operations.Recordset_Update(*rows);
+        state.operations.update(*rows);
         return WriteResult::Done;
     });
     if (result == WriteResult::Done)
@@ -98,9 +98,9 @@ SaveResult<StoredSheet> changeSheet(WorkingState &state, const StoredSheet &shee
         stored = sheetOf(*rows);
         if (stored != read && stored != sheet)
             return WriteResult::Changed;
-        state.operations.Recordset_Edit(*rows);
+        state.operations.edit(*rows);
         writeFields(*rows, sheet);
-        state.operations.Recordset_Update(*rows);
+        state.operations.update(*rows);
         return WriteResult::Done;
     });
     return {result, stored};

@@ -22,9 +22,9 @@ QStringList names(dao::Database &database, const QString &query, const QString &
 void addHospital(WorkingState &state, const QString &name)
 {
     const auto table = state.clinical().OpenRecordset(QStringLiteral("sedericov"));
-    state.operations.Recordset_AddNew(*table);
+    state.operations.addNew(*table);
     table->Fields(QStringLiteral("denominazione")).setValue(name);
-    state.operations.Recordset_Update(*table);
+    state.operations.update(*table);
 }
 
 } // namespace

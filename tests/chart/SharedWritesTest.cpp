@@ -21,10 +21,10 @@ protected:
     WriteResult add(const QVariant &key, const QString &note)
     {
         const auto row = database().OpenRecordset("VISITE");
-        state.operations.Recordset_AddNew(*row);
+        state.operations.addNew(*row);
         row->Fields("chiave").setValue(key);
         row->Fields("nota").setValue(note);
-        state.operations.Recordset_Update(*row);
+        state.operations.update(*row);
         return WriteResult::Done;
     }
     // Another workstation saves, without waiting.

@@ -55,13 +55,13 @@ protected:
 TEST_F(RecordsetOperationsTest, SucceedAtOnceWithTwoLinesEach)
 {
     const auto visits = database->OpenRecordset("VISITE");
-    operations.Recordset_AddNew(*visits);
+    EXPECT_EQ(operations.Recordset_AddNew(*visits), 0);
     visits->Fields("chiave").setValue(2);
-    operations.Recordset_Update(*visits);
+    EXPECT_EQ(operations.Recordset_Update(*visits), 0);
     visits->MoveFirst();
-    operations.Recordset_Edit(*visits);
+    EXPECT_EQ(operations.Recordset_Edit(*visits), 0);
     visits->Fields("nota").setValue("cambiata");
-    operations.Recordset_Update(*visits);
+    operations.update(*visits); // the same, for code that needs the error
 
     EXPECT_EQ(logged(),
               (QStringList{"Recordset_AddNew - begin", "Recordset_AddNew - 0", "Recordset_Update - begin",
@@ -102,7 +102,7 @@ TEST_F(RecordsetOperationsTest, ALockThatStaysFailsAfterTwentyAttempts)
     visits->Fields("chiave").setValue(2);
     {
         const LockHolder other(path("Orvale.sqlite"));
-        EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::Locked);
+        EXPECT_EQ(operations.Recordset_Update(*visits), -1);
     }
     const QStringList lines = logged();
     EXPECT_EQ(lines.filter("Recordset_Update - iErr=").size(), 20);
@@ -124,7 +124,7 @@ TEST_F(RecordsetOperationsTest, APermanentErrorIsRetriedTheSameWay)
     const dao::Error required = errorOf([&] { visits->Update(); });
     EXPECT_EQ(required.number(), dao::FieldRequired);
     pauses.draws = {0, 0.5, 0.001, 0.003, 0.9999999};
-    EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::FieldRequired);
+    EXPECT_EQ(errorOf([&] { operations.update(*visits); }).number(), dao::FieldRequired);
 
     QStringList expected{"Recordset_Update - begin"};
     for (int attempt = 1; attempt <= 20; ++attempt) {
@@ -144,10 +144,10 @@ TEST_F(RecordsetOperationsTest, EditAndAddNewFailWithTheirOwnTexts)
     visits->MoveFirst();
     database->Execute("delete * from VISITE");
     const dao::Error deleted = errorOf([&] { visits->Edit(); });
-    EXPECT_EQ(errorOf([&] { operations.Recordset_Edit(*visits); }).text(), deleted.text());
+    EXPECT_EQ(errorOf([&] { operations.edit(*visits); }).text(), deleted.text());
     const auto snapshot = database->OpenRecordset("VISITE", dao::RecordsetType::Snapshot);
     const dao::Error readOnly = errorOf([&] { snapshot->AddNew(); });
-    EXPECT_EQ(errorOf([&] { operations.Recordset_AddNew(*snapshot); }).text(), readOnly.text());
+    EXPECT_EQ(errorOf([&] { operations.addNew(*snapshot); }).text(), readOnly.text());
 
     const QStringList lines = logged();
     ASSERT_EQ(lines.size(), 2 * (1 + 20 * 3));
@@ -193,10 +193,10 @@ TEST_F(RecordsetOperationsTest, InsideATransactionThereIsOneAttempt)
     dao::Transaction transaction(engine.DefaultWorkspace());
     visits->AddNew();
     visits->Fields("chiave").setValue(1);
-    EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::DuplicateKey);
+    EXPECT_EQ(errorOf([&] { operations.update(*visits); }).number(), dao::DuplicateKey);
     const auto snapshot = database->OpenRecordset("VISITE", dao::RecordsetType::Snapshot);
-    EXPECT_EQ(errorOf([&] { operations.Recordset_AddNew(*snapshot); }).number(), dao::ReadOnly);
-    EXPECT_EQ(errorOf([&] { operations.Recordset_Edit(*snapshot); }).number(), dao::ReadOnly);
+    EXPECT_EQ(operations.Recordset_AddNew(*snapshot), -1);
+    EXPECT_EQ(operations.Recordset_Edit(*snapshot), -1);
     EXPECT_TRUE(pauses.taken.isEmpty());
     EXPECT_EQ(logged().filter("iErr=1 ").size(), 3);
     EXPECT_EQ(logged().filter(" - Failed").size(), 3);
@@ -211,7 +211,7 @@ TEST_F(RecordsetOperationsTest, AFileThatWasTakenAwayIsNotWaitedFor)
     visits->AddNew();
     visits->Fields("chiave").setValue(2);
     ASSERT_TRUE(QFile::rename(path("Orvale.sqlite"), path("altrove.sqlite")));
-    EXPECT_EQ(errorOf([&] { operations.Recordset_Update(*visits); }).number(), dao::DatabaseMoved);
+    EXPECT_EQ(errorOf([&] { operations.update(*visits); }).number(), dao::DatabaseMoved);
     EXPECT_TRUE(pauses.taken.isEmpty());
 }
 

@@ -61,10 +61,10 @@ TEST_F(LostServerTest, ALossThatNobodyMindedIsToldAllTheSame)
 {
     const WriteResult result = writeTogether(state, "PROBLEMS", [&]() -> WriteResult {
         const auto row = environment.clinical->OpenRecordset("PROBLEMS");
-        state.operations.Recordset_AddNew(*row);
+        state.operations.addNew(*row);
         server("kill");
         EXPECT_THROW(clinical("SELECT * FROM archivio"), dao::Error);
-        state.operations.Recordset_Update(*row);
+        state.operations.update(*row);
         return WriteResult::Done;
     });
     EXPECT_EQ(result, WriteResult::Failed);
