@@ -304,6 +304,7 @@ TEST_F(Probl1Test, AProblemDeletedBeforeItIsOpenedIsSaidToBe)
 {
     asked.problem = 4711;
     Probl1 form(state);
+    form.take(asked);
     prompts.queue();
     EXPECT_THROW(form.showModal(), dao::Error);
     EXPECT_EQ(prompts.last(), "Attenzione!|Il problema è stato eliminato da un'altra postazione.|warning");

@@ -68,6 +68,16 @@ PostgresStream::~PostgresStream()
         PQfreeCancel(cancel);
     }
     while (m_wire.result()) { }
+    endSingleRows();
+}
+
+// libpq would read a pipeline that follows row by row, too; an ordinary statement ends that.
+void PostgresStream::endSingleRows()
+{
+    if (!m_wire.isOpen())
+        return;
+    m_wire.send(QByteArray());
+    while (m_wire.result()) { }
 }
 
 bool PostgresStream::next()
@@ -79,6 +89,7 @@ bool PostgresStream::next()
             m_isOver = true;
             if (!m_wire.isOpen())
                 throw connectionLost(m_sql);
+            endSingleRows();
             break;
         }
         const ExecStatusType status = PQresultStatus(result.get());

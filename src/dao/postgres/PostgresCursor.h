@@ -34,6 +34,8 @@ public:
     QVariant value(int column) const override { return m_row->value(column); }
 
 private:
+    void endSingleRows();
+
     PostgresWire &m_wire;
     QString m_sql;
     bool m_isOver = false;
