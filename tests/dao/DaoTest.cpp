@@ -517,12 +517,18 @@ TEST_F(DaoTest, RowsThatAreReadInOneStateAreNotThoseOfLaterWriters)
         EXPECT_EQ(error.number(), dao::Locked); // files let nobody write meanwhile
     }
     EXPECT_EQ(count(*theirs), 2);
-    {
-        // One that is left in the middle lets the workspace go on.
-        dao::BulkReader reader(*theirs, "visite", {"id"});
-        EXPECT_TRUE(reader.next());
+    // A reader that is read to its end, or left in the middle, lets the workspace go on.
+    for (const bool isReadToItsEnd : {true, false}) {
+        {
+            dao::BulkReader reader(*theirs, "visite", {"id"});
+            EXPECT_TRUE(reader.next());
+            while (isReadToItsEnd && reader.next()) { }
+        }
+        EXPECT_EQ(count(*theirs), 2);
+        const auto rows = theirs->OpenRecordset({"SELECT id FROM visite WHERE id > [least]", {{"least", 0}}});
+        rows->MoveLast();
+        EXPECT_EQ(rows->RecordCount(), 2) << isReadToItsEnd;
     }
-    EXPECT_EQ(count(*theirs), 2);
     EXPECT_EQ(errorOf([&] { other->BeginReading(); }), dao::TransactionError);
     other->CommitTrans();
     database->Execute("INSERT INTO visite (nota) VALUES ('dopo')");
