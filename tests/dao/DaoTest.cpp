@@ -524,11 +524,11 @@ TEST_F(DaoTest, RowsThatAreReadInOneStateAreNotThoseOfLaterWriters)
             EXPECT_TRUE(reader.next());
             while (isReadToItsEnd && reader.next()) { }
         }
-        EXPECT_EQ(count(*theirs), 2);
         const auto rows = theirs->OpenRecordset({"SELECT id FROM visite WHERE id > [least]", {{"least", 0}}});
         rows->MoveLast();
         EXPECT_EQ(rows->RecordCount(), 2) << isReadToItsEnd;
     }
+    EXPECT_EQ(count(*theirs), 2);
     EXPECT_EQ(errorOf([&] { other->BeginReading(); }), dao::TransactionError);
     other->CommitTrans();
     database->Execute("INSERT INTO visite (nota) VALUES ('dopo')");
