@@ -61,7 +61,8 @@ std::optional<QString> TextDecoder::decode(Bytes bytes) const
         if (size % 2 != 0)
             return {};
         QString text(size / 2, Qt::Uninitialized);
-        qFromLittleEndian<char16_t>(bytes.data(), text.size(), text.data());
+        if (size > 0) // an empty value has no address that may be copied from
+            qFromLittleEndian<char16_t>(bytes.data(), text.size(), text.data());
         return text;
     }
 
